@@ -1,0 +1,50 @@
+// The low-level calls on a movie handle, with times as signed 32-bit counts in the movie's own time scale.
+// Main thread only. A call on a dead or absent handle does nothing and answers kInvalidMovie, zero or "not done".
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "engine/api/QTMovie.h"
+
+namespace qm {
+
+using OSErr = int;
+inline constexpr OSErr kNoErr = 0;
+inline constexpr OSErr kInvalidMovie = -2010;
+
+constexpr std::uint32_t fourCharCode(const char (&s)[5]) {
+    return std::uint32_t(std::uint8_t(s[0])) << 24 | std::uint32_t(std::uint8_t(s[1])) << 16 |
+           std::uint32_t(std::uint8_t(s[2])) << 8 | std::uint32_t(std::uint8_t(s[3]));
+}
+inline constexpr std::uint32_t kQTPropertyClass_Audio = fourCharCode("audi");
+inline constexpr std::uint32_t kQTAudioPropertyID_Pitch = fourCharCode("pitc");  // 32-bit float, cents
+inline constexpr std::uint32_t kDeviceMix = fourCharCode("dcly");                // what the device plays
+inline constexpr std::uint32_t kStereoMix = fourCharCode("stmx");
+
+class MovieToolbox {
+public:
+    virtual ~MovieToolbox() = default;
+
+    virtual std::int32_t GetMovieDuration(Movie movie) = 0;
+    virtual std::int32_t GetMovieTime(Movie movie) = 0;
+    virtual void SetMovieTimeValue(Movie movie, std::int32_t time) = 0;
+    virtual bool IsMovieDone(Movie movie) = 0;
+
+    virtual OSErr QTSetMovieProperty(Movie movie, std::uint32_t propertyClass, std::uint32_t propertyId,
+                                     std::uint32_t size, const void* value) = 0;
+    virtual OSErr SetMovieAudioBalance(Movie movie, float balance, std::uint32_t flags) = 0;
+
+    // Bass and treble of one sound track (0 is the first), each 0..256 with 128 neutral; other values are clamped.
+    virtual int soundTrackCount(Movie movie) = 0;
+    virtual OSErr MediaSetSoundBassAndTreble(Movie movie, int soundTrack, std::int16_t bass, std::int16_t treble) = 0;
+
+    // Metering of a mix (kDeviceMix, kStereoMix). Levels are read into the caller's memory: no allocation.
+    virtual OSErr SetMovieAudioVolumeMeteringEnabled(Movie movie, std::uint32_t mix, bool enabled) = 0;
+    virtual OSErr SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t bands) = 0;
+    virtual OSErr GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, std::span<float> averagePowerDb,
+                                            std::span<float> peakHoldDb) = 0;
+    virtual OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, std::span<float> channelMajorLevels) = 0;
+};
+
+}  // namespace qm

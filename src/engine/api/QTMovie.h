@@ -1,0 +1,47 @@
+// One opened media file, as the program above the engine sees it. Main thread only. Nothing here blocks on the disk;
+// nothing here reports an error: a movie that loses its file falls silent and leaves a log line.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "engine/api/QTTime.h"
+
+namespace qm {
+
+// Handle of the low-level calls of MovieToolbox. 0 is no movie; a handle whose movie is gone is harmless.
+using Movie = std::uint32_t;
+
+class QTMovie {
+public:
+    virtual ~QTMovie() = default;
+
+    virtual void play() = 0;               // at the preferred rate; callers follow with setRate()
+    virtual void stop() = 0;               // keeps the position
+    virtual void setRate(float rate) = 0;  // signed; 0 stands still; pitch unchanged
+
+    virtual QTTime currentTime() const = 0;        // the frame being heard, in the movie's time scale
+    virtual void setCurrentTime(QTTime time) = 0;  // clamped to [0, duration]
+    virtual QTTime duration() const = 0;
+
+    virtual std::optional<long> timeScaleAttribute() const = 0;           // QTMovieTimeScaleAttribute
+    virtual bool hasVideoAttribute() const = 0;                           // QTMovieHasVideoAttribute
+    virtual std::optional<std::string> displayNameAttribute() const = 0;  // QTMovieDisplayNameAttribute, UTF-8
+
+    virtual void setSelectionAttribute(QTTimeRange range) = 0;      // QTMovieSelectionAttribute
+    virtual void setLoopsAttribute(bool loops) = 0;                 // QTMovieLoopsAttribute
+    virtual void setPlaysSelectionOnlyAttribute(bool only) = 0;     // QTMoviePlaysSelectionOnlyAttribute
+
+    virtual void setMuted(bool muted) = 0;
+    virtual void setVolume(float volume) = 0;  // 0 to 1, linear
+
+    virtual Movie quickTimeMovie() const = 0;
+
+    // Peaks of the whole sound for the waveform strip: `bins` values 0..1 over the track's length, left to right.
+    // Empty until they are known; filled in the background.
+    virtual std::vector<float> waveform(int bins) const = 0;
+};
+
+}  // namespace qm

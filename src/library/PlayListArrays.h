@@ -1,0 +1,43 @@
+// The play list: ten parallel arrays, always of equal length; index i of each describes row i. Main thread only.
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <vector>
+
+namespace qm {
+
+// One row, complete before it is inserted, so that the arrays never differ in length.
+struct PlayListEntry {
+    QString track;
+    QString artist;
+    QString album;
+    QString displayName;
+    std::int64_t duration = 0;   // units of timescale
+    std::int32_t timescale = 0;  // units per second
+    std::int16_t bass = 128;
+    std::int16_t treble = 128;
+    std::int64_t markA = 0;
+    std::int64_t markB = 0;
+};
+
+struct PlayListArrays {
+    std::vector<QString> trackArray;  // absolute path
+    std::vector<QString> artistArray;
+    std::vector<QString> albumArray;
+    std::vector<QString> displayNamesArray;
+    std::vector<std::int64_t> durations;       // units of the row's time scale
+    std::vector<std::int32_t> timescaleArray;  // units per second
+    std::vector<std::int16_t> bassArray;
+    std::vector<std::int16_t> trebleArray;
+    std::vector<std::int64_t> markAarray;  // units of the row's time scale
+    std::vector<std::int64_t> markBarray;
+
+    PlayListArrays();
+    int count() const { return static_cast<int>(trackArray.size()); }
+    void insertEntry(int index, const PlayListEntry& entry);
+    void removeEntry(int index);
+    void removeAllEntries();
+};
+
+}  // namespace qm
