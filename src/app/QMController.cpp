@@ -1,0 +1,108 @@
+#include "app/QMController.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <cstdlib>
+
+#include "app/WindowPosition.h"
+#include "player/OutletSetters.h"
+#include "ui/TextColor.h"
+#include "ui/controls/FadingWindow.h"
+
+namespace qm {
+
+namespace {
+
+constexpr double kControlFontPoints = 13;
+constexpr float kGainWithoutDefault = 0.5f;
+
+TextAttributes controlContentAttributes() {
+    QFont font = QApplication::font();
+    font.setPointSizeF(kControlFontPoints);
+    return {font, Qt::white};
+}
+
+}  // namespace
+
+QMController::QMController(MediaEngine& engine, Prefs& store, const ImageProvider& images)
+    : prefs(store),
+      m_exit([](int status) { std::_Exit(status); }),
+      m_chrome(*this, *this),
+      m_clock(*this, *this, engine),
+      m_info(*this, *this, *this, engine),
+      m_loop(*this, *this, *this, engine, m_clock),
+      m_speed(*this, *this, m_clock),
+      m_pitch(*this, *this, engine),
+      m_tone(*this, *this, *this, engine),
+      m_volume(*this, *this, engine, m_speed, m_pitch, m_tone),
+      m_metadata(engine),
+      m_loader(*this, *this, *this, engine, m_clock, m_tone, m_metadata),
+      m_table(*this, *this, *this, m_loader, m_loop, m_info),
+      m_file(*this, *this),
+      m_transport(*this, *this, *this, engine, m_clock, m_speed, m_table, m_info) {
+    trackIcon = images(QStringLiteral("type_AAC.png"));
+    nonM4aIcon = images(QStringLiteral("type_aiff.png"));
+    videoIcon = images(QStringLiteral("type_VIDEO"));
+    m_file.loadPlayList();
+    if (!prefs.contains(QStringLiteral("AudioLevels"))) prefs.setBool(QStringLiteral("AudioLevels"), true);
+    controlColorAttributes = controlContentAttributes();
+}
+
+void QMController::awakeFromNib(const Outlets& outlets) {
+    static_cast<Outlets&>(*this) = outlets;
+    if (playList) playList->setModel(&m_table);
+    m_chrome.startFadeIn();
+    if (playList) connect(playList, &PlayListView::rowActivated, this, &QMController::rowDoubleClicked);
+    if (mainWindow) restoreWindowPosition(*mainWindow);
+    setUpPlayList();
+    applyTextColor(*this, textColorForChoice(prefs.integerForKey(QStringLiteral("TextColor"))));
+    nudgeSecondColumn();
+    applyDefaultGain();
+    if (audioLevelsPanel) audioLevelsPanel->setVisible(prefs.boolForKey(QStringLiteral("AudioLevels")));
+    if (mainWindow) mainWindow->willClose = [this] { windowWillClose(mainWindow); };
+}
+
+void QMController::setUpPlayList() {
+    if (!playList) return;
+    playList->verticalScrollBar()->setProperty("controlTint", QStringLiteral("graphite"));
+    playList->setProperty("selectionHighlightStyle", QStringLiteral("sourceList"));
+    playList->setAcceptDrops(true);
+    playList->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+}
+
+// One narrower, then one wider again: the net width stays, but the table lays itself out.
+void QMController::nudgeSecondColumn() {
+    if (!playList) return;
+    const int column = playList->horizontalHeader()->logicalIndex(1);
+    if (column < 0) return;
+    playList->setColumnWidth(column, playList->columnWidth(column) - 1);
+    playList->setColumnWidth(column, playList->columnWidth(column) + 1);
+}
+
+// A stored 0 means the same as none. The gain reaches a movie with the first load.
+void QMController::applyDefaultGain() {
+    const float level = prefs.floatForKey(QStringLiteral("DefaultAudioLevel"));
+    gain = level == 0.0f ? kGainWithoutDefault : level;
+    showValue(gainSlider, gain);
+    if (level != 0.0f) m_volume.showGainTitle();
+}
+
+void QMController::applicationWillTerminate() {
+    prefs.setBool(QStringLiteral("ToolbarOpen"), toolbar && !toolbar->isHidden());
+    m_file.savePlayList();
+    cleanupWhenClosing();
+}
+
+void QMController::windowWillClose(const QWidget* window) {
+    if (!window || window != mainWindow) return;
+    m_file.savePlayList();
+    cleanupWhenClosing();
+    m_exit(0);
+}
+
+void QMController::cleanupWhenClosing() {
+    if (mainWindow) saveWindowPosition(*mainWindow);
+}
+
+}  // namespace qm

@@ -1,0 +1,141 @@
+// The player's controller: its state, its play list and its outlets by inheritance, one member for each subject, and
+// the user's actions, each handed to the subject it belongs to. This header is the program's table of contents.
+// Main thread only. Nothing here reports an error: an action that cannot be done does nothing.
+#pragma once
+
+#include <QImage>
+#include <QObject>
+#include <functional>
+
+#include "app/PlayerState.h"
+#include "app/Prefs.h"
+#include "library/PlayListArrays.h"
+#include "library/PlayListFile.h"
+#include "library/PlayListTable.h"
+#include "library/TrackInfo.h"
+#include "library/TrackLoader.h"
+#include "library/TrackMetadata.h"
+#include "player/AbLoop.h"
+#include "player/PositionClock.h"
+#include "player/Transport.h"
+#include "sound/PitchControl.h"
+#include "sound/SpeedControl.h"
+#include "sound/ToneControl.h"
+#include "sound/VolumeControl.h"
+#include "ui/WindowChrome.h"
+#include "ui/controls/Outlets.h"
+
+namespace qm {
+
+// Finds an image of the program by its name; null if there is none.
+using ImageProvider = std::function<QImage(const QString& name)>;
+
+class QMController : public QObject, public PlayerState, public PlayListArrays, public Outlets {
+    Q_OBJECT
+
+public:
+    // Sets the fields to their start values and reads the play list; no outlet exists yet and no track is loaded.
+    QMController(MediaEngine& engine, Prefs& store, const ImageProvider& images);
+
+    // Takes the outlets and gives windows and controls their first state. Call once, when the windows are built.
+    void awakeFromNib(const Outlets& outlets);
+
+    // The program quits: keeps what must survive.
+    void applicationWillTerminate();
+
+    // A window is about to close. The main window takes the program with it, and this does not return.
+    void windowWillClose(const QWidget* window);
+
+    // How the program ends when the main window closes, with the exit status; at first the process ends at once.
+    void setExit(std::function<void(int)> exit) { m_exit = std::move(exit); }
+
+    void loadFileAdd(const QString& path, bool add) { m_loader.loadFileAdd(path, add); }
+    TrackLoader& trackLoader() { return m_loader; }
+    PlayListTable& playListTable() { return m_table; }
+
+public slots:
+    void playForward() { m_transport.playForward(); }
+    void playBackward() { m_transport.playBackward(); }
+    void toggleStartStop() { m_transport.toggleStartStop(); }
+    void pause() { m_transport.pause(); }
+    void goToStart() { m_transport.goToStart(); }
+    void skip1() { m_transport.skip(1); }
+    void skip10() { m_transport.skip(10); }
+    void skip30() { m_transport.skip(30); }
+    void skip60() { m_transport.skip(60); }
+    void skip300() { m_transport.skip(300); }
+    void skipBack() { m_transport.skip(-1); }
+    void skip_10() { m_transport.skip(-10); }
+    void skip_60() { m_transport.skip(-60); }
+    void cueUpdate() { m_clock.cueUpdate(); }
+
+    void speedUpdate() { m_speed.speedUpdate(); }
+    void speed05() { m_speed.speedX(0.5f); }
+    void speed075() { m_speed.speedX(0.75f); }
+    void speed150() { m_speed.speedX(1.5f); }
+    void speed20() { m_speed.speedX(2.0f); }
+    void speedDown() { m_speed.speedDown(); }
+    void speedUp() { m_speed.speedUp(); }
+    void speedReset() { m_speed.speedReset(); }
+
+    void pitchUpdate() { m_pitch.pitchUpdate(); }
+    void semiToneDown() { m_pitch.semiToneDown(); }
+    void semiToneUp() { m_pitch.semiToneUp(); }
+    void pitchReset() { m_pitch.pitchReset(); }
+
+    void gainUpdate() { m_volume.gainUpdate(); }
+    void gainReset() { m_volume.gainReset(); }
+    void volumeMax() { m_volume.volumeMax(); }
+    void volumeMin() { m_volume.volumeMin(); }
+    void balanceUpdate() { m_volume.balanceUpdate(); }
+    void balanceReset() { m_volume.balanceReset(); }
+    void balanceLeftMax() { m_volume.balanceLeftMax(); }
+    void balanceRightMax() { m_volume.balanceRightMax(); }
+    void resetAudio() { m_volume.resetAudio(); }
+
+    void bassUpdate() { m_tone.bassUpdate(); }
+    void bassReset() { m_tone.bassReset(); }
+    void bassMax() { m_tone.bassMax(); }
+    void bassMin() { m_tone.bassMin(); }
+    void trebleUpdate() { m_tone.trebleUpdate(); }
+    void trebleReset() { m_tone.trebleReset(); }
+    void trebleMax() { m_tone.trebleMax(); }
+    void trebleMin() { m_tone.trebleMin(); }
+
+    void loopSwitch() { m_loop.loopSwitch(); }
+    void markAUpdate() { m_loop.markAUpdate(); }
+    void markBUpdate() { m_loop.markBUpdate(); }
+    void resetMarks() { m_loop.resetMarks(); }
+
+    void openFile() { m_loader.openFile(); }
+    void rowDoubleClicked() { m_table.rowDoubleClicked(); }
+    void selectTrack() { m_table.selectTrack(); }
+    void removeListEntry() { m_table.removeListEntry(); }
+    void clearList() { m_table.clearList(); }
+
+private:
+    void setUpPlayList();
+    void nudgeSecondColumn();
+    void applyDefaultGain();
+    void cleanupWhenClosing();
+
+    Prefs& prefs;
+    std::function<void(int)> m_exit;
+
+    // In the order in which they build on one another.
+    WindowChrome m_chrome;
+    PositionClock m_clock;
+    TrackInfo m_info;
+    AbLoop m_loop;
+    SpeedControl m_speed;
+    PitchControl m_pitch;
+    ToneControl m_tone;
+    VolumeControl m_volume;
+    TrackMetadata m_metadata;
+    TrackLoader m_loader;
+    PlayListTable m_table;
+    PlayListFile m_file;
+    Transport m_transport;
+};
+
+}  // namespace qm

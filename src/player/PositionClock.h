@@ -1,0 +1,35 @@
+// The position clock: a timer that ten times a second moves the position slider and rewrites the elapsed and the
+// remaining time, and the slider's seek. Times of the slider are units of the movie's own scale. Main thread only.
+// Without a movie every operation does nothing, except that a seek puts the slider back to 0.
+#pragma once
+
+#include "app/PlayerState.h"
+#include "ui/controls/Outlets.h"
+
+namespace qm {
+
+class PositionClock {
+public:
+    PositionClock(PlayerState& state, const Outlets& outlets, MediaEngine& engine);
+
+    // Replaces the running timer, if any: there is never more than one.
+    void startCueTimer();
+
+    // One tick. The one that finds the movie done stops the timer.
+    void updateSlider();
+
+    void movieTimeChanged();
+
+    // The position slider's action. Refused while a loop whose B the user has set is on; the next tick puts the slider
+    // back.
+    void cueUpdate();
+
+private:
+    void followWithSlider(double time);
+
+    PlayerState& m_state;
+    const Outlets& m_outlets;
+    MediaEngine& m_engine;
+};
+
+}  // namespace qm

@@ -1,0 +1,29 @@
+// The pitch in cents, -1200 to 1200; it leaves the speed alone. The movie gets it at once, playing or not. Main thread
+// only; the engine's status is ignored.
+#pragma once
+
+#include "app/PlayerState.h"
+#include "ui/controls/Outlets.h"
+
+namespace qm {
+
+class PitchControl {
+public:
+    PitchControl(PlayerState& state, const Outlets& outlets, MediaEngine& engine);
+
+    void pitchUpdate();  // the slider's action
+    void semiToneDown();
+    void semiToneUp();
+    void pitchReset();
+
+private:
+    void stepTo(double cents);
+    void showTitle();
+    void applyToMovie();
+
+    PlayerState& m_state;
+    const Outlets& m_outlets;
+    MediaEngine& m_engine;
+};
+
+}  // namespace qm

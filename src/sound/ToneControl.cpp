@@ -1,0 +1,88 @@
+#include "sound/ToneControl.h"
+
+#include "player/Numbers.h"
+#include "player/OutletSetters.h"
+
+namespace qm {
+
+namespace {
+
+constexpr std::int16_t kMost = 256;
+constexpr std::int16_t kNeutral = 128;
+constexpr std::int16_t kLeast = 0;
+
+}  // namespace
+
+// One of the two settings with everything that belongs to it.
+struct ToneControl::Tone {
+    std::int16_t& field;
+    Slider* slider;
+    TitleButton* title;
+    std::vector<std::int16_t>& perRow;
+};
+
+ToneControl::ToneControl(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine)
+    : m_state(state), m_list(list), m_outlets(outlets), m_engine(engine) {}
+
+ToneControl::Tone ToneControl::bass() {
+    return {m_state.bass, m_outlets.bassSlider, m_outlets.bassResetButton, m_list.bassArray};
+}
+
+ToneControl::Tone ToneControl::treble() {
+    return {m_state.treble, m_outlets.trebleSlider, m_outlets.trebleResetButton, m_list.trebleArray};
+}
+
+void ToneControl::bassMax() {
+    preset(bass(), kMost);
+}
+void ToneControl::bassMin() {
+    preset(bass(), kLeast);
+}
+void ToneControl::bassReset() {
+    preset(bass(), kNeutral);
+}
+void ToneControl::bassUpdate() {
+    update(bass());
+}
+void ToneControl::trebleMax() {
+    preset(treble(), kMost);
+}
+void ToneControl::trebleMin() {
+    preset(treble(), kLeast);
+}
+void ToneControl::trebleReset() {
+    preset(treble(), kNeutral);
+}
+void ToneControl::trebleUpdate() {
+    update(treble());
+}
+
+void ToneControl::preset(Tone tone, std::int16_t value) {
+    tone.field = value;
+    showValue(tone.slider, value);
+    showPlainTitle(tone.title, QString::number(value));
+    keepAndApply(tone);
+}
+
+void ToneControl::update(Tone tone) {
+    if (!tone.slider) return;
+    const std::int32_t whole = truncToInt32(static_cast<float>(tone.slider->value()));
+    tone.field = static_cast<std::int16_t>(static_cast<std::uint16_t>(whole));
+    showAttributedTitle(tone.title, QString::number(tone.field), m_state.controlColorAttributes);
+    keepAndApply(tone);
+}
+
+void ToneControl::keepAndApply(Tone tone) {
+    if (!m_state.qtMovie) return;
+    const int row = selectedRow(m_outlets, m_list);
+    if (row > -1) tone.perRow[row] = tone.field;
+    bassAndTrebleUpdate();
+}
+
+void ToneControl::bassAndTrebleUpdate() {
+    if (!m_state.qtMovie) return;
+    if (m_engine.soundTrackCount(m_state.quickTimeMovie) < 1) return;
+    m_engine.MediaSetSoundBassAndTreble(m_state.quickTimeMovie, 0, m_state.bass, m_state.treble);
+}
+
+}  // namespace qm

@@ -1,0 +1,48 @@
+// Gain (0 to 1, the movie's volume) and balance (-1 left to 1 right), and the action that puts the whole sound back.
+// The movie gets both at once, playing or not. Main thread only; the engine's status is ignored.
+#pragma once
+
+#include "app/PlayerState.h"
+#include "sound/PitchControl.h"
+#include "sound/SpeedControl.h"
+#include "sound/ToneControl.h"
+#include "ui/controls/Outlets.h"
+
+namespace qm {
+
+class VolumeControl {
+public:
+    VolumeControl(PlayerState& state, const Outlets& outlets, MediaEngine& engine, SpeedControl& speed,
+                  PitchControl& pitch, ToneControl& tone);
+
+    void gainUpdate();  // the slider's action
+    void volumeMax();
+    void volumeMin();
+
+    // Movie, slider and title go to 0.5; the gain that the next track gets stays as it is.
+    void gainReset();
+
+    void balanceUpdate();  // the slider's action
+    void balanceReset();
+    void balanceLeftMax();
+    void balanceRightMax();
+
+    void resetAudio();
+
+    // The value title of the gain, without a movie being touched.
+    void showGainTitle();
+
+private:
+    void gainPreset(float value, const QString& title);
+    void balancePreset(float value, const QString& title);
+    void applyBalance();
+
+    PlayerState& m_state;
+    const Outlets& m_outlets;
+    MediaEngine& m_engine;
+    SpeedControl& m_speed;
+    PitchControl& m_pitch;
+    ToneControl& m_tone;
+};
+
+}  // namespace qm

@@ -1,0 +1,16 @@
+// The colour of the level read-outs and of the scale labels of the speed and pitch sliders. Main thread only.
+#pragma once
+
+#include <QColor>
+
+#include "ui/controls/Outlets.h"
+
+namespace qm {
+
+// 0 cyan, 1 white, 2 orange, any other value green.
+QColor textColorForChoice(int choice);
+
+// Gives the colour to the read-outs and labels that are there; the titles of the reset buttons keep theirs.
+void applyTextColor(const Outlets& outlets, const QColor& color);
+
+}  // namespace qm
