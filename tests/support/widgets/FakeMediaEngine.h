@@ -1,0 +1,95 @@
+// A media engine without sound: movies are scripts, time moves when the test moves it, and every call that would change
+// something is recorded in order with its arguments. Reads are not recorded. Main thread only.
+#pragma once
+
+#include <map>
+#include <set>
+
+#include "engine/api/MediaEngine.h"
+#include "support/widgets/EventLog.h"
+
+namespace qm {
+
+// What a file opens as. Times are units of the scale; the default is 100 seconds at 600.
+struct MovieScript {
+    std::int32_t duration = 60000;
+    std::int32_t timeScale = 600;
+    bool givesTimeScale = true;
+    bool hasVideo = false;
+    int soundTracks = 1;
+    std::optional<std::string> displayName = "A Song";
+    std::vector<MetaDataItem> metaData = {};
+};
+
+class FakeMediaEngine;
+
+class FakeMovie : public QTMovie {
+public:
+    FakeMovie(FakeMediaEngine& engine, Movie handle, MovieScript script);
+    ~FakeMovie() override;
+
+    MovieScript script;
+    QTTime time;        // the current time; a test may set any value and flags
+    bool done = false;  // what IsMovieDone() answers
+
+    void play() override;
+    void stop() override;
+    void setRate(float rate) override;
+    QTTime currentTime() const override { return time; }
+    void setCurrentTime(QTTime newTime) override;
+    QTTime duration() const override { return {script.duration, script.timeScale, 0}; }
+    std::optional<long> timeScaleAttribute() const override;
+    bool hasVideoAttribute() const override { return script.hasVideo; }
+    std::optional<std::string> displayNameAttribute() const override { return script.displayName; }
+    void setSelectionAttribute(QTTimeRange range) override;
+    void setLoopsAttribute(bool loops) override;
+    void setPlaysSelectionOnlyAttribute(bool only) override;
+    void setMuted(bool muted) override;
+    void setVolume(float volume) override;
+    Movie quickTimeMovie() const override { return m_handle; }
+
+private:
+    FakeMediaEngine& m_engine;
+    Movie m_handle;
+};
+
+class FakeMediaEngine : public MediaEngine {
+public:
+    explicit FakeMediaEngine(EventLog& eventLog) : log(eventLog) {}
+
+    EventLog& log;
+    MovieScript usual;                         // what a file without a script of its own opens as
+    std::map<std::string, MovieScript> files;  // by path
+    std::set<std::string> unreadable;          // paths that cannot be opened
+    OSErr status = kNoErr;                     // what every call with a status answers on a living movie
+
+    // The movie opened last, if it still lives.
+    FakeMovie* movie() const;
+
+    Result<std::unique_ptr<QTMovie>> movieWithFile(const std::string& path) override;
+    std::vector<MetaDataItem> QTCopyMovieMetaData(Movie movie) override;
+    std::int32_t GetMovieDuration(Movie movie) override;
+    std::int32_t GetMovieTime(Movie movie) override;
+    void SetMovieTimeValue(Movie movie, std::int32_t time) override;
+    bool IsMovieDone(Movie movie) override;
+    OSErr QTSetMovieProperty(Movie movie, std::uint32_t propertyClass, std::uint32_t propertyId, std::uint32_t size,
+                             const void* value) override;
+    OSErr SetMovieAudioBalance(Movie movie, float balance, std::uint32_t flags) override;
+    int soundTrackCount(Movie movie) override;
+    OSErr MediaSetSoundBassAndTreble(Movie movie, int soundTrack, std::int16_t bass, std::int16_t treble) override;
+    OSErr SetMovieAudioVolumeMeteringEnabled(Movie movie, std::uint32_t mix, bool enabled) override;
+    OSErr SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t bands) override;
+    OSErr GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, std::span<float> averagePowerDb,
+                                    std::span<float> peakHoldDb) override;
+    OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, std::span<float> channelMajorLevels) override;
+
+private:
+    friend class FakeMovie;
+    FakeMovie* living(Movie movie) const;
+    OSErr statusFor(Movie movie) const;
+
+    std::map<Movie, FakeMovie*> m_living;
+    Movie m_lastHandle = 0;
+};
+
+}  // namespace qm

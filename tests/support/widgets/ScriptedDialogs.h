@@ -1,0 +1,32 @@
+// Answers the program's questions in the place of a user and remembers what was asked. Main thread only.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include "support/widgets/EventLog.h"
+
+namespace qm {
+
+class ScriptedDialogs {
+public:
+    explicit ScriptedDialogs(EventLog& log) : m_log(log) {}
+
+    int alertAnswer = 1000;   // 1000 is the first button, 1001 the second
+    QStringList chosenFiles;  // what the open panel gives; empty is a cancel
+
+    int alert(const QString& message, const QStringList& buttons) {
+        m_log.add("alert \"" + message.toStdString() + "\" [" + buttons.join(u'|').toStdString() + "]");
+        return alertAnswer;
+    }
+
+    QStringList openPanel() {
+        m_log.add("open panel");
+        return chosenFiles;
+    }
+
+private:
+    EventLog& m_log;
+};
+
+}  // namespace qm
