@@ -1,0 +1,41 @@
+# The Debian 12 packages that this project needs, and their installation. Sourced by run, test and scripts/demo.sh.
+
+# To build: compiler, build tools, toolkit, media libraries, stretcher, sound device.
+build_packages=(
+    g++ cmake ninja-build pkg-config ccache mold
+    qt6-base-dev
+    libavformat-dev libavcodec-dev libavutil-dev libswresample-dev libswscale-dev
+    librubberband-dev
+    libcubeb-dev
+)
+
+# To show a window: Qt's X11 platform plug-in, a font. Sound goes to the desktop's own server.
+window_packages=(qt6-qpa-plugins fonts-inter)
+
+# To play on a machine without a desktop: a virtual screen, a virtual sound card, keys and clicks, a camera.
+stage_packages=(xvfb xdotool pulseaudio pulseaudio-utils ffmpeg)
+
+# To run the tests: the test framework, the style check, another language's number format.
+test_packages=(doctest-dev clang-format locales libx11-dev)
+
+missing_packages() {
+    local package
+    for package in "$@"; do
+        [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || echo "$package"
+    done
+}
+
+# Installs those of the named packages that are missing, and asks nothing. Everything it says goes to standard error.
+install_packages() {
+    local missing as_root=()
+    mapfile -t missing < <(missing_packages "$@")
+    [ ${#missing[@]} -gt 0 ] || return 0
+    if [ "$(id -u)" -ne 0 ]; then
+        as_root=(sudo)
+    fi
+    echo "Installing: ${missing[*]}" >&2
+    {
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -q
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}"
+    } >&2
+}

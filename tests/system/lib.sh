@@ -1,0 +1,80 @@
+# For the system tests: the stage, and what every test says of the program. Sourced by each test (bash).
+# Called as: TEST.sh PROGRAMS, where PROGRAMS is the folder of the built programs.
+set -eu
+programs=$1
+support_folder="$HOME/none"  # set by open_test
+. "$(dirname "${BASH_SOURCE[0]}")/../../scripts/stage.sh"
+
+gain=0.5  # what the program starts with
+
+open_test() {
+    open_stage
+    support_folder="$HOME/Library/Application Support/Quillmere"
+    settings="$XDG_CONFIG_HOME/Quillmere/Quillmere.ini"
+}
+
+start() {
+    start_player "$programs/quillmere" "$@"
+}
+
+# expect WHAT ACTUAL OPERATOR WANTED, with the operators of [ ].
+expect() {
+    [ "$2" "$3" "$4" ] || fail "$1: $2, expected $3 $4"
+}
+
+expect_file() {
+    [ -f "$1" ] || fail "no file $1"
+}
+
+expect_no_file() {
+    [ ! -e "$1" ] || fail "unexpected file $1"
+}
+
+expect_text() {  # FILE TEXT
+    grep -qF -- "$2" "$1" || fail "$1 does not contain: $2"
+}
+
+expect_no_text() {  # FILE TEXT
+    ! grep -qF -- "$2" "$1" 2>/dev/null || fail "$1 contains: $2"
+}
+
+# Asks the main window to close, as its frame's close button does.
+close_main_window() {
+    "$programs/close_window" "$player_window"
+}
+
+quit_by_key() {
+    press ctrl+q
+    end_with_status_0
+}
+
+end_with_status_0() {
+    wait_for_player
+    expect "exit status" "$player_status" -eq 0
+}
+
+# add_coded_track SECONDS: makes the coded sound, adds it and selects its row. It is loaded and stands still at 0.
+add_coded_track() {
+    coded=$stage/coded.wav
+    measure make-coded "$coded" "$1"
+    add_track "$coded"
+    press Home
+    click 200 416
+}
+
+# analyse: the runs of the recording, and the joins between them, in $runs and $joins; see quillmere-measure.
+analyse() {
+    measure runs "$recording" "$gain" >"$stage/runs.txt" || fail "no coded sound in the recording"
+    runs=$(grep '^run ' "$stage/runs.txt")
+    joins=$(grep '^join ' "$stage/runs.txt" || true)
+}
+
+# The values of one field of $joins, or of $runs, one a line: values JOINS skipped
+values() {
+    awk -v field="$2" '{ for (i = 1; i < NF; i++) if ($i == field) print $(i + 1) }' <<<"$1"
+}
+
+smallest() { sort -n | head -n 1; }
+largest() { sort -n | tail -n 1; }
+total() { awk '{ sum += $1 } END { print sum + 0 }'; }
+count_of() { [ -z "$1" ] && echo 0 || wc -l <<<"$1"; }
