@@ -75,6 +75,13 @@ struct Outlets {
     QWidget* audioLevelsPanel = nullptr;
     QLabel* audioLevelLeft = nullptr;
     QLabel* audioLevelRight = nullptr;
+
+    QLabel* copyright = nullptr;
+    QLabel* format = nullptr;
+    QLabel* formatInInfo = nullptr;
+    QLabel* duration = nullptr;
+    QLabel* movieName = nullptr;
+    QLabel* movieSize = nullptr;
 };
 
 }  // namespace qm

@@ -1,0 +1,22 @@
+#include "library/Alert.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace qm {
+
+int runWarningAlert(QWidget* parent, const QString& message, const QStringList& buttons) {
+    QMessageBox box(QMessageBox::Warning, QString(), message, QMessageBox::NoButton, parent);
+    QList<QPushButton*> added;
+    for (const QString& title : buttons) {
+        const bool first = added.isEmpty();
+        added.append(box.addButton(title, first ? QMessageBox::AcceptRole : QMessageBox::RejectRole));
+    }
+    box.setDefaultButton(added.first());
+    box.setEscapeButton(added.last());
+    box.exec();
+    const qsizetype pressed = added.indexOf(qobject_cast<QPushButton*>(box.clickedButton()));
+    return kAlertFirstButtonReturn + static_cast<int>(pressed < 0 ? added.size() - 1 : pressed);
+}
+
+}  // namespace qm

@@ -1,0 +1,39 @@
+// Which files the user may bring in: by the open panel, which takes an extension only as it is written in its list, and
+// by dropping, which ignores case and has a shorter list. Main thread only. A file that cannot be examined is refused.
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <memory>
+#include <optional>
+
+class QFileDialog;
+class QUrl;
+class QWidget;
+
+namespace qm {
+
+// What follows the last dot of the path's last component; nothing for "name", ".mp3" and "name.".
+QString pathExtension(const QString& path);
+
+const QStringList& openPanelTypes();
+const QStringList& dropTypes();
+
+// Links are followed; folders are refused whatever their name.
+bool isValidFileForDrop(const QString& path);
+
+// Of the dropped files, the one that comes first when whole paths are sorted as the user's language does, ignoring
+// case. None without local files. The others are not looked at.
+std::optional<QString> firstDroppedFile(const QList<QUrl>& urls);
+
+// The open panel: files only, several at once, links resolved, only openPanelTypes() on offer.
+std::unique_ptr<QFileDialog> makeOpenPanel(QWidget* parent, const QString& folder);
+
+// Runs the panel; the chosen files in the panel's order, none if it was cancelled.
+std::optional<QStringList> runOpenPanel(QFileDialog& panel);
+
+// What a chosen path stands for: the file behind a link, otherwise the path itself.
+QString resolvedPath(const QString& path);
+
+}  // namespace qm

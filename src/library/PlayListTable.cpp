@@ -1,0 +1,175 @@
+#include "library/PlayListTable.h"
+
+#include "library/Alert.h"
+#include "library/PlayListCells.h"
+#include "player/OutletSetters.h"
+#include "player/TransportImages.h"
+#include "ui/controls/FadingWindow.h"
+
+namespace qm {
+
+namespace {
+
+QString columnIdentifier(int column) {
+    return QString::fromLatin1(kPlayListColumns[static_cast<std::size_t>(column)]);
+}
+
+bool isTimeColumn(const QString& column) {
+    return column == u"IBduration" || column == u"IBmarkA" || column == u"IBmarkB";
+}
+
+}  // namespace
+
+PlayListTable::PlayListTable(PlayerState& state, PlayListArrays& list, const Outlets& outlets, TrackLoader& loader,
+                             AbLoop& loop, TrackInfo& info)
+    : m_state(state),
+      m_list(list),
+      m_outlets(outlets),
+      m_loader(loader),
+      m_loop(loop),
+      m_info(info),
+      m_runAlert([this](const QString& message, const QStringList& buttons) {
+          return runWarningAlert(m_outlets.mainWindow, message, buttons);
+      }) {}
+
+int PlayListTable::numberOfRowsInTableView(const QObject* table) const {
+    refreshTrackTotal();
+    return table && table == m_outlets.playList ? m_list.count() : 0;
+}
+
+// The view asks for the count often: the label is written only when it would change.
+void PlayListTable::refreshTrackTotal() const {
+    if (m_outlets.trackTotal == m_shownLabel && m_list.count() == m_shownCount) return;
+    m_shownLabel = m_outlets.trackTotal;
+    m_shownCount = m_list.count();
+    showText(m_outlets.trackTotal, trackTotalText(m_shownCount));
+}
+
+QVariant PlayListTable::tableViewObjectValueForTableColumnRow(const QObject* table, const QString& column,
+                                                              int row) const {
+    if (!table || table != m_outlets.playList || row < 0 || row >= m_list.count()) return {};
+    return objectValue(column, row);
+}
+
+QVariant PlayListTable::objectValue(const QString& column, int row) const {
+    const auto i = static_cast<std::size_t>(row);
+    if (column == u"IBtrack") return m_list.displayNamesArray[i];
+    if (column == u"IBicon") return icon(row);
+    if (column == u"IBartist") return m_list.artistArray[i];
+    if (column == u"IBalbum") return m_list.albumArray[i];
+    const std::int32_t scale = m_list.timescaleArray[i];
+    if (column == u"IBduration") return shortTimeString(m_list.durations[i], scale);
+    if (column == u"IBmarkA") return shortTimeString(m_list.markAarray[i], scale);
+    // Mark B alone is read as 32 bits, as it always was.
+    if (column == u"IBmarkB") return shortTimeString(static_cast<std::int32_t>(m_list.markBarray[i]), scale);
+    return {};
+}
+
+QVariant PlayListTable::icon(int row) const {
+    switch (iconForTrack(m_list.trackArray[static_cast<std::size_t>(row)])) {
+        case TrackIcon::Track:
+            return m_state.trackIcon;
+        case TrackIcon::NonM4a:
+            return m_state.nonM4aIcon;
+        case TrackIcon::Video:
+            return m_state.videoIcon;
+        case TrackIcon::None:
+            break;
+    }
+    return {};
+}
+
+bool PlayListTable::isLoadedTrack(int row) const {
+    return m_state.qtMovie && m_list.trackArray[static_cast<std::size_t>(row)] == m_state.loadedPath;
+}
+
+bool PlayListTable::isChangedMark(const QString& column, int row) const {
+    const auto i = static_cast<std::size_t>(row);
+    if (column == u"IBmarkA") return m_list.markAarray[i] != 0;
+    return column == u"IBmarkB" && m_list.markBarray[i] != m_list.durations[i];
+}
+
+int PlayListTable::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : numberOfRowsInTableView(m_outlets.playList);
+}
+
+int PlayListTable::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(kPlayListColumns.size());
+}
+
+QVariant PlayListTable::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || index.row() >= m_list.count()) return {};
+    const int row = index.row();
+    const QString column = columnIdentifier(index.column());
+    switch (role) {
+        case Qt::DisplayRole:
+            return column == u"IBicon" ? QVariant() : objectValue(column, row);
+        case Qt::DecorationRole:
+            return column == u"IBicon" ? icon(row) : QVariant();
+        case Qt::ToolTipRole:
+            return m_list.trackArray[static_cast<std::size_t>(row)];
+        case Qt::AccessibleTextRole:
+            return column == u"IBicon" ? QVariant() : objectValue(column, row);
+        case Qt::TextAlignmentRole:
+            return QVariant::fromValue((isTimeColumn(column) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+        case LoadedTrackRole:
+            return isLoadedTrack(row);
+        case ChangedMarkRole:
+            return isChangedMark(column, row);
+        default:
+            return {};
+    }
+}
+
+QVariant PlayListTable::headerData(int section, Qt::Orientation orientation, int role) const {
+    static const QStringList titles = {QString(), "Title", "Artist", "Album", "Duration", "Mark A", "Mark B"};
+    if (orientation != Qt::Horizontal || section < 0 || section >= titles.size()) return {};
+    if (role == Qt::DisplayRole) return titles[section];
+    if (role == Qt::TextAlignmentRole)
+        return QVariant::fromValue((isTimeColumn(columnIdentifier(section)) ? Qt::AlignRight : Qt::AlignLeft) |
+                                   Qt::AlignVCenter);
+    return {};
+}
+
+Qt::ItemFlags PlayListTable::flags(const QModelIndex& index) const {
+    return index.isValid() ? Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemNeverHasChildren
+                           : Qt::ItemFlags(Qt::NoItemFlags);
+}
+
+void PlayListTable::selectTrack() {
+    const int row = selectedRow(m_outlets, m_list);
+    if (row < 0) return;
+    m_state.mostRecentlySelected = row;
+    m_loader.loadFileAdd(m_list.trackArray[static_cast<std::size_t>(row)], false);
+}
+
+void PlayListTable::rowDoubleClicked() {
+    if (selectedRow(m_outlets, m_list) < 0) return;
+    m_state.isPlaying = true;
+    if (m_state.isLooping) {
+        m_state.isLooping = false;
+        showImage(m_outlets.loopButton, QStringLiteral("db_loop_off.png"));
+        m_loop.displayLoopFields();
+        showText(m_outlets.loopOut, QStringLiteral("00:00:00"));
+    }
+    selectTrack();
+    showImagesForRate(m_outlets, m_state.rate);
+    m_info.movieMetaData();
+}
+
+void PlayListTable::removeListEntry() {
+    const int row = selectedRow(m_outlets, m_list);
+    if (row < 0) return;
+    m_list.removeEntry(row);
+    reloadTable(m_outlets.playList);
+}
+
+void PlayListTable::clearList() {
+    const int pressed = m_runAlert(QStringLiteral("Your Quillmere play list will be cleared."),
+                                   {QStringLiteral("Clear list"), QStringLiteral("Cancel")});
+    if (pressed != kAlertFirstButtonReturn) return;
+    m_list.removeAllEntries();
+    reloadTable(m_outlets.playList);
+}
+
+}  // namespace qm

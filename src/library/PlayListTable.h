@@ -1,0 +1,66 @@
+// The play list's table: the model of its view, and the user's operations on rows. Holds no data of its own: every cell
+// is read from the arrays when it is shown, so that 100 000 rows cost no more than the visible ones. Main thread only.
+// Nothing is reported: without a selected row an operation does nothing.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+#include "app/PlayerState.h"
+#include "library/PlayListArrays.h"
+#include "library/TrackInfo.h"
+#include "library/TrackLoader.h"
+#include "player/AbLoop.h"
+#include "ui/controls/Outlets.h"
+
+namespace qm {
+
+class PlayListTable : public QAbstractTableModel {
+    Q_OBJECT
+
+public:
+    // Shows a warning with these buttons; answers 1000 for the first of them, 1001 for the second.
+    using RunAlert = std::function<int(const QString& message, const QStringList& buttons)>;
+
+    PlayListTable(PlayerState& state, PlayListArrays& list, const Outlets& outlets, TrackLoader& loader, AbLoop& loop,
+                  TrackInfo& info);
+
+    // The data source, for the table `playList` only. The row count also refreshes trackTotal.
+    int numberOfRowsInTableView(const QObject* table) const;
+    QVariant tableViewObjectValueForTableColumnRow(const QObject* table, const QString& column, int row) const;
+    void tableViewSelectionDidChange() {}  // a single click only selects
+
+    void selectTrack();
+    void rowDoubleClicked();
+    void removeListEntry();
+    void clearList();
+
+    void setRunAlert(RunAlert run) { m_runAlert = std::move(run); }
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+private:
+    QVariant objectValue(const QString& column, int row) const;
+    QVariant icon(int row) const;
+    bool isLoadedTrack(int row) const;
+    bool isChangedMark(const QString& column, int row) const;
+    void refreshTrackTotal() const;
+
+    PlayerState& m_state;
+    PlayListArrays& m_list;
+    const Outlets& m_outlets;
+    TrackLoader& m_loader;
+    AbLoop& m_loop;
+    TrackInfo& m_info;
+    RunAlert m_runAlert;
+    mutable const QLabel* m_shownLabel = nullptr;  // what trackTotal shows now, and where
+    mutable int m_shownCount = -1;
+};
+
+}  // namespace qm

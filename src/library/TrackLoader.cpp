@@ -1,0 +1,148 @@
+#include "library/TrackLoader.h"
+
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QUrl>
+#include <string>
+#include <utility>
+
+#include "engine/api/Log.h"
+#include "library/FileAcceptance.h"
+#include "library/SupportFolder.h"
+#include "player/OutletSetters.h"
+#include "ui/controls/FadingWindow.h"
+
+namespace qm {
+
+namespace {
+
+constexpr std::uint32_t kMeterBands = 4;
+
+}  // namespace
+
+TrackLoader::TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
+                         PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, LevelMeterHooks meters)
+    : m_state(state),
+      m_list(list),
+      m_outlets(outlets),
+      m_engine(engine),
+      m_clock(clock),
+      m_tone(tone),
+      m_metadata(metadata),
+      m_meters(std::move(meters)),
+      m_runPanel(runOpenPanel) {}
+
+void TrackLoader::loadFileAdd(const QString& path, bool add) {
+    qmLog("loadFile: 1");
+    if (m_state.qtMovie) m_state.qtMovie->stop();
+    m_state.loadedPath = path;
+    qmLog("loadFile: 2");
+    if (!open(path)) return;
+    qmLog("loadFile: 3");
+    showVideo();
+    m_state.quickTimeMovie = m_state.qtMovie->quickTimeMovie();
+    resetPositionSlider();
+    m_clock.startCueTimer();
+    carryOverSound();
+    if (add) addEntry();
+    restoreTone();
+    enableMetering();
+    if (m_state.isPlaying) {
+        m_state.qtMovie->play();
+        m_state.qtMovie->setRate(m_state.rate);
+    }
+    if (m_outlets.playList) m_outlets.playList->viewport()->update();  // another row may be the loaded one now
+}
+
+bool TrackLoader::open(const QString& path) {
+    auto movie = m_engine.movieWithFile(QFile::encodeName(path).toStdString());
+    if (!movie) {
+        m_state.qtMovie.reset();
+        qmLog("Unable to open " + QFile::encodeName(path).toStdString() + ": " + movie.error().message);
+        return false;
+    }
+    m_state.qtMovie = std::move(movie.value());
+    return true;
+}
+
+void TrackLoader::showVideo() {
+    if (!m_outlets.videoPanel) return;
+    if (m_state.qtMovie->hasVideoAttribute()) {
+        m_outlets.videoPanel->show();
+        m_outlets.videoPanel->raise();
+    } else {
+        m_outlets.videoPanel->hide();
+    }
+}
+
+void TrackLoader::resetPositionSlider() {
+    if (!m_outlets.cueSlider) return;
+    m_outlets.cueSlider->setMinimum(0.0);
+    m_outlets.cueSlider->setMaximum(m_engine.GetMovieDuration(m_state.quickTimeMovie));
+    m_outlets.cueSlider->setValue(0.0);
+}
+
+void TrackLoader::carryOverSound() {
+    m_state.qtMovie->setMuted(false);
+    m_state.qtMovie->setVolume(m_state.gain);
+    m_engine.SetMovieAudioBalance(m_state.quickTimeMovie, m_state.balance, 0);
+    m_engine.QTSetMovieProperty(m_state.quickTimeMovie, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch,
+                                sizeof m_state.pitch, &m_state.pitch);
+}
+
+void TrackLoader::addEntry() {
+    const QString none = QStringLiteral(" ");
+    const auto name = m_state.qtMovie->displayNameAttribute();
+    PlayListEntry entry;
+    entry.track = m_state.loadedPath;
+    entry.displayName = name ? QString::fromStdString(*name) : m_state.loadedPath;
+    entry.artist = m_metadata.parseArtistMetaData(m_state.quickTimeMovie).value_or(none);
+    entry.album = m_metadata.parseAlbumMetaData(m_state.quickTimeMovie).value_or(none);
+    entry.duration = m_engine.GetMovieDuration(m_state.quickTimeMovie);
+    entry.timescale = static_cast<std::int32_t>(m_state.qtMovie->timeScaleAttribute().value_or(0));
+    entry.bass = m_state.bass;
+    entry.treble = m_state.treble;
+    entry.markA = 0;
+    entry.markB = entry.duration;
+    m_list.insertEntry(0, entry);
+    reloadTable(m_outlets.playList);
+}
+
+void TrackLoader::restoreTone() {
+    const int row = selectedRow(m_outlets, m_list);
+    if (row < 0) return;
+    m_state.bass = m_list.bassArray[row];
+    showValue(m_outlets.bassSlider, m_state.bass);
+    showAttributedTitle(m_outlets.bassResetButton, QString::number(m_state.bass), m_state.controlColorAttributes);
+    m_state.treble = m_list.trebleArray[row];
+    showValue(m_outlets.trebleSlider, m_state.treble);
+    showAttributedTitle(m_outlets.trebleResetButton, QString::number(m_state.treble), m_state.controlColorAttributes);
+    m_tone.bassAndTrebleUpdate();
+}
+
+void TrackLoader::enableMetering() {
+    m_engine.SetMovieAudioVolumeMeteringEnabled(m_state.quickTimeMovie, kDeviceMix, true);
+    m_engine.SetMovieAudioFrequencyMeteringNumBands(m_state.quickTimeMovie, kStereoMix, kMeterBands);
+    if (!m_meters.switchAudioLevels || !m_meters.audioLevelsPreference) return;
+    if (m_meters.audioLevelsPreference() && !m_state.audioLevelIndicatorsState) m_meters.switchAudioLevels(true);
+}
+
+void TrackLoader::openFile() {
+    const auto panel = makeOpenPanel(m_outlets.mainWindow, m_panelFolder.isEmpty() ? homeFolder() : m_panelFolder);
+    const auto chosen = m_runPanel(*panel);
+    if (!chosen) return;
+    for (const QString& path : *chosen) {
+        m_panelFolder = QFileInfo(path).path();
+        loadFileAdd(resolvedPath(path), true);
+    }
+}
+
+bool TrackLoader::acceptDrop(const QList<QUrl>& urls) {
+    const auto path = firstDroppedFile(urls);
+    if (!path || !isValidFileForDrop(*path)) return false;
+    loadFileAdd(*path, true);
+    return true;
+}
+
+}  // namespace qm

@@ -1,0 +1,70 @@
+// Makes a file the current track, from the open panel, a drop or the play list. The player's settings are carried over
+// to it and never reset; a row's bass and treble come back with it. Main thread only. A file that cannot be opened is
+// no message, only a log line, and the movie before it stays stopped.
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <optional>
+
+#include "app/PlayerState.h"
+#include "library/PlayListArrays.h"
+#include "library/TrackMetadata.h"
+#include "player/PositionClock.h"
+#include "sound/ToneControl.h"
+#include "ui/controls/Outlets.h"
+
+class QFileDialog;
+class QUrl;
+
+namespace qm {
+
+// What the level meters lend to a load; without them the step is left out.
+struct LevelMeterHooks {
+    std::function<bool()> audioLevelsPreference;  // the user wants the meters
+    std::function<void(bool)> switchAudioLevels;  // starts or stops them
+};
+
+class TrackLoader {
+public:
+    using RunPanel = std::function<std::optional<QStringList>(QFileDialog&)>;
+
+    TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
+                PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, LevelMeterHooks meters = {});
+
+    // With `add`, a new row at the top of the play list keeps the file.
+    void loadFileAdd(const QString& path, bool add);
+
+    // Asks for files and adds each, in the panel's order: the last one ends on top and stays loaded.
+    void openFile();
+
+    // A drop on the play list takes one file at most. False if it takes none.
+    bool acceptDrop(const QList<QUrl>& urls);
+
+    // How the open panel is run: the chosen files, or none if it was cancelled.
+    void setRunPanel(RunPanel run) { m_runPanel = std::move(run); }
+
+private:
+    bool open(const QString& path);
+    void showVideo();
+    void resetPositionSlider();
+    void carryOverSound();
+    void addEntry();
+    void restoreTone();
+    void enableMetering();
+
+    PlayerState& m_state;
+    PlayListArrays& m_list;
+    const Outlets& m_outlets;
+    MediaEngine& m_engine;
+    PositionClock& m_clock;
+    ToneControl& m_tone;
+    TrackMetadata& m_metadata;
+    LevelMeterHooks m_meters;
+    RunPanel m_runPanel;
+    QString m_panelFolder;  // where files were last chosen
+};
+
+}  // namespace qm
