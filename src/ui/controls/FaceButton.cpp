@@ -1,0 +1,45 @@
+#include "ui/controls/FaceButton.h"
+
+#include <QKeyEvent>
+
+#include "ui/controls/Tokens.h"
+
+namespace qm {
+
+FaceButton::FaceButton(QWidget* parent) : QAbstractButton(parent) {
+    setAttribute(Qt::WA_Hover);
+    setFocusPolicy(Qt::TabFocus);
+    setCursor(Qt::PointingHandCursor);
+}
+
+void FaceButton::setDimmed(bool dimmed) {
+    if (m_dimmed == dimmed) return;
+    m_dimmed = dimmed;
+    update();
+}
+
+QPainterPath FaceButton::focusPath() const {
+    constexpr double kOut = 3;
+    QPainterPath path;
+    const double radius = tokens::kChipRadius + kOut;
+    path.addRoundedRect(QRectF(rect()).adjusted(-kOut, -kOut, kOut, kOut), radius, radius);
+    return path;
+}
+
+double FaceButton::drawingOpacity() const {
+    return m_dimmed || !isEnabled() ? tokens::kDimOpacity : 1.0;
+}
+
+void FaceButton::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        if (!event->isAutoRepeat()) click();
+        return;
+    }
+    event->ignore();
+}
+
+void FaceButton::keyReleaseEvent(QKeyEvent* event) {
+    event->ignore();
+}
+
+}  // namespace qm

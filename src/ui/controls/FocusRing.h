@@ -1,0 +1,35 @@
+// The ring round the control that has the keyboard focus. One lies over each window and follows the focus; a control
+// shows it by being a FocusShape. Main thread only.
+#pragma once
+
+#include <QPainterPath>
+#include <QPointer>
+#include <QWidget>
+
+namespace qm {
+
+class FocusShape {
+public:
+    virtual ~FocusShape() = default;
+    virtual QPainterPath focusPath() const = 0;  // centre line of the ring, in the control's own coordinates
+};
+
+class FocusRing : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit FocusRing(QWidget* window);
+    QWidget* followedWidget() const { return m_followed; }
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void follow(QWidget* widget);
+    void place();
+
+    QPointer<QWidget> m_followed;
+};
+
+}  // namespace qm

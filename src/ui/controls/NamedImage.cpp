@@ -1,0 +1,80 @@
+#include "ui/controls/NamedImage.h"
+
+#include <QFile>
+#include <QImageReader>
+#include <QPainter>
+#include <QPixmapCache>
+
+#include "engine/api/Log.h"
+#include "ui/controls/TiffImage.h"
+
+static void loadResourceFile() {
+    Q_INIT_RESOURCE(quillmere);
+}
+
+namespace qm {
+
+namespace {
+
+QString doubledName(const QString& name) {
+    const qsizetype dot = name.lastIndexOf(u'.');
+    return dot < 0 ? name + QStringLiteral("@2x") : name.left(dot) + QStringLiteral("@2x") + name.mid(dot);
+}
+
+QByteArray resourceBytes(const QString& name) {
+    static const bool loaded = (loadResourceFile(), true);
+    Q_UNUSED(loaded)
+    QFile file(QStringLiteral(":/images/") + name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Decoded by content: one of the names has no extension.
+QImage decode(const QByteArray& bytes, int page) {
+    if (bytes.startsWith("II")) return tiffPage(bytes, page);
+    return QImage::fromData(bytes);
+}
+
+}  // namespace
+
+QImage namedImage(const QString& name, double deviceScale) {
+    QImage image;
+    if (deviceScale > 1.0) {
+        const bool paged = name.endsWith(QStringLiteral(".tiff"));
+        image = decode(resourceBytes(paged ? name : doubledName(name)), 1);
+        image.setDevicePixelRatio(2.0);
+    }
+    if (image.isNull()) image = decode(resourceBytes(name), 0);
+    if (image.isNull()) qmLog("no image named " + name.toStdString());
+    return image;
+}
+
+QPixmap namedPixmap(const QString& name, double deviceScale) {
+    const QString key = QStringLiteral("qm:%1:%2").arg(name, deviceScale > 1.0 ? "2" : "1");
+    QPixmap pixmap;
+    if (!QPixmapCache::find(key, &pixmap)) {
+        pixmap = QPixmap::fromImage(namedImage(name, deviceScale));
+        QPixmapCache::insert(key, pixmap);
+    }
+    return pixmap;
+}
+
+QPixmap lineIcon(const QString& name, double size, const QColor& color, double deviceScale) {
+    const QString key = QStringLiteral("qm:%1:%2:%3:%4").arg(name).arg(size).arg(color.rgba()).arg(deviceScale);
+    QPixmap pixmap;
+    if (QPixmapCache::find(key, &pixmap)) return pixmap;
+    const int pixels = qRound(size * deviceScale);
+    QImage image = namedImage(name, 2.0)
+                       .convertToFormat(QImage::Format_ARGB32_Premultiplied)
+                       .scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    image.setDevicePixelRatio(1.0);
+    QPainter painter(&image);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(image.rect(), color);
+    painter.end();
+    image.setDevicePixelRatio(deviceScale);
+    pixmap = QPixmap::fromImage(image);
+    QPixmapCache::insert(key, pixmap);
+    return pixmap;
+}
+
+}  // namespace qm

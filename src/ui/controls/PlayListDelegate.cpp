@@ -1,0 +1,92 @@
+#include "ui/controls/PlayListDelegate.h"
+
+#include <QPainter>
+
+#include "ui/controls/Fonts.h"
+#include "ui/controls/PlayListHeader.h"
+#include "ui/controls/PlayListView.h"
+#include "ui/controls/Tokens.h"
+
+namespace qm {
+
+namespace {
+
+constexpr int kRowHeight = 25;
+constexpr int kIconSize = 22;
+constexpr int kBarWidth = 3;
+
+QColor mix(const QColor& color, int alpha) {
+    QColor result = color;
+    result.setAlpha(alpha);
+    return result;
+}
+
+QColor textColor(const QModelIndex& index, bool selected) {
+    if (index.data(ChangedMarkRole).toBool()) return tokens::kAmberHigh;
+    if (index.column() == PlayListView::columnIndex("IBtrack"))
+        return index.data(LoadedTrackRole).toBool() ? tokens::kWhite : tokens::kRowText;
+    return selected ? tokens::kSelectedText2 : tokens::kText2;
+}
+
+}  // namespace
+
+PlayListDelegate::PlayListDelegate(PlayListView* view) : QStyledItemDelegate(view), m_view(view) {}
+
+QSize PlayListDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
+    return {10, kRowHeight};
+}
+
+void PlayListDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    const bool selected = option.state & QStyle::State_Selected;
+    painter->save();
+    paintGround(*painter, option.rect, index, selected);
+    if (index.column() == PlayListView::columnIndex("IBicon"))
+        paintIcon(*painter, option.rect, index);
+    else
+        paintText(*painter, option.rect, index, selected);
+    painter->restore();
+}
+
+void PlayListDelegate::paintGround(QPainter& painter, const QRect& cell, const QModelIndex& index,
+                                   bool selected) const {
+    const bool active = m_view->hasFocus();
+    if (selected)
+        painter.fillRect(cell, active ? mix(tokens::kAqua, 51) : QColor(255, 255, 255, 28));
+    else if (index.row() == m_view->hoveredRow())
+        painter.fillRect(cell, QColor(255, 255, 255, 15));
+    else if (index.row() % 2 == 1)
+        painter.fillRect(cell, QColor(255, 255, 255, 6));
+    if (!selected || index.column() != 0) return;
+    painter.fillRect(QRect(cell.left(), cell.top(), kBarWidth, cell.height()),
+                     active ? tokens::kAqua : tokens::kNeutralBar);
+}
+
+void PlayListDelegate::paintIcon(QPainter& painter, const QRect& cell, const QModelIndex& index) const {
+    const QVariant icon = index.data(Qt::DecorationRole);
+    const QRectF target(cell.left() + 6, cell.top() + (kRowHeight - kIconSize) / 2.0, kIconSize, kIconSize);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    if (icon.typeId() == QMetaType::QImage) {
+        const QImage image = icon.value<QImage>();
+        painter.drawImage(target, image, image.rect());
+    } else if (icon.typeId() == QMetaType::QPixmap) {
+        const QPixmap pixmap = icon.value<QPixmap>();
+        painter.drawPixmap(target, pixmap, pixmap.rect());
+    }
+}
+
+void PlayListDelegate::paintText(QPainter& painter, const QRect& cell, const QModelIndex& index, bool selected) const {
+    const PlayListCell layout = playListCell(index.column());
+    const QRectF area = QRectF(cell).adjusted(layout.left, 0, -layout.right, 0);
+    const bool name = index.column() == PlayListView::columnIndex("IBtrack");
+    painter.setPen(textColor(index, selected));
+    painter.setFont(uiFont(layout.numeric ? 12.5 : 13, name && index.data(LoadedTrackRole).toBool() ? 600 : 400));
+    const QString text = index.data(Qt::DisplayRole).toString();
+    if (layout.numeric) {
+        drawTabular(painter, area, Qt::AlignRight, text);
+        return;
+    }
+    const QString shown = QFontMetricsF(painter.font()).elidedText(text, Qt::ElideRight, area.width());
+    painter.drawText(QPointF(area.left(), centredBaseline(painter.font(), area.top(), area.height())), shown);
+}
+
+}  // namespace qm

@@ -1,0 +1,57 @@
+#include "ui/controls/PlayListHeader.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include "ui/controls/Fonts.h"
+#include "ui/controls/PlayListView.h"
+#include "ui/controls/Tokens.h"
+
+namespace qm {
+
+namespace {
+constexpr int kHeight = 26;
+}
+
+PlayListCell playListCell(int column) {
+    const bool numeric = column >= PlayListView::columnIndex("IBduration");
+    const bool last = column == static_cast<int>(kPlayListColumns.size()) - 1;
+    return {6, last ? 14 : 6, numeric};
+}
+
+PlayListHeader::PlayListHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
+    setSectionResizeMode(QHeaderView::Fixed);
+    setSectionsClickable(false);
+    setHighlightSections(false);
+    setMinimumSectionSize(1);
+    setFixedHeight(kHeight);
+    setFocusPolicy(Qt::NoFocus);
+}
+
+QSize PlayListHeader::sizeHint() const {
+    return {100, kHeight};
+}
+
+void PlayListHeader::paintEvent(QPaintEvent*) {
+    QPainter painter(viewport());
+    painter.setRenderHint(QPainter::Antialiasing);
+    // The upper corners follow the card's own.
+    const double radius = tokens::kCardRadius - 1;
+    QPainterPath ground;
+    ground.addRoundedRect(QRectF(0, 0, width(), height() + radius), radius, radius);
+    painter.setClipRect(viewport()->rect());
+    painter.fillPath(ground, QColor(255, 255, 255, 8));
+    painter.fillRect(QRectF(0, height() - 1, width(), 1), tokens::kLine);
+
+    painter.setPen(tokens::kText2);
+    for (int column = 0; model() && column < count(); ++column) {
+        const PlayListCell cell = playListCell(column);
+        const QRectF text(sectionViewportPosition(column) + cell.left, 0, sectionSize(column) - cell.left - cell.right,
+                          height() - 1);
+        painter.setFont(uiFont(cell.numeric ? 12.5 : 11.5, 500));
+        const QString title = model()->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        drawTabular(painter, text, cell.numeric ? Qt::AlignRight : Qt::AlignLeft, title);
+    }
+}
+
+}  // namespace qm

@@ -1,0 +1,27 @@
+// The play list's column titles, drawn in the window's own look. Main thread only.
+#pragma once
+
+#include <QHeaderView>
+
+namespace qm {
+
+class PlayListHeader : public QHeaderView {
+    Q_OBJECT
+
+public:
+    explicit PlayListHeader(QWidget* parent = nullptr);
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+};
+
+// Where a column's text stands: the space at its left and right inside the cell, and whether it is set to the right.
+struct PlayListCell {
+    int left;
+    int right;
+    bool numeric;
+};
+PlayListCell playListCell(int column);
+
+}  // namespace qm

@@ -1,0 +1,151 @@
+#include "ui/controls/WaveformStrip.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <algorithm>
+#include <cmath>
+
+#include "ui/controls/Fonts.h"
+#include "ui/controls/Tokens.h"
+
+namespace qm {
+
+namespace {
+
+constexpr double kInset = 10;  // the same as the position slider's knob radius
+constexpr double kBarPitch = 3;
+constexpr double kVerticalRoom = 10;  // above and below the tallest bar together
+constexpr double kCentreLine = 0.75;  // half its height
+constexpr double kShortestBar = 1.2;
+constexpr double kCapReach = 6;  // columns that the playhead touches on each side
+
+}  // namespace
+
+WaveformStrip::WaveformStrip(QWidget* parent) : QWidget(parent) {
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void WaveformStrip::setPeaks(std::vector<float> peaks) {
+    m_peaks = std::move(peaks);
+    update();
+}
+
+void WaveformStrip::setPosition(double position) {
+    const double bounded = std::isnan(position) ? 0 : std::clamp(position, 0.0, 1.0);
+    if (bounded == m_position) return;
+    const double before = xOf(m_position), after = xOf(bounded);
+    m_position = bounded;
+    const double left = std::min(before, after) - kCapReach, right = std::max(before, after) + kCapReach;
+    update(QRect(static_cast<int>(std::floor(left)), 0, static_cast<int>(std::ceil(right - left)) + 1, height()));
+}
+
+void WaveformStrip::setLoop(std::optional<std::pair<double, double>> loop) {
+    if (m_loop == loop) return;
+    m_loop = loop;
+    update();
+}
+
+void WaveformStrip::setActive(bool active) {
+    if (m_active == active) return;
+    m_active = active;
+    update();
+}
+
+int WaveformStrip::barCount() const {
+    return std::max(1, static_cast<int>((width() - 2 * kInset) / kBarPitch));
+}
+
+void WaveformStrip::resizeEvent(QResizeEvent*) {
+    emit barCountChanged(barCount());
+}
+
+double WaveformStrip::xOf(double fraction) const {
+    return kInset + fraction * (width() - 2 * kInset);
+}
+
+double WaveformStrip::peakOfBar(int bar, int bars) const {
+    const size_t count = m_peaks.size();
+    const size_t first = std::min(count - 1, count * static_cast<size_t>(bar) / static_cast<size_t>(bars));
+    const size_t last = std::clamp(count * static_cast<size_t>(bar + 1) / static_cast<size_t>(bars), first + 1, count);
+    float peak = 0;
+    for (size_t i = first; i < last; ++i) peak = std::max(peak, m_peaks[i]);
+    return std::clamp(peak, 0.0f, 1.0f);
+}
+
+QColor WaveformStrip::barColor(double fraction) const {
+    if (!m_active) return {0x3A, 0x3E, 0x43};
+    const bool played = fraction < m_position;
+    if (!m_loop) return played ? tokens::kAqua : QColor(0x6B, 0x72, 0x7A);
+    if (fraction < m_loop->first || fraction > m_loop->second) return {0x50, 0x56, 0x5D};
+    return played ? tokens::kAqua : tokens::kAmber;
+}
+
+void WaveformStrip::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath outline;
+    outline.addRoundedRect(rect(), tokens::kChipRadius, tokens::kChipRadius);
+    painter.fillPath(outline, tokens::kStripGround);
+    if (m_loop) {
+        QColor wash = tokens::kAmber;
+        wash.setAlphaF(0.13f);
+        const double a = xOf(m_loop->first), b = xOf(m_loop->second);
+        painter.fillRect(QRectF(std::min(a, b), 0, std::abs(b - a), height()), wash);
+    }
+    paintBars(painter, event->rect());
+    if (m_loop) {
+        paintFlag(painter, xOf(m_loop->first), u'A', true);
+        paintFlag(painter, xOf(m_loop->second), u'B', false);
+    }
+    if (m_active) paintPlayhead(painter);
+    painter.setPen(QPen(QColor(255, 255, 255, 15), 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), tokens::kChipRadius - 0.5,
+                            tokens::kChipRadius - 0.5);
+}
+
+void WaveformStrip::paintBars(QPainter& painter, const QRectF& clip) const {
+    const int bars = barCount();
+    const double middle = height() / 2.0;
+    painter.setPen(Qt::NoPen);
+    for (int bar = 0; bar < bars; ++bar) {
+        const double fraction = (bar + 0.5) / bars;
+        const double x = xOf(fraction);
+        if (x < clip.left() - 2 || x > clip.right() + 2) continue;
+        const double half = m_peaks.empty()
+                                ? kCentreLine
+                                : std::max(kShortestBar, peakOfBar(bar, bars) * (height() - kVerticalRoom) / 2);
+        painter.setBrush(barColor(fraction));
+        painter.drawRoundedRect(QRectF(x - 1, middle - half, 2, 2 * half), 1, std::min(1.0, half));
+    }
+}
+
+void WaveformStrip::paintFlag(QPainter& painter, double x, QChar letter, bool opensRight) const {
+    constexpr double kFlagWidth = 17, kFlagHeight = 16, kFlagRadius = 4, kLetterOffset = 8.3, kLetterBaseline = 12;
+    painter.fillRect(QRectF(x - 1, 0, 2, height()), tokens::kAmber);
+    const double side = opensRight ? 1 : -1;
+    QPainterPath flag(QPointF(x, 0));
+    flag.lineTo(x + side * kFlagWidth, 0);
+    flag.lineTo(x + side * kFlagWidth, kFlagHeight - kFlagRadius);
+    flag.quadTo(x + side * kFlagWidth, kFlagHeight, x + side * (kFlagWidth - kFlagRadius), kFlagHeight);
+    flag.lineTo(x, kFlagHeight);
+    flag.closeSubpath();
+    painter.fillPath(flag, tokens::kAmber);
+    painter.setFont(uiFont(11, 700));
+    painter.setPen(tokens::kAmberInk);
+    const double width = QFontMetricsF(painter.font()).horizontalAdvance(letter);
+    painter.drawText(QPointF(x + side * kLetterOffset - width / 2, kLetterBaseline), letter);
+}
+
+void WaveformStrip::paintPlayhead(QPainter& painter) const {
+    const double x = xOf(m_position);
+    painter.fillRect(QRectF(x - 1, 0, 2, height()), tokens::kWhite);
+    QPainterPath cap(QPointF(x - 5, 0));
+    cap.lineTo(x + 5, 0);
+    cap.lineTo(x, 6);
+    cap.closeSubpath();
+    painter.fillPath(cap, tokens::kWhite);
+}
+
+}  // namespace qm

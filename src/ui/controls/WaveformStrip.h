@@ -1,0 +1,52 @@
+// The picture of the position slider: the sound's peaks, the A-B region with its flags, and the playhead. It is not a
+// control. Positions are fractions of the track, 0 to 1. Main thread only. A moving playhead repaints only its columns.
+#pragma once
+
+#include <QWidget>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace qm {
+
+class WaveformStrip : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit WaveformStrip(QWidget* parent = nullptr);
+
+    void setPeaks(std::vector<float> peaks);  // 0 to 1, left to right; empty draws the centre line
+    const std::vector<float>& peaks() const { return m_peaks; }
+    void setPosition(double position);
+    double position() const { return m_position; }
+    void setLoop(std::optional<std::pair<double, double>> loop);  // A and B; none draws neither region nor flags
+    std::optional<std::pair<double, double>> loop() const { return m_loop; }
+    void setActive(bool active);  // false: nothing loaded, no playhead
+    bool isActive() const { return m_active; }
+
+    int barCount() const;  // the number of peaks that the present width shows one by one
+
+    QSize minimumSizeHint() const override { return {120, 40}; }
+
+signals:
+    void barCountChanged(int bars);
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+    void resizeEvent(QResizeEvent*) override;
+
+private:
+    double xOf(double fraction) const;
+    double peakOfBar(int bar, int bars) const;
+    QColor barColor(double fraction) const;
+    void paintBars(QPainter& painter, const QRectF& clip) const;
+    void paintFlag(QPainter& painter, double x, QChar letter, bool opensRight) const;
+    void paintPlayhead(QPainter& painter) const;
+
+    std::vector<float> m_peaks;
+    double m_position = 0;
+    std::optional<std::pair<double, double>> m_loop;
+    bool m_active = false;
+};
+
+}  // namespace qm
