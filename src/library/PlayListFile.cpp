@@ -28,7 +28,7 @@ PlayListFile::PlayListFile(PlayListArrays& list, const Outlets& outlets, std::fu
 
 QString PlayListFile::path() const {
     const QString home = m_home();
-    return home.isEmpty() ? QString() : home + QString::fromUtf16(kSupportFolder) + QStringLiteral("/Quillmere.xml");
+    return home.isEmpty() ? QString() : home + kSupportFolder + QStringLiteral("/Quillmere.xml");
 }
 
 void PlayListFile::loadPlayList() {
@@ -57,7 +57,7 @@ bool PlayListFile::readFile(const QString& path) {
 void PlayListFile::savePlayList() {
     const QString file = path();
     if (file.isEmpty()) return;
-    QDir().mkpath(m_home() + QString::fromUtf16(kSupportFolder));
+    QDir().mkpath(m_home() + kSupportFolder);
     writeFile(file);
 }
 

@@ -8,6 +8,7 @@ namespace qm {
 // The home folder as the system gives it, without a trailing slash; empty if the user has none.
 QString homeFolder();
 
-inline constexpr char16_t kSupportFolder[] = u"/Library/Application Support/Quillmere";
+// Below the home folder.
+inline constexpr QLatin1StringView kSupportFolder{"/Library/Application Support/Quillmere"};
 
 }  // namespace qm
