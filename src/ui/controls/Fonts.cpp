@@ -5,6 +5,8 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QScreen>
+#include <algorithm>
+#include <cmath>
 
 namespace qm {
 
@@ -75,8 +77,10 @@ void drawTabular(QPainter& painter, const QRectF& rect, Qt::Alignment alignment,
 }
 
 double centredBaseline(const QFont& font, double top, double height) {
+    // Whole pixels: a line on a fraction of one would be blurred or jump with its neighbours.
     const QFontMetricsF metrics(font);
-    return top + (height - metrics.ascent() - metrics.descent()) / 2 + metrics.ascent();
+    const double ascent = std::round(metrics.ascent()), descent = std::round(metrics.descent());
+    return std::floor(top + (height - ascent - descent) / 2) + ascent;
 }
 
 }  // namespace qm

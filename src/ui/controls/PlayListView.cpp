@@ -189,7 +189,7 @@ void PlayListView::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
             if (event->modifiers() & ~Qt::KeypadModifier) break;
-            if (selectedRow() >= 0) emit returnPressed();
+            if (selectedRow() >= 0) emit rowActivated();
             return;
         default:
             break;
@@ -200,6 +200,11 @@ void PlayListView::keyPressEvent(QKeyEvent* event) {
 void PlayListView::mousePressEvent(QMouseEvent* event) {
     m_focusInRow = false;
     QTableView::mousePressEvent(event);
+}
+
+void PlayListView::mouseDoubleClickEvent(QMouseEvent* event) {
+    QTableView::mouseDoubleClickEvent(event);
+    if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid()) emit rowActivated();
 }
 
 void PlayListView::mouseMoveEvent(QMouseEvent* event) {

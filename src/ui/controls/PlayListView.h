@@ -43,13 +43,14 @@ public:
     void setEmptyState(QWidget* widget);
 
 signals:
-    void returnPressed();  // on a selected row
+    void rowActivated();  // Return on a selected row, or a double-click on any row
 
 protected:
     void paintEvent(QPaintEvent*) override;
     void resizeEvent(QResizeEvent*) override;
     void keyPressEvent(QKeyEvent*) override;
     void mousePressEvent(QMouseEvent*) override;
+    void mouseDoubleClickEvent(QMouseEvent*) override;
     void mouseMoveEvent(QMouseEvent*) override;
     bool viewportEvent(QEvent*) override;
     void focusInEvent(QFocusEvent*) override;

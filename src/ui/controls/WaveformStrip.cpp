@@ -40,9 +40,10 @@ void WaveformStrip::setPosition(double position) {
     update(QRect(static_cast<int>(std::floor(left)), 0, static_cast<int>(std::ceil(right - left)) + 1, height()));
 }
 
-void WaveformStrip::setLoop(std::optional<std::pair<double, double>> loop) {
-    if (m_loop == loop) return;
+void WaveformStrip::setLoop(std::optional<std::pair<double, double>> loop, bool looping) {
+    if (m_loop == loop && m_looping == looping) return;
     m_loop = loop;
+    m_looping = looping;
     update();
 }
 
@@ -76,7 +77,7 @@ double WaveformStrip::peakOfBar(int bar, int bars) const {
 QColor WaveformStrip::barColor(double fraction) const {
     if (!m_active) return {0x3A, 0x3E, 0x43};
     const bool played = fraction < m_position;
-    if (!m_loop) return played ? tokens::kAqua : QColor(0x6B, 0x72, 0x7A);
+    if (!m_loop || !m_looping) return played ? tokens::kAqua : QColor(0x6B, 0x72, 0x7A);
     if (fraction < m_loop->first || fraction > m_loop->second) return {0x50, 0x56, 0x5D};
     return played ? tokens::kAqua : tokens::kAmber;
 }

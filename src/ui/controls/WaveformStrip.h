@@ -19,9 +19,11 @@ public:
     const std::vector<float>& peaks() const { return m_peaks; }
     void setPosition(double position);
     double position() const { return m_position; }
-    void setLoop(std::optional<std::pair<double, double>> loop);  // A and B; none draws neither region nor flags
+    // Marks A and B; none draws neither region nor flags. While `looping` the sound outside them is grey.
+    void setLoop(std::optional<std::pair<double, double>> loop, bool looping = true);
     std::optional<std::pair<double, double>> loop() const { return m_loop; }
     void setActive(bool active);  // false: nothing loaded, no playhead
+    bool isLooping() const { return m_looping; }
     bool isActive() const { return m_active; }
 
     int barCount() const;  // the number of peaks that the present width shows one by one
@@ -46,6 +48,7 @@ private:
     std::vector<float> m_peaks;
     double m_position = 0;
     std::optional<std::pair<double, double>> m_loop;
+    bool m_looping = false;
     bool m_active = false;
 };
 

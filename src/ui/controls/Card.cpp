@@ -1,0 +1,124 @@
+#include "ui/controls/Card.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+#include "ui/controls/Fonts.h"
+#include "ui/controls/Tokens.h"
+
+namespace qm {
+
+void Card::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(tokens::kWell);
+    painter.drawRoundedRect(rect(), tokens::kCardRadius, tokens::kCardRadius);
+    painter.setPen(QPen(tokens::kLine, 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), tokens::kCardRadius - 0.5,
+                            tokens::kCardRadius - 0.5);
+}
+
+StateTag::StateTag(bool amber, QWidget* parent) : QWidget(parent), m_amber(amber) {
+    setFont(uiFont(11.5, 600));
+    hide();
+}
+
+void StateTag::setText(const QString& text) {
+    if (m_text == text) return;
+    m_text = text;
+    setVisible(!text.isEmpty());
+    updateGeometry();
+    update();
+}
+
+QSize StateTag::sizeHint() const {
+    return {static_cast<int>(std::ceil(tabularWidth(font(), m_text))) + 14, 18};
+}
+
+void StateTag::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_amber ? QColor(255, 180, 84, 43) : QColor(63, 210, 226, 41));
+    painter.drawRoundedRect(rect(), height() / 2.0, height() / 2.0);
+    painter.setPen(m_amber ? tokens::kAmberHigh : tokens::kAquaHigh);
+    painter.setFont(font());
+    drawTabular(painter, rect(), Qt::AlignHCenter, m_text);
+}
+
+KeyCap::KeyCap(const QString& key, QWidget* parent) : QWidget(parent), m_key(key) {
+    setFont(uiFont(11.5, 500));
+    setFixedSize(sizeHint());
+}
+
+QSize KeyCap::sizeHint() const {
+    const int width = static_cast<int>(std::lround(QFontMetricsF(font()).horizontalAdvance(m_key))) + 12;
+    return {std::max(18, width), 19};
+}
+
+void KeyCap::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF cap(0, 0, width(), height() - 1);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(0, 0, 0, 128));
+    painter.drawRoundedRect(cap.translated(0, 1), 4, 4);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.setBrush(QColor(60, 60, 61));
+    painter.drawRoundedRect(cap, 4, 4);
+    painter.setPen(QPen(QColor(255, 255, 255, 36), 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(cap.adjusted(0.5, 0.5, -0.5, -0.5), 3.5, 3.5);
+    painter.setPen(tokens::kWhite);
+    painter.setFont(font());
+    const double width = QFontMetricsF(font()).horizontalAdvance(m_key);
+    painter.drawText(QPointF((cap.width() - width) / 2, centredBaseline(font(), 0, cap.height())), m_key);
+}
+
+ElidedLabel::ElidedLabel(const QFont& font, const QColor& color, QWidget* parent) : QLabel(parent) {
+    setFont(font);
+    setLabelColor(*this, color);
+    setTextFormat(Qt::PlainText);
+}
+
+QString ElidedLabel::oneLine() const {
+    return text().trimmed().replace(u'\n', QStringLiteral(" · "));
+}
+
+QSize ElidedLabel::sizeHint() const {
+    return {static_cast<int>(std::ceil(tabularWidth(font(), oneLine()))) + 1, QLabel::sizeHint().height()};
+}
+
+void ElidedLabel::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setFont(font());
+    painter.setPen(palette().color(QPalette::WindowText));
+    const QString whole = oneLine();
+    const QString shown = tabularWidth(font(), whole) <= width()
+                              ? whole
+                              : QFontMetricsF(font()).elidedText(whole, Qt::ElideRight, width());
+    drawTabular(painter, rect(), alignment(), shown);
+    const QString tip = shown == whole ? QString() : whole;
+    if (toolTip() != tip) setToolTip(tip);
+}
+
+QLabel* makeLabel(const QString& text, const QFont& font, const QColor& color, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    label->setFont(font);
+    label->setTextFormat(Qt::PlainText);
+    setLabelColor(*label, color);
+    return label;
+}
+
+void setLabelColor(QLabel& label, const QColor& color) {
+    QPalette palette = label.palette();
+    if (palette.color(QPalette::WindowText) == color) return;
+    palette.setColor(QPalette::WindowText, color);
+    label.setPalette(palette);
+}
+
+}  // namespace qm

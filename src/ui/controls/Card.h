@@ -1,0 +1,71 @@
+// The quiet parts of the look: the rounded well that holds controls, a pill that states a fact, a key cap, and a label
+// that ends in an ellipsis when it must. Main thread only.
+#pragma once
+
+#include <QLabel>
+#include <QWidget>
+
+namespace qm {
+
+class Card : public QWidget {
+    Q_OBJECT
+
+public:
+    using QWidget::QWidget;
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+};
+
+class StateTag : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit StateTag(bool amber, QWidget* parent = nullptr);
+    void setText(const QString& text);  // an empty text hides the tag
+    QString text() const { return m_text; }
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+
+private:
+    QString m_text;
+    bool m_amber;
+};
+
+class KeyCap : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit KeyCap(const QString& key, QWidget* parent = nullptr);
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+
+private:
+    QString m_key;
+};
+
+// One line: line breaks are shown as " · ", and what does not fit is cut at the end, the whole text in the tooltip.
+class ElidedLabel : public QLabel {
+    Q_OBJECT
+
+public:
+    explicit ElidedLabel(const QFont& font, const QColor& color, QWidget* parent = nullptr);
+    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+
+private:
+    QString oneLine() const;
+};
+
+// A label of the look, whose colour is its palette's WindowText.
+QLabel* makeLabel(const QString& text, const QFont& font, const QColor& color, QWidget* parent = nullptr);
+void setLabelColor(QLabel& label, const QColor& color);
+
+}  // namespace qm

@@ -1,0 +1,68 @@
+// The small push button of the cards: a word, a number or a line icon. Lit while it names the present value.
+// Main thread only.
+#pragma once
+
+#include "ui/controls/FaceButton.h"
+
+namespace qm {
+
+class ChipButton : public FaceButton {
+    Q_OBJECT
+
+public:
+    explicit ChipButton(const QString& text, const QString& iconName = {}, QWidget* parent = nullptr);
+
+    void setLit(bool lit);
+    bool isLit() const { return m_lit; }
+    void setQuiet(bool quiet);  // no ground at rest
+    void setTextSize(double pixels);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return {22, sizeHint().height()}; }
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+
+private:
+    void paintGround(QPainter& painter, const QRectF& face) const;
+    double contentWidth() const;
+
+    QString m_iconName;
+    bool m_lit = false;
+    bool m_quiet = false;
+};
+
+// One tool of the toolbar: a line icon and a word, without ground at rest, aqua while its window is shown.
+class ToolButton : public FaceButton {
+    Q_OBJECT
+
+public:
+    ToolButton(const QString& text, const QString& iconName, QWidget* parent = nullptr);
+    void setOn(bool on);
+    bool isOn() const { return m_on; }
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+
+private:
+    QString m_iconName;
+    bool m_on = false;
+};
+
+// A full-size push button; the primary one is filled with aqua, and there is at most one of those in a window.
+class PushButton : public FaceButton {
+    Q_OBJECT
+
+public:
+    explicit PushButton(const QString& text, bool primary = false, QWidget* parent = nullptr);
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+
+private:
+    bool m_primary;
+};
+
+}  // namespace qm

@@ -1,0 +1,135 @@
+#include "ui/controls/EmptyListView.h"
+
+#include <QBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QStyle>
+#include <cmath>
+#include <vector>
+
+#include "ui/controls/Card.h"
+#include "ui/controls/Fonts.h"
+#include "ui/controls/NamedImage.h"
+#include "ui/controls/Tokens.h"
+
+namespace qm {
+
+namespace {
+
+constexpr int kPulseMs = 240;
+constexpr int kPulses = 2;
+constexpr int kInset = 10;
+
+QHBoxLayout* makeRow(QWidget* parent, int spacing) {
+    auto* row = new QHBoxLayout(parent);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(spacing);
+    return row;
+}
+
+// An icon that follows the sharpness of its screen.
+class IconView : public QWidget {
+public:
+    IconView(const QString& name, int size, const QColor& color) : m_name(name), m_color(color) {
+        setFixedSize(size, size);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter(this).drawPixmap(0, 0, lineIcon(m_name, width(), m_color, devicePixelRatioF()));
+    }
+
+private:
+    QString m_name;
+    QColor m_color;
+};
+
+}  // namespace
+
+EmptyListView::EmptyListView(QWidget* parent) : QWidget(parent), m_column(new QWidget(this)) {
+    auto* column = new QVBoxLayout(m_column);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(makeHeadline(), 0, Qt::AlignHCenter);
+    column->addSpacing(12);
+    column->addWidget(makeOpenRow(), 0, Qt::AlignHCenter);
+    column->addSpacing(20);
+    column->addWidget(makeKeyHints(), 0, Qt::AlignHCenter);
+    m_pulse.setDuration(kPulseMs);
+    m_pulse.setLoopCount(kPulses);
+    m_pulse.setStartValue(0.0);
+    m_pulse.setEndValue(1.0);
+    connect(&m_pulse, &QVariantAnimation::valueChanged, this, [this] { update(); });
+}
+
+QWidget* EmptyListView::makeHeadline() {
+    auto* widget = new QWidget;
+    auto* row = makeRow(widget, 12);
+    row->addWidget(new IconView(QStringLiteral("qm_drop.png"), 30, tokens::kAqua));
+    row->addWidget(makeLabel(tr("Drop audio or video files here"), uiFont(19, 600, -0.01), tokens::kText));
+    return widget;
+}
+
+QWidget* EmptyListView::makeOpenRow() {
+    auto* widget = new QWidget;
+    auto* row = makeRow(widget, 4);
+    m_open = new PushButton(tr("Open…"), true);
+    row->addWidget(m_open);
+    row->addSpacing(6);
+    row->addWidget(makeLabel(tr("or press"), uiFont(13), tokens::kText2));
+    row->addWidget(new KeyCap(tr("Ctrl")));
+    row->addWidget(new KeyCap(QStringLiteral("O")));
+    return widget;
+}
+
+QWidget* EmptyListView::makeKeyHints() {
+    struct Hint {
+        std::vector<QString> keys;
+        QString text;
+    };
+    const std::vector<Hint> hints = {{{tr("Space")}, tr("play")},
+                                     {{QStringLiteral("["), QStringLiteral("]")}, tr("mark A and B")},
+                                     {{QStringLiteral("L")}, tr("loop")},
+                                     {{QStringLiteral("−"), QStringLiteral("+")}, tr("slower, faster")}};
+    auto* widget = new QWidget;
+    auto* row = makeRow(widget, 22);
+    for (const Hint& hint : hints) {
+        auto* group = new QHBoxLayout;
+        group->setSpacing(7);
+        for (const QString& key : hint.keys) group->addWidget(new KeyCap(key));
+        group->addWidget(makeLabel(hint.text, uiFont(12.5), tokens::kHintText));
+        row->addLayout(group);
+    }
+    return widget;
+}
+
+void EmptyListView::resizeEvent(QResizeEvent*) {
+    const QSize size = m_column->sizeHint();
+    m_column->setGeometry((width() - size.width()) / 2, (height() - size.height()) / 2, size.width(), size.height());
+}
+
+void EmptyListView::pulse() {
+    if (style()->styleHint(QStyle::SH_Widget_Animate, nullptr, this)) m_pulse.start();
+}
+
+void EmptyListView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const bool pulsing = m_pulse.state() == QAbstractAnimation::Running;
+    const double glow = pulsing ? std::sin(m_pulse.currentValue().toDouble() * M_PI) : 0;
+    const QRectF frame = QRectF(rect()).adjusted(kInset + 0.75, kInset + 0.75, -kInset - 0.75, -kInset - 0.75);
+    if (pulsing) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor(63, 210, 226, static_cast<int>(40 * glow)));
+        painter.drawRoundedRect(frame, tokens::kCardRadius, tokens::kCardRadius);
+    }
+    QColor line(255, 255, 255, 66);
+    if (pulsing) line = QColor(63, 210, 226, static_cast<int>(66 + 160 * glow));
+    QPen pen(line, 1.5, Qt::CustomDashLine, Qt::FlatCap);
+    pen.setDashPattern({2, 2});
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(frame, tokens::kCardRadius - 0.75, tokens::kCardRadius - 0.75);
+}
+
+}  // namespace qm
