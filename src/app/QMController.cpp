@@ -30,7 +30,7 @@ QMController::QMController(MediaEngine& engine, Prefs& store, const ImageProvide
       m_exit([](int status) { std::_Exit(status); }),
       m_chrome(*this, *this),
       m_clock(*this, *this, engine),
-      m_info(*this, *this, *this, engine),
+      m_info(*this, *this, *this),
       m_loop(*this, *this, *this, engine, m_clock),
       m_speed(*this, *this, m_clock),
       m_pitch(*this, *this, engine),
@@ -53,7 +53,7 @@ void QMController::awakeFromNib(const Outlets& outlets) {
     static_cast<Outlets&>(*this) = outlets;
     if (playList) playList->setModel(&m_table);
     m_chrome.startFadeIn();
-    if (playList) connect(playList, &PlayListView::rowActivated, this, &QMController::rowDoubleClicked);
+    if (playList) connect(playList, &PlayListView::doubleClicked, this, &QMController::rowDoubleClicked);
     if (mainWindow) restoreWindowPosition(*mainWindow);
     setUpPlayList();
     applyTextColor(*this, textColorForChoice(prefs.integerForKey(QStringLiteral("TextColor"))));
@@ -68,6 +68,7 @@ void QMController::setUpPlayList() {
     playList->verticalScrollBar()->setProperty("controlTint", QStringLiteral("graphite"));
     playList->setProperty("selectionHighlightStyle", QStringLiteral("sourceList"));
     playList->setAcceptDrops(true);
+    playList->acceptDrop = [this](const QList<QUrl>& files) { return m_loader.acceptDrop(files); };
     playList->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
 }
 

@@ -1,6 +1,5 @@
 #include "app/WindowPosition.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -11,6 +10,7 @@
 #include <array>
 
 #include "engine/api/Log.h"
+#include "library/SupportFolder.h"
 
 namespace qm {
 
@@ -54,8 +54,8 @@ QList<QRect> availableScreens() {
 }  // namespace
 
 QString windowPositionPath() {
-    return QDir::homePath() + u'/' + QStringLiteral("/Library/Application Support/Quillmere") +
-           QStringLiteral("/windowposition");
+    const QString home = homeFolder();
+    return home.isEmpty() ? QString() : home + u'/' + kSupportFolder + QStringLiteral("/windowposition");
 }
 
 QString savedFrameString(const QRect& window, const QRect& screen, const QRect& primary) {
@@ -86,14 +86,16 @@ std::optional<QRect> frameFromSavedString(const QString& text, QSize minimum, co
 }
 
 void saveWindowPosition(const QWidget& window) {
+    const QString path = windowPositionPath();
+    if (path.isEmpty()) return;
     const bool special = window.isMaximized() || window.isFullScreen() || window.isMinimized();
     const QRect frame = special ? window.normalGeometry() : QRect(window.pos(), window.size());
     const QByteArray text =
         savedFrameString(frame, window.screen()->geometry(), QGuiApplication::primaryScreen()->geometry()).toUtf8();
     // Written in place: the file keeps its identity, links to it stay good.
-    QFile file(windowPositionPath());
+    QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(text) != text.size() || !file.flush()) {
-        qmLog("cleanupWhenClosing: cannot write " + QFile::encodeName(file.fileName()).toStdString());
+        qmLog("cleanupWhenClosing: cannot write " + QFile::encodeName(path).toStdString());
     }
 }
 

@@ -14,7 +14,8 @@ class QWidget;
 
 namespace qm {
 
-// "<home>//Library/Application Support/Quillmere/windowposition"; the doubled slash belongs to it.
+// "<home>//Library/Application Support/Quillmere/windowposition", empty without a home folder; the doubled slash
+// belongs to it.
 QString windowPositionPath();
 
 // Rectangles as the toolkit counts them, from the top left; `primary` is the primary screen.

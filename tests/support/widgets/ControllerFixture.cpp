@@ -115,7 +115,11 @@ QMController& ControllerFixture::init() {
     return *controller;
 }
 
-void ControllerFixture::connectDialogs() {}
+void ControllerFixture::connectDialogs() {
+    controller->playListTable().setRunAlert(
+        [this](const QString& message, const QStringList& buttons) { return dialogs.alert(message, buttons); });
+    controller->trackLoader().setRunPanel([this](QFileDialog&) { return dialogs.openPanel(); });
+}
 
 QMController& ControllerFixture::start() {
     init();

@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 #include "support/widgets/EventLog.h"
 
@@ -12,15 +13,15 @@ class ScriptedDialogs {
 public:
     explicit ScriptedDialogs(EventLog& log) : m_log(log) {}
 
-    int alertAnswer = 1000;   // 1000 is the first button, 1001 the second
-    QStringList chosenFiles;  // what the open panel gives; empty is a cancel
+    int alertAnswer = 1000;                  // 1000 is the first button, 1001 the second
+    std::optional<QStringList> chosenFiles;  // what the open panel gives; none is a cancel
 
     int alert(const QString& message, const QStringList& buttons) {
         m_log.add("alert \"" + message.toStdString() + "\" [" + buttons.join(u'|').toStdString() + "]");
         return alertAnswer;
     }
 
-    QStringList openPanel() {
+    std::optional<QStringList> openPanel() {
         m_log.add("open panel");
         return chosenFiles;
     }
