@@ -152,16 +152,22 @@ add_track() {
     type_text "$1"
     press Return
     wait_until "$1 is opened" opened_more_than "$before"
-    wait_until "the main window has the keys again" main_window_has_focus
+    give_keys_to_main_window
+}
+
+# There is no window manager that would do it when a panel closes.
+give_keys_to_main_window() {
+    wait_until "the panel is gone" only_the_main_window
+    xdotool windowfocus --sync "$player_window"
+}
+
+only_the_main_window() {
+    [ "$(xdotool search --onlyvisible --all --pid "$player_pid" --name . | sort -u)" = "$player_window" ]
 }
 
 another_window_has_focus() {
     local focus
     focus=$(xdotool getwindowfocus) && [ "$focus" -gt 1 ] && [ "$focus" != "$player_window" ]
-}
-
-main_window_has_focus() {
-    [ "$(xdotool getwindowfocus)" = "$player_window" ]
 }
 
 # start_recording FILE: from here on what the program plays is written there.

@@ -2,7 +2,6 @@
 # Called as: TEST.sh PROGRAMS, where PROGRAMS is the folder of the built programs.
 set -eu
 programs=$1
-support_folder="$HOME/none"  # set by open_test
 . "$(dirname "${BASH_SOURCE[0]}")/../../scripts/stage.sh"
 
 gain=0.5  # what the program starts with
@@ -53,13 +52,33 @@ end_with_status_0() {
     expect "exit status" "$player_status" -eq 0
 }
 
-# add_coded_track SECONDS: makes the coded sound, adds it and selects its row. It is loaded and stands still at 0.
+# add_coded_track SECONDS: makes the coded sound, adds it and plays it by a double click on its row; then pauses it and
+# goes back to its first frame.
 add_coded_track() {
     coded=$stage/coded.wav
     measure make-coded "$coded" "$1"
     add_track "$coded"
+    start_recording "$stage/first.raw"
+    double_click_first_row
+    wait_for_sound
+    press p
+    wait_for_silence
     press Home
-    click 200 416
+    stop_recording
+}
+
+double_click_first_row() {
+    click 200 416 2
+}
+
+# set_marks A B: at whole seconds, while paused at the start.
+set_marks() {
+    local second
+    for ((second = 0; second <= $2; second++)); do
+        [ "$second" -ne "$1" ] || press bracketleft
+        [ "$second" -ne "$2" ] || press bracketright
+        [ "$second" -eq "$2" ] || press Right
+    done
 }
 
 # analyse: the runs of the recording, and the joins between them, in $runs and $joins; see quillmere-measure.

@@ -1,0 +1,16 @@
+# The real program on a virtual screen with a virtual sound card. The tests share one machine's time: one at a time, and
+# nothing else beside them.
+find_package(X11 REQUIRED)
+
+add_executable(close_window system/close_window.cpp)
+target_link_libraries(close_window PRIVATE X11::X11)
+add_executable(drag_source system/drag_source.cpp)
+target_link_libraries(drag_source PRIVATE Qt6::Widgets)
+set_target_properties(close_window drag_source PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+
+file(GLOB SYSTEM_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/test_*.sh)
+foreach(script ${SYSTEM_TESTS})
+  string(REGEX REPLACE ".*/test_(.*)\\.sh$" "system_\\1" name ${script})
+  add_test(NAME ${name} COMMAND bash ${script} ${CMAKE_BINARY_DIR}/bin)
+  set_tests_properties(${name} PROPERTIES RUN_SERIAL TRUE RESOURCE_LOCK stage TIMEOUT 300)
+endforeach()

@@ -1,0 +1,54 @@
+#!/bin/bash
+# Files dragged onto the play list: of several only the first in order is added; a file of another kind is refused, and
+# with it the others. The added track is loaded, and the play key plays it from its first frame.
+. "$(dirname "$0")/lib.sh"
+open_test
+start
+
+# drop FILE...: drags them from a window beside the main window onto the play list.
+drop() {
+    local source_pid before
+    "$programs/drag_source" 1100 800 "$@" &
+    source_pid=$!
+    stage_pids+=("$source_pid")
+    wait_until "the drag source is on the screen" xdotool search --onlyvisible --name '^drag source$'
+    xdotool mousemove --sync 1140 830 mousedown 1
+    xdotool mousemove --sync 1120 820
+    xdotool mousemove --sync --window "$player_window" 400 600
+    for x in 380 360 340 320 300; do # a hand is never quite still, and the target must answer before the release
+        xdotool mousemove --sync --window "$player_window" "$x" 480
+        sleep 0.1
+    done
+    xdotool mouseup 1
+    wait_until "the drag has ended" has_ended "$source_pid"
+    wait "$source_pid"
+    xdotool windowfocus --sync "$player_window"
+}
+
+has_ended() {
+    ! kill -0 "$1"
+}
+
+measure make-coded "$stage/b.wav" 3
+measure make-coded "$stage/A.WAV" 4
+echo text >"$stage/a.txt"
+
+drop "$stage/a.txt" "$stage/b.wav"
+expect_no_text "$player_log" "loadFile"
+drop "$stage/b.wav" "$stage/A.WAV"
+wait_until "the file is opened" opened_more_than 0
+
+start_recording "$stage/dropped.raw"
+press space
+wait_for_sound
+wait_recorded 1
+press p
+wait_for_silence
+stop_recording
+quit_by_key
+
+expect "entries" "$(grep -c '<key>track</key>' "$support_folder/Quillmere.xml")" -eq 1
+expect_text "$support_folder/Quillmere.xml" "<string>$stage/A.WAV</string>"
+analyse
+expect "runs" "$(count_of "$runs")" -eq 1
+expect "first clean frame" "$(values "$runs" source)" -le 2205
