@@ -8,6 +8,7 @@ namespace qm::measure {
 namespace {
 
 constexpr int kSecond = kSampleRate;
+constexpr int kHalfSecond = kSecond / 2;
 constexpr int kMiddleStart = kSecond / 4;
 constexpr int kMiddleEnd = kSecond * 3 / 4;
 constexpr int kOuterCode = 8;        // right channel outside the middle
@@ -36,7 +37,7 @@ std::optional<Code> decode(const Sound& recording, std::size_t frame, double gai
     if (!left || !right) {
         return std::nullopt;
     }
-    const int counter = *left + kSecond / 2;
+    const int counter = *left + kHalfSecond;
     if (counter < 0 || counter >= kSecond) {
         return std::nullopt;
     }
@@ -119,7 +120,7 @@ Sound makeCodedSound(int seconds) {
     for (int second = 0; second < seconds; ++second) {
         for (int counter = 0; counter < kSecond; ++counter) {
             const int right = inMiddle(counter) ? (second + 1) * kSecondCodeStep : kOuterCode;
-            sound.left.push_back(float(counter - kSecond / 2) / 32768.0f);
+            sound.left.push_back(float(counter - kHalfSecond) / 32768.0f);
             sound.right.push_back(float(right) / 32768.0f);
         }
     }
