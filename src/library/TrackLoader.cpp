@@ -133,6 +133,7 @@ void TrackLoader::openFile() {
     const auto chosen = m_runPanel(*panel);
     if (!chosen) return;
     for (const QString& path : *chosen) {
+        if (!openPanelTypes().contains(pathExtension(path))) continue;  // typed, not offered
         m_panelFolder = QFileInfo(path).path();
         loadFileAdd(resolvedPath(path), true);
     }

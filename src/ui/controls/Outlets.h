@@ -36,6 +36,7 @@ struct Outlets {
 
     PlayListView* playList = nullptr;
     QLabel* trackTotal = nullptr;
+    QLabel* format = nullptr;
 
     Slider* speedSlider = nullptr;
     TitleButton* speedResetButton = nullptr;
@@ -77,7 +78,6 @@ struct Outlets {
     QLabel* audioLevelRight = nullptr;
 
     QLabel* copyright = nullptr;
-    QLabel* format = nullptr;
     QLabel* formatInInfo = nullptr;
     QLabel* duration = nullptr;
     QLabel* movieName = nullptr;

@@ -1,0 +1,55 @@
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+#include <functional>
+
+#include "library/Alert.h"
+#include "support/widgets/TestText.h"
+
+using namespace qm;
+
+namespace {
+
+// Runs the alert and lets the user do something with its box as soon as it is on screen.
+int runAlert(const std::function<void(QMessageBox&)>& user) {
+    QTimer::singleShot(0, [&user] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        REQUIRE(box != nullptr);
+        user(*box);
+    });
+    return runWarningAlert(nullptr, "It will be cleared.", {"Clear list", "Cancel"});
+}
+
+QPushButton* button(QMessageBox& box, const QString& title) {
+    for (QPushButton* candidate : box.findChildren<QPushButton*>()) {
+        if (candidate->text() == title) return candidate;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+TEST_CASE("the alert is a warning with the message and its buttons, the first as default") {
+    runAlert([](QMessageBox& box) {
+        CHECK(box.icon() == QMessageBox::Warning);
+        CHECK(box.text() == "It will be cleared.");
+        CHECK(box.buttons().size() == 2);
+        CHECK(box.defaultButton() == button(box, "Clear list"));
+        box.reject();
+    });
+}
+
+TEST_CASE("the first button answers 1000, the second 1001") {
+    CHECK(runAlert([](QMessageBox& box) { button(box, "Clear list")->click(); }) == 1000);
+    CHECK(runAlert([](QMessageBox& box) { button(box, "Cancel")->click(); }) == 1001);
+}
+
+TEST_CASE("escape and closing the alert are not the first button") {
+    CHECK(runAlert([](QMessageBox& box) {
+              QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+              QApplication::sendEvent(&box, &escape);
+          }) == 1001);
+    CHECK(runAlert([](QMessageBox& box) { box.close(); }) == 1001);
+}

@@ -1,0 +1,97 @@
+#include <QDir>
+#include <QDragMoveEvent>
+#include <QDropEvent>
+#include <QFile>
+#include <QMimeData>
+#include <QUrl>
+
+#include "support/widgets/ControllerFixture.h"
+
+using namespace qm;
+
+namespace {
+
+struct DropFixture : ControllerFixture {
+    QString file(const QString& name) {
+        const QString path = home.path() + u'/' + name;
+        QFile made(path);
+        REQUIRE(made.open(QIODevice::WriteOnly));
+        return path;
+    }
+
+    bool drop(const QStringList& paths) {
+        QList<QUrl> urls;
+        for (const QString& path : paths) urls.append(QUrl::fromLocalFile(path));
+        return controller->trackLoader().acceptDrop(urls);
+    }
+};
+
+}  // namespace
+
+TEST_CASE_FIXTURE(DropFixture, "a dropped file is added on top and loaded") {
+    startWithRows({"/music/old.wav"});
+    const QString path = file("song.Mp3");
+    CHECK(drop({path}));
+    CHECK(controller->trackArray == std::vector<QString>{path, "/music/old.wav"});
+    CHECK(controller->loadedPath == path);
+}
+
+TEST_CASE_FIXTURE(DropFixture, "one drop adds one track: the first of the sorted paths") {
+    start();
+    const QString b = file("b.mp3"), a = file("A.wav");
+    CHECK(drop({b, a}));
+    CHECK(controller->trackArray == std::vector<QString>{a});
+}
+
+TEST_CASE_FIXTURE(DropFixture, "a drop whose first file is refused loads nothing, though others would do") {
+    startWithLoadedTrack();
+    const Events before = everything();
+    CHECK_FALSE(drop({file("b.mp3"), file("a.txt")}));
+    CHECK_FALSE(drop({file("song.M4V")}));
+    QDir().mkpath(home.path() + "/x.mov");
+    CHECK_FALSE(drop({home.path() + "/x.mov"}));
+    CHECK(everything() == before);
+    CHECK(log.events().empty());
+}
+
+TEST_CASE_FIXTURE(DropFixture, "a drop without files is refused") {
+    start();
+    CHECK_FALSE(drop({}));
+    CHECK_FALSE(controller->trackLoader().acceptDrop({QUrl("http://nowhere.invalid/a.mp3")}));
+}
+
+TEST_CASE_FIXTURE(DropFixture, "a drop is taken even if the file then cannot be opened as a movie") {
+    start();
+    const QString path = file("text.mp3");
+    engine.unreadable.insert(path.toStdString());
+    CHECK(drop({path}));
+    CHECK(controller->count() == 0);
+    CHECK(controller->loadedPath == path);
+}
+
+TEST_CASE_FIXTURE(DropFixture,
+                  "hovering is answered with copy whatever is dragged and wherever, marked above the first row") {
+    startWithRows({"/music/one.wav", "/music/two.wav"});
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(file("notes.txt"))});
+    QDragEnterEvent enter(QPoint(10, 60), Qt::MoveAction | Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(outlets.playList->viewport(), &enter);
+    CHECK(enter.isAccepted());
+    CHECK(enter.dropAction() == Qt::CopyAction);
+    CHECK(outlets.playList->showsDropMarker());
+    CHECK(controller->count() == 2);
+}
+
+TEST_CASE_FIXTURE(DropFixture, "a file dropped on the list's view arrives, and a refused one is not accepted") {
+    start();
+    QMimeData good, bad;
+    good.setUrls({QUrl::fromLocalFile(file("song.mp3"))});
+    bad.setUrls({QUrl::fromLocalFile(file("notes.txt"))});
+    QDropEvent taken(QPointF(10, 60), Qt::CopyAction, &good, Qt::LeftButton, Qt::NoModifier);
+    QDropEvent refused(QPointF(10, 60), Qt::CopyAction, &bad, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(outlets.playList->viewport(), &taken);
+    QCoreApplication::sendEvent(outlets.playList->viewport(), &refused);
+    CHECK(taken.isAccepted());
+    CHECK_FALSE(refused.isAccepted());
+    CHECK(controller->count() == 1);
+}

@@ -1,0 +1,250 @@
+#include "library/TrackLoader.h"
+
+#include <QPointer>
+#include <QTimer>
+
+#include "support/widgets/ControllerFixture.h"
+
+using namespace qm;
+
+namespace {
+
+MovieScript taggedSong() {
+    MovieScript script;
+    script.duration = 132300;
+    script.timeScale = 44100;
+    script.displayName = "Blue";
+    script.metaData = {{"\xa9"
+                        "ART",
+                        "Ella"},
+                       {"\xa9"
+                        "alb",
+                        "Live"}};
+    return script;
+}
+
+}  // namespace
+
+TEST_CASE_FIXTURE(ControllerFixture, "a load goes step by step, and says so in the log") {
+    startWithLoadedTrack();
+    controller->isPlaying = true;
+    controller->rate = -0.5f;
+    controller->gain = 0.25f;
+    controller->balance = -0.75f;
+    controller->pitch = -150.0f;
+    controller->loadFileAdd("/music/new.wav", true);
+    CHECK(log.events() ==
+          Events{"log loadFile: 1", "stop", "log loadFile: 2", "open /music/new.wav", "log loadFile: 3", "setMuted NO",
+                 "setVolume 0.25", "SetMovieAudioBalance -0.75 flags 0", "QTSetMovieProperty audi pitc 4 bytes -150",
+                 "MediaSetSoundBassAndTreble track 0 128 128", "SetMovieAudioVolumeMeteringEnabled dcly YES",
+                 "SetMovieAudioFrequencyMeteringNumBands stmx 4", "play", "setRate -0.5"});
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "the path is kept before the file is opened") {
+    start();
+    QString atOpen;
+    log.atEvent = [&](const std::string& event) {
+        if (event.starts_with("open ")) atOpen = controller->loadedPath;
+    };
+    controller->loadFileAdd("/music/new.wav", false);
+    CHECK(atOpen == "/music/new.wav");
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "a file that cannot be opened leaves everything but path and movie as it was") {
+    startWithLoadedTrack();
+    controller->isPlaying = true;
+    engine.unreadable.insert("/music/text.mp3");
+    const Events before = everything();
+    const Movie handle = controller->quickTimeMovie;
+    controller->loadFileAdd("/music/text.mp3", true);
+    CHECK(everything() == before);
+    CHECK(controller->count() == 2);
+    CHECK(controller->loadedPath == "/music/text.mp3");
+    CHECK(controller->qtMovie == nullptr);
+    CHECK(controller->quickTimeMovie == handle);
+    CHECK(log.events() == Events{"log loadFile: 1", "stop", "log loadFile: 2", "open /music/text.mp3",
+                                 "log Unable to open /music/text.mp3: not a media file"});
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "a movie with video brings its panel, one without hides it") {
+    start();
+    engine.files["/music/film.mp4"].hasVideo = true;
+    CHECK_FALSE(outlets.videoPanel->isVisible());
+    controller->loadFileAdd("/music/film.mp4", true);
+    CHECK(outlets.videoPanel->isVisible());
+    controller->loadFileAdd("/music/song.mp3", true);
+    CHECK_FALSE(outlets.videoPanel->isVisible());
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "the position slider spans the movie and stands at its start under a new clock") {
+    startWithLoadedTrack();
+    engine.files["/music/long.wav"].duration = 2000000000;
+    outlets.cueSlider->setValue(500);
+    const QPointer<QTimer> clock = controller->movieTimer.get();
+    controller->loadFileAdd("/music/long.wav", false);
+    CHECK(outlets.cueSlider->minimum() == 0.0);
+    CHECK(outlets.cueSlider->maximum() == 2000000000.0);
+    CHECK(outlets.cueSlider->value() == 0.0);
+    CHECK(clock.isNull());
+    CHECK(controller->movieTimer->isActive());
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "speed, pitch, gain, balance and the loop's times survive two loads") {
+    start();
+    controller->rate = 0.5f;
+    controller->pitch = 300.0f;
+    controller->gain = 0.125f;
+    controller->balance = 1.0f;
+    controller->timeA = {1, 2, 0};
+    controller->timeB = {3, 4, 0};
+    controller->loadFileAdd("/music/one.wav", true);
+    controller->loadFileAdd("/music/two.wav", true);
+    CHECK(controller->rate == 0.5f);
+    CHECK(controller->pitch == 300.0f);
+    CHECK(controller->gain == 0.125f);
+    CHECK(controller->balance == 1.0f);
+    CHECK(controller->timeA == QTTime{1, 2, 0});
+    CHECK(controller->timeB == QTTime{3, 4, 0});
+}
+
+TEST_CASE_FIXTURE(ControllerFixture,
+                  "an added file is the new top row with its tags, and the current bass and treble") {
+    startWithRows({"/music/old.wav"});
+    engine.files["/music/blue.m4a"] = taggedSong();
+    controller->bass = 10;
+    controller->treble = 20;
+    controller->loadFileAdd("/music/blue.m4a", true);
+    REQUIRE(controller->count() == 2);
+    CHECK(controller->trackArray[0] == "/music/blue.m4a");
+    CHECK(controller->displayNamesArray[0] == "Blue");
+    CHECK(controller->artistArray[0] == "Ella");
+    CHECK(controller->albumArray[0] == "Live");
+    CHECK(controller->durations[0] == 132300);
+    CHECK(controller->timescaleArray[0] == 44100);
+    CHECK(controller->bassArray[0] == 10);
+    CHECK(controller->trebleArray[0] == 20);
+    CHECK(controller->markAarray[0] == 0);
+    CHECK(controller->markBarray[0] == 132300);
+    CHECK(outlets.playList->model()->rowCount() == 2);
+    CHECK(outlets.trackTotal->text() == "2 items");
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "a movie without name or tags is listed by its path, and one space each") {
+    start();
+    engine.usual.displayName.reset();
+    controller->loadFileAdd("/music/bare.wav", true);
+    CHECK(controller->displayNamesArray[0] == "/music/bare.wav");
+    CHECK(controller->artistArray[0] == " ");
+    CHECK(controller->albumArray[0] == " ");
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "a duration is widened with its sign") {
+    start();
+    engine.usual.duration = -5;
+    controller->loadFileAdd("/music/odd.wav", true);
+    CHECK(controller->durations[0] == -5);
+    CHECK(controller->markBarray[0] == -5);
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "without add the list stays as it is") {
+    startWithRows({"/music/old.wav"});
+    controller->loadFileAdd("/music/new.wav", false);
+    CHECK(controller->trackArray == std::vector<QString>{"/music/old.wav"});
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "a file added twice is listed twice") {
+    start();
+    controller->loadFileAdd("/music/one.wav", true);
+    controller->loadFileAdd("/music/one.wav", true);
+    CHECK(controller->trackArray == std::vector<QString>{"/music/one.wav", "/music/one.wav"});
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "adding keeps the selected index, whose bass and treble come back") {
+    startWithRows({"/m/0.wav", "/m/1.wav", "/m/2.wav", "/m/3.wav"});
+    controller->bassArray = {1, 2, 3, 4};
+    controller->trebleArray = {11, 12, 13, 14};
+    outlets.playList->selectRowIndex(3);
+    controller->loadFileAdd("/m/new.wav", true);
+    CHECK(outlets.playList->selectedRow() == 3);
+    CHECK(controller->bass == 3);
+    CHECK(controller->treble == 13);
+    CHECK(log.count("MediaSetSoundBassAndTreble track 0 3 13") == 1);
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "with row 0 selected the selection means the new row") {
+    startWithRows({"/m/0.wav"});
+    controller->bassArray[0] = 77;
+    outlets.playList->selectRowIndex(0);
+    controller->loadFileAdd("/m/new.wav", true);
+    CHECK(outlets.playList->selectedRow() == 0);
+    CHECK(controller->bass == 128);
+}
+
+TEST_CASE_FIXTURE(ControllerFixture,
+                  "the selected row's tone is shown on sliders and in titles in the control's style") {
+    startWithRows({"/m/0.wav"});
+    controller->bassArray[0] = 200;
+    controller->trebleArray[0] = -5;
+    outlets.playList->selectRowIndex(0);
+    controller->loadFileAdd("/m/0.wav", false);
+    CHECK(outlets.bassSlider->value() == 200.0);
+    CHECK(outlets.bassResetButton->title() == "200");
+    CHECK(outlets.bassResetButton->titleAttributes() == controller->controlColorAttributes);
+    CHECK(outlets.trebleSlider->value() == 0.0);
+    CHECK(outlets.trebleResetButton->title() == "-5");
+    CHECK(outlets.trebleResetButton->titleAttributes() == controller->controlColorAttributes);
+}
+
+TEST_CASE_FIXTURE(ControllerFixture,
+                  "without a selected row the player's tone stays, goes into the new row and not to the movie") {
+    startWithRows({"/m/0.wav"});
+    controller->bass = 9;
+    controller->loadFileAdd("/m/new.wav", true);
+    CHECK(controller->bass == 9);
+    CHECK(controller->bassArray == std::vector<std::int16_t>{9, 128});
+    CHECK(log.count("MediaSetSoundBassAndTreble") == 0);
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "loading while paused leaves the new movie at rest at its start") {
+    startWithLoadedTrack();
+    controller->loadFileAdd("/music/new.wav", true);
+    CHECK(log.count("play") == 0);
+    CHECK(log.count("setRate") == 0);
+    CHECK(engine.movie()->time.timeValue == 0);
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "a load works without any control on screen") {
+    outlets = Outlets();
+    start();
+    controller->isPlaying = true;
+    controller->loadFileAdd("/music/new.wav", true);
+    CHECK(controller->count() == 1);
+    CHECK(log.events().back() == "setRate 1");
+}
+
+TEST_CASE_FIXTURE(ControllerFixture,
+                  "the meters are switched on after the metering, if the user wants them and they are off") {
+    start();
+    log.take();
+    PositionClock clock(*controller, *controller, engine);
+    ToneControl tone(*controller, *controller, *controller, engine);
+    TrackMetadata metadata(engine);
+    bool wanted = true;
+    TrackLoader loader(*controller, *controller, *controller, engine, clock, tone, metadata,
+                       {[&] { return wanted; }, [&](bool on) { log.add(on ? "meters on" : "meters off"); }});
+    loader.loadFileAdd("/music/one.wav", false);
+    CHECK(log.events().back() == "meters on");
+    CHECK(log.events().at(log.events().size() - 2) == "SetMovieAudioFrequencyMeteringNumBands stmx 4");
+    controller->audioLevelIndicatorsState = true;
+    loader.loadFileAdd("/music/one.wav", false);
+    controller->audioLevelIndicatorsState = false;
+    wanted = false;
+    loader.loadFileAdd("/music/one.wav", false);
+    CHECK(log.count("meters on") == 1);
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "names that are not ASCII reach the engine in the file system's encoding") {
+    start();
+    controller->loadFileAdd(QStringLiteral("/music/\u00fc.wav"), false);
+    CHECK(log.count("open /music/\xc3\xbc.wav") == 1);
+}
