@@ -47,7 +47,7 @@ void strokeRounded(QPainter& painter, const QRectF& rect, const QColor& color, d
 }  // namespace
 
 ChipButton::ChipButton(const QString& text, const QString& iconName, QWidget* parent)
-    : FaceButton(parent), m_iconName(iconName) {
+    : FaceButton(parent), m_iconName(iconName), m_ink(tokens::kChipText) {
     setFont(uiFont(13, 500));
     setText(text);
 }
@@ -66,6 +66,13 @@ void ChipButton::setQuiet(bool quiet) {
 void ChipButton::setTextSize(double pixels) {
     setFont(uiFont(pixels, 500));
     updateGeometry();
+}
+
+void ChipButton::setInk(const QColor& color, int weight) {
+    m_ink = color;
+    QFont weighted = font();
+    weighted.setWeight(static_cast<QFont::Weight>(weight));
+    setFont(weighted);
 }
 
 double ChipButton::contentWidth() const {
@@ -101,7 +108,7 @@ void ChipButton::paintEvent(QPaintEvent*) {
     const double drop = isDown() ? 1 : 0;
     paintGround(painter, QRectF(rect()).adjusted(0, drop, 0, 0));
     double x = (width() - contentWidth()) / 2;
-    const QColor ink = m_lit ? tokens::kWhite : tokens::kChipText;
+    const QColor ink = m_lit || (m_quiet && isHovered()) ? tokens::kWhite : m_ink;
     if (!m_iconName.isEmpty()) {
         if (text().isEmpty()) x = std::round(x);
         const QPixmap icon = lineIcon(m_iconName, kChipIcon, ink, devicePixelRatioF());

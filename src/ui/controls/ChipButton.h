@@ -2,6 +2,8 @@
 // Main thread only.
 #pragma once
 
+#include <QColor>
+
 #include "ui/controls/FaceButton.h"
 
 namespace qm {
@@ -16,6 +18,7 @@ public:
     bool isLit() const { return m_lit; }
     void setQuiet(bool quiet);  // no ground at rest
     void setTextSize(double pixels);
+    void setInk(const QColor& color, int weight);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return {22, sizeHint().height()}; }
@@ -28,6 +31,7 @@ private:
     double contentWidth() const;
 
     QString m_iconName;
+    QColor m_ink;
     bool m_lit = false;
     bool m_quiet = false;
 };

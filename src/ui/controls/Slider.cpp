@@ -101,6 +101,14 @@ QString Slider::readableValue() const {
     return m_readable ? m_readable(m_value) : QString::number(m_value, 'g', 6);
 }
 
+void Slider::setSpokenForm(std::function<QString(double)> form) {
+    m_spoken = std::move(form);
+}
+
+QString Slider::spokenValue() const {
+    return m_spoken ? m_spoken(m_value) : readableValue();
+}
+
 double Slider::xOfValue(double value) const {
     const double radius = m_look.knobRadius;
     const double span = m_maximum - m_minimum;
@@ -230,7 +238,7 @@ void Slider::mouseReleaseEvent(QMouseEvent* event) {
 
 void Slider::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !isOnKnob(event->position())) return mousePressEvent(event);
-    moveByUser(m_resetValue);
+    moveByUser(m_doubleClickValue.value_or(m_resetValue));
 }
 
 void Slider::wheelEvent(QWheelEvent* event) {

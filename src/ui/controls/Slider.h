@@ -45,9 +45,10 @@ public:
     void setMaximum(double maximum);
     void setRange(double minimum, double maximum);
 
-    double resetValue() const { return m_resetValue; }  // where the fill starts and a double-click on the knob returns
+    double resetValue() const { return m_resetValue; }  // where the fill starts and the knob returns
     void setResetValue(double value);
-    void setStep(double step) { m_step = step; }  // of the wheel and of Up and Down
+    void setDoubleClickValue(double value) { m_doubleClickValue = value; }  // if it is not where the fill starts
+    void setStep(double step) { m_step = step; }                            // of the wheel and of Up and Down
     double step() const { return m_step; }
 
     bool isHeld() const { return m_held; }  // the user holds the knob
@@ -63,9 +64,11 @@ public:
     void setDimmed(bool dimmed);  // drawn faint; the slider still works
     bool isDimmed() const { return m_dimmed; }
 
-    // The value in words, for the bubble and for assistive tools.
+    // The value in words: in the bubble, and as assistive tools speak it.
     void setReadableForm(std::function<QString(double)> form);
     QString readableValue() const;
+    void setSpokenForm(std::function<QString(double)> form);
+    QString spokenValue() const;
 
     double xOfValue(double value) const;  // pixels from the slider's left edge
     QPainterPath focusPath() const override;
@@ -113,7 +116,9 @@ private:
     bool m_dimmed = false;
     bool m_hovered = false;
     std::optional<std::pair<double, double>> m_region;
+    std::optional<double> m_doubleClickValue;
     std::function<QString(double)> m_readable;
+    std::function<QString(double)> m_spoken;
     QTimer m_bubbleDelay;
     QPointer<ValueBubble> m_bubble;
 };

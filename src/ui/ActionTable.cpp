@@ -1,0 +1,84 @@
+#include "ui/ActionTable.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <algorithm>
+
+#include "engine/api/Log.h"
+#include "ui/controls/Slider.h"
+
+namespace qm {
+
+const ActionRow* actionRow(const QString& slot) {
+    const auto& rows = actionRows();
+    const auto found =
+        std::find_if(rows.begin(), rows.end(), [&](const ActionRow& row) { return slot == QLatin1String(row.slot); });
+    return found == rows.end() ? nullptr : &*found;
+}
+
+ActionTable::ActionTable(QMainWindow* window, QObject* controller)
+    : QObject(window), m_window(window), m_controller(controller) {}
+
+void ActionTable::buildMenus() {
+    for (const ActionRow& row : actionRows()) {
+        if (*row.menu == '\0') continue;
+        QMenu* menu = menuFor(row);
+        if (row.separatorBefore) menu->addSeparator();
+        menu->addAction(makeAction(row));
+    }
+}
+
+QMenu* ActionTable::menuFor(const ActionRow& row) {
+    QMenu*& menu = m_menus[QString::fromUtf8(row.menu)];
+    if (!menu) menu = m_window->menuBar()->addMenu(tr(row.menu));
+    if (*row.submenu == '\0') return menu;
+    QMenu*& submenu = m_menus[QString::fromUtf8(row.menu) + u'/' + QString::fromUtf8(row.submenu)];
+    if (!submenu) submenu = menu->addMenu(tr(row.submenu));
+    return submenu;
+}
+
+QAction* ActionTable::makeAction(const ActionRow& row) {
+    QString text = tr(row.text);
+    if (*row.shownKey != '\0') text += u'\t' + QString::fromUtf8(row.shownKey);
+    auto* action = new QAction(text, this);
+    action->setObjectName(QString::fromLatin1(row.slot));
+    action->setShortcuts(QList<QKeySequence>(row.keys.begin(), row.keys.end()));
+    action->setShortcutContext(Qt::WindowShortcut);
+    action->setAutoRepeat(row.repeats);
+    const QString slot = QString::fromLatin1(row.slot);
+    connect(action, &QAction::triggered, this, [this, slot] { send(slot); });
+    m_actions.insert(slot, action);
+    return action;
+}
+
+void ActionTable::describe(QWidget* control, const QString& slot) const {
+    const ActionRow* row = actionRow(slot);
+    if (!row) return;
+    control->setToolTip(tr(row->tooltip));
+    control->setAccessibleName(tr(row->accessibleName));
+}
+
+void ActionTable::bind(QAbstractButton* button, const QString& slot) {
+    describe(button, slot);
+    connect(button, &QAbstractButton::clicked, this, [this, slot] { send(slot); });
+}
+
+void ActionTable::bind(Slider* slider, const QString& slot) {
+    describe(slider, slot);
+    connect(slider, &Slider::action, this, [this, slot] { send(slot); });
+}
+
+void ActionTable::send(const QString& slot) {
+    const ActionRow* row = actionRow(slot);
+    QObject* target = row && row->owner == ActionRow::Window ? m_window : m_controller;
+    if (!row || !target || !QMetaObject::invokeMethod(target, row->slot, Qt::DirectConnection)) {
+        qmLog("no action named " + slot.toStdString());
+        return;
+    }
+    emit sent(slot);
+}
+
+}  // namespace qm

@@ -1,0 +1,70 @@
+// The one table of what the user can do: the action's name on the controller, its menu, words and keys, its tool and
+// what its controls say. Menus, keys, tooltips and accessible names all come from here; a new action is a new row.
+// Actions are sent by name, so that windows know no controller. Main thread only; an unknown name leaves a log line.
+#pragma once
+
+#include <QHash>
+#include <QKeySequence>
+#include <QObject>
+#include <QString>
+#include <functional>
+#include <vector>
+
+class QAbstractButton;
+class QAction;
+class QMainWindow;
+class QMenu;
+class QWidget;
+
+namespace qm {
+
+class Slider;
+
+struct ActionRow {
+    enum Owner { Controller, Window };
+
+    const char* slot;                // the action's name
+    const char* menu;                // "" for those that are only controls
+    const char* submenu;             // "" for items of the menu itself
+    const char* text;                // in the menu
+    std::vector<QKeySequence> keys;  // the first is shown in the menu
+    bool repeats;                    // while the key is held down
+    const char* tooltip;             // "" for none
+    const char* accessibleName;      // of the control that sends it
+    Owner owner = Controller;
+    const char* shownKey = "";  // a key that the menu only mentions, because a control owns it
+    bool separatorBefore = false;
+};
+
+const std::vector<ActionRow>& actionRows();
+const ActionRow* actionRow(const QString& slot);  // null if there is none
+
+class ActionTable : public QObject {
+    Q_OBJECT
+
+public:
+    // Rows of the window's own actions are sent to `window`, all others to `controller`.
+    ActionTable(QMainWindow* window, QObject* controller);
+
+    void buildMenus();
+    void bind(QAbstractButton* button, const QString& slot);  // sends it when clicked
+    void bind(Slider* slider, const QString& slot);           // sends it whenever the user moves the slider
+    void send(const QString& slot);
+
+    QAction* action(const QString& slot) const { return m_actions.value(slot); }  // of the menu; null if there is none
+
+signals:
+    void sent(const QString& slot);  // after the action has been done
+
+private:
+    QMenu* menuFor(const ActionRow& row);
+    QAction* makeAction(const ActionRow& row);
+    void describe(QWidget* control, const QString& slot) const;
+
+    QMainWindow* m_window;
+    QObject* m_controller;
+    QHash<QString, QAction*> m_actions;
+    QHash<QString, QMenu*> m_menus;
+};
+
+}  // namespace qm

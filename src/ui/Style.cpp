@@ -1,0 +1,125 @@
+#include "ui/Style.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QPalette>
+#include <QProxyStyle>
+#include <QStyleFactory>
+#include <QStyleOption>
+
+#include "ui/controls/Fonts.h"
+#include "ui/controls/NamedImage.h"
+#include "ui/controls/Tokens.h"
+
+namespace qm {
+
+namespace {
+
+constexpr double kWarningSize = 40;
+
+// The desktop's own style never shows through, and warnings carry our own sign.
+class QuietStyle : public QProxyStyle {
+public:
+    QuietStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+
+    QIcon standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const override {
+        if (icon != SP_MessageBoxWarning) return QProxyStyle::standardIcon(icon, option, widget);
+        QIcon sign;
+        for (const double scale : {1.0, 2.0})
+            sign.addPixmap(lineIcon(QStringLiteral("qm_warning.png"), kWarningSize, tokens::kText2, scale));
+        return sign;
+    }
+
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+        if (metric == PM_MessageBoxIconSize) return static_cast<int>(kWarningSize);
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override {
+        // A drag on a menu bar or an Alt press must not take the player's keys away.
+        if (hint == SH_MenuBar_AltKeyNavigation) return 0;
+        if (hint == SH_ToolTip_WakeUpDelay) return 600;
+        return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+QPalette darkPalette() {
+    QPalette palette;
+    palette.setColor(QPalette::Window, tokens::kPanel);
+    palette.setColor(QPalette::WindowText, tokens::kText);
+    palette.setColor(QPalette::Base, tokens::kBar);
+    palette.setColor(QPalette::AlternateBase, tokens::kPanel);
+    palette.setColor(QPalette::Text, tokens::kText);
+    palette.setColor(QPalette::PlaceholderText, tokens::kText3);
+    palette.setColor(QPalette::Button, tokens::kPanelHigh);
+    palette.setColor(QPalette::ButtonText, tokens::kText);
+    palette.setColor(QPalette::BrightText, tokens::kWhite);
+    palette.setColor(QPalette::ToolTipBase, Qt::black);
+    palette.setColor(QPalette::ToolTipText, tokens::kText);
+    palette.setColor(QPalette::Highlight, tokens::kAquaLow);
+    palette.setColor(QPalette::HighlightedText, tokens::kAquaInk);
+    palette.setColor(QPalette::Link, tokens::kAqua);
+    palette.setColor(QPalette::Light, QColor(0x3C, 0x41, 0x47));
+    palette.setColor(QPalette::Midlight, QColor(0x33, 0x36, 0x3A));
+    palette.setColor(QPalette::Mid, QColor(0x22, 0x24, 0x26));
+    palette.setColor(QPalette::Dark, QColor(0x10, 0x11, 0x12));
+    palette.setColor(QPalette::Shadow, Qt::black);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor(0x6B, 0x72, 0x7A));
+    palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(0x3C, 0x41, 0x47));
+    palette.setColor(QPalette::Inactive, QPalette::HighlightedText, tokens::kText);
+    return palette;
+}
+
+}  // namespace
+
+QString styleSheetText() {
+    return QStringLiteral(R"(
+QMenuBar { background: #141516; color: #DDE1E5; border: none; padding: 0 8px; spacing: 0; }
+QMenuBar::item { background: transparent; padding: 5px 9px 6px 9px; border-radius: 6px; margin: 0; }
+QMenuBar::item:selected { background: rgba(255, 255, 255, 38); }
+QMenuBar::item:pressed { background: rgba(63, 210, 226, 51); color: #FFFFFF; }
+QMenu { background: #1B1C1E; color: #F3F5F7; border: 1px solid #3C3E41; padding: 5px; }
+QMenu::item { padding: 5px 26px 5px 14px; border-radius: 6px; margin: 0; }
+QMenu::item:selected { background: rgba(63, 210, 226, 51); color: #FFFFFF; }
+QMenu::item:disabled { color: #6B727A; }
+QMenu::separator { height: 1px; background: #37393C; margin: 5px 8px; }
+QMenu::right-arrow { width: 10px; height: 10px; }
+QMenu::indicator { width: 14px; height: 14px; margin-left: 4px; }
+QToolTip { background: #000000; color: #F3F5F7; border: 1px solid #3A3C3F; padding: 3px 6px; }
+QScrollBar:vertical { background: transparent; width: 11px; margin: 2px 2px 2px 0; border: none; }
+QScrollBar::handle:vertical { background: #565B61; min-height: 28px; border-radius: 4px; }
+QScrollBar::handle:vertical:hover { background: #737981; }
+QScrollBar:horizontal { background: transparent; height: 11px; margin: 0 2px 2px 2px; border: none; }
+QScrollBar::handle:horizontal { background: #565B61; min-width: 28px; border-radius: 4px; }
+QScrollBar::handle:horizontal:hover { background: #737981; }
+QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; border: none; background: none; }
+QScrollBar::add-page, QScrollBar::sub-page { background: none; }
+QMessageBox { background: qlineargradient(x1: 0, y1: 0, x2: 0, y2: 1, stop: 0 #141516, stop: 1 #2B2C2E); }
+QMessageBox QLabel { color: #F3F5F7; }
+QMessageBox QLabel#qt_msgbox_label { font-weight: 600; min-width: 300px; }
+QMessageBox QLabel#qt_msgbox_informativelabel { color: #B9C0C8; min-width: 300px; }
+QMessageBox QPushButton { background: rgba(255, 255, 255, 38); color: #F3F5F7; border: 1px solid rgba(255, 255, 255, 26);
+  border-radius: 6px; min-height: 20px; padding: 5px 16px; min-width: 50px; }
+QMessageBox QPushButton:hover { background: rgba(255, 255, 255, 54); }
+QMessageBox QPushButton:pressed { background: rgba(0, 0, 0, 89); }
+QMessageBox QPushButton:focus { border: 2px solid #BDF6FC; padding: 4px 15px; }
+QMessageBox QPushButton[destroys="true"] { border: 1px solid #FF5F57; color: #FF8A84; }
+)");
+}
+
+void applyStyle(QApplication& application) {
+    QApplication::setStyle(new QuietStyle);
+    QApplication::setPalette(darkPalette());
+    QApplication::setFont(uiFont(13));
+    for (const char* widget : {"QMenuBar", "QMenu"}) QApplication::setFont(uiFont(12.5), widget);
+    QApplication::setFont(uiFont(12), "QTipLabel");
+    application.setStyleSheet(styleSheetText());
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256, 512})
+        icon.addPixmap(QPixmap::fromImage(namedImage(QStringLiteral("app_quillmere_%1.png").arg(size))));
+    QApplication::setWindowIcon(icon);
+}
+
+}  // namespace qm

@@ -1,0 +1,16 @@
+// The program's one dark look: palette, font and style sheet for what the toolkit draws itself (menus, scroll bars,
+// tool tips, message boxes and file panels), whatever the system's own theme is. Main thread only.
+#pragma once
+
+#include <QString>
+
+class QApplication;
+
+namespace qm {
+
+// Call once, before the first window is built.
+void applyStyle(QApplication& application);
+
+QString styleSheetText();
+
+}  // namespace qm

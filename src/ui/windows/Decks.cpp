@@ -1,0 +1,146 @@
+#include "ui/windows/Decks.h"
+
+#include <QBoxLayout>
+#include <QGridLayout>
+#include <QLabel>
+
+#include "ui/controls/ChipButton.h"
+#include "ui/controls/Fonts.h"
+#include "ui/controls/ImageButton.h"
+#include "ui/controls/TimeLabel.h"
+#include "ui/controls/Tokens.h"
+
+namespace qm {
+
+namespace {
+
+constexpr int kFacesHeight = 80;
+constexpr int kRowHeight = 28;
+constexpr int kSkipWidth = 34, kWideSkipWidth = 40, kUnitWidth = 22;
+constexpr double kSkipText = 12.5;
+
+ImageButton* makeFace(const char* name, const char* image, const char* slot, ActionTable& actions) {
+    auto* button = new ImageButton(QString::fromLatin1(image));
+    button->setObjectName(QString::fromLatin1(name));
+    actions.bind(button, QString::fromLatin1(slot));
+    return button;
+}
+
+TimeLabel* makeLoopTime(const char* name, const QString& accessibleName) {
+    auto* label = new TimeLabel(QStringLiteral("00:00:00"));
+    label->setObjectName(QString::fromLatin1(name));
+    label->setAccessibleName(accessibleName);
+    label->setTextFont(uiFont(18, 500), kRowHeight);
+    label->setTextAlignment(Qt::AlignHCenter);
+    return label;
+}
+
+void dimAll(const std::vector<FaceButton*>& buttons, bool dimmed) {
+    for (FaceButton* button : buttons) button->setDimmed(dimmed);
+}
+
+}  // namespace
+
+TransportDeck::TransportDeck(Outlets& outlets, ActionTable& actions, QWidget* parent) : Card(parent) {
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(1, 1, 1, 1);
+    column->setSpacing(0);
+    column->addWidget(makeFaces(outlets, actions));
+    column->addWidget(makeSkips(actions));
+    column->addStretch();
+}
+
+QWidget* TransportDeck::makeFaces(Outlets& outlets, ActionTable& actions) {
+    auto* faces = new QWidget;
+    faces->setFixedHeight(kFacesHeight);
+    auto* row = new QHBoxLayout(faces);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    auto* toStart = makeFace("goToStartButton", "qm_to_start.png", "goToStart", actions);
+    outlets.playBackwardButton = makeFace("playBackwardButton", "db_Play_R_off.png", "playBackward", actions);
+    outlets.pauseButton = makeFace("pauseButton", "db_Pause_off.png", "pause", actions);
+    outlets.playForwardButton = makeFace("playForwardButton", "db_Play_F_off.png", "playForward", actions);
+    row->addStretch();
+    for (ImageButton* face : {toStart, outlets.playBackwardButton, outlets.pauseButton, outlets.playForwardButton})
+        row->addWidget(face, 0, Qt::AlignVCenter);
+    row->addStretch();
+    m_dimming.insert(m_dimming.end(), {toStart, outlets.playBackwardButton, outlets.pauseButton});
+    return faces;
+}
+
+QWidget* TransportDeck::makeSkips(ActionTable& actions) {
+    struct Skip {
+        const char* text;
+        const char* slot;
+    };
+    static constexpr Skip kBack[] = {{"−60", "skip_60"}, {"−10", "skip_10"}, {"−1", "skipBack"}};
+    static constexpr Skip kAhead[] = {
+        {"+1", "skip1"}, {"+10", "skip10"}, {"+30", "skip30"}, {"+60", "skip60"}, {"+300", "skip300"}};
+    auto* skips = new QWidget;
+    skips->setFixedHeight(kRowHeight);
+    auto* row = new QHBoxLayout(skips);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(4);
+    const auto add = [&](const Skip& skip) {
+        auto* chip = new ChipButton(QString::fromUtf8(skip.text));
+        chip->setObjectName(QString::fromLatin1(skip.slot));
+        chip->setTextSize(kSkipText);
+        chip->setFixedSize(QLatin1String(skip.slot) == QLatin1String("skip300") ? kWideSkipWidth : kSkipWidth,
+                           kRowHeight);
+        actions.bind(chip, QString::fromLatin1(skip.slot));
+        row->addWidget(chip);
+        m_dimming.push_back(chip);
+    };
+    row->addStretch();
+    for (const Skip& skip : kBack) add(skip);
+    auto* unit = makeLabel(tr("sec"), uiFont(11), tokens::kText3);
+    unit->setFixedWidth(kUnitWidth);
+    unit->setAlignment(Qt::AlignCenter);
+    m_unit = unit;
+    row->addWidget(unit);
+    for (const Skip& skip : kAhead) add(skip);
+    row->addStretch();
+    return skips;
+}
+
+void TransportDeck::setDimmed(bool dimmed) {
+    dimAll(m_dimming, dimmed);
+    QColor unit = tokens::kText3;
+    if (dimmed) unit.setAlphaF(static_cast<float>(tokens::kDimOpacity));
+    setLabelColor(*m_unit, unit);
+}
+
+LoopDeck::LoopDeck(Outlets& outlets, ActionTable& actions, QWidget* parent) : Card(parent) {
+    outlets.markAButton = makeFace("markAButton", "db_set_in_off.png", "markAUpdate", actions);
+    outlets.loopButton = makeFace("loopButton", "db_loop_off.png", "loopSwitch", actions);
+    outlets.markBButton = makeFace("markBButton", "db_set_out_off.png", "markBUpdate", actions);
+    outlets.loopIn = makeLoopTime("loopIn", tr("Mark A"));
+    outlets.loopOut = makeLoopTime("loopOut", tr("Mark B"));
+    auto* reset = new ChipButton(tr("Reset"));
+    reset->setObjectName(QStringLiteral("resetMarksButton"));
+    reset->setFixedWidth(reset->sizeHint().width() + 8);
+    actions.bind(reset, QStringLiteral("resetMarks"));
+    outlets.resetMarksButton = reset;
+
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(7, 1, 7, 1);
+    grid->setSpacing(0);
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(2, 1);
+    grid->setRowMinimumHeight(0, kFacesHeight);
+    grid->setRowMinimumHeight(1, kRowHeight);
+    grid->setRowStretch(2, 1);
+    int column = 0;
+    for (ImageButton* face : {outlets.markAButton, outlets.loopButton, outlets.markBButton})
+        grid->addWidget(face, 0, column++, Qt::AlignCenter);
+    grid->addWidget(outlets.loopIn, 1, 0, Qt::AlignCenter);
+    grid->addWidget(reset, 1, 1, Qt::AlignCenter);
+    grid->addWidget(outlets.loopOut, 1, 2, Qt::AlignCenter);
+    m_dimming = {outlets.markAButton, outlets.loopButton, outlets.markBButton, reset};
+}
+
+void LoopDeck::setDimmed(bool dimmed) {
+    dimAll(m_dimming, dimmed);
+}
+
+}  // namespace qm

@@ -1,0 +1,142 @@
+#include "ui/windows/HeroView.h"
+
+#include <algorithm>
+
+#include "ui/controls/Fonts.h"
+#include "ui/controls/Slider.h"
+#include "ui/controls/TimeLabel.h"
+#include "ui/controls/Tokens.h"
+#include "ui/controls/WaveformStrip.h"
+
+namespace qm {
+
+namespace {
+
+// The two sizes of the head, in pixels.
+struct Measures {
+    int head, titleText, titleLine, byText, byLine, timeText, strip;
+};
+constexpr Measures kNormal = {63, 20, 26, 13, 18, 44, 56};
+constexpr Measures kRoomy = {75, 24, 30, 14, 20, 56, 92};
+constexpr int kTagGap = 3, kTagSpacing = 6, kTagHeight = 18;
+constexpr int kRemainingGap = 2, kRemainingLine = 18;
+constexpr int kClockGap = 16;
+constexpr int kStripGap = 10, kCueGap = 4, kCueHeight = 24;
+
+const Measures& measures(bool roomy) {
+    return roomy ? kRoomy : kNormal;
+}
+
+template <typename Control>
+Control* named(Control* control, const char* name) {
+    control->setObjectName(QString::fromLatin1(name));
+    return control;
+}
+
+}  // namespace
+
+HeroView::HeroView(Outlets& outlets, QWidget* parent)
+    : QWidget(parent),
+      m_outlets(outlets),
+      m_title(new ElidedLabel(uiFont(kNormal.titleText, 600, -0.01), tokens::kText, this)),
+      m_byLine(new ElidedLabel(uiFont(kNormal.byText), tokens::kText2, this)),
+      m_speedTag(new StateTag(false, this)),
+      m_pitchTag(new StateTag(false, this)),
+      m_loopTag(new StateTag(true, this)),
+      m_remainingWord(makeLabel(tr("remaining"), uiFont(13), tokens::kText2, this)) {
+    m_outlets.timecode = named(new TimeLabel(QStringLiteral("0:00:00.00"), this), "timecode");
+    m_outlets.timeRemaining = named(new TimeLabel(QStringLiteral("00:00:00"), this), "timeRemaining");
+    m_outlets.timecode->setTextAlignment(Qt::AlignRight);
+    m_outlets.timeRemaining->setTextAlignment(Qt::AlignRight);
+    m_outlets.timeRemaining->setTextFont(uiFont(13, 500), kRemainingLine);
+    m_outlets.timecode->setAccessibleName(tr("Elapsed time"));
+    m_outlets.timeRemaining->setAccessibleName(tr("Remaining time"));
+    m_outlets.waveformStrip = named(new WaveformStrip(this), "waveformStrip");
+    m_outlets.cueSlider = named(new Slider(this), "cueSlider");
+    SliderLook look;
+    look.grooveHeight = 6;
+    look.knobCentreY = kCueHeight / 2.0;
+    m_outlets.cueSlider->setLook(look);
+    m_outlets.cueSlider->setRange(0, 1);
+    applyFonts();
+}
+
+void HeroView::applyFonts() {
+    const Measures& m = measures(m_roomy);
+    m_title->setFont(uiFont(m.titleText, 600, -0.01));
+    m_byLine->setFont(uiFont(m.byText));
+    m_outlets.timecode->setTextFont(uiFont(m.timeText, 400, -0.03), m.timeText);
+}
+
+void HeroView::setRoomy(bool roomy) {
+    if (m_roomy == roomy) return;
+    m_roomy = roomy;
+    applyFonts();
+    relayout();
+}
+
+void HeroView::showTrack(const QString& title, const QString& byLine, bool loaded) {
+    if (m_title->text() != title) m_title->setText(title);
+    if (m_byLine->text() != byLine) m_byLine->setText(byLine);
+    setLabelColor(*m_title, loaded ? tokens::kText : tokens::kText2);
+    m_outlets.timecode->setTextColor(loaded ? tokens::kText : tokens::kText3);
+}
+
+void HeroView::showStates(const QString& speed, const QString& pitch, const QString& loop) {
+    if (stateTexts() == QStringList{speed, pitch, loop}) return;
+    m_speedTag->setText(speed);
+    m_pitchTag->setText(pitch);
+    m_loopTag->setText(loop);
+    relayout();
+}
+
+QStringList HeroView::stateTexts() const {
+    return {m_speedTag->text(), m_pitchTag->text(), m_loopTag->text()};
+}
+
+void HeroView::keepClockInPlace() {
+    if (m_outlets.timecode->width() != m_outlets.timecode->sizeHint().width() ||
+        m_outlets.timeRemaining->width() != m_outlets.timeRemaining->sizeHint().width())
+        relayout();
+}
+
+void HeroView::resizeEvent(QResizeEvent*) {
+    relayout();
+}
+
+void HeroView::relayout() {
+    const Measures& m = measures(m_roomy);
+    layOutClock();
+    const int right = m_outlets.timecode->x() - kClockGap;
+    m_title->setGeometry(0, 0, right, m.titleLine);
+    m_byLine->setGeometry(0, m.titleLine, right, m.byLine);
+    layOutTags(m.titleLine + m.byLine + kTagGap, right);
+    const int stripTop = m.head + kStripGap;
+    m_outlets.waveformStrip->setGeometry(0, stripTop, width(), m.strip);
+    m_outlets.cueSlider->setGeometry(0, stripTop + m.strip + kCueGap, width(), kCueHeight);
+}
+
+void HeroView::layOutClock() {
+    const Measures& m = measures(m_roomy);
+    const QSize time = m_outlets.timecode->sizeHint();
+    m_outlets.timecode->setGeometry(width() - time.width(), 0, time.width(), m.timeText);
+    const int top = m.timeText + kRemainingGap;
+    const QFontMetricsF metrics(m_remainingWord->font());
+    const int word = qRound(metrics.horizontalAdvance(m_remainingWord->text()));
+    m_remainingWord->setGeometry(width() - word, top, word + 1, kRemainingLine);
+    const int space = qRound(metrics.horizontalAdvance(u' '));
+    const int remaining = m_outlets.timeRemaining->sizeHint().width();
+    m_outlets.timeRemaining->setGeometry(width() - word - space - remaining, top, remaining, kRemainingLine);
+}
+
+void HeroView::layOutTags(int top, int right) {
+    int x = 0;
+    for (StateTag* tag : {m_speedTag, m_pitchTag, m_loopTag}) {
+        if (tag->text().isEmpty()) continue;
+        const int width = std::min(tag->sizeHint().width(), std::max(0, right - x));
+        tag->setGeometry(x, top, width, kTagHeight);
+        x += width + kTagSpacing;
+    }
+}
+
+}  // namespace qm

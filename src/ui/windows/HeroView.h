@@ -1,0 +1,47 @@
+// The head of the main window: what is playing, where it is, the facts that are away from rest, the waveform strip and
+// the position slider. Main thread only.
+#pragma once
+
+#include <QLabel>
+#include <QWidget>
+
+#include "ui/controls/Card.h"
+#include "ui/controls/Outlets.h"
+
+namespace qm {
+
+class HeroView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit HeroView(Outlets& outlets, QWidget* parent = nullptr);
+
+    void showTrack(const QString& title, const QString& byLine, bool loaded);
+    void showStates(const QString& speed, const QString& pitch, const QString& loop);  // an empty text shows no tag
+    void setRoomy(bool roomy);
+    void keepClockInPlace();  // after a time's text may have changed in length
+
+    QString title() const { return m_title->text(); }
+    QString byLine() const { return m_byLine->text(); }
+    QStringList stateTexts() const;
+
+protected:
+    void resizeEvent(QResizeEvent*) override;
+
+private:
+    void applyFonts();
+    void relayout();
+    void layOutClock();
+    void layOutTags(int top, int right);
+
+    Outlets& m_outlets;
+    ElidedLabel* m_title;
+    ElidedLabel* m_byLine;
+    StateTag* m_speedTag;
+    StateTag* m_pitchTag;
+    StateTag* m_loopTag;
+    QLabel* m_remainingWord;
+    bool m_roomy = false;
+};
+
+}  // namespace qm

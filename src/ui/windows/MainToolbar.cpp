@@ -1,0 +1,57 @@
+#include "ui/windows/MainToolbar.h"
+
+#include <QBoxLayout>
+#include <QPainter>
+
+#include "ui/controls/Tokens.h"
+
+namespace qm {
+
+namespace {
+
+struct Tool {
+    const char* slot;  // "" for a separator
+    const char* text;
+    const char* icon;
+};
+
+constexpr Tool kTools[] = {{"openFile", "Open…", "qm_open.png"}, {"clearList", "Clear List", "qm_clear.png"}};
+
+class Separator : public QWidget {
+public:
+    Separator() { setFixedSize(17, 20); }
+
+protected:
+    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(QRect(8, 0, 1, height()), tokens::kLineStrong); }
+};
+
+}  // namespace
+
+MainToolbar::MainToolbar(ActionTable& actions, QWidget* parent) : QWidget(parent) {
+    setObjectName(QStringLiteral("toolbar"));
+    setFixedHeight(42);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(12, 0, 12, 1);
+    row->setSpacing(2);
+    for (const Tool& tool : kTools) {
+        if (*tool.slot == '\0') {
+            row->addWidget(new Separator);
+            continue;
+        }
+        const QString slot = QString::fromLatin1(tool.slot);
+        auto* button = new ToolButton(tr(tool.text), QString::fromLatin1(tool.icon));
+        button->setObjectName(slot);
+        actions.bind(button, slot);
+        m_tools.insert(slot, button);
+        row->addWidget(button);
+    }
+    row->addStretch();
+}
+
+void MainToolbar::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(rect(), tokens::kBar);
+    painter.fillRect(QRect(0, height() - 1, width(), 1), tokens::kLine);
+}
+
+}  // namespace qm

@@ -1,0 +1,175 @@
+#include "ui/windows/MainWindowState.h"
+
+#include <QFileInfo>
+#include <QStringList>
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "ui/controls/PlayListView.h"
+#include "ui/controls/Slider.h"
+#include "ui/controls/TimeLabel.h"
+#include "ui/controls/Tokens.h"
+#include "ui/controls/WaveformStrip.h"
+#include "ui/windows/Decks.h"
+#include "ui/windows/HeroView.h"
+#include "ui/windows/MainToolbar.h"
+#include "ui/windows/MainWindow.h"
+#include "ui/windows/PlayListCard.h"
+#include "ui/windows/ReadableForms.h"
+#include "ui/windows/SoundCards.h"
+
+namespace qm {
+
+namespace {
+
+constexpr int kRefreshMilliseconds = 100;
+constexpr double kRestOpacity = 0.7;
+
+QColor restColor(bool loaded) {
+    QColor color = tokens::kText3;
+    if (!loaded) color.setAlphaF(static_cast<float>(kRestOpacity));
+    return color;
+}
+
+}  // namespace
+
+MainWindowState::MainWindowState(MainWindow& window, const PlayerState& state, const PlayListArrays& list,
+                                 const Outlets& outlets)
+    : QObject(&window), m_window(window), m_state(state), m_list(list), m_outlets(outlets) {
+    m_timer.setInterval(kRefreshMilliseconds);
+    connect(&m_timer, &QTimer::timeout, this, &MainWindowState::refresh);
+    connect(&window.actions(), &ActionTable::sent, this, &MainWindowState::refresh);
+    m_outlets.cueSlider->setReadableForm([this](double value) { return readableTime(secondsOf(value)); });
+    m_outlets.cueSlider->setSpokenForm(
+        [this](double value) { return spokenTime(secondsOf(value), secondsOf(m_outlets.cueSlider->maximum())); });
+}
+
+void MainWindowState::start() {
+    refresh();
+    m_timer.start();
+}
+
+void MainWindowState::refresh() {
+    refreshPlayList();
+    refreshHero();
+    refreshPositionSlider();
+    refreshStrip();
+    refreshLoopTimes();
+    refreshDimming();
+    m_window.grid().speed->showRate(m_state.rate);
+}
+
+int MainWindowState::loadedRow() const {
+    if (!m_state.qtMovie) return -1;
+    const auto fits = [this](int row) {
+        return row >= 0 && row < m_list.count() && m_list.trackArray[static_cast<size_t>(row)] == m_state.loadedPath;
+    };
+    const int selected = m_outlets.playList->selectedRow();
+    if (fits(selected)) return selected;
+    if (fits(m_rowHint)) return m_rowHint;
+    const auto& tracks = m_list.trackArray;
+    const auto found = std::find(tracks.begin(), tracks.end(), m_state.loadedPath);
+    m_rowHint = found == tracks.end() ? -1 : static_cast<int>(found - tracks.begin());
+    return m_rowHint;
+}
+
+double MainWindowState::secondsOf(double value) const {
+    const long scale = m_state.qtMovie ? m_state.qtMovie->timeScaleAttribute().value_or(0) : 0;
+    return scale > 0 ? value / static_cast<double>(scale) : 0;
+}
+
+bool MainWindowState::marksChanged(int row) const {
+    const auto i = static_cast<size_t>(row);
+    return row >= 0 && (m_list.markAarray[i] != 0 || m_list.markBarray[i] != m_list.durations[i]);
+}
+
+QString MainWindowState::trackTitle(int row) const {
+    if (row >= 0) return m_list.displayNamesArray[static_cast<size_t>(row)];
+    if (const auto name = m_state.qtMovie->displayNameAttribute()) return QString::fromStdString(*name);
+    return QFileInfo(m_state.loadedPath).fileName();
+}
+
+QString MainWindowState::trackByLine(int row) const {
+    if (row < 0) return {};
+    QStringList parts = {m_list.artistArray[static_cast<size_t>(row)].trimmed(),
+                         m_list.albumArray[static_cast<size_t>(row)].trimmed()};
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(" — "));
+}
+
+void MainWindowState::refreshHero() {
+    HeroView& hero = *m_window.grid().hero;
+    if (m_state.qtMovie) {
+        const int row = loadedRow();
+        hero.showTrack(trackTitle(row), trackByLine(row), true);
+    } else {
+        hero.showTrack(tr("No track loaded"),
+                       m_list.count() > 0 ? tr("Double-click a track to play it.")
+                                          : tr("Add a track, select it, then press Space."),
+                       false);
+    }
+    hero.showStates(speedTag(m_state.rate), pitchTag(m_state.pitch),
+                    m_state.isLooping ? QStringLiteral("Loop A–B") : QString());
+    hero.keepClockInPlace();
+}
+
+void MainWindowState::refreshPositionSlider() {
+    Slider& cue = *m_outlets.cueSlider;
+    const bool locked = m_state.qtMovie && m_state.isLooping && m_state.markBset;
+    cue.setLocked(locked);
+    const QString tip = locked ? tr("Switch the loop off to move freely") : tr("Drag to move through the track");
+    if (cue.toolTip() != tip) cue.setToolTip(tip);
+    const double second = m_state.qtMovie ? m_state.qtMovie->timeScaleAttribute().value_or(1) : 0.01;
+    cue.setStep(second);
+    cue.setDimmed(!m_state.qtMovie);
+}
+
+void MainWindowState::refreshStrip() {
+    WaveformStrip& strip = *m_outlets.waveformStrip;
+    Slider& cue = *m_outlets.cueSlider;
+    const int row = loadedRow();
+    std::optional<std::pair<double, double>> marks;
+    if (row >= 0 && (m_state.isLooping || marksChanged(row))) {
+        const auto i = static_cast<size_t>(row);
+        marks = {static_cast<double>(m_list.markAarray[i]), static_cast<double>(m_list.markBarray[i])};
+    }
+    const bool forward = marks && marks->second >= marks->first;
+    cue.setLoopRegion(m_state.isLooping && forward ? marks : std::nullopt);
+    const double length = cue.maximum() - cue.minimum();
+    if (marks && length > 0)
+        marks = {std::clamp(marks->first / length, 0.0, 1.0), std::clamp(marks->second / length, 0.0, 1.0)};
+    strip.setActive(m_state.qtMovie != nullptr);
+    strip.setLoop(marks, m_state.isLooping);
+    strip.setPosition(length > 0 ? (cue.value() - cue.minimum()) / length : 0);
+}
+
+void MainWindowState::refreshLoopTimes() {
+    const bool loaded = m_state.qtMovie != nullptr;
+    const int row = m_outlets.playList->selectedRow();
+    const auto i = static_cast<size_t>(row);
+    const bool shown = loaded && row >= 0 && row < m_list.count();
+    const bool a = shown && m_list.markAarray[i] != 0;
+    const bool b = shown && m_list.markBarray[i] != m_list.durations[i];
+    m_outlets.loopIn->setTextColor(a ? tokens::kAmberHigh : restColor(loaded));
+    m_outlets.loopOut->setTextColor(b ? tokens::kAmberHigh : restColor(loaded));
+}
+
+void MainWindowState::refreshDimming() {
+    const bool nothingLoaded = m_state.qtMovie == nullptr;
+    MainGrid& grid = m_window.grid();
+    grid.transport->setDimmed(nothingLoaded);
+    grid.loop->setDimmed(nothingLoaded);
+    grid.playList->setRemoveDimmed(m_outlets.playList->selectedRow() < 0);
+    if (ToolButton* clear = m_window.tools().tool(QStringLiteral("clearList"))) clear->setDimmed(m_list.count() == 0);
+}
+
+// Another row may have become the loaded track, which the table draws in bold.
+void MainWindowState::refreshPlayList() {
+    const QString path = m_state.qtMovie ? m_state.loadedPath : QString();
+    if (path == m_shownPath) return;
+    m_shownPath = path;
+    m_outlets.playList->viewport()->update();
+}
+
+}  // namespace qm

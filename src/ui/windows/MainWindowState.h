@@ -1,0 +1,50 @@
+// Keeps what the main window only shows in step with the player: title, state tags, lit preset, strip, dimming, amber
+// times. It reads and never acts. Refreshed ten times a second; each refresh changes only what differs. Main thread
+// only.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include "app/PlayerState.h"
+#include "library/PlayListArrays.h"
+#include "ui/controls/Outlets.h"
+
+namespace qm {
+
+class MainWindow;
+
+class MainWindowState : public QObject {
+    Q_OBJECT
+
+public:
+    MainWindowState(MainWindow& window, const PlayerState& state, const PlayListArrays& list, const Outlets& outlets);
+
+    void start();    // refreshing by timer
+    void refresh();  // now
+
+    int loadedRow() const;  // the row of the loaded track, the selected one if it fits; -1 none
+
+private:
+    void refreshHero();
+    void refreshStrip();
+    void refreshPositionSlider();
+    void refreshLoopTimes();
+    void refreshDimming();
+    void refreshPlayList();
+    QString trackTitle(int row) const;
+    QString trackByLine(int row) const;
+    bool marksChanged(int row) const;
+    double secondsOf(double value) const;  // of the position slider's value
+
+    MainWindow& m_window;
+    const PlayerState& m_state;
+    const PlayListArrays& m_list;
+    const Outlets& m_outlets;
+    QTimer m_timer;
+    mutable int m_rowHint = -1;
+    QString m_shownPath;
+};
+
+}  // namespace qm

@@ -1,0 +1,74 @@
+#include "ui/windows/PlayListCard.h"
+
+#include <QBoxLayout>
+#include <QPainter>
+
+#include "ui/controls/Fonts.h"
+#include "ui/controls/PlayListView.h"
+#include "ui/controls/Tokens.h"
+
+namespace qm {
+
+namespace {
+
+constexpr int kFooterHeight = 32;
+constexpr double kFooterText = 12;
+
+class Footer : public QWidget {
+public:
+    Footer() { setFixedHeight(kFooterHeight); }
+
+protected:
+    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(QRect(0, 0, width(), 1), tokens::kLine); }
+};
+
+}  // namespace
+
+PlayListCard::PlayListCard(Outlets& outlets, ActionTable& actions, QWidget* parent) : Card(parent) {
+    outlets.playList = new PlayListView;
+    outlets.playList->setObjectName(QStringLiteral("playList"));
+    outlets.playList->setAccessibleName(tr("Play list"));
+    m_empty = new EmptyListView;
+    outlets.playList->setEmptyState(m_empty);
+    actions.bind(m_empty->openButton(), QStringLiteral("openFile"));
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(1, 1, 1, 1);
+    column->setSpacing(0);
+    column->addWidget(outlets.playList, 1);
+    column->addWidget(makeFooter(outlets, actions));
+}
+
+QWidget* PlayListCard::makeFooter(Outlets& outlets, ActionTable& actions) {
+    const auto makeTool = [&](const char* icon, const char* slot) {
+        auto* chip = new ChipButton(QString(), QString::fromLatin1(icon));
+        chip->setQuiet(true);
+        chip->setFixedSize(26, 24);
+        chip->setObjectName(QString::fromLatin1(slot));
+        actions.bind(chip, QString::fromLatin1(slot));
+        return chip;
+    };
+    auto* footer = new Footer;
+    auto* row = new QHBoxLayout(footer);
+    row->setContentsMargins(6, 1, 12, 0);
+    row->setSpacing(4);
+    row->addWidget(makeTool("qm_add.png", "openFile"));
+    m_remove = makeTool("qm_remove.png", "removeListEntry");
+    row->addWidget(m_remove);
+    row->addSpacing(4);
+    outlets.trackTotal = makeLabel(QStringLiteral("0 items"), uiFont(kFooterText), tokens::kText);
+    outlets.trackTotal->setObjectName(QStringLiteral("trackTotal"));
+    row->addWidget(outlets.trackTotal);
+    auto* format = new ElidedLabel(uiFont(kFooterText), tokens::kText2);
+    format->setObjectName(QStringLiteral("format"));
+    format->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    format->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    outlets.format = format;
+    row->addWidget(format, 1);
+    return footer;
+}
+
+void PlayListCard::pulseDropArea() {
+    if (m_empty->isVisible()) m_empty->pulse();
+}
+
+}  // namespace qm

@@ -1,0 +1,257 @@
+#include "ui/windows/SoundCards.h"
+
+#include <QBoxLayout>
+#include <QGridLayout>
+
+#include "ui/controls/Fonts.h"
+#include "ui/controls/ScaleView.h"
+#include "ui/controls/Slider.h"
+#include "ui/controls/TitleButton.h"
+#include "ui/controls/Tokens.h"
+#include "ui/windows/ReadableForms.h"
+
+namespace qm {
+
+namespace {
+
+constexpr int kValueWidth = 126, kTightValueWidth = 66, kValueHeight = 26;
+constexpr int kSide = 12, kScaleNarrower = 2;
+constexpr int kTop = 10, kRoomyTop = 14;
+constexpr int kHeadGap = 6, kButtonsGap = 7, kButtonSpacing = 6;
+constexpr double kOctaveTick = 5, kSemitoneTick = 3;
+
+TitleButton* makeValue(const char* name, const char* title, const char* slot, int width, ActionTable& actions) {
+    auto* button = new TitleButton(QString::fromLatin1(title));
+    button->setObjectName(QString::fromLatin1(name));
+    button->setFixedSize(width, kValueHeight);
+    button->setTight(width == kTightValueWidth);
+    actions.bind(button, QString::fromLatin1(slot));
+    return button;
+}
+
+Slider* makeSlider(const char* name, double minimum, double maximum, double value, double step, const char* slot,
+                   ActionTable& actions) {
+    auto* slider = new Slider;
+    slider->setObjectName(QString::fromLatin1(name));
+    slider->setRange(minimum, maximum);
+    slider->setResetValue(value);
+    slider->setValue(value);
+    slider->setStep(step);
+    actions.bind(slider, QString::fromLatin1(slot));
+    return slider;
+}
+
+ChipButton* makeChip(const QString& text, const char* icon, const char* slot, ActionTable& actions) {
+    auto* chip = new ChipButton(text, QString::fromLatin1(icon));
+    chip->setObjectName(QString::fromLatin1(slot));
+    actions.bind(chip, QString::fromLatin1(slot));
+    return chip;
+}
+
+QWidget* makeHead(QLabel** outlet, const char* name, const QString& title, TitleButton* value) {
+    auto* head = new QWidget;
+    head->setFixedHeight(kValueHeight);
+    auto* row = new QHBoxLayout(head);
+    row->setContentsMargins(0, 0, 0, 0);
+    *outlet = makeLabel(title, uiFont(13, 600), tokens::kScaleCyan);
+    (*outlet)->setObjectName(QString::fromLatin1(name));
+    row->addWidget(*outlet);
+    row->addStretch();
+    row->addWidget(value);
+    return head;
+}
+
+QHBoxLayout* makeButtonRow(QWidget* buttons) {
+    auto* row = new QHBoxLayout(buttons);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(kButtonSpacing);
+    return row;
+}
+
+// Chips of one row share its width in equal parts.
+void addEvenly(QHBoxLayout* row, ChipButton* chip) {
+    chip->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    row->addWidget(chip, 1);
+}
+
+}  // namespace
+
+ScaleCard::ScaleCard(QWidget* parent) : Card(parent), m_column(new QVBoxLayout(this)) {
+    m_column->setContentsMargins(kSide, kTop, kSide, kTop);
+    m_column->setSpacing(0);
+}
+
+void ScaleCard::build(QWidget* head, QWidget* scale, QWidget* buttons) {
+    auto* scaleRow = new QHBoxLayout;
+    scaleRow->setContentsMargins(0, 0, kScaleNarrower, 0);
+    scaleRow->addWidget(scale);
+    m_column->addWidget(head);
+    m_column->addSpacing(kHeadGap);
+    m_column->addStretch();
+    m_column->addLayout(scaleRow);
+    m_column->addStretch();
+    m_column->addSpacing(kButtonsGap);
+    m_column->addWidget(buttons);
+}
+
+void ScaleCard::setRoomy(bool roomy) {
+    const int top = roomy ? kRoomyTop : kTop;
+    m_column->setContentsMargins(kSide, top, kSide, top);
+}
+
+SpeedCard::SpeedCard(Outlets& o, ActionTable& actions, QWidget* parent) : ScaleCard(parent) {
+    o.speedResetButton = makeValue("speedResetButton", "1.0", "speedReset", kValueWidth, actions);
+    QWidget* head = makeHead(&o.speedTitle, "speedTitle", tr("Speed"), o.speedResetButton);
+    o.speedSlider = makeSlider("speedSlider", -2.5, 2.5, 1.0, 0.05, "speedUpdate", actions);
+    o.speedSlider->setReadableForm(readableSpeed);
+    o.speedSlider->setSpokenForm(spokenSpeed);
+    SliderLook look;
+    for (const double mark : {-2.0, -1.0, 0.0, 1.0, 2.0}) look.ticks.push_back({mark, kOctaveTick});
+    o.speedSlider->setLook(look);
+    auto* scale = new ScaleView(o.speedSlider, {{&o.speed_2, "speed_2", "−2", -2, 37},
+                                                {&o.speed_1, "speed_1", "−1", -1, 37},
+                                                {&o.speedMinDotDown, "speedMinDotDown", "•", -0.35, 37},
+                                                {&o.speed0, "speed0", "0", 0, 37},
+                                                {&o.speedMinDotUp, "speedMinDotUp", "•", 0.35, 37},
+                                                {&o.speed1, "speed1", "1", 1, 37},
+                                                {&o.speed2, "speed2", "2", 2, 37},
+                                                {&o.speedMinDown, "speedMinDown", "−.35", -0.35, 50, Qt::AlignRight, 5},
+                                                {&o.speedMinUp, "speedMinUp", ".35", 0.35, 50, Qt::AlignLeft, -5},
+                                                {&o.speedNormal, "speedNormal", "normal", 1, 50, Qt::AlignLeft, -4}});
+    build(head, scale, makeButtons(actions));
+}
+
+QWidget* SpeedCard::makeButtons(ActionTable& actions) {
+    auto* buttons = new QWidget;
+    auto* row = makeButtonRow(buttons);
+    addEvenly(row, makeChip({}, "qm_remove.png", "speedDown", actions));
+    row->addSpacing(kButtonSpacing);
+    struct Entry {
+        const char* text;
+        const char* slot;
+        float rate;
+    };
+    for (const Entry& entry : {Entry{"0.5", "speed05", 0.5f}, Entry{"0.75", "speed075", 0.75f},
+                               Entry{"1.5", "speed150", 1.5f}, Entry{"2.0", "speed20", 2.0f}}) {
+        ChipButton* chip = makeChip(QString::fromLatin1(entry.text), "", entry.slot, actions);
+        m_presets.push_back({chip, entry.rate});
+        addEvenly(row, chip);
+    }
+    row->addSpacing(kButtonSpacing);
+    addEvenly(row, makeChip({}, "qm_add.png", "speedUp", actions));
+    return buttons;
+}
+
+void SpeedCard::showRate(float rate) {
+    for (const Preset& preset : m_presets) preset.chip->setLit(preset.rate == rate);
+}
+
+PitchCard::PitchCard(Outlets& o, ActionTable& actions, QWidget* parent) : ScaleCard(parent) {
+    o.pitchResetButton = makeValue("pitchResetButton", "0", "pitchReset", kValueWidth, actions);
+    QWidget* head = makeHead(&o.pitchTitle, "pitchTitle", tr("Pitch"), o.pitchResetButton);
+    o.pitchSlider = makeSlider("pitchSlider", -1200, 1200, 0, 100, "pitchUpdate", actions);
+    o.pitchSlider->setReadableForm(readablePitch);
+    o.pitchSlider->setSpokenForm(spokenPitch);
+    SliderLook look;
+    for (int semitone = -12; semitone <= 12; ++semitone) {
+        const bool octave = semitone % 12 == 0;
+        look.ticks.push_back({semitone * 100.0, octave ? kOctaveTick : kSemitoneTick, octave ? 0.5 : 0.28});
+    }
+    o.pitchSlider->setLook(look);
+    auto* scale = new ScaleView(o.pitchSlider, {{&o.pitch_1200, "pitch_1200", "−1200", -1200, 37, Qt::AlignLeft, -10},
+                                                {&o.pitchMinDot, "pitchMinDot", "•", -100, 37},
+                                                {&o.pitch0, "pitch0", "0", 0, 37},
+                                                {&o.pitchMaxDot, "pitchMaxDot", "•", 100, 37},
+                                                {&o.pitch1200, "pitch1200", "1200", 1200, 37, Qt::AlignRight, 10},
+                                                {&o.pitch_100, "pitch_100", "−100", -100, 50, Qt::AlignRight, 6},
+                                                {&o.pitch100, "pitch100", "100", 100, 50, Qt::AlignLeft, -6}});
+    auto* buttons = new QWidget;
+    auto* row = makeButtonRow(buttons);
+    addEvenly(row, makeChip(tr("Semitone"), "qm_flat.png", "semiToneDown", actions));
+    addEvenly(row, makeChip(tr("Semitone"), "qm_sharp.png", "semiToneUp", actions));
+    build(head, scale, buttons);
+}
+
+namespace {
+
+struct ToneRow {
+    const char* title;
+    const char* lessSlot;
+    const char* lessText;  // "" for the icon
+    const char* moreSlot;
+    const char* moreText;
+    Slider** slider;
+    const char* sliderName;
+    double minimum, maximum, value, fillFrom, step;
+    const char* sliderSlot;
+    TitleButton** button;
+    const char* buttonName;
+    const char* buttonTitle;
+    const char* buttonSlot;
+    QString (*readable)(double);
+    QString (*spoken)(double);
+};
+
+ChipButton* makeExtreme(const char* text, const char* icon, const char* slot, ActionTable& actions) {
+    auto* chip = makeChip(QString::fromLatin1(text), *text ? "" : icon, slot, actions);
+    chip->setQuiet(true);
+    chip->setTextSize(12);
+    chip->setInk(tokens::kText2, 600);
+    chip->setFixedSize(24, 28);
+    return chip;
+}
+
+void addToneRow(QGridLayout* grid, int line, const ToneRow& row, ActionTable& actions) {
+    auto* title = makeLabel(QString::fromLatin1(row.title), uiFont(13, 500), tokens::kRowText);
+    title->setFixedWidth(52);
+    Slider* slider = makeSlider(row.sliderName, row.minimum, row.maximum, row.value, row.step, row.sliderSlot, actions);
+    slider->setResetValue(row.fillFrom);
+    slider->setDoubleClickValue(row.value);
+    slider->setReadableForm(row.readable);
+    slider->setSpokenForm(row.spoken);
+    SliderLook look;
+    look.knobRadius = 9;
+    look.grooveHeight = 4;
+    look.neutralFill = true;
+    slider->setLook(look);
+    slider->setFixedHeight(20);
+    *row.slider = slider;
+    *row.button = makeValue(row.buttonName, row.buttonTitle, row.buttonSlot, kTightValueWidth, actions);
+    grid->addWidget(title, line, 0, Qt::AlignVCenter);
+    grid->addWidget(makeExtreme(row.lessText, "qm_min.png", row.lessSlot, actions), line, 1, Qt::AlignCenter);
+    grid->addWidget(slider, line, 2);
+    grid->addWidget(makeExtreme(row.moreText, "qm_max.png", row.moreSlot, actions), line, 3, Qt::AlignCenter);
+    grid->addWidget(*row.button, line, 4, Qt::AlignVCenter);
+    grid->setRowStretch(line, 1);
+}
+
+}  // namespace
+
+ToneCard::ToneCard(Outlets& o, ActionTable& actions, QWidget* parent) : Card(parent) {
+    const ToneRow rows[] = {
+        {"Gain", "volumeMin", "", "volumeMax", "", &o.gainSlider, "gainSlider", 0, 1, 0.5, 0, 0.02, "gainUpdate",
+         &o.gainResetButton, "gainResetButton", "0.5", "gainReset", readableGain, spokenGain},
+        {"Balance", "balanceLeftMax", "L", "balanceRightMax", "R", &o.balanceSlider, "balanceSlider", -1, 1, 0, 0, 0.05,
+         "balanceUpdate", &o.balanceResetButton, "balanceResetButton", "0", "balanceReset", readableBalance,
+         spokenBalance},
+        {"Bass", "bassMin", "", "bassMax", "", &o.bassSlider, "bassSlider", 0, 256, 128, 128, 8, "bassUpdate",
+         &o.bassResetButton, "bassResetButton", "128", "bassReset", readableTone, spokenTone},
+        {"Treble", "trebleMin", "", "trebleMax", "", &o.trebleSlider, "trebleSlider", 0, 256, 128, 128, 8,
+         "trebleUpdate", &o.trebleResetButton, "trebleResetButton", "128", "trebleReset", readableTone, spokenTone}};
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(12, 9, 12, 9);
+    grid->setHorizontalSpacing(4);
+    grid->setVerticalSpacing(0);
+    grid->setColumnStretch(2, 1);
+    int line = 0;
+    for (const ToneRow& row : rows) addToneRow(grid, line++, row, actions);
+}
+
+ResetBar::ResetBar(ActionTable& actions, QWidget* parent) : Card(parent) {
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(13, 0, 11, 0);
+    row->addWidget(makeChip(tr("Reset All"), "qm_reset.png", "resetAudio", actions));
+    row->addStretch();
+}
+
+}  // namespace qm
