@@ -9,7 +9,9 @@ stage_pids=()          # processes to end, the oldest first
 player_pid=            # the program, while it runs
 player_window=         # its main window
 player_log=            # what it wrote on standard error
+sound_server_pid=
 recorder_pid=
+recorded_sink=qm_out
 recording=             # raw 32-bit float stereo, 44100 frames a second
 
 fail() {
@@ -87,9 +89,16 @@ start_sound_server() {
         -L "module-native-protocol-unix auth-anonymous=1 auth-cookie-enabled=0 socket=$stage/sound/native" \
         -L "module-null-sink sink_name=qm_out norewinds=1 rate=44100 format=float32le channels=2" \
         >"$stage/sound/log" 2>&1 </dev/null &
-    stage_pids+=($!)
+    sound_server_pid=$!
+    stage_pids+=("$sound_server_pid")
     wait_until "the sound server answers" pactl info
     pactl set-default-sink qm_out
+}
+
+stop_sound_server() {
+    kill "$sound_server_pid"
+    wait "$sound_server_pid" || true
+    rm -f "$stage/sound/native"
 }
 
 # start_player PROGRAM ARGUMENTS...: starts the program and waits for its main window.
@@ -173,8 +182,8 @@ another_window_has_focus() {
 # start_recording FILE: from here on what the program plays is written there.
 start_recording() {
     recording=$1
-    rm -f "$recording"
-    parec -d qm_out.monitor --format=float32le --rate=44100 --channels=2 --raw --latency-msec=20 >"$recording" &
+    : >"$recording"
+    parec -d "$recorded_sink.monitor" --format=float32le --rate=44100 --channels=2 --raw --latency-msec=20 >>"$recording" &
     recorder_pid=$!
     stage_pids+=("$recorder_pid")
     wait_recorded 0.2
