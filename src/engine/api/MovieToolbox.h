@@ -12,6 +12,7 @@ namespace qm {
 using OSErr = int;
 inline constexpr OSErr kNoErr = 0;
 inline constexpr OSErr kInvalidMovie = -2010;
+inline constexpr OSErr kUnknownProperty = -2195;
 
 constexpr std::uint32_t fourCharCode(const char (&s)[5]) {
     return std::uint32_t(std::uint8_t(s[0])) << 24 | std::uint32_t(std::uint8_t(s[1])) << 16 |

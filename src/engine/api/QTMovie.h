@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "engine/api/QTTime.h"
 
@@ -30,18 +29,14 @@ public:
     virtual bool hasVideoAttribute() const = 0;                           // QTMovieHasVideoAttribute
     virtual std::optional<std::string> displayNameAttribute() const = 0;  // QTMovieDisplayNameAttribute, UTF-8
 
-    virtual void setSelectionAttribute(QTTimeRange range) = 0;      // QTMovieSelectionAttribute
-    virtual void setLoopsAttribute(bool loops) = 0;                 // QTMovieLoopsAttribute
-    virtual void setPlaysSelectionOnlyAttribute(bool only) = 0;     // QTMoviePlaysSelectionOnlyAttribute
+    virtual void setSelectionAttribute(QTTimeRange range) = 0;   // QTMovieSelectionAttribute
+    virtual void setLoopsAttribute(bool loops) = 0;              // QTMovieLoopsAttribute
+    virtual void setPlaysSelectionOnlyAttribute(bool only) = 0;  // QTMoviePlaysSelectionOnlyAttribute
 
     virtual void setMuted(bool muted) = 0;
     virtual void setVolume(float volume) = 0;  // 0 to 1, linear
 
     virtual Movie quickTimeMovie() const = 0;
-
-    // Peaks of the whole sound for the waveform strip: `bins` values 0..1 over the track's length, left to right.
-    // Empty until they are known; filled in the background.
-    virtual std::vector<float> waveform(int bins) const = 0;
 };
 
 }  // namespace qm

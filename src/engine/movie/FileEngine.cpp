@@ -1,0 +1,67 @@
+#include "engine/movie/FileEngine.h"
+
+#include <cstring>
+
+#include "engine/api/Log.h"
+
+namespace qm {
+
+FileEngine::FileEngine(OutputFactory openOutput)
+    : m_openOutput(std::move(openOutput)), m_registry(std::make_shared<MovieRegistry>()) {}
+
+FileEngine::~FileEngine() = default;
+
+Result<std::unique_ptr<QTMovie>> FileEngine::movieWithFile(const std::string& path) {
+    auto opened = openMedia(path);
+    if (!opened) {
+        qmLog("cannot open " + path + ": " + opened.error().message);
+        return opened.error();
+    }
+    return std::unique_ptr<QTMovie>(
+        std::make_unique<FileMovie>(++m_lastHandle, m_registry, std::move(opened.value()), m_openOutput));
+}
+
+FileMovie* FileEngine::find(Movie movie) const {
+    const auto found = m_registry->find(movie);
+    return found == m_registry->end() ? nullptr : found->second;
+}
+
+std::int32_t FileEngine::GetMovieDuration(Movie movie) {
+    const FileMovie* found = find(movie);
+    return found ? static_cast<std::int32_t>(found->duration().timeValue) : 0;
+}
+
+std::int32_t FileEngine::GetMovieTime(Movie movie) {
+    const FileMovie* found = find(movie);
+    return found ? static_cast<std::int32_t>(found->currentTime().timeValue) : 0;
+}
+
+void FileEngine::SetMovieTimeValue(Movie movie, std::int32_t time) {
+    if (FileMovie* found = find(movie)) found->seekTo(time);
+}
+
+bool FileEngine::IsMovieDone(Movie movie) {
+    const FileMovie* found = find(movie);
+    return found && found->isDone();
+}
+
+OSErr FileEngine::QTSetMovieProperty(Movie movie, std::uint32_t propertyClass, std::uint32_t propertyId,
+                                     std::uint32_t size, const void* value) {
+    FileMovie* found = find(movie);
+    if (!found) return kInvalidMovie;
+    if (propertyClass != kQTPropertyClass_Audio || propertyId != kQTAudioPropertyID_Pitch || size != sizeof(float))
+        return kUnknownProperty;
+    float cents = 0;
+    std::memcpy(&cents, value, sizeof cents);
+    found->setPitch(cents);
+    return kNoErr;
+}
+
+OSErr FileEngine::SetMovieAudioBalance(Movie movie, float balance, std::uint32_t) {
+    FileMovie* found = find(movie);
+    if (!found) return kInvalidMovie;
+    found->setBalance(balance);
+    return kNoErr;
+}
+
+}  // namespace qm

@@ -1,0 +1,42 @@
+// The media engine on real files and the real sound device. Main thread only. Handles are tokens that are looked up, so
+// a call on a movie that has gone does nothing.
+#pragma once
+
+#include "engine/api/MediaEngine.h"
+#include "engine/movie/FileMovie.h"
+#include "engine/output/AudioOutput.h"
+
+namespace qm {
+
+class FileEngine : public MediaEngine {
+public:
+    explicit FileEngine(OutputFactory openOutput = openSystemOutput);
+    ~FileEngine() override;
+
+    Result<std::unique_ptr<QTMovie>> movieWithFile(const std::string& path) override;
+    std::vector<MetaDataItem> QTCopyMovieMetaData(Movie movie) override;
+
+    std::int32_t GetMovieDuration(Movie movie) override;
+    std::int32_t GetMovieTime(Movie movie) override;
+    void SetMovieTimeValue(Movie movie, std::int32_t time) override;
+    bool IsMovieDone(Movie movie) override;
+    OSErr QTSetMovieProperty(Movie movie, std::uint32_t propertyClass, std::uint32_t propertyId, std::uint32_t size,
+                             const void* value) override;
+    OSErr SetMovieAudioBalance(Movie movie, float balance, std::uint32_t flags) override;
+    int soundTrackCount(Movie movie) override;
+    OSErr MediaSetSoundBassAndTreble(Movie movie, int soundTrack, std::int16_t bass, std::int16_t treble) override;
+    OSErr SetMovieAudioVolumeMeteringEnabled(Movie movie, std::uint32_t mix, bool enabled) override;
+    OSErr SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t bands) override;
+    OSErr GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, std::span<float> averagePowerDb,
+                                    std::span<float> peakHoldDb) override;
+    OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, std::span<float> channelMajorLevels) override;
+
+private:
+    FileMovie* find(Movie movie) const;
+
+    const OutputFactory m_openOutput;
+    const std::shared_ptr<MovieRegistry> m_registry;  // shared with the movies, which leave it when they go
+    Movie m_lastHandle = 0;
+};
+
+}  // namespace qm

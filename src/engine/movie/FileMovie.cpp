@@ -1,0 +1,175 @@
+#include "engine/movie/FileMovie.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace qm {
+
+namespace {
+
+constexpr std::int32_t kScaleWithoutSound = 600;
+constexpr int kSilentRate = 48000;
+
+// Stands in for the sound of a film without any, so that its time goes on.
+class SilentReader : public SoundReader {
+public:
+    explicit SilentReader(double seconds) : m_length(std::llround(seconds * kSilentRate)) {}
+    int sampleRate() const override { return kSilentRate; }
+    std::int64_t length() const override { return m_length; }
+    int channels() const override { return 0; }
+    bool read(std::int64_t, float* stereo, std::size_t count) override {
+        std::fill_n(stereo, 2 * count, 0.0f);
+        return true;
+    }
+
+private:
+    std::int64_t m_length;
+};
+
+std::unique_ptr<SoundReader> soundOrSilence(std::unique_ptr<SoundReader> sound, double seconds) {
+    if (sound) return sound;
+    return std::make_unique<SilentReader>(seconds);
+}
+
+// value * to / from without overflow for any length of time, truncated toward zero.
+std::int64_t rescale(std::int64_t value, std::int64_t to, std::int64_t from) {
+    return value / from * to + value % from * to / from;
+}
+
+}  // namespace
+
+FileMovie::FileMovie(Movie handle, std::shared_ptr<MovieRegistry> registry, OpenedMedia media, OutputFactory openOutput)
+    : m_handle(handle),
+      m_registry(std::move(registry)),
+      m_description(std::move(media.description)),
+      m_render(soundOrSilence(std::move(media.sound), m_description.durationSeconds), std::move(openOutput)),
+      m_timeScale(m_description.hasSound ? m_render.sampleRate() : kScaleWithoutSound) {
+    m_registry->emplace(m_handle, this);
+}
+
+FileMovie::~FileMovie() {
+    m_registry->erase(m_handle);
+}
+
+void FileMovie::play() {
+    m_request.playing = true;
+    request();
+}
+
+void FileMovie::stop() {
+    m_request.playing = false;
+    request();
+}
+
+void FileMovie::setRate(float rate) {
+    m_request.rate = rate;
+    if (rate != 0) m_backward = rate < 0;
+    request();
+}
+
+void FileMovie::setPitch(float cents) {
+    m_request.cents = cents;
+    request();
+}
+
+void FileMovie::request() {
+    const bool selects = m_playsSelectionOnly && m_selection.time.timeScale > 0;
+    m_request.rangeBegin = selects ? toFrames(m_selection.time) : 0;
+    m_request.rangeEnd = selects ? toFrames(QTTimeIncrement(m_selection.time, m_selection.duration)) : 0;
+    m_render.request(m_request);
+}
+
+QTTime FileMovie::currentTime() const {
+    return {toUnits(position()), m_timeScale, 0};
+}
+
+QTTime FileMovie::duration() const {
+    return {toUnits(m_render.length()), m_timeScale, 0};
+}
+
+// Until a seek is heard its target is the current position.
+std::int64_t FileMovie::position() const {
+    const RenderThread::Heard heard = m_render.heard();
+    if (heard.seek != m_request.seek) return m_request.seekTarget;
+    return static_cast<std::int64_t>(std::floor(heard.position));
+}
+
+void FileMovie::setCurrentTime(QTTime time) {
+    const std::int32_t scale = time.timeScale > 0 ? time.timeScale : m_timeScale;
+    seekTo(rescale(time.timeValue, m_timeScale, scale));
+}
+
+// While a range repeats, a time outside it is the edge at which play enters it.
+void FileMovie::seekTo(std::int64_t time) {
+    const bool pastEnd = time >= toUnits(m_render.length());
+    const std::int64_t target = pastEnd ? m_render.length() : toFrames({std::max<std::int64_t>(time, 0), m_timeScale, 0});
+    m_request.seekTarget = m_request.loops ? makePlayhead(target, m_backward, true, m_request.rangeBegin,
+                                                          m_request.rangeEnd, m_render.length())
+                                                 .start
+                                           : target;
+    ++m_request.seek;
+    request();
+}
+
+std::int64_t FileMovie::toFrames(QTTime time) const {
+    return rescale(time.timeValue, m_render.sampleRate(), time.timeScale);
+}
+
+std::int64_t FileMovie::toUnits(std::int64_t frames) const {
+    return rescale(frames, m_timeScale, m_render.sampleRate());
+}
+
+bool FileMovie::isDone() const {
+    if (m_request.loops) return false;
+    return m_backward ? position() <= 0 : position() >= m_render.length();
+}
+
+std::optional<long> FileMovie::timeScaleAttribute() const {
+    return m_timeScale;
+}
+
+bool FileMovie::hasVideoAttribute() const {
+    return m_description.hasVideo;
+}
+
+std::optional<std::string> FileMovie::displayNameAttribute() const {
+    if (m_description.displayName.empty()) return std::nullopt;
+    return m_description.displayName;
+}
+
+void FileMovie::setSelectionAttribute(QTTimeRange range) {
+    m_selection = range;
+    request();
+}
+
+void FileMovie::setLoopsAttribute(bool loops) {
+    m_request.loops = loops;
+    request();
+}
+
+void FileMovie::setPlaysSelectionOnlyAttribute(bool only) {
+    m_playsSelectionOnly = only;
+    request();
+}
+
+void FileMovie::setMuted(bool muted) {
+    m_muted = muted;
+    applyGains();
+}
+
+void FileMovie::setVolume(float volume) {
+    m_volume = std::clamp(volume, 0.0f, 1.0f);
+    applyGains();
+}
+
+void FileMovie::setBalance(float balance) {
+    m_balance = std::clamp(balance, -1.0f, 1.0f);
+    applyGains();
+}
+
+void FileMovie::applyGains() {
+    const float volume = m_muted ? 0.0f : m_volume;
+    m_render.setGains(volume * std::min(1.0f, 1.0f - m_balance), volume * std::min(1.0f, 1.0f + m_balance));
+}
+
+}  // namespace qm

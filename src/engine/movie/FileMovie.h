@@ -1,0 +1,68 @@
+// A media file as a movie: turns the operations of the interface into requests to the render thread and answers with
+// what is being heard. Main thread only.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+#include "engine/api/QTMovie.h"
+#include "engine/media/SoundReader.h"
+#include "engine/render/RenderThread.h"
+
+namespace qm {
+
+class FileMovie;
+using MovieRegistry = std::unordered_map<Movie, FileMovie*>;
+
+class FileMovie : public QTMovie {
+public:
+    // Stands in the registry under its handle for as long as it lives.
+    FileMovie(Movie handle, std::shared_ptr<MovieRegistry> registry, OpenedMedia media, OutputFactory openOutput);
+    ~FileMovie() override;
+
+    void play() override;
+    void stop() override;
+    void setRate(float rate) override;
+    QTTime currentTime() const override;
+    void setCurrentTime(QTTime time) override;
+    QTTime duration() const override;
+    std::optional<long> timeScaleAttribute() const override;
+    bool hasVideoAttribute() const override;
+    std::optional<std::string> displayNameAttribute() const override;
+    void setSelectionAttribute(QTTimeRange range) override;
+    void setLoopsAttribute(bool loops) override;
+    void setPlaysSelectionOnlyAttribute(bool only) override;
+    void setMuted(bool muted) override;
+    void setVolume(float volume) override;
+    Movie quickTimeMovie() const override { return m_handle; }
+
+    // True when playback has reached the end in its direction of play: that of the last rate that was not zero.
+    bool isDone() const;
+    void setPitch(float cents);
+    void setBalance(float balance);
+    void seekTo(std::int64_t time);  // units of the movie's time scale
+    const RenderThread& renderThread() const { return m_render; }
+
+private:
+    void request();
+    void applyGains();
+    std::int64_t position() const;  // frames
+    std::int64_t toFrames(QTTime time) const;
+    std::int64_t toUnits(std::int64_t frames) const;
+
+    const Movie m_handle;
+    const std::shared_ptr<MovieRegistry> m_registry;
+    const MediaDescription m_description;
+    RenderThread m_render;
+    const std::int32_t m_timeScale;  // units per second
+    RenderThread::Request m_request;
+    QTTimeRange m_selection;
+    bool m_playsSelectionOnly = false;
+    bool m_backward = false;
+    bool m_muted = false;
+    float m_volume = 1;
+    float m_balance = 0;
+};
+
+}  // namespace qm

@@ -1,0 +1,24 @@
+#include "engine/render/Renderer.h"
+
+#include <cmath>
+
+#include "engine/render/stretch/RubberBandStretch.h"
+
+namespace qm {
+
+Renderer::Renderer(PcmCache& cache)
+    : m_timeline(cache), m_stretch(std::make_unique<RubberBandStretch>(cache.sampleRate())), m_active(&m_passthrough) {}
+
+Renderer::~Renderer() = default;
+
+bool Renderer::begin(const Playhead& playhead, const RenderSettings& settings, bool seamFade, std::int64_t step) {
+    m_timeline.begin(playhead, seamFade);
+    m_active = settings.neutral() ? static_cast<TimeStretch*>(&m_passthrough) : m_stretch.get();
+    return m_active->restart(m_timeline, step, settings.speed, std::exp2(settings.cents / 1200.0));
+}
+
+bool Renderer::render(std::span<StereoFrame> out) {
+    return m_active->render(m_timeline, out);
+}
+
+}  // namespace qm

@@ -1,0 +1,40 @@
+// From the timeline to finished sound: the bit-exact way at speed 1 and pitch 0, the time stretch otherwise. The same
+// object serves the real-time render thread and the offline tool. Render thread only.
+#pragma once
+
+#include <memory>
+#include <span>
+
+#include "engine/render/Timeline.h"
+#include "engine/render/stretch/Passthrough.h"
+#include "engine/render/stretch/TimeStretch.h"
+
+namespace qm {
+
+struct RenderSettings {
+    double speed = 1.0;  // source frames per output frame, above zero; the direction is the playhead's
+    double cents = 0.0;
+
+    bool neutral() const { return speed == 1.0 && cents == 0.0; }
+    friend bool operator==(const RenderSettings&, const RenderSettings&) = default;
+};
+
+class Renderer {
+public:
+    explicit Renderer(PcmCache& cache);
+    ~Renderer();
+
+    // Starts at `step` of the playhead; a negative step plays what leads up to it. False when interrupted.
+    bool begin(const Playhead& playhead, const RenderSettings& settings, bool seamFade, std::int64_t step);
+
+    // The next frames of output. False when interrupted: begin again.
+    bool render(std::span<StereoFrame> out);
+
+private:
+    Timeline m_timeline;
+    Passthrough m_passthrough;
+    std::unique_ptr<TimeStretch> m_stretch;
+    TimeStretch* m_active;
+};
+
+}  // namespace qm

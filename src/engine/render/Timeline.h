@@ -1,0 +1,45 @@
+// The unrolled sequence of source frames to be played: the playhead's steps with their sound, readable a little behind
+// and ahead of what is heard. The loop lives here: whoever reads sees one endless stream and never a seam of its own.
+// Render thread only.
+//
+// Where a loop wraps and the sound would jump, the last few milliseconds of the pass cross-fade, at equal power, into
+// what leads up to the place the wrap goes to. The period stays what the marks say, and the first frame after the wrap
+// is whole. A seam that is continuous already is left alone.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "engine/render/PcmCache.h"
+#include "engine/render/Playhead.h"
+
+namespace qm {
+
+class Timeline {
+public:
+    explicit Timeline(PcmCache& cache);
+
+    void begin(const Playhead& playhead, bool seamFade);
+    const Playhead& playhead() const { return m_playhead; }
+    int sampleRate() const { return m_cache.sampleRate(); }
+
+    // Sound of steps [step, step + out.size()); silence outside the track. False when the cache was interrupted.
+    bool read(std::int64_t step, std::span<StereoFrame> out);
+
+private:
+    bool readRun(std::int64_t step, std::span<StereoFrame> out);
+    bool readBackward(std::int64_t lastFrame, std::span<StereoFrame> out);
+    bool fadeSeam(std::int64_t step, std::span<StereoFrame> out);
+    std::optional<bool> seamJumps();
+
+    PcmCache& m_cache;
+    Playhead m_playhead;
+    bool m_seamFade = true;
+    std::int64_t m_fadeLength = 0;    // frames
+    std::optional<bool> m_seamJumps;  // found out when the first seam comes near
+    std::vector<StereoFrame> m_leadIn;
+};
+
+}  // namespace qm

@@ -1,0 +1,35 @@
+// Time stretch on the Rubber Band library, R3 engine in its real-time mode, both channels together.
+#pragma once
+
+#include <array>
+#include <memory>
+#include <vector>
+
+#include "engine/render/stretch/TimeStretch.h"
+
+namespace RubberBand {
+class RubberBandStretcher;
+}
+
+namespace qm {
+
+class RubberBandStretch : public TimeStretch {
+public:
+    explicit RubberBandStretch(int sampleRate);
+    ~RubberBandStretch() override;
+
+    bool restart(Timeline& timeline, std::int64_t step, double speed, double pitchFactor) override;
+    bool render(Timeline& timeline, std::span<StereoFrame> out) override;
+
+private:
+    bool feed(Timeline& timeline, std::size_t frames);
+    std::size_t drain(std::span<StereoFrame> out);
+
+    const std::unique_ptr<RubberBand::RubberBandStretcher> m_library;
+    std::int64_t m_nextStep = 0;  // the next step to feed
+    std::size_t m_toDrop = 0;     // output frames that belong before the starting step
+    std::vector<StereoFrame> m_source;
+    std::array<std::vector<float>, 2> m_planes;
+};
+
+}  // namespace qm

@@ -1,0 +1,385 @@
+#include <doctest/doctest.h>
+
+#include <chrono>
+#include <thread>
+#include <vector>
+
+#include "engine/movie/FileMovie.h"
+#include "support/Signals.h"
+
+using namespace qm;
+using namespace qm::test;
+
+namespace {
+
+constexpr int kRate = 44100;
+
+// A movie of coded frames on a device that plays only what the test asks for.
+struct Player {
+    explicit Player(std::int64_t length = 10 * kRate, std::function<StereoFrame(std::int64_t)> sound = codedFrame) {
+        OpenedMedia media;
+        media.description.displayName = "coded";
+        media.description.hasSound = true;
+        media.sound = std::make_unique<ComputedSound>(length, std::move(sound));
+        movie = std::make_unique<FileMovie>(1, std::make_shared<MovieRegistry>(), std::move(media),
+                                            [this](int, OutputSource& source) -> Result<std::unique_ptr<AudioOutput>> {
+                                                auto stepped = std::make_unique<SteppedOutput>(source);
+                                                device = stepped.get();
+                                                return std::unique_ptr<AudioOutput>(std::move(stepped));
+                                            });
+        settle();
+    }
+
+    // Waits until the newest request is in force.
+    void settle() const {
+        waitFor([&] { return movie->renderThread().isCaughtUp(); });
+    }
+
+    // Plays in callbacks of 100 frames, each only when its sound is ready.
+    std::vector<StereoFrame> play(std::size_t frames) {
+        std::vector<StereoFrame> sound(frames);
+        for (std::size_t done = 0; done < frames; done += 100) {
+            waitFor(
+                [&] {
+                    const RenderThread& render = movie->renderThread();
+                    return render.framesReady() >= 3000 || (render.framesReady() >= 200 && render.isCaughtUp());
+                },
+                300);
+            device->step(std::span(sound).subspan(done, std::min<std::size_t>(100, frames - done)));
+        }
+        return sound;
+    }
+
+    // Play pressed and, so that the device pulls from the first frame on, waited for.
+    void start(float rate = 1) {
+        movie->play();
+        movie->setRate(rate);
+        settle();
+    }
+
+    static void waitFor(const std::function<bool()>& condition, int attempts = 20000) {
+        for (int i = 0; i < attempts && !condition(); ++i) std::this_thread::sleep_for(std::chrono::microseconds(500));
+    }
+
+    std::int64_t now() const { return movie->currentTime().timeValue; }
+
+    SteppedOutput* device = nullptr;
+    std::unique_ptr<FileMovie> movie;
+};
+
+QTTime at(std::int64_t frames) {
+    return {frames, kRate, 0};
+}
+
+// The frames heard at full level, without the silence and the ramps around them.
+std::vector<std::int64_t> heard(const std::vector<StereoFrame>& sound) {
+    std::vector<std::int64_t> frames;
+    for (const StereoFrame& f : sound)
+        if (f.left != 0 && f.right == -f.left) frames.push_back(frameOf(f.left));
+    return frames;
+}
+
+int breaks(const std::vector<std::int64_t>& frames, std::int64_t step = 1) {
+    int count = 0;
+    for (std::size_t i = 1; i < frames.size(); ++i) count += frames[i] - frames[i - 1] != step;
+    return count;
+}
+
+std::vector<std::int64_t> settled(const std::vector<StereoFrame>& sound, std::size_t skip = 128) {
+    return heard({sound.begin() + std::ptrdiff_t(skip), sound.end()});
+}
+
+}  // namespace
+
+TEST_CASE("a movie starts stopped at its beginning and says how long it is") {
+    Player p;
+    CHECK(p.movie->currentTime() == QTTime{0, kRate, 0});
+    CHECK(p.movie->duration() == QTTime{10 * kRate, kRate, 0});
+    CHECK(p.movie->timeScaleAttribute() == kRate);
+}
+
+TEST_CASE("play gives the track from its first frame, whole and without a break") {
+    Player p;
+    p.start();
+    const auto frames = settled(p.play(kRate));
+    CHECK(frames.front() == 0);
+    CHECK(breaks(frames) == 0);
+}
+
+TEST_CASE("the current time is the frame that the device has played") {
+    Player p;
+    p.start();
+    p.play(128 + 5000);
+    CHECK(p.now() == 5000);
+}
+
+TEST_CASE("stop keeps the position and resume loses and repeats nothing") {
+    Player p;
+    p.start();
+    const auto before = settled(p.play(5000));
+    p.movie->stop();
+    p.play(1000);
+    const std::int64_t paused = p.now();
+    p.play(1000);
+    CHECK(p.now() == paused);
+    p.start();
+    const auto after = p.play(2000);
+    CHECK(frameOf(after[128].left) == paused + 128);
+    CHECK(paused == before.back() + 128 + 1);
+}
+
+TEST_CASE("a seek lands on exactly its frame, playing or paused") {
+    Player p;
+    p.movie->setCurrentTime(at(123456));
+    CHECK(p.now() == 123456);
+    p.settle();
+    CHECK(p.now() == 123456);
+    p.start();
+    CHECK(settled(p.play(500)).front() == 123456);
+    p.movie->setCurrentTime(at(300000));
+    CHECK(p.now() == 300000);
+    const auto sound = heard(p.play(4000));
+    CHECK(std::find(sound.begin(), sound.end(), 300000) != sound.end());
+    CHECK(p.now() > 300000);
+}
+
+TEST_CASE("a time before the start or past the end is held at the start or the end") {
+    Player p;
+    p.movie->setCurrentTime(at(-1));
+    CHECK(p.now() == 0);
+    p.movie->setCurrentTime(at(11 * kRate));
+    CHECK(p.movie->currentTime() == p.movie->duration());
+    p.settle();
+    CHECK(p.movie->currentTime() == p.movie->duration());
+}
+
+TEST_CASE("a movie is done at its end forward and at its start backward, and not before it moved") {
+    Player p(2000);
+    CHECK_FALSE(p.movie->isDone());
+    p.start();
+    p.play(4000);
+    CHECK(p.movie->isDone());
+    CHECK(p.movie->currentTime() == p.movie->duration());
+    p.movie->setRate(-1);
+    p.settle();
+    CHECK_FALSE(p.movie->isDone());
+    p.play(4000);
+    CHECK(p.movie->isDone());
+    CHECK(p.now() == 0);
+}
+
+TEST_CASE("play at the end stays there") {
+    Player p(2000);
+    p.movie->setCurrentTime(at(2000));
+    p.start();
+    CHECK(heard(p.play(3000)).empty());
+    CHECK(p.movie->isDone());
+}
+
+TEST_CASE("backward play gives the exact reverse from the end") {
+    Player p(50000);
+    p.movie->setCurrentTime(at(50000));
+    p.start(-1);
+    const auto frames = settled(p.play(30000));
+    CHECK(frames.front() == 49999);
+    CHECK(breaks(frames, -1) == 0);
+}
+
+TEST_CASE("turning round while playing goes back over what was just heard") {
+    Player p;
+    p.start();
+    p.play(20000);
+    p.movie->setRate(-1);
+    p.settle();
+    p.play(2000);
+    const auto back = heard(p.play(4000));
+    CHECK(breaks(back, -1) == 0);
+    CHECK(back.front() < 20000);
+}
+
+TEST_CASE("a rate of zero stands still and keeps the place") {
+    Player p;
+    p.start();
+    p.play(5000);
+    p.movie->setRate(0);
+    p.play(1000);
+    const std::int64_t still = p.now();
+    CHECK(heard(p.play(2000)).empty());
+    CHECK(p.now() == still);
+    p.movie->setRate(1);
+    p.settle();
+    CHECK(frameOf(p.play(500)[200].left) == still + 200);
+}
+
+TEST_CASE("the loop repeats its range with exactly its period while nobody attends to it") {
+    Player p;
+    const std::int64_t a = 88200, b = 101430;
+    p.movie->setCurrentTime(at(a));
+    p.movie->setSelectionAttribute({at(a), at(b - a)});
+    p.movie->setLoopsAttribute(true);
+    p.movie->setPlaysSelectionOnlyAttribute(true);
+    p.start();
+    const auto sound = p.play(128 + 20 * std::size_t(b - a));
+    int wrongOutsideFade = 0;
+    for (std::size_t i = 128; i < sound.size(); ++i) {
+        const std::int64_t phase = std::int64_t(i - 128) % (b - a);
+        if (phase < (b - a) - 221) wrongOutsideFade += frameOf(sound[i].left) != a + phase;
+    }
+    CHECK(wrongOutsideFade == 0);
+    CHECK_FALSE(p.movie->isDone());
+}
+
+TEST_CASE("B set behind the playhead sends it to A at once") {
+    Player p;
+    p.start();
+    p.play(128 + 30000);
+    p.movie->setSelectionAttribute({at(10000), at(20000)});
+    p.movie->setLoopsAttribute(true);
+    p.movie->setPlaysSelectionOnlyAttribute(true);
+    p.settle();
+    const auto sound = p.play(1000);
+    CHECK(frameOf(sound[400].left) > 10000);
+    CHECK(frameOf(sound[400].left) < 10500);
+}
+
+TEST_CASE("a loop switched on around the playhead does not disturb it") {
+    Player p;
+    p.start();
+    p.play(30000);
+    p.movie->setSelectionAttribute({at(10000), at(200000)});
+    p.movie->setLoopsAttribute(true);
+    p.movie->setPlaysSelectionOnlyAttribute(true);
+    p.settle();
+    CHECK(breaks(heard(p.play(20000))) == 0);
+}
+
+TEST_CASE("a loop set elsewhere while paused is entered when play begins, not before") {
+    Player p;
+    p.movie->setCurrentTime(at(5000));
+    p.movie->setSelectionAttribute({at(100000), at(50000)});
+    p.movie->setLoopsAttribute(true);
+    p.movie->setPlaysSelectionOnlyAttribute(true);
+    p.settle();
+    CHECK(p.now() == 5000);
+    p.start();
+    CHECK(settled(p.play(500)).front() == 100000);
+}
+
+TEST_CASE("an inverted and an empty selection loop the whole track") {
+    for (const std::int64_t length : {-500, 0}) {
+        Player p(3000);
+        p.movie->setSelectionAttribute({at(1000), at(length)});
+        p.movie->setLoopsAttribute(true);
+        p.movie->setPlaysSelectionOnlyAttribute(true);
+        p.start();
+        const auto frames = settled(p.play(9000));
+        CHECK(frames.front() == 0);
+        CHECK(*std::max_element(frames.begin(), frames.end()) > 2700);
+        CHECK_FALSE(p.movie->isDone());
+    }
+}
+
+TEST_CASE("loop without a selection repeats the whole track from its end") {
+    Player p(3000);
+    p.movie->setLoopsAttribute(true);
+    p.start();
+    const auto sound = p.play(128 + 9000);
+    CHECK(frameOf(sound[128 + 3000].left) == 0);
+    CHECK(frameOf(sound[128 + 6500].left) == 500);
+}
+
+TEST_CASE("switching the loop off plays on past B") {
+    Player p;
+    p.movie->setSelectionAttribute({at(0), at(30000)});
+    p.movie->setLoopsAttribute(true);
+    p.movie->setPlaysSelectionOnlyAttribute(true);
+    p.start();
+    p.play(20000);
+    p.movie->setLoopsAttribute(false);
+    p.movie->setPlaysSelectionOnlyAttribute(false);
+    p.settle();
+    const auto frames = heard(p.play(20000));
+    CHECK(breaks(frames) == 0);
+    CHECK(frames.back() > 35000);
+}
+
+TEST_CASE("a skip out of the looped range goes to its edge") {
+    Player p;
+    p.movie->setSelectionAttribute({at(100000), at(50000)});
+    p.movie->setLoopsAttribute(true);
+    p.movie->setPlaysSelectionOnlyAttribute(true);
+    p.start();
+    p.play(3000);
+    p.movie->setCurrentTime(at(400000));
+    p.settle();
+    p.play(1000);
+    CHECK(p.now() >= 100000);
+    CHECK(p.now() < 101500);
+}
+
+TEST_CASE("changing the speed goes on from what is heard, without silence or a jump") {
+    Player p(20 * kRate, [](std::int64_t n) { return toneFrame(n, 441); });
+    p.start();
+    p.play(20000);
+    for (const float rate : {0.5f, 0.75f, 2.0f, 1.0f, 0.35f}) {
+        const std::int64_t before = p.now();
+        p.movie->setRate(rate);
+        const auto sound = p.play(12000);
+        float largest = 0, quietest = 1;
+        for (std::size_t i = 0; i + 200 < sound.size(); i += 100) {
+            float peak = 0;
+            for (std::size_t k = i; k < i + 200; ++k) {
+                peak = std::max(peak, std::abs(sound[k].left));
+                if (k > 0) largest = std::max(largest, std::abs(sound[k].left - sound[k - 1].left));
+            }
+            quietest = std::min(quietest, peak);
+        }
+        CHECK_MESSAGE(largest < 0.05f, "a click at rate " << rate);
+        CHECK_MESSAGE(quietest > 0.2f, "a hole at rate " << rate);
+        CHECK(p.now() - before < 12000 * std::max(rate, 1.0f) + 3000);
+        CHECK(p.now() > before);
+    }
+}
+
+TEST_CASE("the position keeps step with a slowed track") {
+    Player p;
+    p.start(0.5f);
+    p.play(128 + 40000);
+    CHECK(std::abs(p.now() - 20000) < 3);
+}
+
+TEST_CASE("gain, balance and mute act on the sound that is played") {
+    Player p;
+    p.movie->setVolume(0.5f);
+    p.movie->setBalance(0.5f);
+    p.start();
+    const StereoFrame f = p.play(1000).back();
+    CHECK(f.right == doctest::Approx(-2 * f.left));
+    p.movie->setMuted(true);
+    CHECK(p.play(1000).back() == StereoFrame{});
+    CHECK(p.now() > 1500);
+}
+
+TEST_CASE("without any device time goes on silently") {
+    OpenedMedia media;
+    media.description.hasSound = true;
+    media.sound = std::make_unique<ComputedSound>(kRate, codedFrame);
+    FileMovie movie(1, std::make_shared<MovieRegistry>(), std::move(media),
+                    [](int, OutputSource&) -> Result<std::unique_ptr<AudioOutput>> {
+                        return Error{ErrorCategory::Device, "none"};
+                    });
+    movie.play();
+    movie.setRate(1);
+    Player::waitFor([&] { return movie.isDone(); });
+    CHECK(movie.isDone());
+}
+
+TEST_CASE("a film without sound counts its time in units of 600") {
+    OpenedMedia media;
+    media.description.hasVideo = true;
+    media.description.durationSeconds = 2.5;
+    FileMovie movie(1, std::make_shared<MovieRegistry>(), std::move(media), openNullOutput);
+    CHECK(movie.duration() == QTTime{1500, 600, 0});
+    movie.setCurrentTime({600, 600, 0});
+    CHECK(movie.currentTime() == QTTime{600, 600, 0});
+}

@@ -1,0 +1,272 @@
+// Renders a track, or a passage of it in a loop, to a 32-bit float stereo wave file with the player's own engine:
+// slower or faster, higher or lower, backwards.
+#include <sys/resource.h>
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/api/Log.h"
+#include "engine/media/SoundReader.h"
+#include "engine/render/PcmCache.h"
+#include "engine/render/Renderer.h"
+
+namespace {
+
+using namespace qm;
+
+constexpr const char* kUsage =
+    "usage: quillmere-render [--rate R] [--cents C] [--gain G] [--balance B] [--bass N] [--treble N] [--from T] [--to "
+    "T]\n"
+    "                        [--loop A:B] [--passes N] [--seam on|off] [--stats] IN OUT.wav\n"
+    "       --null instead of OUT.wav writes nothing; T, A, B are seconds, or frames with the suffix f (88200f)\n";
+
+// A time on the command line: seconds, or frames.
+struct TimeArgument {
+    double value = 0;
+    bool isFrames = false;
+
+    std::int64_t frames(int sampleRate) const {
+        return isFrames ? static_cast<std::int64_t>(value) : std::llround(value * sampleRate);
+    }
+};
+
+struct Options {
+    double rate = 1, cents = 0, gain = 1, balance = 0;
+    std::optional<TimeArgument> from, to, loopA, loopB;
+    std::int64_t passes = 1;
+    bool passesGiven = false, seam = true, stats = false, null = false;
+    std::string input, output;
+};
+
+struct UsageError {
+    std::string message;
+};
+
+double number(std::string_view text, double least, double most) {
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc{} || end != text.data() + text.size() || !(value >= least && value <= most))
+        throw UsageError{"not a number from " + std::to_string(least) + " to " + std::to_string(most) + ": " +
+                         std::string(text)};
+    return value;
+}
+
+TimeArgument timeArgument(std::string_view text) {
+    const bool isFrames = text.ends_with('f');
+    if (isFrames) text.remove_suffix(1);
+    const double value = number(text, 0, 1e12);
+    if (isFrames && value != std::floor(value)) throw UsageError{"not a whole number of frames: " + std::string(text)};
+    return {value, isFrames};
+}
+
+void setRate(Options& o, std::string_view text) {
+    o.rate = number(text, -2.5, 2.5);
+    if (std::abs(o.rate) < 0.35) throw UsageError{"the rate's magnitude is 0.35 to 2.5"};
+}
+
+void setLoop(Options& o, std::string_view text) {
+    const auto colon = text.find(':');
+    if (colon == std::string_view::npos) throw UsageError{"--loop takes A:B"};
+    o.loopA = timeArgument(text.substr(0, colon));
+    o.loopB = timeArgument(text.substr(colon + 1));
+}
+
+void setSeam(Options& o, std::string_view text) {
+    if (text != "on" && text != "off") throw UsageError{"--seam takes on or off"};
+    o.seam = text == "on";
+}
+
+// Bass and treble are not part of the offline engine yet: only their neutral value is taken.
+void requireNeutralTone(std::string_view text) {
+    if (number(text, 0, 256) != 128) throw UsageError{"bass and treble other than 128 are not available"};
+}
+
+Options parse(int argc, char** argv) {
+    using Setter = std::function<void(Options&, std::string_view)>;
+    static const std::map<std::string_view, Setter> kValued = {
+        {"--rate", setRate},
+        {"--cents", [](Options& o, std::string_view t) { o.cents = number(t, -1200, 1200); }},
+        {"--gain", [](Options& o, std::string_view t) { o.gain = number(t, 0, 1); }},
+        {"--balance", [](Options& o, std::string_view t) { o.balance = number(t, -1, 1); }},
+        {"--bass", [](Options&, std::string_view t) { requireNeutralTone(t); }},
+        {"--treble", [](Options&, std::string_view t) { requireNeutralTone(t); }},
+        {"--from", [](Options& o, std::string_view t) { o.from = timeArgument(t); }},
+        {"--to", [](Options& o, std::string_view t) { o.to = timeArgument(t); }},
+        {"--loop", setLoop},
+        {"--passes",
+         [](Options& o, std::string_view t) {
+             o.passes = static_cast<std::int64_t>(number(t, 1, 1e6));
+             o.passesGiven = true;
+         }},
+        {"--seam", setSeam},
+    };
+    Options o;
+    std::vector<std::string> files;
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view argument = argv[i];
+        if (argument == "--stats") {
+            o.stats = true;
+        } else if (argument == "--null") {
+            o.null = true;
+        } else if (const auto found = kValued.find(argument); found != kValued.end()) {
+            if (++i == argc) throw UsageError{std::string(argument) + " needs a value"};
+            found->second(o, argv[i]);
+        } else if (argument.starts_with("--")) {
+            throw UsageError{"unknown option " + std::string(argument)};
+        } else {
+            files.emplace_back(argument);
+        }
+    }
+    if (files.size() != (o.null ? 1u : 2u))
+        throw UsageError{o.null ? "--null takes IN alone" : "IN and OUT.wav are needed"};
+    if (o.passesGiven && !o.loopA) throw UsageError{"--passes needs --loop"};
+    o.input = files[0];
+    if (!o.null) o.output = files[1];
+    return o;
+}
+
+// What to play and for how many output frames.
+struct Job {
+    Playhead playhead;
+    std::int64_t outputFrames = 0;
+};
+
+Job plan(const Options& o, int sampleRate, std::int64_t length) {
+    const bool backward = o.rate < 0;
+    const double speed = std::abs(o.rate);
+    const auto position = [&](const TimeArgument& t) { return std::min(t.frames(sampleRate), length); };
+    if (o.loopA) {
+        const std::int64_t a = position(*o.loopA), b = position(*o.loopB);
+        if (b <= a) throw UsageError{"the loop holds no frames"};
+        const Playhead head = makePlayhead(backward ? b : a, backward, true, a, b, length);
+        return {head, std::llround(static_cast<double>(head.period() * o.passes) / speed)};
+    }
+    const std::int64_t from = o.from ? position(*o.from) : (backward ? length : 0);
+    const std::int64_t to = o.to ? position(*o.to) : (backward ? 0 : length);
+    const std::int64_t begin = std::min(from, to), end = std::max(from, to);
+    if (backward ? to > from : from > to) throw UsageError{"--to lies before --from in the direction of play"};
+    return {Playhead{from, begin, end, backward, false}, std::llround(static_cast<double>(end - begin) / speed)};
+}
+
+// A wave file of 32-bit floats that is complete only after close(); until then it has another name.
+class WaveFile {
+public:
+    WaveFile(std::string path, int sampleRate, std::int64_t frames)
+        : m_path(std::move(path)), m_temporary(m_path + ".part"), m_file(std::fopen(m_temporary.c_str(), "wb")) {
+        if (m_file != nullptr) writeHeader(sampleRate, frames);
+    }
+    ~WaveFile() {
+        if (m_file == nullptr) return;
+        std::fclose(m_file);
+        std::remove(m_temporary.c_str());
+    }
+    WaveFile(const WaveFile&) = delete;
+    WaveFile& operator=(const WaveFile&) = delete;
+
+    bool isOpen() const { return m_file != nullptr; }
+    bool write(std::span<const StereoFrame> frames) {
+        return std::fwrite(frames.data(), sizeof(StereoFrame), frames.size(), m_file) == frames.size();
+    }
+    bool close() {
+        const bool closed = std::fclose(m_file) == 0;
+        m_file = nullptr;
+        return closed && std::rename(m_temporary.c_str(), m_path.c_str()) == 0;
+    }
+
+private:
+    void writeHeader(int sampleRate, std::int64_t frames) {
+        const auto dataBytes = static_cast<std::uint32_t>(std::min<std::int64_t>(frames * 8, 0xFFFFFFFFll - 64));
+        std::string header;
+        const auto put = [&](std::uint64_t value, int bytes) {
+            for (int i = 0; i < bytes; ++i) header.push_back(static_cast<char>(value >> (8 * i)));
+        };
+        header += "RIFF";
+        put(dataBytes + 48ull, 4);
+        header += "WAVEfmt ";
+        put(16, 4);
+        put(3, 2);
+        put(2, 2);
+        put(static_cast<std::uint64_t>(sampleRate), 4);
+        put(static_cast<std::uint64_t>(sampleRate) * 8, 4);
+        put(8, 2);
+        put(32, 2);
+        header += "fact";
+        put(4, 4);
+        put(static_cast<std::uint64_t>(frames), 4);
+        header += "data";
+        put(dataBytes, 4);
+        std::fwrite(header.data(), 1, header.size(), m_file);
+    }
+
+    std::string m_path, m_temporary;
+    std::FILE* m_file;
+};
+
+double cpuSeconds() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval& t) {
+        return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) * 1e-6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+int fail(int status, const std::string& message) {
+    std::fprintf(stderr, "quillmere-render: %s\n", message.c_str());
+    return status;
+}
+
+int render(const Options& o) {
+    auto opened = openMedia(o.input);
+    if (!opened) return fail(1, opened.error().message);
+    if (!opened.value().sound) return fail(1, o.input + ": has no sound");
+    PcmCache cache(std::move(opened.value().sound));
+    const Job job = plan(o, cache.sampleRate(), cache.length());
+
+    std::optional<WaveFile> file;
+    if (!o.null) {
+        file.emplace(o.output, cache.sampleRate(), job.outputFrames);
+        if (!file->isOpen()) return fail(1, o.output + ": cannot be written");
+    }
+    Renderer renderer(cache);
+    renderer.begin(job.playhead, {std::abs(o.rate), o.cents}, o.seam, 0);
+    const auto left = static_cast<float>(o.gain * std::min(1.0, 1.0 - o.balance));
+    const auto right = static_cast<float>(o.gain * std::min(1.0, 1.0 + o.balance));
+    std::vector<StereoFrame> block(4096);
+    for (std::int64_t done = 0; done < job.outputFrames;) {
+        const auto count = static_cast<std::size_t>(std::min<std::int64_t>(4096, job.outputFrames - done));
+        const std::span<StereoFrame> out(block.data(), count);
+        renderer.render(out);
+        for (StereoFrame& f : out) f = {f.left * left, f.right * right};
+        if (file && !file->write(out)) return fail(1, o.output + ": cannot be written");
+        done += static_cast<std::int64_t>(count);
+    }
+    if (file && !file->close()) return fail(1, o.output + ": cannot be written");
+    if (o.stats)
+        std::printf(
+            "{\"frames_in\": %lld, \"frames_out\": %lld, \"cpu_seconds\": %.3f, \"length\": %lld, \"sample_rate\": "
+            "%d}\n",
+            std::llround(static_cast<double>(job.outputFrames) * std::abs(o.rate)),
+            static_cast<long long>(job.outputFrames), cpuSeconds(), static_cast<long long>(cache.length()),
+            cache.sampleRate());
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc == 2 && std::strcmp(argv[1], "--help") == 0) return std::fputs(kUsage, stdout) < 0 ? 1 : 0;
+    try {
+        return render(parse(argc, argv));
+    } catch (const UsageError& error) {
+        return fail(2, error.message + " (--help tells more)");
+    }
+}
