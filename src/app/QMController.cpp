@@ -53,7 +53,7 @@ void QMController::awakeFromNib(const Outlets& outlets) {
     static_cast<Outlets&>(*this) = outlets;
     if (playList) playList->setModel(&m_table);
     m_chrome.startFadeIn();
-    if (playList) connect(playList, &PlayListView::doubleClicked, this, &QMController::rowDoubleClicked);
+    if (playList) connect(playList, &PlayListView::rowActivated, this, &QMController::rowDoubleClicked);
     if (mainWindow) restoreWindowPosition(*mainWindow);
     setUpPlayList();
     applyTextColor(*this, textColorForChoice(prefs.integerForKey(QStringLiteral("TextColor"))));
