@@ -102,7 +102,8 @@ void ControllerFixture::buildLabels(QWidget* parent) {
           &outlets.speedMinDotUp,  &outlets.speedMinUp,      &outlets.speed1,          &outlets.speed2,
           &outlets.speedNormal,    &outlets.pitchTitle,      &outlets.pitch_1200,      &outlets.pitch_100,
           &outlets.pitchMinDot,    &outlets.pitch0,          &outlets.pitchMaxDot,     &outlets.pitch100,
-          &outlets.pitch1200}) {
+          &outlets.pitch1200,      &outlets.copyright,       &outlets.formatInInfo,    &outlets.duration,
+          &outlets.movieName,      &outlets.movieSize}) {
         *label = new QLabel(QStringLiteral("as laid out"), parent);
     }
 }
