@@ -18,9 +18,9 @@ class SoundReader {
 public:
     virtual ~SoundReader() = default;
 
-    virtual int sampleRate() const = 0;        // frames per second
-    virtual std::int64_t length() const = 0;   // frames
-    virtual int channels() const = 0;          // of the first sound track, before folding
+    virtual int sampleRate() const = 0;       // frames per second
+    virtual std::int64_t length() const = 0;  // frames
+    virtual int channels() const = 0;         // of the first sound track, before folding
 
     // Decodes frames [first, first + count) as interleaved stereo into `stereo` (2 * count floats). Frames outside
     // [0, length()) and frames that cannot be decoded are zero. Consecutive forward calls cost no seek; any other call
@@ -29,8 +29,8 @@ public:
 };
 
 struct MediaDescription {
-    std::string displayName;   // embedded title if it is not blank, else the file name with its extension; UTF-8
-    bool hasVideo = false;     // moving pictures; an attached cover does not count
+    std::string displayName;  // embedded title if it is not blank, else the file name with its extension; UTF-8
+    bool hasVideo = false;    // moving pictures; an attached cover does not count
     bool hasSound = false;
     double durationSeconds = 0;  // of the longest stream
 };

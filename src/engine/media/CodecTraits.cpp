@@ -1,0 +1,46 @@
+#include "engine/media/CodecTraits.h"
+
+namespace qm {
+
+bool isPcm(AVCodecID codec) {
+    return codec >= AV_CODEC_ID_PCM_S16LE && codec < AV_CODEC_ID_ADPCM_IMA_QT;
+}
+
+bool isAdpcm(AVCodecID codec) {
+    return codec >= AV_CODEC_ID_ADPCM_IMA_QT && codec < AV_CODEC_ID_AMR_NB;
+}
+
+CodecTraits codecTraits(const AVCodecParameters& parameters, int sampleRate, int framesPerPacket) {
+    using Counting = CodecTraits::Counting;
+    const AVCodecID codec = parameters.codec_id;
+    if (isPcm(codec)) {
+        return {.counting = Counting::BySize};
+    }
+    if (isAdpcm(codec)) {
+        return {.counting = Counting::BySize, .lastMayBeShort = true};
+    }
+    switch (codec) {
+        case AV_CODEC_ID_ALAC:
+        case AV_CODEC_ID_FLAC:
+            return {.lastMayBeShort = true};
+        case AV_CODEC_ID_MP1:
+        case AV_CODEC_ID_MP2:
+        case AV_CODEC_ID_MP3:
+            return {.prerollFrames = 3 * framesPerPacket, .reservoirBytes = 511};
+        case AV_CODEC_ID_AAC:
+            // With band replication the decoder first has to meet a header, which comes about twice a second.
+            return {.prerollFrames = framesPerPacket > 1024 ? sampleRate : 4 * framesPerPacket};
+        case AV_CODEC_ID_AC3:
+        case AV_CODEC_ID_EAC3:
+            return {.prerollFrames = 4 * framesPerPacket};
+        case AV_CODEC_ID_GSM:
+        case AV_CODEC_ID_GSM_MS:
+        case AV_CODEC_ID_AMR_NB:
+        case AV_CODEC_ID_AMR_WB:
+            return {.prerollFrames = sampleRate / 2};
+        default:
+            return {.counting = Counting::ByDecoding, .yieldBelongsToEnd = true, .prerollFrames = sampleRate / 2};
+    }
+}
+
+}  // namespace qm

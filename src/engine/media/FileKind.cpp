@@ -1,0 +1,66 @@
+#include "engine/media/FileKind.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string_view>
+
+namespace qm {
+
+namespace {
+
+constexpr std::size_t kHeadBytes = 12;
+
+std::string kindOfHead(const std::array<std::uint8_t, kHeadBytes>& head) {
+    const auto text = [&](std::size_t from) {
+        return std::string_view(reinterpret_cast<const char*>(head.data()) + from, 4);
+    };
+    const std::string_view first = text(0);
+    const std::string_view second = text(4);
+    const std::string_view third = text(8);
+    if ((first == "RIFF" || first == "RF64") && third == "WAVE") {
+        return "wav";
+    }
+    if (first == "RIFF" && (third == "AVI " || third == "AVIX")) {
+        return "avi";
+    }
+    if (first == "FORM" && (third == "AIFF" || third == "AIFC")) {
+        return "aiff";
+    }
+    if (first == "caff") {
+        return "caf";
+    }
+    if (first == "NIST") {
+        return "nistsphere";
+    }
+    if (bigEndian32(head.data()) == 0x3026b275 && bigEndian32(head.data() + 4) == 0x8e66cf11) {
+        return "asf";
+    }
+    if ((bigEndian32(head.data()) & 0xffffff7f) == 0x1f07003f) {
+        return "dv";
+    }
+    constexpr std::array<std::string_view, 9> kBoxes = {"ftyp", "moov", "mdat", "free", "skip",
+                                                        "wide", "pnot", "udta", "uuid"};
+    return std::find(kBoxes.begin(), kBoxes.end(), second) != kBoxes.end() ? "mov" : "";
+}
+
+}  // namespace
+
+std::string fileKind(const FileBytes& file) {
+    std::array<std::uint8_t, kHeadBytes> head{};
+    if (file.readAt(0, head.data(), head.size()) < 8) {
+        return "";
+    }
+    if (std::memcmp(head.data(), "ID3", 3) == 0) {  // a tag in front of any kind of file
+        const std::int64_t size =
+            (head[6] & 0x7f) << 21 | (head[7] & 0x7f) << 14 | (head[8] & 0x7f) << 7 | (head[9] & 0x7f);
+        if (file.readAt(10 + size, head.data(), head.size()) < 8) {
+            return "";
+        }
+        const std::string kind = kindOfHead(head);
+        return kind == "mov" || kind == "dv" ? "" : kind;
+    }
+    return kindOfHead(head);
+}
+
+}  // namespace qm

@@ -1,0 +1,64 @@
+// Where a track's packets come from: straight from their bytes in the file, or through the demuxer where packets do not
+// lie in the file in one piece. One thread at a time.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "engine/media/Demuxer.h"
+#include "engine/media/PacketIndex.h"
+
+namespace qm {
+
+class PacketSource {
+public:
+    enum class Outcome { Packet, End, Unreadable };
+
+    virtual ~PacketSource() = default;
+
+    // Stands before `packet` or, where that cannot be reached directly, before an earlier one; returns which. -1: the
+    // file has become unreadable.
+    virtual std::int64_t seek(const PacketIndex& index, std::int64_t packet) = 0;
+
+    // The packet it stands before; then it stands before the next one.
+    virtual Outcome next(const PacketIndex& index, AVPacket& packet) = 0;
+};
+
+class FilePacketSource : public PacketSource {
+public:
+    explicit FilePacketSource(std::shared_ptr<const FileBytes> file) : m_file(std::move(file)) {}
+
+    std::int64_t seek(const PacketIndex& index, std::int64_t packet) override;
+    Outcome next(const PacketIndex& index, AVPacket& packet) override;
+
+private:
+    std::shared_ptr<const FileBytes> m_file;
+    std::int64_t m_next = 0;
+};
+
+// Knows its packets again by their fingerprint, because a demuxer's time stamps after a seek are not to be trusted.
+// The index holds the fingerprints in the place of the sizes.
+class DemuxedPacketSource : public PacketSource {
+public:
+    DemuxedPacketSource(std::shared_ptr<const FileBytes> file, std::string format, int stream, int sampleRate);
+
+    static std::uint32_t fingerprint(const AVPacket& packet);
+
+    std::int64_t seek(const PacketIndex& index, std::int64_t packet) override;
+    Outcome next(const PacketIndex& index, AVPacket& packet) override;
+
+private:
+    bool restart();
+    std::int64_t tryLanding(const PacketIndex& index, std::int64_t frame, std::int64_t packet);
+
+    std::shared_ptr<const FileBytes> m_file;
+    std::string m_format;
+    int m_stream;
+    int m_sampleRate;
+    std::unique_ptr<Demuxer> m_demuxer;  // opened when first needed
+    PacketPtr m_landed;                  // the packet that a landing was recognised by, not yet handed out
+    bool m_hasLanded = false;
+};
+
+}  // namespace qm

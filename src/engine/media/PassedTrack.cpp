@@ -1,0 +1,110 @@
+#include <algorithm>
+#include <vector>
+
+#include "engine/media/AudioDecoder.h"
+#include "engine/media/CutList.h"
+#include "engine/media/SkipRequest.h"
+#include "engine/media/TrackPlan.h"
+
+namespace qm {
+
+namespace {
+
+// Counts the frames of one packet after the other.
+class FrameCounter {
+public:
+    FrameCounter(const AVStream& stream, const StreamStart& start, const CodecTraits& traits)
+        : m_parameters(*stream.codecpar), m_perPacket(start.framesPerPacket), m_counting(traits.counting) {
+        if (m_counting == CodecTraits::Counting::ByDecoding) {
+            m_decoder = AudioDecoder::create(m_parameters, stream.time_base);
+        }
+    }
+
+    int count(const AVPacket& packet) {
+        switch (m_counting) {
+            case CodecTraits::Counting::BySize:
+                return std::max(av_get_audio_frame_duration2(&m_parameters, packet.size), 0);
+            case CodecTraits::Counting::Constant:
+                return m_perPacket;
+            case CodecTraits::Counting::ByDecoding:
+                break;
+        }
+        m_sound.clear();
+        return m_decoder ? m_decoder->decode(packet, m_sound) : 0;
+    }
+
+    int drain() {
+        m_sound.clear();
+        return m_decoder ? m_decoder->drain(m_sound) : 0;
+    }
+
+private:
+    AVCodecParameters& m_parameters;
+    int m_perPacket;
+    CodecTraits::Counting m_counting;
+    std::unique_ptr<AudioDecoder> m_decoder;
+    std::vector<float> m_sound;
+};
+
+bool liesInFile(const FileBytes& file, const AVPacket& packet, std::vector<std::uint8_t>& buffer) {
+    if (packet.pos < 0 || packet.size <= 0) {
+        return false;
+    }
+    const auto size = static_cast<std::size_t>(packet.size);
+    buffer.resize(size);
+    return file.readAt(packet.pos, buffer.data(), size) == size &&
+           std::equal(buffer.begin(), buffer.end(), packet.data);
+}
+
+}  // namespace
+
+std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, const std::string& format, int stream) {
+    auto examined = Demuxer::open(file, format, true);
+    auto passed = Demuxer::open(file, format, true);
+    if (!examined || !passed || stream >= static_cast<int>(passed.value()->context().nb_streams)) {
+        return std::nullopt;
+    }
+    const StreamStart start = examineStart(*examined.value(), stream);
+    if (start.sampleRate == 0) {
+        return std::nullopt;
+    }
+    Demuxer& demuxer = *passed.value();
+    demuxer.onlyStream(stream);
+    const AVStream& av = demuxer.stream(stream);
+    SoundTrack track;
+    track.parameters = copyParameters(*av.codecpar);
+    track.timeBase = av.time_base;
+    track.sampleRate = start.sampleRate;
+    track.channels = start.channels;
+    track.startSeconds =
+        av.start_time == AV_NOPTS_VALUE ? 0 : static_cast<double>(av.start_time) * av_q2d(av.time_base);
+    track.traits = codecTraits(*av.codecpar, start.sampleRate, start.framesPerPacket);
+
+    FrameCounter counter(av, start, track.traits);
+    CutList cuts;
+    PacketIndex inFile;
+    std::vector<std::uint8_t> buffer;
+    bool direct = format == "mov";  // elsewhere packets are made of pieces of the file
+    const PacketPtr packet(av_packet_alloc());
+    while (demuxer.read(stream, *packet) >= 0) {
+        const SkipRequest skip = SkipRequest::of(*packet);
+        const int frames = counter.count(*packet);
+        cuts.add(track.index.frames(), frames, skip);
+        direct = direct && liesInFile(*file, *packet, buffer);
+        if (direct) {
+            inFile.append(packet->pos, static_cast<std::uint32_t>(packet->size), frames);
+        }
+        track.index.append(PacketIndex::kNoPosition, DemuxedPacketSource::fingerprint(*packet), frames);
+    }
+    track.drainedFrames = counter.drain();
+    track.kept = cuts.kept(track.index.frames() + track.drainedFrames);
+    if (direct) {
+        track.index = std::move(inFile);
+        track.source = std::make_unique<FilePacketSource>(std::move(file));
+    } else {
+        track.source = std::make_unique<DemuxedPacketSource>(std::move(file), format, stream, start.sampleRate);
+    }
+    return track;
+}
+
+}  // namespace qm

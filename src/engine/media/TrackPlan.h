@@ -1,0 +1,38 @@
+// The planners: each makes a SoundTrack from one kind of file, quickly and exactly. A planner that finds the file not
+// to be of its kind answers nothing, and the slower, general one (planByPass) is used. One thread at a time.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "engine/media/Demuxer.h"
+#include "engine/media/SoundTrack.h"
+
+namespace qm {
+
+// What the first packets of a stream tell; they are consumed.
+struct StreamStart {
+    int sampleRate = 0;  // 0: nothing could be decoded
+    int channels = 0;
+    int framesPerPacket = 0;
+    std::int64_t firstPosition = -1;  // of the first packet in the file
+    std::int64_t skippedFrames = 0;   // the container asks to leave out at the start
+};
+StreamStart examineStart(Demuxer& demuxer, int stream);
+
+// MPEG audio without a container: walks the frames themselves. `farInto` also looks for them behind much garbage.
+std::optional<SoundTrack> planMpegAudio(std::shared_ptr<const FileBytes> file, bool farInto);
+
+// Samples or blocks of one size in wav, aiff, caf and nist files: arithmetic.
+std::optional<SoundTrack> planUniform(std::shared_ptr<const FileBytes> file, const std::string& format,
+                                      const AVStream& stream, const StreamStart& start);
+
+// From the sample tables that the demuxer of a movie or caf file has in memory.
+std::optional<SoundTrack> planFromTable(std::shared_ptr<const FileBytes> file, const std::string& format,
+                                        Demuxer& demuxer, int stream, const StreamStart& start);
+
+// Anything: reads every packet of the stream once.
+std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, const std::string& format, int stream);
+
+}  // namespace qm
