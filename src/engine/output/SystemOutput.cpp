@@ -43,7 +43,10 @@ public:
                                  dataCallback, stateCallback, this) == CUBEB_OK;
     }
 
-    bool start() override { return !m_failed && cubeb_stream_start(m_stream) == CUBEB_OK; }
+    bool start() override {
+        if (!m_failed && cubeb_stream_start(m_stream) != CUBEB_OK) m_failed = true;
+        return !m_failed;
+    }
     void stop() override { cubeb_stream_stop(m_stream); }
     bool failed() const override { return m_failed; }
 

@@ -19,8 +19,9 @@ constexpr double kNeutralMarginSeconds = 0.006;
 constexpr double kFadeSeconds = 0.010;                       // cross-fade between two renderings of the same sound
 constexpr double kTurnSeconds = 0.005;                       // cross-fade into the other direction
 constexpr std::int64_t kLead = OutputCallback::kGateFrames;  // frames played before the target of a jump
-constexpr std::int64_t kIdleMilliseconds = 3000;             // of silence before the device is stopped
-constexpr std::int64_t kRetryMilliseconds = 500;             // between attempts to open a device
+constexpr std::chrono::microseconds kCoalescing{400};
+constexpr std::int64_t kIdleMilliseconds = 3000;  // of silence before the device is stopped
+constexpr std::int64_t kRetryMilliseconds = 500;  // between attempts to open a device
 
 std::int64_t nowMilliseconds() {
     using namespace std::chrono;
@@ -99,13 +100,20 @@ void RenderThread::run() {
 // Takes the newest request. Waits while there is nothing to do; false when the thread is to end.
 bool RenderThread::waitForWork(Request& request) {
     std::unique_lock lock(m_mutex);
-    const bool busy = !m_shapeValid || wantsFrames();
+    const bool starting = m_request.playing && m_request.rate != 0 && !m_output.isRunning();
+    const bool busy = !m_shapeValid || wantsFrames() || starting;
     if (!busy && m_requestCount == m_seenRequests && !m_closing) {
         m_caughtUpWith = m_seenRequests;
         const auto patience = m_deviceStarted ? std::chrono::milliseconds(10) : std::chrono::milliseconds(500);
         m_requested.wait_for(lock, patience, [&] { return m_closing || m_requestCount != m_seenRequests; });
     }
-    m_seenRequests = m_requestCount;
+    // One action of the user is often several requests in a row: they are rendered as one.
+    while (m_requestCount != m_seenRequests && !m_closing) {
+        m_seenRequests = m_requestCount;
+        lock.unlock();
+        std::this_thread::sleep_for(kCoalescing);
+        lock.lock();
+    }
     request = m_request;
     if (!m_closing) m_cache.resume();
     return !m_closing;
@@ -137,7 +145,8 @@ void RenderThread::spliceTo(const Request& request, const Shape& shape) {
     }
     const Lane& lane = m_output.activeLane();
     const LaneHeader& header = lane.header;
-    const bool moving = m_output.isRunning() || !m_output.gateIsClosed();
+    if (m_output.gateIsClosed()) m_output.setRunning(false);  // nothing is heard yet: nothing is to be continued
+    const bool moving = !m_output.gateIsClosed();
     const bool seeks = shape.seek != header.request;
 
     std::uint64_t atFrame = lane.consumed();
@@ -234,8 +243,10 @@ void RenderThread::applyRunning() {
     const bool running = m_request.playing && m_request.rate != 0 && m_requestCount == m_seenRequests;
     if (running) {
         m_idleSince = 0;
-        if (!m_deviceStarted) m_deviceStarted = m_device->start();
-        m_output.setRunning(true);
+        if (m_deviceStarted)
+            m_output.setRunning(true);
+        else
+            m_deviceStarted = m_device->start();
         return;
     }
     if (!m_deviceStarted || !m_output.gateIsClosed()) return;
