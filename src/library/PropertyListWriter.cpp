@@ -118,7 +118,7 @@ void PropertyListWriter::openLine() {
         append(">\n");
         m_containerIsEmpty = false;
     }
-    m_buffer.append(m_depth, '\t');
+    for (int level = 0; level < m_depth; ++level) m_buffer.append('\t');
 }
 
 void PropertyListWriter::append(std::string_view text) {
@@ -130,10 +130,11 @@ void PropertyListWriter::appendEscaped(const QString& text) {
     const QByteArray utf8 = (isPlain(text) ? text : xmlText(text)).toUtf8();
     const std::string_view bytes(utf8.constData(), static_cast<std::size_t>(utf8.size()));
     std::size_t start = 0;
-    for (std::size_t i = bytes.find_first_of("&<>\r"); i != std::string_view::npos;
-         i = bytes.find_first_of("&<>\r", start)) {
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const std::string_view escape = escapeFor(bytes[i]);
+        if (escape.empty()) continue;
         append(bytes.substr(start, i - start));
-        append(escapeFor(bytes[i]));
+        append(escape);
         start = i + 1;
     }
     append(bytes.substr(start));

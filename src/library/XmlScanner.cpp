@@ -12,7 +12,9 @@ namespace qm {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n";
+bool isBlank(char c) {
+    return c == ' ' || c == '\n' || c == '\t' || c == '\r';
+}
 
 bool isNameByte(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == ':' ||
@@ -93,10 +95,10 @@ bool XmlScanner::skipPast(std::string_view end) {
 }
 
 void XmlScanner::skipBlanks() {
-    m_position = std::min(m_text.find_first_not_of(kBlanks, m_position), m_text.size());
+    while (m_position < m_text.size() && isBlank(m_text[m_position])) ++m_position;
 }
 
-// Skips one comment or instruction; false if something else stands here.
+// Skips one comment or instruction; false if something else stands here or it does not end.
 bool XmlScanner::skipMarkup() {
     if (startsWith("<!--")) return skipPast("-->");
     if (startsWith("<?")) return skipPast("?>");
@@ -136,11 +138,9 @@ XmlScanner::Tag XmlScanner::nextTag() {
         skipBlanks();
         if (m_position == m_text.size()) return {TagKind::EndOfDocument, {}};
         if (m_text[m_position] != '<') return damagedTag("text where a tag belongs");
-        if (startsWith("<!DOCTYPE") && !m_sawTag) {
-            if (!skipDocumentType()) return damagedTag("unfinished document type");
-        } else if (!skipMarkup()) {
-            break;
-        }
+        if (!startsWith("<!") && !startsWith("<?")) break;
+        const bool documentType = startsWith("<!DOCTYPE") && !m_sawTag;
+        if (!(documentType ? skipDocumentType() : skipMarkup())) return damagedTag("malformed or unfinished markup");
     }
     m_sawTag = true;
     return scanTag();

@@ -1,11 +1,11 @@
 #include <QAbstractProxyModel>
+#include <QApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileSystemModel>
-#include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include "library/FileAcceptance.h"
 #include "support/widgets/ControllerFixture.h"
@@ -32,7 +32,10 @@ QStringList offered(QFileDialog& panel, const QString& folder, const QString& la
         list.sort();
         return list;
     };
-    REQUIRE(QTest::qWaitFor([&] { return names().contains(lastName); }));
+    QDeadlineTimer patience(10000);
+    while (!names().contains(lastName) && !patience.hasExpired())
+        QApplication::processEvents(QEventLoop::AllEvents, 50);
+    REQUIRE(names().contains(lastName));
     return names();
 }
 

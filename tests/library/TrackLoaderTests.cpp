@@ -1,5 +1,6 @@
 #include "library/TrackLoader.h"
 
+#include <QLabel>
 #include <QPointer>
 #include <QTimer>
 

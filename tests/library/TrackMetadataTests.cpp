@@ -7,6 +7,8 @@ using namespace qm;
 
 namespace {
 
+using Items = std::vector<MetaDataItem>;
+
 std::optional<QString> artist(const std::string& key, const std::string& value) {
     return TrackMetadata::parseMetaDataItemForArtist({key, value});
 }
@@ -16,7 +18,7 @@ std::optional<QString> album(const std::string& key, const std::string& value) {
 }
 
 struct OpenedMovie {
-    explicit OpenedMovie(std::vector<MetaDataItem> items) {
+    explicit OpenedMovie(Items items) {
         engine.usual.metaData = std::move(items);
         movie = std::move(engine.movieWithFile("/music/one.m4a").value());
     }
@@ -77,29 +79,29 @@ TEST_CASE("text ends at the first zero byte") {
 }
 
 TEST_CASE("the first matching item in the file's order wins, also an empty one") {
-    OpenedMovie opened({{"\xa9nam", "Song"},
-                        {"PARTS", ""},
-                        {"\xa9"
-                         "ART",
-                         "Ella"},
-                        {"\xa9"
-                         "alb",
-                         "Live"},
-                        {"alb", "Other"}});
+    OpenedMovie opened(Items{{"\xa9nam", "Song"},
+                             {"PARTS", ""},
+                             {"\xa9"
+                              "ART",
+                              "Ella"},
+                             {"\xa9"
+                              "alb",
+                              "Live"},
+                             {"alb", "Other"}});
     CHECK(opened.metadata.parseArtistMetaData(opened.movie->quickTimeMovie()) == "");
     CHECK(opened.metadata.parseAlbumMetaData(opened.movie->quickTimeMovie()) == "Live");
 }
 
 TEST_CASE("an item whose value cannot be read is passed over for the next") {
-    OpenedMovie opened({{"\xa9"
-                         "ART",
-                         "\xff"},
-                        {"aART", "Ella"}});
+    OpenedMovie opened(Items{{"\xa9"
+                              "ART",
+                              "\xff"},
+                             {"aART", "Ella"}});
     CHECK(opened.metadata.parseArtistMetaData(opened.movie->quickTimeMovie()) == "Ella");
 }
 
 TEST_CASE("a movie without such items, and no movie, have neither artist nor album") {
-    OpenedMovie opened({{"\xa9nam", "Song"}});
+    OpenedMovie opened(Items{{"\xa9nam", "Song"}});
     CHECK_FALSE(opened.metadata.parseArtistMetaData(opened.movie->quickTimeMovie()));
     CHECK_FALSE(opened.metadata.parseAlbumMetaData(opened.movie->quickTimeMovie()));
     CHECK_FALSE(opened.metadata.parseArtistMetaData(0));
