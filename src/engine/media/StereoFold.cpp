@@ -68,17 +68,17 @@ bool channelToFloats(const AVFrame& frame, int channel, float* target, int strid
 }
 
 bool standardDownmix(const AVChannelLayout& layout, std::vector<double>& left, std::vector<double>& right) {
-    const auto channels = static_cast<std::size_t>(layout.nb_channels);
-    std::vector<double> matrix(2 * channels, 0.0);
+    constexpr std::ptrdiff_t kStride = 64;  // the library scales a matrix of this size whatever the layouts are
+    std::vector<double> matrix(kStride * kStride, 0.0);
     const AVChannelLayout stereo = AV_CHANNEL_LAYOUT_STEREO;
     constexpr double kMix = std::numbers::sqrt2 / 2;
-    if (layout.order != AV_CHANNEL_ORDER_NATIVE ||
-        swr_build_matrix2(&layout, &stereo, kMix, kMix, 0.0, 1.0, 1.0, matrix.data(),
-                          static_cast<std::ptrdiff_t>(channels), AV_MATRIX_ENCODING_NONE, nullptr) < 0) {
+    if (layout.order != AV_CHANNEL_ORDER_NATIVE || layout.nb_channels > kStride ||
+        swr_build_matrix2(&layout, &stereo, kMix, kMix, 0.0, 1.0, 1.0, matrix.data(), kStride, AV_MATRIX_ENCODING_NONE,
+                          nullptr) < 0) {
         return false;
     }
-    left.assign(matrix.begin(), matrix.begin() + static_cast<std::ptrdiff_t>(channels));
-    right.assign(matrix.begin() + static_cast<std::ptrdiff_t>(channels), matrix.end());
+    left.assign(matrix.begin(), matrix.begin() + layout.nb_channels);
+    right.assign(matrix.begin() + kStride, matrix.begin() + kStride + layout.nb_channels);
     return true;
 }
 
