@@ -1,0 +1,82 @@
+#include "app/Application.h"
+
+#include <QSessionManager>
+#include <QSocketNotifier>
+#include <array>
+#include <clocale>
+#include <csignal>
+#include <cstdlib>
+
+#ifdef Q_OS_UNIX
+#include <sys/socket.h>
+#include <unistd.h>
+#endif
+
+#include "ui/Style.h"
+#include "ui/controls/NamedImage.h"
+
+namespace qm {
+
+namespace {
+
+int g_signalSockets[2];
+
+// The look and the number format have to be settled before anything else is built.
+QApplication& prepared(QApplication& application) {
+    std::setlocale(LC_NUMERIC, "C");
+    QApplication::setApplicationName(QStringLiteral("Quillmere"));
+    QApplication::setDesktopFileName(QStringLiteral("quillmere"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    applyStyle(application);
+    return application;
+}
+
+}  // namespace
+
+Application::Application(int& argc, char** argv)
+    : m_application(argc, argv),
+      m_controller((prepared(m_application), m_engine), m_prefs, [](const QString& name) { return namedImage(name); }),
+      m_window(m_outlets, &m_controller),
+      m_state(m_window, m_controller, m_controller, m_controller) {
+    m_controller.awakeFromNib(m_outlets);
+    connectWindow();
+    endOnSignals();
+}
+
+Application::~Application() = default;
+
+void Application::connectWindow() {
+    QObject::connect(&m_window, &MainWindow::quitRequested, &m_window, [this] { quit(); });
+    QObject::connect(
+        &m_application, &QGuiApplication::commitDataRequest, &m_window,
+        [this](QSessionManager&) { m_controller.applicationWillTerminate(); }, Qt::DirectConnection);
+    QApplication::setWindowIcon(QIcon(QPixmap::fromImage(namedImage(QStringLiteral("app_quillmere_256.png")))));
+}
+
+// A request to terminate ends the program as its own Quit does; the signal handler only passes it on.
+void Application::endOnSignals() {
+#ifdef Q_OS_UNIX
+    if (socketpair(AF_UNIX, SOCK_STREAM, 0, g_signalSockets) != 0) return;
+    m_signalNotifier = std::make_unique<QSocketNotifier>(g_signalSockets[1], QSocketNotifier::Read);
+    QObject::connect(m_signalNotifier.get(), &QSocketNotifier::activated, &m_window, [this] { quit(); });
+    const auto handler = [](int) {
+        const char byte = 1;
+        [[maybe_unused]] const auto written = write(g_signalSockets[0], &byte, 1);
+    };
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) std::signal(number, handler);
+#endif
+}
+
+// Ends without taking anything down: the sound threads are alive and nothing of theirs needs to be kept.
+void Application::quit() {
+    m_controller.applicationWillTerminate();
+    std::_Exit(0);
+}
+
+int Application::run() {
+    m_window.show();
+    m_state.start();
+    return QApplication::exec();
+}
+
+}  // namespace qm

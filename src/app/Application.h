@@ -1,0 +1,40 @@
+// Builds everything and ends everything: the one place that knows all the parts. Main thread only.
+#pragma once
+
+#include <QApplication>
+#include <memory>
+
+#include "app/Prefs.h"
+#include "app/QMController.h"
+#include "engine/movie/FileEngine.h"
+#include "ui/controls/Outlets.h"
+#include "ui/windows/MainWindow.h"
+#include "ui/windows/MainWindowState.h"
+
+class QSocketNotifier;
+
+namespace qm {
+
+class Application {
+public:
+    Application(int& argc, char** argv);
+    ~Application();
+
+    int run();
+
+private:
+    void connectWindow();
+    void endOnSignals();
+    void quit();
+
+    QApplication m_application;
+    Prefs m_prefs;
+    FileEngine m_engine;
+    QMController m_controller;
+    Outlets m_outlets;
+    MainWindow m_window;
+    MainWindowState m_state;
+    std::unique_ptr<QSocketNotifier> m_signalNotifier;
+};
+
+}  // namespace qm
