@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
 #include <QStyleFactory>
@@ -16,6 +17,8 @@ namespace qm {
 namespace {
 
 constexpr double kWarningSize = 40;
+constexpr double kMenuText = 12.5;
+constexpr int kMenuHeight = 26, kMenuSide = 9, kMenuBarSide = 8;
 
 // The desktop's own style never shows through, and warnings carry our own sign.
 class QuietStyle : public QProxyStyle {
@@ -31,8 +34,39 @@ public:
     }
 
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
-        if (metric == PM_MessageBoxIconSize) return static_cast<int>(kWarningSize);
+        switch (metric) {
+            case PM_MessageBoxIconSize:
+                return static_cast<int>(kWarningSize);
+            case PM_MenuBarHMargin:
+                return kMenuBarSide;
+            case PM_MenuBarVMargin:
+            case PM_MenuBarItemSpacing:
+            case PM_MenuBarPanelWidth:
+                return 0;
+            default:
+                break;
+        }
         return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                           const QWidget* widget) const override {
+        const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+        if (type != CT_MenuBarItem || !item) return QProxyStyle::sizeFromContents(type, option, size, widget);
+        return {qRound(textWidth(uiFont(kMenuText), plainText(*item))) + 2 * kMenuSide, kMenuHeight};
+    }
+
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+        if (element == CE_MenuBarEmptyArea) {
+            painter->fillRect(option->rect, tokens::kBar);
+            return;
+        }
+        const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+        if (element == CE_MenuBarItem && item)
+            drawMenuTitle(*painter, *item);
+        else
+            QProxyStyle::drawControl(element, option, painter, widget);
     }
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
@@ -41,6 +75,25 @@ public:
         if (hint == SH_MenuBar_AltKeyNavigation) return 0;
         if (hint == SH_ToolTip_WakeUpDelay) return 600;
         return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+
+private:
+    static QString plainText(const QStyleOptionMenuItem& item) { return QString(item.text).remove(u'&'); }
+
+    static void drawMenuTitle(QPainter& painter, const QStyleOptionMenuItem& item) {
+        painter.save();
+        painter.fillRect(item.rect, tokens::kBar);
+        const bool open = item.state & State_Sunken, hovered = item.state & State_Selected;
+        if (open || hovered) {
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(open ? QColor(63, 210, 226, 51) : tokens::kChipHover);
+            painter.drawRoundedRect(QRectF(item.rect).adjusted(0, 2, 0, -2), tokens::kChipRadius, tokens::kChipRadius);
+        }
+        painter.setFont(uiFont(kMenuText));
+        painter.setPen(open ? tokens::kWhite : tokens::kMenuText);
+        drawLine(painter, item.rect, Qt::AlignHCenter, plainText(item));
+        painter.restore();
     }
 };
 
@@ -76,10 +129,6 @@ QPalette darkPalette() {
 
 QString styleSheetText() {
     return QStringLiteral(R"(
-QMenuBar { background: #141516; color: #DDE1E5; border: none; padding: 0 8px; spacing: 0; }
-QMenuBar::item { background: transparent; padding: 5px 9px 6px 9px; border-radius: 6px; margin: 0; }
-QMenuBar::item:selected { background: rgba(255, 255, 255, 38); }
-QMenuBar::item:pressed { background: rgba(63, 210, 226, 51); color: #FFFFFF; }
 QMenu { background: #1B1C1E; color: #F3F5F7; border: 1px solid #3C3E41; padding: 5px; }
 QMenu::item { padding: 5px 26px 5px 14px; border-radius: 6px; margin: 0; }
 QMenu::item:selected { background: rgba(63, 210, 226, 51); color: #FFFFFF; }
@@ -113,7 +162,7 @@ void applyStyle(QApplication& application) {
     QApplication::setStyle(new QuietStyle);
     QApplication::setPalette(darkPalette());
     QApplication::setFont(uiFont(13));
-    for (const char* widget : {"QMenuBar", "QMenu"}) QApplication::setFont(uiFont(12.5), widget);
+    for (const char* widget : {"QMenuBar", "QMenu"}) QApplication::setFont(uiFont(13), widget);
     QApplication::setFont(uiFont(12), "QTipLabel");
     application.setStyleSheet(styleSheetText());
     QIcon icon;

@@ -1,6 +1,5 @@
 #include "ui/controls/Card.h"
 
-#include <QFontMetricsF>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -36,7 +35,7 @@ void StateTag::setText(const QString& text) {
 }
 
 QSize StateTag::sizeHint() const {
-    return {static_cast<int>(std::ceil(tabularWidth(font(), m_text))) + 14, 18};
+    return {static_cast<int>(std::lround(textWidth(font(), m_text))) + 14, 18};
 }
 
 void StateTag::paintEvent(QPaintEvent*) {
@@ -47,7 +46,7 @@ void StateTag::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(rect(), height() / 2.0, height() / 2.0);
     painter.setPen(m_amber ? tokens::kAmberHigh : tokens::kAquaHigh);
     painter.setFont(font());
-    drawTabular(painter, rect(), Qt::AlignHCenter, m_text);
+    drawLine(painter, rect(), Qt::AlignHCenter, m_text);
 }
 
 KeyCap::KeyCap(const QString& key, QWidget* parent) : QWidget(parent), m_key(key) {
@@ -56,7 +55,7 @@ KeyCap::KeyCap(const QString& key, QWidget* parent) : QWidget(parent), m_key(key
 }
 
 QSize KeyCap::sizeHint() const {
-    const int width = static_cast<int>(std::lround(QFontMetricsF(font()).horizontalAdvance(m_key))) + 12;
+    const int width = static_cast<int>(std::lround(textWidth(font(), m_key))) + 12;
     return {std::max(18, width), 19};
 }
 
@@ -75,43 +74,38 @@ void KeyCap::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(cap.adjusted(0.5, 0.5, -0.5, -0.5), 3.5, 3.5);
     painter.setPen(tokens::kWhite);
     painter.setFont(font());
-    const double width = QFontMetricsF(font()).horizontalAdvance(m_key);
-    painter.drawText(QPointF((cap.width() - width) / 2, centredBaseline(font(), 0, cap.height())), m_key);
+    drawLine(painter, cap, Qt::AlignHCenter, m_key);
 }
 
-ElidedLabel::ElidedLabel(const QFont& font, const QColor& color, QWidget* parent) : QLabel(parent) {
+TextLabel::TextLabel(const QString& text, const QFont& font, const QColor& color, QWidget* parent)
+    : QLabel(text, parent) {
     setFont(font);
     setLabelColor(*this, color);
     setTextFormat(Qt::PlainText);
 }
 
-QString ElidedLabel::oneLine() const {
+void TextLabel::setLeftShift(double pixels) {
+    m_leftShift = pixels;
+    update();
+}
+
+QString TextLabel::oneLine() const {
     return text().trimmed().replace(u'\n', QStringLiteral(" · "));
 }
 
-QSize ElidedLabel::sizeHint() const {
-    return {static_cast<int>(std::ceil(tabularWidth(font(), oneLine()))) + 1, QLabel::sizeHint().height()};
+QSize TextLabel::sizeHint() const {
+    return {static_cast<int>(std::ceil(textWidth(font(), oneLine()))), static_cast<int>(std::ceil(fontHeight(font())))};
 }
 
-void ElidedLabel::paintEvent(QPaintEvent*) {
+void TextLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setFont(font());
     painter.setPen(palette().color(QPalette::WindowText));
     const QString whole = oneLine();
-    const QString shown = tabularWidth(font(), whole) <= width()
-                              ? whole
-                              : QFontMetricsF(font()).elidedText(whole, Qt::ElideRight, width());
-    drawTabular(painter, rect(), alignment(), shown);
+    const QString shown = elidedText(font(), whole, width());
+    drawLine(painter, QRectF(rect()).translated(m_leftShift, 0), alignment(), shown);
     const QString tip = shown == whole ? QString() : whole;
     if (toolTip() != tip) setToolTip(tip);
-}
-
-QLabel* makeLabel(const QString& text, const QFont& font, const QColor& color, QWidget* parent) {
-    auto* label = new QLabel(text, parent);
-    label->setFont(font);
-    label->setTextFormat(Qt::PlainText);
-    setLabelColor(*label, color);
-    return label;
 }
 
 void setLabelColor(QLabel& label, const QColor& color) {

@@ -1,5 +1,5 @@
-// The quiet parts of the look: the rounded well that holds controls, a pill that states a fact, a key cap, and a label
-// that ends in an ellipsis when it must. Main thread only.
+// The quiet parts of the look: the rounded well that holds controls, a pill that states a fact, a key cap, and a text
+// field. Main thread only.
 #pragma once
 
 #include <QLabel>
@@ -48,13 +48,15 @@ private:
     QString m_key;
 };
 
-// One line: line breaks are shown as " · ", and what does not fit is cut at the end, the whole text in the tooltip.
-class ElidedLabel : public QLabel {
+// A text field of one line: line breaks are shown as " · ", and what does not fit is cut at the end, the whole text in
+// the tooltip.
+class TextLabel : public QLabel {
     Q_OBJECT
 
 public:
-    explicit ElidedLabel(const QFont& font, const QColor& color, QWidget* parent = nullptr);
-    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+    TextLabel(const QString& text, const QFont& font, const QColor& color, QWidget* parent = nullptr);
+    void setLeftShift(double pixels);  // of the text, a fraction that the label's own place cannot have
+    QSize minimumSizeHint() const override { return {0, sizeHint().height()}; }
     QSize sizeHint() const override;
 
 protected:
@@ -62,10 +64,10 @@ protected:
 
 private:
     QString oneLine() const;
+
+    double m_leftShift = 0;
 };
 
-// A label of the look, whose colour is its palette's WindowText.
-QLabel* makeLabel(const QString& text, const QFont& font, const QColor& color, QWidget* parent = nullptr);
 void setLabelColor(QLabel& label, const QColor& color);
 
 }  // namespace qm

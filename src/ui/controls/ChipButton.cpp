@@ -28,7 +28,7 @@ int roundedUp(double width) {
 }
 
 void drawText(QPainter& painter, double x, double height, double drop, const QString& text) {
-    drawTabular(painter, QRectF(x, drop, tabularWidth(painter.font(), text), height), Qt::AlignLeft, text);
+    drawLine(painter, QRectF(x, drop, textWidth(painter.font(), text), height), Qt::AlignLeft, text);
 }
 
 void fillRounded(QPainter& painter, const QRectF& rect, const QBrush& brush) {
@@ -78,7 +78,7 @@ void ChipButton::setInk(const QColor& color, int weight) {
 double ChipButton::contentWidth() const {
     const double icon = m_iconName.isEmpty() ? 0 : kChipIcon;
     const double gap = icon > 0 && !text().isEmpty() ? kChipGap : 0;
-    return icon + gap + tabularWidth(font(), text());
+    return icon + gap + textWidth(font(), text());
 }
 
 QSize ChipButton::sizeHint() const {
@@ -133,7 +133,7 @@ void ToolButton::setOn(bool on) {
 }
 
 QSize ToolButton::sizeHint() const {
-    return {roundedUp(2 * kToolPadding + kToolIcon + kToolGap + tabularWidth(font(), text())), kToolHeight};
+    return {roundedUp(2 * kToolPadding + kToolIcon + kToolGap + textWidth(font(), text())), kToolHeight};
 }
 
 void ToolButton::paintEvent(QPaintEvent*) {
@@ -160,7 +160,7 @@ PushButton::PushButton(const QString& text, bool primary, QWidget* parent) : Fac
 }
 
 QSize PushButton::sizeHint() const {
-    return {roundedUp(tabularWidth(font(), text())) + 2 * kPushPadding, kPushHeight};
+    return {roundedUp(textWidth(font(), text())) + 2 * kPushPadding, kPushHeight};
 }
 
 void PushButton::paintEvent(QPaintEvent*) {
@@ -184,7 +184,7 @@ void PushButton::paintEvent(QPaintEvent*) {
     }
     painter.setFont(font());
     painter.setPen(off ? QColor(255, 255, 255, 97) : m_primary ? tokens::kAquaInk : tokens::kText);
-    drawText(painter, (width() - tabularWidth(font(), text())) / 2, height(), drop, text());
+    drawText(painter, (width() - textWidth(font(), text())) / 2, height(), drop, text());
 }
 
 }  // namespace qm

@@ -66,7 +66,7 @@ QWidget* EmptyListView::makeHeadline() {
     auto* widget = new QWidget;
     auto* row = makeRow(widget, 12);
     row->addWidget(new IconView(QStringLiteral("qm_drop.png"), 30, tokens::kAqua));
-    row->addWidget(makeLabel(tr("Drop audio or video files here"), uiFont(19, 600, -0.01), tokens::kText));
+    row->addWidget(new TextLabel(tr("Drop audio or video files here"), uiFont(19, 600, -0.01), tokens::kText));
     return widget;
 }
 
@@ -76,7 +76,7 @@ QWidget* EmptyListView::makeOpenRow() {
     m_open = new PushButton(tr("Open…"), true);
     row->addWidget(m_open);
     row->addSpacing(6);
-    row->addWidget(makeLabel(tr("or press"), uiFont(13), tokens::kText2));
+    row->addWidget(new TextLabel(tr("or press"), uiFont(13), tokens::kText2));
     row->addWidget(new KeyCap(tr("Ctrl")));
     row->addWidget(new KeyCap(QStringLiteral("O")));
     return widget;
@@ -97,7 +97,7 @@ QWidget* EmptyListView::makeKeyHints() {
         auto* group = new QHBoxLayout;
         group->setSpacing(7);
         for (const QString& key : hint.keys) group->addWidget(new KeyCap(key));
-        group->addWidget(makeLabel(hint.text, uiFont(12.5), tokens::kHintText));
+        group->addWidget(new TextLabel(hint.text, uiFont(12.5), tokens::kHintText));
         row->addLayout(group);
     }
     return widget;

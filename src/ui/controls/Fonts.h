@@ -1,5 +1,5 @@
-// The program's type: sizes in logical pixels, one family for the whole window, and text whose digits all stand in
-// cells of one width so that changing numbers never jitter. Main thread only.
+// The program's type: sizes in logical pixels, fractions of one counting, one family for the whole window, and digits
+// that all stand in cells of one width, so that changing numbers never jitter. Main thread only.
 #pragma once
 
 #include <QFont>
@@ -10,18 +10,25 @@ class QPainter;
 
 namespace qm {
 
-// Font of `pixels` logical pixels (fractions count) and `weight` (400, 500, 600, 700); `spacing` is in parts of the
-// size, for example -0.03.
+// Font of `pixels` logical pixels and `weight` (400, 500, 600, 700); `spacing` is in parts of the size, for example
+// -0.03. Text in it is measured and drawn with the functions below, which know its exact size.
 QFont uiFont(double pixels, int weight = 400, double spacing = 0);
 
-// The width that drawTabular() needs for the text.
-double tabularWidth(const QFont& font, const QString& text);
+double textWidth(const QFont& font, const QString& text);
 
-// Draws one line with every digit in a cell as wide as the widest digit, in the painter's font and pen. `alignment`
-// takes the horizontal flags; the line is centred vertically. Nothing is elided.
-void drawTabular(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& text);
+// The text, cut at its end with an ellipsis if it is wider than `width`.
+QString elidedText(const QFont& font, const QString& text, double width);
+
+// Draws one line in the painter's font and pen, centred vertically; `alignment` takes the horizontal flags.
+void drawLine(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& text);
+
+// Draws one line from `left` on a baseline of its own.
+void drawLineAt(QPainter& painter, const QPointF& left, const QString& text);
 
 // The baseline that centres a line of the font's own height in [top, top + height].
 double centredBaseline(const QFont& font, double top, double height);
+
+double fontAscent(const QFont& font);
+double fontHeight(const QFont& font);
 
 }  // namespace qm

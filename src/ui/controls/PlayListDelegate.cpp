@@ -82,11 +82,10 @@ void PlayListDelegate::paintText(QPainter& painter, const QRect& cell, const QMo
     painter.setFont(uiFont(layout.numeric ? 12.5 : 13, name && index.data(LoadedTrackRole).toBool() ? 600 : 400));
     const QString text = index.data(Qt::DisplayRole).toString();
     if (layout.numeric) {
-        drawTabular(painter, area, Qt::AlignRight, text);
+        drawLine(painter, area, Qt::AlignRight, text);
         return;
     }
-    const QString shown = QFontMetricsF(painter.font()).elidedText(text, Qt::ElideRight, area.width());
-    painter.drawText(QPointF(area.left(), centredBaseline(painter.font(), area.top(), area.height())), shown);
+    drawLine(painter, area, Qt::AlignLeft, elidedText(painter.font(), text, area.width()));
 }
 
 }  // namespace qm

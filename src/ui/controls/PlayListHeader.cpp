@@ -50,7 +50,7 @@ void PlayListHeader::paintEvent(QPaintEvent*) {
                           height() - 1);
         painter.setFont(uiFont(cell.numeric ? 12.5 : 11.5, 500));
         const QString title = model()->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-        drawTabular(painter, text, cell.numeric ? Qt::AlignRight : Qt::AlignLeft, title);
+        drawLine(painter, text, cell.numeric ? Qt::AlignRight : Qt::AlignLeft, title);
     }
 }
 

@@ -47,6 +47,12 @@ PlayListView::PlayListView(QWidget* parent) : QTableView(parent) {
     setDropIndicatorShown(false);
     setAutoFillBackground(false);
     viewport()->setAutoFillBackground(false);
+    horizontalHeader()->viewport()->setAutoFillBackground(false);
+    // The delegate draws the selection.
+    QPalette clear = palette();
+    clear.setColor(QPalette::Highlight, Qt::transparent);
+    clear.setColor(QPalette::Base, Qt::transparent);
+    setPalette(clear);
 }
 
 int PlayListView::columnIndex(const char* identifier) {

@@ -6,6 +6,7 @@
 #include <QWidget>
 #include <vector>
 
+#include "ui/controls/Card.h"
 #include "ui/controls/Slider.h"
 
 namespace qm {
@@ -33,7 +34,7 @@ protected:
 
 private:
     struct Placed {
-        QLabel* label;
+        TextLabel* label;
         ScaleLabel place;
     };
 

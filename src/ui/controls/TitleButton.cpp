@@ -58,7 +58,7 @@ void TitleButton::paintEvent(QPaintEvent*) {
     painter.drawPixmap(QPointF(margin, face.top() + (kHeight - arrow) / 2), icon);
     painter.setPen(m_attributes ? m_attributes->color : tokens::kWhite);
     painter.setFont(font());
-    drawTabular(painter, QRectF(margin, drop, width() - 2 * margin, height()), Qt::AlignRight, text());
+    drawLine(painter, QRectF(margin, drop, width() - 2 * margin, height()), Qt::AlignRight, text());
 }
 
 }  // namespace qm

@@ -23,7 +23,7 @@ ValueBubble::ValueBubble(QWidget* window) : QWidget(window) {
 
 void ValueBubble::showAt(const QPoint& tip, const QString& text) {
     m_text = text;
-    const int width = static_cast<int>(std::ceil(tabularWidth(font(), text))) + 2 * kSidePadding;
+    const int width = static_cast<int>(std::ceil(textWidth(font(), text))) + 2 * kSidePadding;
     const int x = std::clamp(tip.x() - width / 2, 2, std::max(2, parentWidget()->width() - width - 2));
     setGeometry(x, tip.y() - kHeight - kGap, width, kHeight);
     raise();
@@ -39,7 +39,7 @@ void ValueBubble::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 5.5, 5.5);
     painter.setPen(tokens::kText);
     painter.setFont(font());
-    drawTabular(painter, rect(), Qt::AlignHCenter, m_text);
+    drawLine(painter, rect(), Qt::AlignHCenter, m_text);
 }
 
 }  // namespace qm

@@ -135,8 +135,8 @@ void WaveformStrip::paintFlag(QPainter& painter, double x, QChar letter, bool op
     painter.fillPath(flag, tokens::kAmber);
     painter.setFont(uiFont(11, 700));
     painter.setPen(tokens::kAmberInk);
-    const double width = QFontMetricsF(painter.font()).horizontalAdvance(letter);
-    painter.drawText(QPointF(x + side * kLetterOffset - width / 2, kLetterBaseline), letter);
+    const double width = textWidth(painter.font(), letter);
+    drawLineAt(painter, {x + side * kLetterOffset - width / 2, kLetterBaseline}, letter);
 }
 
 void WaveformStrip::paintPlayhead(QPainter& painter) const {

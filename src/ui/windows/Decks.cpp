@@ -93,7 +93,7 @@ QWidget* TransportDeck::makeSkips(ActionTable& actions) {
     };
     row->addStretch();
     for (const Skip& skip : kBack) add(skip);
-    auto* unit = makeLabel(tr("sec"), uiFont(11), tokens::kText3);
+    auto* unit = new TextLabel(tr("sec"), uiFont(11), tokens::kText3);
     unit->setFixedWidth(kUnitWidth);
     unit->setAlignment(Qt::AlignCenter);
     m_unit = unit;

@@ -1,6 +1,7 @@
 #include "ui/windows/HeroView.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "ui/controls/Fonts.h"
 #include "ui/controls/Slider.h"
@@ -38,16 +39,17 @@ Control* named(Control* control, const char* name) {
 HeroView::HeroView(Outlets& outlets, QWidget* parent)
     : QWidget(parent),
       m_outlets(outlets),
-      m_title(new ElidedLabel(uiFont(kNormal.titleText, 600, -0.01), tokens::kText, this)),
-      m_byLine(new ElidedLabel(uiFont(kNormal.byText), tokens::kText2, this)),
+      m_title(new TextLabel(QString(), uiFont(kNormal.titleText, 600, -0.01), tokens::kText, this)),
+      m_byLine(new TextLabel(QString(), uiFont(kNormal.byText), tokens::kText2, this)),
       m_speedTag(new StateTag(false, this)),
       m_pitchTag(new StateTag(false, this)),
       m_loopTag(new StateTag(true, this)),
-      m_remainingWord(makeLabel(tr("remaining"), uiFont(13), tokens::kText2, this)) {
+      m_remainingWord(new TextLabel(tr("remaining"), uiFont(13), tokens::kText2, this)) {
     m_outlets.timecode = named(new TimeLabel(QStringLiteral("0:00:00.00"), this), "timecode");
     m_outlets.timeRemaining = named(new TimeLabel(QStringLiteral("00:00:00"), this), "timeRemaining");
     m_outlets.timecode->setTextAlignment(Qt::AlignRight);
     m_outlets.timeRemaining->setTextAlignment(Qt::AlignRight);
+    m_remainingWord->setAlignment(Qt::AlignRight);
     m_outlets.timeRemaining->setTextFont(uiFont(13, 500), kRemainingLine);
     m_outlets.timecode->setAccessibleName(tr("Elapsed time"));
     m_outlets.timeRemaining->setAccessibleName(tr("Remaining time"));
@@ -121,12 +123,13 @@ void HeroView::layOutClock() {
     const QSize time = m_outlets.timecode->sizeHint();
     m_outlets.timecode->setGeometry(width() - time.width(), 0, time.width(), m.timeText);
     const int top = m.timeText + kRemainingGap;
-    const QFontMetricsF metrics(m_remainingWord->font());
-    const int word = qRound(metrics.horizontalAdvance(m_remainingWord->text()));
-    m_remainingWord->setGeometry(width() - word, top, word + 1, kRemainingLine);
-    const int space = qRound(metrics.horizontalAdvance(u' '));
+    const QFont font = m_remainingWord->font();
+    const int word = m_remainingWord->sizeHint().width();
+    m_remainingWord->setGeometry(width() - word, top, word, kRemainingLine);
+    const double after = textWidth(font, QStringLiteral(" ") + m_remainingWord->text());
+    const int right = width() - static_cast<int>(std::lround(after));
     const int remaining = m_outlets.timeRemaining->sizeHint().width();
-    m_outlets.timeRemaining->setGeometry(width() - word - space - remaining, top, remaining, kRemainingLine);
+    m_outlets.timeRemaining->setGeometry(right - remaining, top, remaining, kRemainingLine);
 }
 
 void HeroView::layOutTags(int top, int right) {

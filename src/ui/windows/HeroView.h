@@ -35,8 +35,8 @@ private:
     void layOutTags(int top, int right);
 
     Outlets& m_outlets;
-    ElidedLabel* m_title;
-    ElidedLabel* m_byLine;
+    TextLabel* m_title;
+    TextLabel* m_byLine;
     StateTag* m_speedTag;
     StateTag* m_pitchTag;
     StateTag* m_loopTag;

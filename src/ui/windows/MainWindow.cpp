@@ -6,7 +6,6 @@
 #include <algorithm>
 
 #include "ui/controls/FocusRing.h"
-#include "ui/controls/Fonts.h"
 #include "ui/controls/ImageButton.h"
 #include "ui/controls/PlayListView.h"
 #include "ui/controls/Slider.h"
@@ -82,7 +81,6 @@ MainWindow::MainWindow(Outlets& outlets, QObject* controller)
     : m_actions(new ActionTable(this, controller)), m_outlets(outlets) {
     setObjectName(QStringLiteral("mainWindow"));
     setWindowTitle(QStringLiteral("Quillmere"));
-    menuBar()->setFont(uiFont(12.5));
     m_actions->buildMenus();
     auto* content = new QWidget;
     auto* column = new QVBoxLayout(content);

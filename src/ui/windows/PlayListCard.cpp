@@ -55,10 +55,10 @@ QWidget* PlayListCard::makeFooter(Outlets& outlets, ActionTable& actions) {
     m_remove = makeTool("qm_remove.png", "removeListEntry");
     row->addWidget(m_remove);
     row->addSpacing(4);
-    outlets.trackTotal = makeLabel(QStringLiteral("0 items"), uiFont(kFooterText), tokens::kText);
+    outlets.trackTotal = new TextLabel(QStringLiteral("0 items"), uiFont(kFooterText), tokens::kText);
     outlets.trackTotal->setObjectName(QStringLiteral("trackTotal"));
     row->addWidget(outlets.trackTotal);
-    auto* format = new ElidedLabel(uiFont(kFooterText), tokens::kText2);
+    auto* format = new TextLabel(QString(), uiFont(kFooterText), tokens::kText2);
     format->setObjectName(QStringLiteral("format"));
     format->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     format->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);

@@ -53,7 +53,7 @@ QWidget* makeHead(QLabel** outlet, const char* name, const QString& title, Title
     head->setFixedHeight(kValueHeight);
     auto* row = new QHBoxLayout(head);
     row->setContentsMargins(0, 0, 0, 0);
-    *outlet = makeLabel(title, uiFont(13, 600), tokens::kScaleCyan);
+    *outlet = new TextLabel(title, uiFont(13, 600), tokens::kScaleCyan);
     (*outlet)->setObjectName(QString::fromLatin1(name));
     row->addWidget(*outlet);
     row->addStretch();
@@ -202,7 +202,7 @@ ChipButton* makeExtreme(const char* text, const char* icon, const char* slot, Ac
 }
 
 void addToneRow(QGridLayout* grid, int line, const ToneRow& row, ActionTable& actions) {
-    auto* title = makeLabel(QString::fromLatin1(row.title), uiFont(13, 500), tokens::kRowText);
+    auto* title = new TextLabel(QString::fromLatin1(row.title), uiFont(13, 500), tokens::kRowText);
     title->setFixedWidth(52);
     Slider* slider = makeSlider(row.sliderName, row.minimum, row.maximum, row.value, row.step, row.sliderSlot, actions);
     slider->setResetValue(row.fillFrom);
@@ -219,7 +219,7 @@ void addToneRow(QGridLayout* grid, int line, const ToneRow& row, ActionTable& ac
     *row.button = makeValue(row.buttonName, row.buttonTitle, row.buttonSlot, kTightValueWidth, actions);
     grid->addWidget(title, line, 0, Qt::AlignVCenter);
     grid->addWidget(makeExtreme(row.lessText, "qm_min.png", row.lessSlot, actions), line, 1, Qt::AlignCenter);
-    grid->addWidget(slider, line, 2);
+    grid->addWidget(slider, line, 2, Qt::AlignVCenter);
     grid->addWidget(makeExtreme(row.moreText, "qm_max.png", row.moreSlot, actions), line, 3, Qt::AlignCenter);
     grid->addWidget(*row.button, line, 4, Qt::AlignVCenter);
     grid->setRowStretch(line, 1);
