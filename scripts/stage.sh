@@ -107,9 +107,13 @@ start_player() {
     "$@" >"$stage/player.out" 2>>"$player_log" &
     player_pid=$!
     stage_pids+=("$player_pid")
-    wait_until "the main window is on the screen" find_main_window
-    player_window=$(find_main_window)
+    wait_until "the main window is on the screen" main_window_or_end
+    player_window=$(find_main_window) || fail "the program ended before it showed its window"
     xdotool windowfocus --sync "$player_window"
+}
+
+main_window_or_end() {
+    find_main_window || player_has_ended
 }
 
 find_main_window() {
