@@ -1,5 +1,7 @@
 #include "engine/media/AudioDecoder.h"
 
+#include "engine/media/FileBytes.h"
+
 namespace qm {
 
 std::unique_ptr<AudioDecoder> AudioDecoder::create(const AVCodecParameters& parameters, AVRational timeBase) {
@@ -24,6 +26,8 @@ bool AudioDecoder::restart() {
     if (!m_context || avcodec_parameters_to_context(m_context.get(), m_parameters.get()) < 0) {
         return false;
     }
+    m_hasYielded = false;
+    m_ownDelay = 0;
     m_context->pkt_timebase = m_timeBase;
     m_context->thread_count = 1;
     m_context->flags2 |= AV_CODEC_FLAG2_SKIP_MANUAL;
@@ -38,12 +42,21 @@ int AudioDecoder::drain(std::vector<float>& stereo) {
     return send(nullptr, stereo);
 }
 
+void AudioDecoder::noteDelay() {
+    const AVFrameSideData* skip = av_frame_get_side_data(m_frame.get(), AV_FRAME_DATA_SKIP_SAMPLES);
+    if (!m_hasYielded && skip && skip->size >= 4) {
+        m_ownDelay = static_cast<int>(littleEndian32(skip->data) & 0xffff);
+    }
+    m_hasYielded = true;
+}
+
 int AudioDecoder::send(const AVPacket* packet, std::vector<float>& stereo) {
     if (avcodec_send_packet(m_context.get(), packet) < 0) {
         return 0;
     }
     int frames = 0;
     while (avcodec_receive_frame(m_context.get(), m_frame.get()) >= 0) {
+        noteDelay();
         m_sampleRate = m_frame->sample_rate;
         m_channels = m_frame->ch_layout.nb_channels;
         if (m_fold.append(*m_frame, stereo)) {

@@ -22,6 +22,9 @@ public:
     int decode(const AVPacket& packet, std::vector<float>& stereo);
     int drain(std::vector<float>& stereo);  // what the decoder still holds after the last packet
 
+    // Frames at the beginning of the first yield that the decoder itself declares not to be sound.
+    int ownDelay() const { return m_ownDelay; }
+
     // Of the last frame decoded; 0 before the first.
     int sampleRate() const { return m_sampleRate; }
     int channels() const { return m_channels; }
@@ -30,6 +33,7 @@ private:
     AudioDecoder(const AVCodec* codec, ParametersPtr parameters, AVRational timeBase);
 
     int send(const AVPacket* packet, std::vector<float>& stereo);
+    void noteDelay();
 
     const AVCodec* m_codec;
     ParametersPtr m_parameters;
@@ -37,6 +41,8 @@ private:
     CodecPtr m_context;
     FramePtr m_frame;
     StereoFold m_fold;
+    bool m_hasYielded = false;
+    int m_ownDelay = 0;
     int m_sampleRate = 0;
     int m_channels = 0;
 };

@@ -1,6 +1,14 @@
 #include "engine/media/CodecTraits.h"
 
+#include <algorithm>
+
 namespace qm {
+
+namespace {
+
+constexpr int kRunningSumFrames = 1 << 18;
+
+}  // namespace
 
 bool isPcm(AVCodecID codec) {
     return codec >= AV_CODEC_ID_PCM_S16LE && codec < AV_CODEC_ID_ADPCM_IMA_QT;
@@ -16,6 +24,10 @@ CodecTraits codecTraits(const AVCodecParameters& parameters, int sampleRate, int
     if (isPcm(codec)) {
         return {.counting = Counting::BySize};
     }
+    const auto packetsOf = [&](int frames) { return std::max(frames / std::max(framesPerPacket, 1), 1); };
+    if (codec == AV_CODEC_ID_ADPCM_IMA_QT) {
+        return {.counting = Counting::BySize, .restartPackets = packetsOf(kRunningSumFrames)};
+    }
     if (isAdpcm(codec)) {
         return {.counting = Counting::BySize, .lastMayBeShort = true};
     }
@@ -29,17 +41,21 @@ CodecTraits codecTraits(const AVCodecParameters& parameters, int sampleRate, int
             return {.prerollFrames = 3 * framesPerPacket, .reservoirBytes = 511};
         case AV_CODEC_ID_AAC:
             // With band replication the decoder first has to meet a header, which comes about twice a second.
-            return {.prerollFrames = framesPerPacket > 1024 ? sampleRate : 4 * framesPerPacket};
+            return {.prerollFrames = framesPerPacket > 1024 ? sampleRate : 4 * framesPerPacket,
+                    .restartPackets = framesPerPacket > 1024 ? 128 : 32};
         case AV_CODEC_ID_AC3:
         case AV_CODEC_ID_EAC3:
-            return {.prerollFrames = 4 * framesPerPacket};
+            return {.prerollFrames = 4 * framesPerPacket, .restartPackets = 32};
         case AV_CODEC_ID_GSM:
         case AV_CODEC_ID_GSM_MS:
         case AV_CODEC_ID_AMR_NB:
         case AV_CODEC_ID_AMR_WB:
-            return {.prerollFrames = sampleRate / 2};
+            return {.prerollFrames = sampleRate / 2, .restartPackets = 256};
         default:
-            return {.counting = Counting::ByDecoding, .yieldBelongsToEnd = true, .prerollFrames = sampleRate / 2};
+            return {.counting = Counting::ByDecoding,
+                    .yieldBelongsToEnd = true,
+                    .prerollFrames = sampleRate / 2,
+                    .restartPackets = packetsOf(4 * sampleRate)};
     }
 }
 

@@ -20,6 +20,9 @@ struct CodecTraits {
     bool lastMayBeShort = false;  // the last packet may hold fewer frames than the others
     int prerollFrames = 0;        // to decode before the first frame that is wanted
     int reservoirBytes = 0;       // of earlier packets that a packet may still refer to
+    // Packets after which the decoder is started anew, for codecs whose state never fades (made-up noise, running
+    // sums): so what a frame holds does not depend on where reading began. 0: no need.
+    int restartPackets = 0;
 };
 
 // `framesPerPacket` is what the first packets were seen to yield.

@@ -45,7 +45,7 @@ void cutOvershoot(SoundTrack& track, AVFormatContext& context, const AVStream& s
 }
 
 // Appends the packets that the file really holds to the track; a cut file loses the last ones.
-void readTable(SoundTrack& track, AVStream& stream, FileExtent data, bool relative, int framesPerPacket) {
+void readTable(SoundTrack& track, AVStream& stream, FileExtent data, bool relative, const StreamStart& start) {
     CutList cuts;
     const bool bySize = track.traits.counting == CodecTraits::Counting::BySize;
     const std::int64_t base = relative ? data.position : 0;
@@ -63,8 +63,10 @@ void readTable(SoundTrack& track, AVStream& stream, FileExtent data, bool relati
             }
             continue;
         }
-        const int frames =
-            bySize ? av_get_audio_frame_duration2(track.parameters.get(), static_cast<int>(size)) : framesPerPacket;
+        int frames = track.index.packets() < start.mutePackets ? 0 : start.framesPerPacket;
+        if (bySize) {
+            frames = av_get_audio_frame_duration2(track.parameters.get(), static_cast<int>(size));
+        }
         cuts.add(track.index.frames(), frames, {.whole = (entry.flags & AVINDEX_DISCARD_FRAME) != 0});
         track.index.append(base + entry.pos, static_cast<std::uint32_t>(size), frames);
     }
@@ -113,7 +115,7 @@ std::optional<SoundTrack> planFromTable(std::shared_ptr<const FileBytes> file, c
         track.startSeconds = static_cast<double>(stream.start_time) * av_q2d(stream.time_base);
     }
     track.traits = codecTraits(*track.parameters, start.sampleRate, start.framesPerPacket);
-    readTable(track, stream, *data, isCaf, start.framesPerPacket);
+    readTable(track, stream, *data, isCaf, start);
     if (track.index.frames() == 0 || track.index.packet(0).position != start.firstPosition) {
         return std::nullopt;
     }

@@ -76,7 +76,12 @@ bool startsChain(Walk& walk, std::int64_t position, int chain) {
     return true;
 }
 
-std::optional<std::int64_t> findFirstFrame(Walk& walk, bool farInto) {
+struct FirstFrame {
+    std::int64_t position;
+    bool afterJunk;  // something other than tags lies before it
+};
+
+std::optional<FirstFrame> findFirstFrame(Walk& walk, bool farInto) {
     std::int64_t start = 0;
     for (int tags = 0; tags < 64; ++tags) {
         const std::int64_t next = skipTag(walk, start);
@@ -94,7 +99,7 @@ std::optional<std::int64_t> findFirstFrame(Walk& walk, bool farInto) {
             continue;
         }
         if (startsChain(walk, p, p - start < kNearBytes ? kNearChain + (p > start ? 1 : 0) : kFarChain)) {
-            return p;
+            return FirstFrame{p, p > start};
         }
     }
     return std::nullopt;
@@ -192,13 +197,18 @@ PacketIndex walkFrames(Walk& walk, std::int64_t position, std::uint32_t like) {
 
 KeptRanges keptFrames(const PacketIndex& index, const Information& info, int framesPerPacket) {
     KeptRanges kept(index.frames());
-    if (info.hasDelay) {
-        kept.cut(0, info.startPad + kDecoderDelay);
-        if (info.frames > 0) {
-            const std::int64_t last = info.frames * framesPerPacket;
-            kept.cut(std::min(last - info.endPad + kDecoderDelay, last), last);
-        }
+    if (!info.hasDelay) {
+        return kept;
     }
+    std::int64_t delay = info.startPad + kDecoderDelay;
+    if (info.frames > 0) {
+        const std::int64_t last = info.frames * framesPerPacket;
+        const std::int64_t padding = std::min(last - info.endPad + kDecoderDelay, last);
+        kept.cut(padding, last);
+        // A very short file may claim more delay than it has sound; the packet where the padding begins is still heard.
+        delay = std::min(delay, padding / framesPerPacket * framesPerPacket);
+    }
+    kept.cut(0, delay);
     return kept;
 }
 
@@ -210,11 +220,14 @@ std::optional<SoundTrack> planMpegAudio(std::shared_ptr<const FileBytes> file, b
     if (!first) {
         return std::nullopt;
     }
-    const std::uint32_t like = walk.word(*first);
-    const MpegAudioHeader header = *walk.header(*first);
-    const Information info = readInformation(walk, *first, header);
+    const std::uint32_t like = walk.word(first->position);
+    const MpegAudioHeader header = *walk.header(first->position);
+    Information info = readInformation(walk, first->position, header);
+    if (first->afterJunk) {
+        info.hasDelay = false;  // the file was put together by others than the encoder: its counts are not believed
+    }
     SoundTrack track;
-    track.index = walkFrames(walk, info.present ? *first + header.bytes : *first, like);
+    track.index = walkFrames(walk, first->position + (info.present ? header.bytes : 0), like);
     if (track.index.packets() == 0) {
         return std::nullopt;
     }

@@ -38,6 +38,7 @@ bool isStill(const AVStream& stream) {
 
 bool isMovingPicture(const AVStream& stream) {
     return stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO && stream.codecpar->codec_id != AV_CODEC_ID_NONE &&
+           stream.codecpar->width > 0 && stream.codecpar->height > 0 &&
            (stream.disposition & (AV_DISPOSITION_ATTACHED_PIC | AV_DISPOSITION_TIMED_THUMBNAILS)) == 0 &&
            !isStill(stream);
 }
@@ -132,11 +133,11 @@ Result<OpenedMedia> openContainer(const File& file, const std::string& format, c
     const AVFormatContext& context = demuxer.context();
     OpenedMedia media;
     media.description.displayName = displayName(titleOf(context), path);
+    double pictureSeconds = 0;
     for (unsigned i = 0; i < context.nb_streams; ++i) {
         if (isMovingPicture(*context.streams[i])) {
             media.description.hasVideo = true;
-            media.description.durationSeconds =
-                std::max(media.description.durationSeconds, secondsOf(*context.streams[i]));
+            pictureSeconds = std::max(pictureSeconds, secondsOf(*context.streams[i]));
         }
     }
     std::vector<SoundTrack> tracks;
@@ -146,6 +147,10 @@ Result<OpenedMedia> openContainer(const File& file, const std::string& format, c
         }
     }
     media.sound = mixOf(std::move(tracks));
+    if (!media.sound ||
+        !facts.isFragmented) {  // the header of a fragmented file was written before its length was known
+        media.description.durationSeconds = pictureSeconds;
+    }
     return completed(std::move(media), path);
 }
 

@@ -14,7 +14,10 @@ namespace {
 class FrameCounter {
 public:
     FrameCounter(const AVStream& stream, const StreamStart& start, const CodecTraits& traits)
-        : m_parameters(*stream.codecpar), m_perPacket(start.framesPerPacket), m_counting(traits.counting) {
+        : m_parameters(*stream.codecpar),
+          m_perPacket(start.framesPerPacket),
+          m_mute(start.mutePackets),
+          m_counting(traits.counting) {
         if (m_counting == CodecTraits::Counting::ByDecoding) {
             m_decoder = AudioDecoder::create(m_parameters, stream.time_base);
         }
@@ -25,7 +28,7 @@ public:
             case CodecTraits::Counting::BySize:
                 return std::max(av_get_audio_frame_duration2(&m_parameters, packet.size), 0);
             case CodecTraits::Counting::Constant:
-                return m_perPacket;
+                return m_mute-- > 0 ? 0 : m_perPacket;
             case CodecTraits::Counting::ByDecoding:
                 break;
         }
@@ -41,6 +44,7 @@ public:
 private:
     AVCodecParameters& m_parameters;
     int m_perPacket;
+    int m_mute;  // packets that still decode to nothing
     CodecTraits::Counting m_counting;
     std::unique_ptr<AudioDecoder> m_decoder;
     std::vector<float> m_sound;
@@ -82,6 +86,7 @@ std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, cons
 
     FrameCounter counter(av, start, track.traits);
     CutList cuts;
+    cuts.add(0, 0, {.atStart = start.skippedFrames});
     PacketIndex inFile;
     std::vector<std::uint8_t> buffer;
     bool direct = format == "mov";  // elsewhere packets are made of pieces of the file

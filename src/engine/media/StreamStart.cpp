@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <vector>
 
 #include "engine/media/AudioDecoder.h"
@@ -28,6 +29,9 @@ StreamStart examineStart(Demuxer& demuxer, int stream) {
         }
         sound.clear();
         const int frames = decoder->decode(*packet, sound);
+        if (frames == 0 && yields == 0) {
+            ++start.mutePackets;
+        }
         if (frames > 0) {
             ++yields;
             start.framesPerPacket = std::max(start.framesPerPacket, frames);
@@ -36,6 +40,7 @@ StreamStart examineStart(Demuxer& demuxer, int stream) {
     if (yields > 0 && isPlausible(decoder->sampleRate(), decoder->channels())) {
         start.sampleRate = decoder->sampleRate();
         start.channels = decoder->channels();
+        start.skippedFrames = std::max<std::int64_t>(start.skippedFrames, decoder->ownDelay());
     }
     return start;
 }

@@ -16,6 +16,7 @@ struct StreamStart {
     int sampleRate = 0;  // 0: nothing could be decoded
     int channels = 0;
     int framesPerPacket = 0;
+    int mutePackets = 0;              // in front, which decode to nothing
     std::int64_t firstPosition = -1;  // of the first packet in the file
     std::int64_t skippedFrames = 0;   // the container asks to leave out at the start
 };

@@ -68,56 +68,96 @@ std::int64_t TrackReader::prerollPacket(std::int64_t target) const {
     return std::min(index.packetAt(index.packet(packet).start - traits.prerollFrames), packet);
 }
 
+void TrackReader::planRestart(std::int64_t packet) {
+    m_replay.clear();
+    m_nextRestart = packet;
+    m_replayFrom = packet < m_track.index.packets() ? prerollPacket(packet) : packet;
+}
+
 bool TrackReader::seek(std::int64_t frame) {
     m_positioned = false;
     m_decoded.clear();
-    if (m_track.index.packets() == 0 || !m_decoder->restart()) {
+    const PacketIndex& index = m_track.index;
+    if (index.packets() == 0 || !m_decoder->restart()) {
         return false;
     }
-    const std::int64_t landed = m_track.source->seek(m_track.index, prerollPacket(m_track.index.packetAt(frame)));
+    const int grid = m_track.traits.restartPackets;
+    const std::int64_t target = index.packetAt(frame);
+    const std::int64_t start = grid > 0 ? target - target % grid : target;
+    m_decodeFrom = prerollPacket(start);
+    planRestart(grid > 0 ? start + grid : index.packets());
+    const std::int64_t landed = m_track.source->seek(index, m_decodeFrom);
     if (landed < 0) {
         return false;
     }
     m_next = landed;
-    m_decodedStart = m_track.index.packet(landed).start;
+    m_decodedStart = index.packet(landed).start;
     m_positioned = true;
     return true;
 }
 
-bool TrackReader::decodeNext() {
-    const bool draining = m_next >= m_track.index.packets();
-    const std::int64_t end = m_track.index.frames() + m_track.drainedFrames;
-    if (draining && decodedEnd() >= end) {
+bool TrackReader::restartAndReplay() {
+    if (!m_decoder->restart()) {
         return false;
     }
-    const PacketIndex::Packet place = draining ? PacketIndex::Packet{} : m_track.index.packet(m_next);
-    const std::int64_t start = draining ? m_track.index.frames() : place.start;
-    const std::int64_t frames = draining ? m_track.drainedFrames : place.frames;
-    m_decoded.clear();
-    if (draining) {
-        m_decoder->drain(m_decoded);
-    } else {
-        switch (m_track.source->next(m_track.index, *m_packet)) {
-            case PacketSource::Outcome::Packet:
-                m_decoder->decode(*m_packet, m_decoded);
-                break;
-            case PacketSource::Outcome::End:
-                break;
-            case PacketSource::Outcome::Unreadable:
-                m_positioned = false;
-                return false;
-        }
-        ++m_next;
+    for (const PacketPtr& packet : m_replay) {
+        m_decoder->decode(*packet, m_decoded);
     }
-    // Exactly the frames that the index gives to this packet: what is missing is silent.
+    m_decoded.clear();
+    planRestart(m_nextRestart + m_track.traits.restartPackets);
+    return true;
+}
+
+bool TrackReader::fetchAndDecode() {
+    if (m_next == m_nextRestart && !restartAndReplay()) {
+        return false;
+    }
+    switch (m_track.source->next(m_track.index, *m_packet)) {
+        case PacketSource::Outcome::Packet:
+            break;
+        case PacketSource::Outcome::End:
+            return true;
+        case PacketSource::Outcome::Unreadable:
+            return false;
+    }
+    if (m_next >= m_replayFrom) {
+        m_replay.emplace_back(av_packet_clone(m_packet.get()));
+    }
+    if (m_next >= m_decodeFrom) {
+        m_decoder->decode(*m_packet, m_decoded);
+    }
+    return true;
+}
+
+// Makes the yield exactly as long as the index says of its packet: what is missing is silent.
+void TrackReader::fitYield(std::int64_t frames) {
     const auto yielded = static_cast<std::int64_t>(m_decoded.size() / 2);
-    if (m_track.traits.yieldBelongsToEnd && !draining && yielded < frames) {
+    if (m_track.traits.yieldBelongsToEnd && yielded < frames) {
         m_decoded.insert(m_decoded.begin(), static_cast<std::size_t>(2 * (frames - yielded)), 0.0f);
-    } else if (m_track.traits.yieldBelongsToEnd && !draining && yielded > frames) {
+    } else if (m_track.traits.yieldBelongsToEnd && yielded > frames) {
         m_decoded.erase(m_decoded.begin(), m_decoded.begin() + 2 * (yielded - frames));
     }
     m_decoded.resize(static_cast<std::size_t>(2 * frames), 0.0f);
-    m_decodedStart = start;
+}
+
+bool TrackReader::decodeNext() {
+    const PacketIndex& index = m_track.index;
+    if (m_next < index.packets()) {
+        const PacketIndex::Packet place = index.packet(m_next);
+        m_decoded.clear();
+        m_positioned = fetchAndDecode();
+        fitYield(m_positioned ? place.frames : 0);
+        m_decodedStart = place.start;
+        ++m_next;
+        return m_positioned;
+    }
+    if (m_track.drainedFrames == 0 || m_decodedStart >= index.frames()) {
+        return false;
+    }
+    m_decoded.clear();
+    m_decoder->drain(m_decoded);
+    m_decoded.resize(static_cast<std::size_t>(2 * m_track.drainedFrames), 0.0f);
+    m_decodedStart = index.frames();
     return true;
 }
 
