@@ -23,7 +23,7 @@ constexpr double kToolGap = 7;
 constexpr int kPushHeight = 32;
 constexpr int kPushPadding = 16;
 
-int roundedUp(double width) {
+int wholePixels(double width) {
     return static_cast<int>(std::ceil(width));
 }
 
@@ -82,7 +82,7 @@ double ChipButton::contentWidth() const {
 }
 
 QSize ChipButton::sizeHint() const {
-    return {roundedUp(contentWidth()) + 2 * kChipPadding, kChipHeight};
+    return {wholePixels(contentWidth()) + 2 * kChipPadding, kChipHeight};
 }
 
 void ChipButton::paintGround(QPainter& painter, const QRectF& face) const {
@@ -133,7 +133,7 @@ void ToolButton::setOn(bool on) {
 }
 
 QSize ToolButton::sizeHint() const {
-    return {roundedUp(2 * kToolPadding + kToolIcon + kToolGap + textWidth(font(), text())), kToolHeight};
+    return {wholePixels(2 * kToolPadding + kToolIcon + kToolGap + textWidth(font(), text())), kToolHeight};
 }
 
 void ToolButton::paintEvent(QPaintEvent*) {
@@ -160,7 +160,7 @@ PushButton::PushButton(const QString& text, bool primary, QWidget* parent) : Fac
 }
 
 QSize PushButton::sizeHint() const {
-    return {roundedUp(textWidth(font(), text())) + 2 * kPushPadding, kPushHeight};
+    return {wholePixels(textWidth(font(), text())) + 2 * kPushPadding, kPushHeight};
 }
 
 void PushButton::paintEvent(QPaintEvent*) {

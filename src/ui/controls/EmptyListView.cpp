@@ -19,6 +19,10 @@ namespace {
 constexpr int kPulseMs = 240;
 constexpr int kPulses = 2;
 constexpr int kInset = 10;
+constexpr int kHintLine = 18;
+constexpr double kFrameWidth = 1.5;
+constexpr double kDash = 3;  // in widths of the line
+constexpr int kCapDrop = 8;  // of a key cap below the top of the push button
 
 QHBoxLayout* makeRow(QWidget* parent, int spacing) {
     auto* row = new QHBoxLayout(parent);
@@ -77,8 +81,11 @@ QWidget* EmptyListView::makeOpenRow() {
     row->addWidget(m_open);
     row->addSpacing(6);
     row->addWidget(new TextLabel(tr("or press"), uiFont(13), tokens::kText2));
-    row->addWidget(new KeyCap(tr("Ctrl")));
-    row->addWidget(new KeyCap(QStringLiteral("O")));
+    auto* caps = new QWidget;  // on the words' baseline
+    auto* capRow = makeRow(caps, 4);
+    capRow->setContentsMargins(0, kCapDrop, 0, 0);
+    for (const QString& key : {tr("Ctrl"), QStringLiteral("O")}) capRow->addWidget(new KeyCap(key), 0, Qt::AlignTop);
+    row->addWidget(caps, 0, Qt::AlignTop);
     return widget;
 }
 
@@ -97,7 +104,9 @@ QWidget* EmptyListView::makeKeyHints() {
         auto* group = new QHBoxLayout;
         group->setSpacing(7);
         for (const QString& key : hint.keys) group->addWidget(new KeyCap(key));
-        group->addWidget(new TextLabel(hint.text, uiFont(12.5), tokens::kHintText));
+        auto* words = new TextLabel(hint.text, uiFont(12.5), tokens::kHintText);
+        words->setFixedHeight(kHintLine);
+        group->addWidget(words, 0, Qt::AlignTop);
         row->addLayout(group);
     }
     return widget;
@@ -105,7 +114,9 @@ QWidget* EmptyListView::makeKeyHints() {
 
 void EmptyListView::resizeEvent(QResizeEvent*) {
     const QSize size = m_column->sizeHint();
-    m_column->setGeometry((width() - size.width()) / 2, (height() - size.height()) / 2, size.width(), size.height());
+    // The key caps' shadow does not count.
+    const int top = (height() - size.height() + 1) / 2;
+    m_column->setGeometry((width() - size.width() + 1) / 2, top, size.width(), size.height());
 }
 
 void EmptyListView::pulse() {
@@ -117,19 +128,21 @@ void EmptyListView::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     const bool pulsing = m_pulse.state() == QAbstractAnimation::Running;
     const double glow = pulsing ? std::sin(m_pulse.currentValue().toDouble() * M_PI) : 0;
-    const QRectF frame = QRectF(rect()).adjusted(kInset + 0.75, kInset + 0.75, -kInset - 0.75, -kInset - 0.75);
+    const double line = std::floor(kFrameWidth * devicePixelRatioF()) / devicePixelRatioF();
+    const double inset = kInset + line / 2;
+    const QRectF frame = QRectF(rect()).adjusted(inset, inset, -inset, -inset);
     if (pulsing) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(QColor(63, 210, 226, static_cast<int>(40 * glow)));
         painter.drawRoundedRect(frame, tokens::kCardRadius, tokens::kCardRadius);
     }
-    QColor line(255, 255, 255, 66);
-    if (pulsing) line = QColor(63, 210, 226, static_cast<int>(66 + 160 * glow));
-    QPen pen(line, 1.5, Qt::CustomDashLine, Qt::FlatCap);
-    pen.setDashPattern({2, 2});
+    QColor color(255, 255, 255, 66);
+    if (pulsing) color = QColor(63, 210, 226, static_cast<int>(66 + 160 * glow));
+    QPen pen(color, line, Qt::CustomDashLine, Qt::FlatCap);
+    pen.setDashPattern({kDash, kDash});
     painter.setPen(pen);
     painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(frame, tokens::kCardRadius - 0.75, tokens::kCardRadius - 0.75);
+    painter.drawRoundedRect(frame, tokens::kCardRadius - line / 2, tokens::kCardRadius - line / 2);
 }
 
 }  // namespace qm

@@ -14,6 +14,7 @@ namespace {
 constexpr int kRowHeight = 25;
 constexpr int kIconSize = 22;
 constexpr int kBarWidth = 3;
+constexpr int kLineTop = 4, kLineHeight = 18;
 
 QColor mix(const QColor& color, int alpha) {
     QColor result = color;
@@ -76,7 +77,8 @@ void PlayListDelegate::paintIcon(QPainter& painter, const QRect& cell, const QMo
 
 void PlayListDelegate::paintText(QPainter& painter, const QRect& cell, const QModelIndex& index, bool selected) const {
     const PlayListCell layout = playListCell(index.column());
-    const QRectF area = QRectF(cell).adjusted(layout.left, 0, -layout.right, 0);
+    const QRectF area =
+        QRectF(cell).adjusted(layout.left, kLineTop, -layout.right, kLineTop + kLineHeight - kRowHeight);
     const bool name = index.column() == PlayListView::columnIndex("IBtrack");
     painter.setPen(textColor(index, selected));
     painter.setFont(uiFont(layout.numeric ? 12.5 : 13, name && index.data(LoadedTrackRole).toBool() ? 600 : 400));

@@ -11,7 +11,8 @@ namespace qm {
 
 namespace {
 constexpr int kHeight = 26;
-}
+constexpr int kLineTop = 4, kLineHeight = 18;
+}  // namespace
 
 PlayListCell playListCell(int column) {
     const bool numeric = column >= PlayListView::columnIndex("IBduration");
@@ -46,8 +47,8 @@ void PlayListHeader::paintEvent(QPaintEvent*) {
     painter.setPen(tokens::kText2);
     for (int column = 0; model() && column < count(); ++column) {
         const PlayListCell cell = playListCell(column);
-        const QRectF text(sectionViewportPosition(column) + cell.left, 0, sectionSize(column) - cell.left - cell.right,
-                          height() - 1);
+        const QRectF text(sectionViewportPosition(column) + cell.left, kLineTop,
+                          sectionSize(column) - cell.left - cell.right, kLineHeight);
         painter.setFont(uiFont(cell.numeric ? 12.5 : 11.5, 500));
         const QString title = model()->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
         drawLine(painter, text, cell.numeric ? Qt::AlignRight : Qt::AlignLeft, title);

@@ -31,7 +31,7 @@ MainToolbar::MainToolbar(ActionTable& actions, QWidget* parent) : QWidget(parent
     setObjectName(QStringLiteral("toolbar"));
     setFixedHeight(42);
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(12, 0, 12, 1);
+    row->setContentsMargins(12, 1, 12, 0);
     row->setSpacing(2);
     for (const Tool& tool : kTools) {
         if (*tool.slot == '\0') {
