@@ -131,6 +131,13 @@ TEST_CASE_FIXTURE(ControllerFixture, "a slider value below the slowest speed goe
     CHECK(outlets.speedResetButton->title() == "-0.350000.2");
 }
 
+TEST_CASE_FIXTURE(ControllerFixture, "a slider at the slowest speed takes the value that a float can hold") {
+    start();
+    drag(outlets.speedSlider, 0.35, &QMController::speedUpdate);
+    CHECK(controller->rate == 0.35f);
+    CHECK(outlets.speedSlider->value() == double(0.35f));
+}
+
 TEST_CASE_FIXTURE(ControllerFixture, "the slider at exactly zero makes a playing movie stand still and shows forward") {
     startWithLoadedTrack();
     controller->playBackward();
