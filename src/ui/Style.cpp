@@ -53,7 +53,7 @@ public:
                            const QWidget* widget) const override {
         const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
         if (type != CT_MenuBarItem || !item) return QProxyStyle::sizeFromContents(type, option, size, widget);
-        return {static_cast<int>(textWidth(uiFont(kMenuText), plainText(*item))) + 2 * kMenuSide, kMenuHeight};
+        return {qRound(textWidth(uiFont(kMenuText), plainText(*item))) + 2 * kMenuSide, kMenuHeight};
     }
 
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
