@@ -7,6 +7,7 @@ namespace qm {
 namespace {
 
 constexpr int kRunningSumFrames = 1 << 18;
+constexpr int kFromTheStart = 1 << 30;  // nothing less makes a running sum whole
 
 }  // namespace
 
@@ -14,8 +15,8 @@ bool isPcm(AVCodecID codec) {
     return codec >= AV_CODEC_ID_PCM_S16LE && codec < AV_CODEC_ID_ADPCM_IMA_QT;
 }
 
-bool isAdpcm(AVCodecID codec) {
-    return codec >= AV_CODEC_ID_ADPCM_IMA_QT && codec < AV_CODEC_ID_AMR_NB;
+bool isBlocks(AVCodecID codec) {
+    return codec == AV_CODEC_ID_ADPCM_IMA_WAV || codec == AV_CODEC_ID_ADPCM_MS || codec == AV_CODEC_ID_ADPCM_IMA_QT;
 }
 
 CodecTraits codecTraits(const AVCodecParameters& parameters, int sampleRate, int framesPerPacket) {
@@ -28,8 +29,11 @@ CodecTraits codecTraits(const AVCodecParameters& parameters, int sampleRate, int
     if (codec == AV_CODEC_ID_ADPCM_IMA_QT) {
         return {.counting = Counting::BySize, .restartPackets = packetsOf(kRunningSumFrames)};
     }
-    if (isAdpcm(codec)) {
+    if (isBlocks(codec)) {
         return {.counting = Counting::BySize, .lastMayBeShort = true};
+    }
+    if (codec >= AV_CODEC_ID_ADPCM_IMA_QT && codec < AV_CODEC_ID_AMR_NB && codec != AV_CODEC_ID_ADPCM_G722) {
+        return {.counting = Counting::ByDecoding, .yieldBelongsToEnd = true, .prerollFrames = kFromTheStart};
     }
     switch (codec) {
         case AV_CODEC_ID_ALAC:
@@ -37,6 +41,7 @@ CodecTraits codecTraits(const AVCodecParameters& parameters, int sampleRate, int
             return {.lastMayBeShort = true};
         case AV_CODEC_ID_MP1:
         case AV_CODEC_ID_MP2:
+            return {.prerollFrames = 3 * framesPerPacket, .restartPackets = 64};
         case AV_CODEC_ID_MP3:
             return {.prerollFrames = 3 * framesPerPacket, .reservoirBytes = 511};
         case AV_CODEC_ID_AAC:

@@ -28,7 +28,7 @@ struct CodecTraits {
 // `framesPerPacket` is what the first packets were seen to yield.
 CodecTraits codecTraits(const AVCodecParameters& parameters, int sampleRate, int framesPerPacket);
 
-bool isPcm(AVCodecID codec);    // one sample after the other, without state
-bool isAdpcm(AVCodecID codec);  // blocks that each stand alone
+bool isPcm(AVCodecID codec);     // one sample after the other, without state
+bool isBlocks(AVCodecID codec);  // blocks of one size, each with its own beginning
 
 }  // namespace qm

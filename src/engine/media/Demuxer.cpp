@@ -124,12 +124,6 @@ void Demuxer::onlyStream(int number) {
     }
 }
 
-void Demuxer::allStreams() {
-    for (unsigned i = 0; i < m_context->nb_streams; ++i) {
-        m_context->streams[i]->discard = AVDISCARD_DEFAULT;
-    }
-}
-
 int Demuxer::read(int stream, AVPacket& packet) {
     for (;;) {
         av_packet_unref(&packet);

@@ -24,7 +24,6 @@ public:
     AVStream& stream(int number) { return *m_context->streams[number]; }
 
     void onlyStream(int number);  // packets of the others are skipped from now on
-    void allStreams();
 
     // The next packet of `stream`; 0, or the library's negative code.
     int read(int stream, AVPacket& packet);

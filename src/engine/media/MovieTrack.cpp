@@ -79,7 +79,7 @@ bool isTabled(const std::string& format, AVCodecID codec) {
     }
     // MPEG audio and the like may lie across the table's entries: their packets are found by a pass.
     return format == "mov" && (codec == AV_CODEC_ID_ALAC || codec == AV_CODEC_ID_AAC || codec == AV_CODEC_ID_FLAC ||
-                               isPcm(codec) || isAdpcm(codec));
+                               isPcm(codec) || isBlocks(codec));
 }
 
 // The last packet of a lossless codec is shorter than the others, and only decoding it tells by how much.

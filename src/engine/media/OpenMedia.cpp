@@ -75,8 +75,18 @@ std::vector<int> soundStreams(const AVFormatContext& context, std::string_view f
     return all;
 }
 
-std::optional<SoundTrack> planTrack(const File& file, const std::string& format, Demuxer& demuxer, int stream,
-                                    bool spreadTables) {
+// Formats whose headers leave out what their streams hold.
+bool mustBeAnalysed(std::string_view format) {
+    return format == "avi" || format == "asf" || format == "dv";
+}
+
+std::optional<SoundTrack> planTrack(const File& file, const std::string& format, int stream, bool spreadTables) {
+    // Examining a stream moves the others along too, so each is planned with a demuxer of its own.
+    const auto opened = Demuxer::open(file, format, mustBeAnalysed(format));
+    if (!opened || stream >= static_cast<int>(opened.value()->context().nb_streams)) {
+        return std::nullopt;
+    }
+    Demuxer& demuxer = *opened.value();
     const AVCodecParameters& parameters = *demuxer.stream(stream).codecpar;
     if (parameters.ch_layout.nb_channels > kMostChannels || parameters.sample_rate > kHighestRate) {
         return std::nullopt;
@@ -124,13 +134,11 @@ Result<OpenedMedia> openContainer(const File& file, const std::string& format, c
             return Error{ErrorCategory::Protected, path + ": protected against copying"};
         }
     }
-    const bool analyse = format == "avi" || format == "asf" || format == "dv";
-    auto opened = Demuxer::open(file, format, analyse);
+    const auto opened = Demuxer::open(file, format, mustBeAnalysed(format));
     if (!opened) {
         return Error{opened.error().category, path + ": " + opened.error().message};
     }
-    Demuxer& demuxer = *opened.value();
-    const AVFormatContext& context = demuxer.context();
+    const AVFormatContext& context = opened.value()->context();
     OpenedMedia media;
     media.description.displayName = displayName(titleOf(context), path);
     double pictureSeconds = 0;
@@ -142,7 +150,7 @@ Result<OpenedMedia> openContainer(const File& file, const std::string& format, c
     }
     std::vector<SoundTrack> tracks;
     for (const int stream : soundStreams(context, format)) {
-        if (auto track = planTrack(file, format, demuxer, stream, facts.isFragmented)) {
+        if (auto track = planTrack(file, format, stream, facts.isFragmented)) {
             tracks.push_back(std::move(*track));
         }
     }

@@ -19,7 +19,7 @@ Blocks blocksOf(AVCodecParameters& parameters, int channels) {
         const int bits = av_get_exact_bits_per_sample(parameters.codec_id) * channels;
         return bits % 8 == 0 ? Blocks{static_cast<std::uint32_t>(bits / 8), 1} : Blocks{};
     }
-    if (isAdpcm(parameters.codec_id) && parameters.block_align > 0) {
+    if (isBlocks(parameters.codec_id) && parameters.block_align > 0) {
         return {static_cast<std::uint32_t>(parameters.block_align),
                 av_get_audio_frame_duration2(&parameters, parameters.block_align)};
     }
