@@ -17,16 +17,23 @@ constexpr std::size_t kBlock = 512;
 // At an effective ratio of exactly one the library resets its phases audibly; this factor is 0.02 cents.
 constexpr double kOffUnity = 1.00001;
 
+std::unique_ptr<RubberBandStretcher> makeLibrary(int sampleRate, RubberBandStretcher::Options pitchOption) {
+    auto library = std::make_unique<RubberBandStretcher>(static_cast<std::size_t>(sampleRate), 2,
+                                                         RubberBandStretcher::OptionProcessRealTime |
+                                                             RubberBandStretcher::OptionEngineFiner |
+                                                             RubberBandStretcher::OptionChannelsTogether | pitchOption,
+                                                         2.0, 1.0);
+    library->setMaxProcessSize(kBlock);
+    return library;
+}
+
 }  // namespace
 
 RubberBandStretch::RubberBandStretch(int sampleRate)
-    : m_library(std::make_unique<RubberBandStretcher>(
-          static_cast<std::size_t>(sampleRate), 2,
-          RubberBandStretcher::OptionProcessRealTime | RubberBandStretcher::OptionEngineFiner |
-              RubberBandStretcher::OptionPitchHighConsistency | RubberBandStretcher::OptionChannelsTogether,
-          2.0, 1.0)),
+    : m_sampleRate(sampleRate),
+      m_plain(makeLibrary(sampleRate, RubberBandStretcher::OptionPitchHighSpeed)),
+      m_library(m_plain.get()),
       m_source(kBlock) {
-    m_library->setMaxProcessSize(kBlock);
     for (auto& plane : m_planes) plane.resize(kBlock);
 }
 
@@ -35,6 +42,9 @@ RubberBandStretch::~RubberBandStretch() = default;
 bool RubberBandStretch::restart(Timeline& timeline, std::int64_t step, double speed, double pitchFactor) {
     const double timeRatio = 1.0 / speed;
     if (std::abs(timeRatio * pitchFactor - 1.0) < kOffUnity - 1.0) pitchFactor = kOffUnity / timeRatio;
+    if (pitchFactor != 1.0 && !m_pitched)
+        m_pitched = makeLibrary(m_sampleRate, RubberBandStretcher::OptionPitchHighConsistency);
+    m_library = pitchFactor == 1.0 ? m_plain.get() : m_pitched.get();
     m_library->reset();
     m_library->setTimeRatio(timeRatio);
     m_library->setPitchScale(pitchFactor);

@@ -25,7 +25,14 @@ private:
     bool feed(Timeline& timeline, std::size_t frames);
     std::size_t drain(std::span<StereoFrame> out);
 
-    const std::unique_ptr<RubberBand::RubberBandStretcher> m_library;
+    using Library = RubberBand::RubberBandStretcher;
+
+    // Moving the pitch costs the library a resampler in every block, a third more work: without it there is another
+    // one.
+    const int m_sampleRate;
+    std::unique_ptr<Library> m_plain;
+    std::unique_ptr<Library> m_pitched;
+    Library* m_library;
     std::int64_t m_nextStep = 0;  // the next step to feed
     std::size_t m_toDrop = 0;     // output frames that belong before the starting step
     std::vector<StereoFrame> m_source;
