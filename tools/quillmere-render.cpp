@@ -40,6 +40,7 @@ struct TimeArgument {
 
 struct Options {
     double rate = 1, cents = 0, gain = 1, balance = 0;
+    ToneSettings tone;
     std::optional<TimeArgument> from, to, loopA, loopB;
     std::int64_t passes = 1;
     bool passesGiven = false, seam = true, stats = false, null = false;
@@ -79,14 +80,13 @@ void setLoop(Options& o, std::string_view text) {
     o.loopB = timeArgument(text.substr(colon + 1));
 }
 
+std::int16_t toneSetting(std::string_view text) {
+    return static_cast<std::int16_t>(number(text, 0, 256));
+}
+
 void setSeam(Options& o, std::string_view text) {
     if (text != "on" && text != "off") throw UsageError{"--seam takes on or off"};
     o.seam = text == "on";
-}
-
-// Bass and treble are not part of the offline engine yet: only their neutral value is taken.
-void requireNeutralTone(std::string_view text) {
-    if (number(text, 0, 256) != 128) throw UsageError{"bass and treble other than 128 are not available"};
 }
 
 Options parse(int argc, char** argv) {
@@ -96,8 +96,8 @@ Options parse(int argc, char** argv) {
         {"--cents", [](Options& o, std::string_view t) { o.cents = number(t, -1200, 1200); }},
         {"--gain", [](Options& o, std::string_view t) { o.gain = number(t, 0, 1); }},
         {"--balance", [](Options& o, std::string_view t) { o.balance = number(t, -1, 1); }},
-        {"--bass", [](Options&, std::string_view t) { requireNeutralTone(t); }},
-        {"--treble", [](Options&, std::string_view t) { requireNeutralTone(t); }},
+        {"--bass", [](Options& o, std::string_view t) { o.tone.bass = toneSetting(t); }},
+        {"--treble", [](Options& o, std::string_view t) { o.tone.treble = toneSetting(t); }},
         {"--from", [](Options& o, std::string_view t) { o.from = timeArgument(t); }},
         {"--to", [](Options& o, std::string_view t) { o.to = timeArgument(t); }},
         {"--loop", setLoop},
@@ -237,7 +237,7 @@ int render(const Options& o) {
         if (!file->isOpen()) return fail(1, o.output + ": cannot be written");
     }
     Renderer renderer(cache);
-    renderer.begin(job.playhead, {std::abs(o.rate), o.cents}, o.seam, 0);
+    renderer.begin(job.playhead, {std::abs(o.rate), o.cents, o.tone}, o.seam, 0);
     const auto left = static_cast<float>(o.gain * std::min(1.0, 1.0 - o.balance));
     const auto right = static_cast<float>(o.gain * std::min(1.0, 1.0 + o.balance));
     std::vector<StereoFrame> block(4096);

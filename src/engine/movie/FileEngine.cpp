@@ -64,4 +64,16 @@ OSErr FileEngine::SetMovieAudioBalance(Movie movie, float balance, std::uint32_t
     return kNoErr;
 }
 
+int FileEngine::soundTrackCount(Movie movie) {
+    const FileMovie* found = find(movie);
+    return found && found->hasSound() ? 1 : 0;
+}
+
+OSErr FileEngine::MediaSetSoundBassAndTreble(Movie movie, int soundTrack, std::int16_t bass, std::int16_t treble) {
+    FileMovie* found = find(movie);
+    if (!found || soundTrack != 0 || !found->hasSound()) return kInvalidMovie;
+    found->setTone({bass, treble});
+    return kNoErr;
+}
+
 }  // namespace qm

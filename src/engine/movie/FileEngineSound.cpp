@@ -3,12 +3,6 @@
 
 namespace qm {
 
-int FileEngine::soundTrackCount(Movie movie) {
-    return find(movie) ? 1 : 0;
-}
-OSErr FileEngine::MediaSetSoundBassAndTreble(Movie, int, std::int16_t, std::int16_t) {
-    return kInvalidMovie;
-}
 OSErr FileEngine::SetMovieAudioVolumeMeteringEnabled(Movie, std::uint32_t, bool) {
     return kInvalidMovie;
 }

@@ -72,6 +72,11 @@ void FileMovie::setPitch(float cents) {
     request();
 }
 
+void FileMovie::setTone(const ToneSettings& tone) {
+    m_request.tone = tone;
+    request();
+}
+
 void FileMovie::request() {
     const bool selects = m_playsSelectionOnly && m_selection.time.timeScale > 0;
     m_request.rangeBegin = selects ? toFrames(m_selection.time) : 0;
@@ -102,11 +107,12 @@ void FileMovie::setCurrentTime(QTTime time) {
 // While a range repeats, a time outside it is the edge at which play enters it.
 void FileMovie::seekTo(std::int64_t time) {
     const bool pastEnd = time >= toUnits(m_render.length());
-    const std::int64_t target = pastEnd ? m_render.length() : toFrames({std::max<std::int64_t>(time, 0), m_timeScale, 0});
-    m_request.seekTarget = m_request.loops ? makePlayhead(target, m_backward, true, m_request.rangeBegin,
-                                                          m_request.rangeEnd, m_render.length())
-                                                 .start
-                                           : target;
+    const std::int64_t target =
+        pastEnd ? m_render.length() : toFrames({std::max<std::int64_t>(time, 0), m_timeScale, 0});
+    m_request.seekTarget =
+        m_request.loops
+            ? makePlayhead(target, m_backward, true, m_request.rangeBegin, m_request.rangeEnd, m_render.length()).start
+            : target;
     ++m_request.seek;
     request();
 }

@@ -41,6 +41,8 @@ public:
     bool isDone() const;
     void setPitch(float cents);
     void setBalance(float balance);
+    void setTone(const ToneSettings& tone);
+    bool hasSound() const { return m_description.hasSound; }
     void seekTo(std::int64_t time);  // units of the movie's time scale
     const RenderThread& renderThread() const { return m_render; }
 

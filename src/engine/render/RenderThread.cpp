@@ -122,7 +122,7 @@ bool RenderThread::waitForWork(Request& request) {
 RenderThread::Shape RenderThread::shapeOf(const Request& request) {
     Shape shape;
     shape.backward = request.rate != 0 ? request.rate < 0 : m_shape.backward;
-    shape.settings = {request.rate != 0 ? std::abs(request.rate) : m_shape.settings.speed, request.cents};
+    shape.settings = {request.rate != 0 ? std::abs(request.rate) : m_shape.settings.speed, request.cents, request.tone};
     shape.loops = request.loops;
     shape.rangeBegin = request.rangeBegin;
     shape.rangeEnd = request.rangeEnd;
@@ -151,7 +151,7 @@ void RenderThread::spliceTo(const Request& request, const Shape& shape) {
 
     std::uint64_t atFrame = lane.consumed();
     if (moving && !seeks) {
-        const auto margin = frames(shape.settings.neutral() ? kNeutralMarginSeconds : kStretchMarginSeconds);
+        const auto margin = frames(shape.settings.stretches() ? kStretchMarginSeconds : kNeutralMarginSeconds);
         const auto fade = frames(kFadeSeconds);
         const std::uint64_t last = lane.written() > fade ? lane.written() - fade : 0;
         atFrame = std::max(atFrame, std::min(atFrame + margin, last));
@@ -188,10 +188,11 @@ bool RenderThread::startJump(Lane& lane, const Playhead& playhead, const Shape& 
 bool RenderThread::startContinuous(Lane& lane, Playhead playhead, const Shape& shape, std::uint64_t atFrame) {
     const Lane& old = m_output.activeLane();
     const bool turns = shape.backward != m_shape.backward;
-    const bool exact = shape.settings.neutral() && m_shape.settings.neutral() && !turns;
-    const std::int64_t reach = turns || exact ? 0 : kAlignmentReach;
+    const bool aligned = !shape.settings.stretches() && !m_shape.settings.stretches() && !turns;
+    const bool same = aligned && shape.settings == m_shape.settings;
+    const std::int64_t reach = turns || aligned ? 0 : kAlignmentReach;
     const std::int64_t step = -std::llround(static_cast<double>(reach) * shape.settings.speed);
-    const std::size_t fade = exact ? 0 : frames(turns ? kTurnSeconds : kFadeSeconds);
+    const std::size_t fade = same ? 0 : frames(turns ? kTurnSeconds : kFadeSeconds);
     const std::span<StereoFrame> first(m_block.data(),
                                        fade + frames(kFirstSeconds) + 2 * static_cast<std::size_t>(reach));
     if (!m_renderer.begin(playhead, shape.settings, true, step) || !m_renderer.render(first)) return false;

@@ -26,6 +26,7 @@ public:
         bool playing = false;
         double rate = 1;  // signed; 0 stands still and keeps the last direction
         double cents = 0;
+        ToneSettings tone;
         bool loops = false;
         std::int64_t rangeBegin = 0;  // frames; an empty range is the whole track
         std::int64_t rangeEnd = 0;

@@ -14,8 +14,9 @@ namespace qm {
 struct RenderSettings {
     double speed = 1.0;  // source frames per output frame, above zero; the direction is the playhead's
     double cents = 0.0;
+    ToneSettings tone;
 
-    bool neutral() const { return speed == 1.0 && cents == 0.0; }
+    bool stretches() const { return speed != 1.0 || cents != 0.0; }
     friend bool operator==(const RenderSettings&, const RenderSettings&) = default;
 };
 

@@ -22,10 +22,12 @@ float bend(StereoFrame a, StereoFrame b, StereoFrame c) {
 
 }  // namespace
 
-Timeline::Timeline(PcmCache& cache) : m_cache(cache) {}
+Timeline::Timeline(PcmCache& cache) : m_cache(cache), m_settling(Tone::kSettleFrames) {}
 
-void Timeline::begin(const Playhead& playhead, bool seamFade) {
+void Timeline::begin(const Playhead& playhead, bool seamFade, const ToneSettings& tone) {
     m_playhead = playhead;
+    m_tone.set(tone, sampleRate());
+    m_toneStep.reset();
     m_seamFade = seamFade && playhead.loops;
     m_fadeLength = std::min<std::int64_t>(std::llround(kSeamFadeSeconds * sampleRate()), playhead.period() / 4);
     m_seamJumps.reset();
@@ -35,6 +37,24 @@ void Timeline::begin(const Playhead& playhead, bool seamFade) {
 }
 
 bool Timeline::read(std::int64_t step, std::span<StereoFrame> out) {
+    if (m_tone.neutral()) return readPlain(step, out);
+    if (m_toneStep != step && !settleTone(step)) return false;
+    m_toneStep.reset();
+    if (!readPlain(step, out)) return false;
+    m_tone.process(out);
+    m_toneStep = step + static_cast<std::int64_t>(out.size());
+    return true;
+}
+
+// The filters hear what lies before a step that they did not expect.
+bool Timeline::settleTone(std::int64_t step) {
+    m_tone.reset();
+    if (!readPlain(step - Tone::kSettleFrames, m_settling)) return false;
+    m_tone.process(m_settling);
+    return true;
+}
+
+bool Timeline::readPlain(std::int64_t step, std::span<StereoFrame> out) {
     while (!out.empty()) {
         const auto run = static_cast<std::size_t>(
             std::min<std::int64_t>(m_playhead.runFrom(step), static_cast<std::int64_t>(out.size())));

@@ -5,6 +5,8 @@
 // Where a loop wraps and the sound would jump, the last few milliseconds of the pass cross-fade, at equal power, into
 // what leads up to the place the wrap goes to. The period stays what the marks say, and the first frame after the wrap
 // is whole. A seam that is continuous already is left alone.
+//
+// Bass and treble are set here, before any stretching.
 #pragma once
 
 #include <cstdint>
@@ -14,6 +16,7 @@
 
 #include "engine/render/PcmCache.h"
 #include "engine/render/Playhead.h"
+#include "engine/render/Tone.h"
 
 namespace qm {
 
@@ -21,7 +24,7 @@ class Timeline {
 public:
     explicit Timeline(PcmCache& cache);
 
-    void begin(const Playhead& playhead, bool seamFade);
+    void begin(const Playhead& playhead, bool seamFade, const ToneSettings& tone);
     const Playhead& playhead() const { return m_playhead; }
     int sampleRate() const { return m_cache.sampleRate(); }
 
@@ -29,6 +32,8 @@ public:
     bool read(std::int64_t step, std::span<StereoFrame> out);
 
 private:
+    bool readPlain(std::int64_t step, std::span<StereoFrame> out);
+    bool settleTone(std::int64_t step);
     bool readRun(std::int64_t step, std::span<StereoFrame> out);
     bool readBackward(std::int64_t lastFrame, std::span<StereoFrame> out);
     bool fadeSeam(std::int64_t step, std::span<StereoFrame> out);
@@ -40,6 +45,9 @@ private:
     std::int64_t m_fadeLength = 0;    // frames
     std::optional<bool> m_seamJumps;  // found out when the first seam comes near
     std::vector<StereoFrame> m_leadIn;
+    Tone m_tone;
+    std::optional<std::int64_t> m_toneStep;  // the step that the tone filters expect next
+    std::vector<StereoFrame> m_settling;
 };
 
 }  // namespace qm

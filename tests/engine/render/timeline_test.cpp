@@ -17,7 +17,7 @@ struct CodedTimeline {
 
     std::vector<StereoFrame> read(const Playhead& head, std::int64_t step, std::size_t count, bool seam = false) {
         std::vector<StereoFrame> out(count);
-        timeline.begin(head, seam);
+        timeline.begin(head, seam, {});
         REQUIRE(timeline.read(step, out));
         return out;
     }
@@ -31,7 +31,7 @@ struct CodedTimeline {
 TEST_CASE("a loop of three seconds repeats every 132300 frames, one hundred times, without another jump") {
     CodedTimeline t(400000);
     const std::int64_t a = 88200, b = 220500;
-    t.timeline.begin(makePlayhead(a, false, true, a, b, 400000), false);
+    t.timeline.begin(makePlayhead(a, false, true, a, b, 400000), false, {});
     std::vector<StereoFrame> block(1000);
     std::int64_t step = 0, wrong = 0;
     while (step < 100 * (b - a)) {
@@ -96,7 +96,7 @@ TEST_CASE("no step at a faded seam is larger than the signal's own steps beside 
     Timeline timeline(cache);
     const std::int64_t a = 44100, b = 88225;  // a quarter of a period too long
     for (const bool backward : {false, true}) {
-        timeline.begin(makePlayhead(backward ? b : a, backward, true, a, b, 200000), true);
+        timeline.begin(makePlayhead(backward ? b : a, backward, true, a, b, 200000), true, {});
         std::vector<StereoFrame> out(2000);
         REQUIRE(timeline.read(b - a - 1000, out));
         float largest = 0;
@@ -111,7 +111,7 @@ TEST_CASE("a seam that is continuous already is left bit for bit as it is") {
     const auto wave = [](std::int64_t n) { return toneFrame(n % 100, 441); };
     PcmCache cache(std::make_unique<ComputedSound>(200000, wave));
     Timeline timeline(cache);
-    timeline.begin(makePlayhead(44100, false, true, 44100, 88200, 200000), true);
+    timeline.begin(makePlayhead(44100, false, true, 44100, 88200, 200000), true, {});
     std::vector<StereoFrame> out(88200);
     REQUIRE(timeline.read(0, out));
     std::int64_t wrong = 0;
