@@ -5,6 +5,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMetaMethod>
 #include <algorithm>
 
 #include "engine/api/Log.h"
@@ -74,7 +75,8 @@ void ActionTable::bind(Slider* slider, const QString& slot) {
 void ActionTable::send(const QString& slot) {
     const ActionRow* row = actionRow(slot);
     QObject* target = row && row->owner == ActionRow::Window ? m_window : m_controller;
-    if (!row || !target || !QMetaObject::invokeMethod(target, row->slot, Qt::DirectConnection)) {
+    const int method = row && target ? target->metaObject()->indexOfSlot(QByteArray(row->slot).append("()")) : -1;
+    if (method < 0 || !target->metaObject()->method(method).invoke(target, Qt::DirectConnection)) {
         qmLog("no action named " + slot.toStdString());
         return;
     }

@@ -19,11 +19,12 @@ int percent(double part) {
     return static_cast<int>(std::lround(std::abs(part) * 100));
 }
 
-QString minutesAndSeconds(double seconds) {
+QString minutesAndSeconds(double seconds, bool namesUnit) {
     const auto whole = static_cast<long long>(std::max(0.0, seconds));
     const long long minutes = whole / 60, rest = whole % 60;
     const QString secondText = QStringLiteral("%1 second%2").arg(rest).arg(rest == 1 ? "" : "s");
     if (minutes == 0) return secondText;
+    if (!namesUnit) return QStringLiteral("%1 minute%2 %3").arg(minutes).arg(minutes == 1 ? "" : "s").arg(rest);
     return QStringLiteral("%1 minute%2 %3").arg(minutes).arg(minutes == 1 ? "" : "s").arg(secondText);
 }
 
@@ -85,7 +86,7 @@ QString readableTime(double seconds) {
 }
 
 QString spokenTime(double seconds, double ofSeconds) {
-    return QStringLiteral("%1 of %2").arg(minutesAndSeconds(seconds), minutesAndSeconds(ofSeconds));
+    return QStringLiteral("%1 of %2").arg(minutesAndSeconds(seconds, true), minutesAndSeconds(ofSeconds, false));
 }
 
 QString speedTag(double rate) {
