@@ -19,6 +19,8 @@ namespace qm {
 
 namespace {
 
+constexpr double kIconScale = 2;  // sharp on every screen
+
 int g_signalSockets[2];
 
 // The look and the number format have to be settled before anything else is built.
@@ -35,7 +37,8 @@ QApplication& prepared(QApplication& application) {
 
 Application::Application(int& argc, char** argv)
     : m_application(argc, argv),
-      m_controller((prepared(m_application), m_engine), m_prefs, [](const QString& name) { return namedImage(name); }),
+      m_controller((prepared(m_application), m_engine), m_prefs,
+                   [](const QString& name) { return namedImage(name, kIconScale); }),
       m_window(m_outlets, &m_controller),
       m_state(m_window, m_controller, m_controller, m_outlets) {
     m_controller.awakeFromNib(m_outlets);
@@ -50,7 +53,6 @@ void Application::connectWindow() {
     QObject::connect(
         &m_application, &QGuiApplication::commitDataRequest, &m_window,
         [this](QSessionManager&) { m_controller.applicationWillTerminate(); }, Qt::DirectConnection);
-    QApplication::setWindowIcon(QIcon(QPixmap::fromImage(namedImage(QStringLiteral("app_quillmere_256.png")))));
 }
 
 // A request to terminate ends the program as its own Quit does; the signal handler only passes it on.
