@@ -11,6 +11,7 @@ int runWarningAlert(QWidget* parent, const QString& message, const QStringList& 
     for (const QString& title : buttons) {
         const bool first = added.isEmpty();
         added.append(box.addButton(title, first ? QMessageBox::AcceptRole : QMessageBox::RejectRole));
+        added.last()->setProperty("destroys", first && buttons.size() > 1);  // it asks before it destroys
     }
     box.setDefaultButton(added.first());
     box.setEscapeButton(added.last());
