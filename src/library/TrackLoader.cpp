@@ -15,12 +15,6 @@
 
 namespace qm {
 
-namespace {
-
-constexpr std::uint32_t kMeterBands = 4;
-
-}  // namespace
-
 TrackLoader::TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
                          PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, LevelMeterHooks meters)
     : m_state(state),
@@ -123,7 +117,8 @@ void TrackLoader::restoreTone() {
 
 void TrackLoader::enableMetering() {
     m_engine.SetMovieAudioVolumeMeteringEnabled(m_state.quickTimeMovie, kDeviceMix, true);
-    m_engine.SetMovieAudioFrequencyMeteringNumBands(m_state.quickTimeMovie, kStereoMix, kMeterBands);
+    std::uint32_t bands = kMeterBands;
+    m_engine.SetMovieAudioFrequencyMeteringNumBands(m_state.quickTimeMovie, kStereoMix, bands);
     if (!m_meters.switchAudioLevels || !m_meters.audioLevelsPreference) return;
     if (m_meters.audioLevelsPreference() && !m_state.audioLevelIndicatorsState) m_meters.switchAudioLevels(true);
 }

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 
 #include "engine/api/QTMovie.h"
 
@@ -23,6 +22,23 @@ inline constexpr std::uint32_t kQTAudioPropertyID_Pitch = fourCharCode("pitc"); 
 inline constexpr std::uint32_t kDeviceMix = fourCharCode("dcly");                // what the device plays
 inline constexpr std::uint32_t kStereoMix = fourCharCode("stmx");
 
+// The records of the meters.
+inline constexpr std::uint32_t kMeterChannels = 2;
+inline constexpr std::uint32_t kMeterBands = 4;
+
+struct QTAudioVolumeLevels {
+    std::uint32_t numChannels = kMeterChannels;
+    float level[kMeterChannels] = {};  // dBFS
+};
+static_assert(sizeof(QTAudioVolumeLevels) == 12);
+
+struct QTAudioFrequencyLevels {
+    std::uint32_t numChannels = kMeterChannels;
+    std::uint32_t numFrequencyBands = kMeterBands;
+    float level[kMeterChannels * kMeterBands] = {};  // linear, 0 to 1: all bands of a channel, then of the next
+};
+static_assert(sizeof(QTAudioFrequencyLevels) == 40);
+
 class MovieToolbox {
 public:
     virtual ~MovieToolbox() = default;
@@ -40,12 +56,14 @@ public:
     virtual int soundTrackCount(Movie movie) = 0;
     virtual OSErr MediaSetSoundBassAndTreble(Movie movie, int soundTrack, std::int16_t bass, std::int16_t treble) = 0;
 
-    // Metering of a mix (kDeviceMix, kStereoMix). Levels are read into the caller's memory: no allocation.
+    // Metering: volume of the device mix, bands of the stereo mix. `bands` comes back as the count that is delivered.
+    // Levels are read into the caller's records, counts included, without allocation; before metering is switched on
+    // the status is not zero.
     virtual OSErr SetMovieAudioVolumeMeteringEnabled(Movie movie, std::uint32_t mix, bool enabled) = 0;
-    virtual OSErr SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t bands) = 0;
-    virtual OSErr GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, std::span<float> averagePowerDb,
-                                            std::span<float> peakHoldDb) = 0;
-    virtual OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, std::span<float> channelMajorLevels) = 0;
+    virtual OSErr SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t& bands) = 0;
+    virtual OSErr GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, QTAudioVolumeLevels& averagePower,
+                                            QTAudioVolumeLevels& peakHold) = 0;
+    virtual OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, QTAudioFrequencyLevels& levels) = 0;
 };
 
 }  // namespace qm

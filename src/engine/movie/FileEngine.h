@@ -26,10 +26,10 @@ public:
     int soundTrackCount(Movie movie) override;
     OSErr MediaSetSoundBassAndTreble(Movie movie, int soundTrack, std::int16_t bass, std::int16_t treble) override;
     OSErr SetMovieAudioVolumeMeteringEnabled(Movie movie, std::uint32_t mix, bool enabled) override;
-    OSErr SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t bands) override;
-    OSErr GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, std::span<float> averagePowerDb,
-                                    std::span<float> peakHoldDb) override;
-    OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, std::span<float> channelMajorLevels) override;
+    OSErr SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t& bands) override;
+    OSErr GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, QTAudioVolumeLevels& averagePower,
+                                    QTAudioVolumeLevels& peakHold) override;
+    OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, QTAudioFrequencyLevels& levels) override;
 
 private:
     FileMovie* find(Movie movie) const;

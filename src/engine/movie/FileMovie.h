@@ -44,6 +44,7 @@ public:
     void setTone(const ToneSettings& tone);
     bool hasSound() const { return m_description.hasSound; }
     void seekTo(std::int64_t time);  // units of the movie's time scale
+    Meter& meter() { return m_render.meter(); }
     const RenderThread& renderThread() const { return m_render; }
 
 private:

@@ -16,7 +16,8 @@ float approach(float value, float target) {
 
 }  // namespace
 
-OutputCallback::OutputCallback(std::size_t laneFrames) : m_lanes{Lane(laneFrames), Lane(laneFrames)} {}
+OutputCallback::OutputCallback(std::size_t laneFrames, int sampleRate)
+    : m_lanes{Lane(laneFrames), Lane(laneFrames)}, m_meter(sampleRate) {}
 
 Lane* OutputCallback::idleLane() {
     if (m_settled.load(std::memory_order_acquire) != m_issued.load(std::memory_order_relaxed)) return nullptr;
@@ -34,6 +35,7 @@ void OutputCallback::settleWhileStopped() {
     m_gateClosed.store(true, std::memory_order_release);
     takeSplice();
     if (m_fading) finishFade();
+    m_meter.fallSilent();
 }
 
 void OutputCallback::setGains(float left, float right) {
@@ -51,7 +53,9 @@ void OutputCallback::restartDeviceCount() {
 void OutputCallback::fill(std::span<StereoFrame> out) noexcept {
     while (!out.empty()) {
         takeSplice();
-        out = out.subspan(step(out));
+        const std::size_t produced = step(out);
+        m_meter.takeDeviceMix(out.first(produced));
+        out = out.subspan(produced);
     }
 }
 
@@ -121,6 +125,7 @@ std::size_t OutputCallback::step(std::span<StereoFrame> out) {
     lane.frames.read(produced);
     if (m_fading) mixFadingLane(produced);
     if (gateMoves) applyGate(produced, running);
+    m_meter.takeStereoMix(produced);
     applyGain(produced);
     return run;
 }

@@ -13,6 +13,7 @@
 #include <optional>
 
 #include "engine/output/AudioOutput.h"
+#include "engine/output/Meter.h"
 #include "engine/realtime/SeqLocked.h"
 #include "engine/realtime/SpscRing.h"
 #include "engine/render/Playhead.h"
@@ -51,7 +52,7 @@ class OutputCallback final : public OutputSource {
 public:
     static constexpr std::size_t kGateFrames = 128;  // length of the ramp into and out of a pause
 
-    explicit OutputCallback(std::size_t laneFrames);
+    explicit OutputCallback(std::size_t laneFrames, int sampleRate = 44100);
 
     // Render thread. The lane that is free to be written, or none while a splice is still under way.
     Lane* idleLane();
@@ -83,6 +84,9 @@ public:
 
     // Any thread. The newest stamp at or before a frame of the device; none before the first.
     std::optional<Stamp> stampAt(std::int64_t deviceFrame) const;
+
+    // Any thread, as the meter itself says.
+    Meter& meter() { return m_meter; }
 
     // Render thread, while no device is running: the next device counts its frames from zero.
     void restartDeviceCount();
@@ -124,6 +128,7 @@ private:
     std::size_t m_gate = 0;  // 0 closed to kGateFrames open
     float m_left = 1, m_right = 1;
     bool m_wasDry = true;
+    Meter m_meter;
     std::array<StereoFrame, 256> m_scratch{};
 
     std::atomic<std::int64_t> m_deviceFrame{0};

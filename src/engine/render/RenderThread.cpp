@@ -32,7 +32,7 @@ std::int64_t nowMilliseconds() {
 
 RenderThread::RenderThread(std::unique_ptr<SoundReader> reader, OutputFactory openOutput)
     : m_cache(std::move(reader)),
-      m_output(static_cast<std::size_t>(m_cache.sampleRate()) / 3),
+      m_output(static_cast<std::size_t>(m_cache.sampleRate()) / 3, m_cache.sampleRate()),
       m_openOutput(std::move(openOutput)),
       m_renderer(m_cache),
       m_block(frames(kFirstSeconds + kFadeSeconds) + 2 * kAlignmentReach + kBlock),

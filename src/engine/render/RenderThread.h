@@ -43,6 +43,7 @@ public:
     // Main thread.
     void request(const Request& request);
     void setGains(float left, float right) { m_output.setGains(left, right); }
+    Meter& meter() { return m_output.meter(); }
 
     // Any thread. The position being heard, in frames, and the newest seek that it takes account of.
     struct Heard {

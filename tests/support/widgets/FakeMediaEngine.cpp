@@ -158,17 +158,29 @@ OSErr FakeMediaEngine::SetMovieAudioVolumeMeteringEnabled(Movie movie, std::uint
     return statusFor(movie);
 }
 
-OSErr FakeMediaEngine::SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t bands) {
+OSErr FakeMediaEngine::SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t& bands) {
     log.add("SetMovieAudioFrequencyMeteringNumBands " + fourChars(mix) + " " + std::to_string(bands));
     return statusFor(movie);
 }
 
-OSErr FakeMediaEngine::GetMovieAudioVolumeLevels(Movie movie, std::uint32_t, std::span<float>, std::span<float>) {
-    return statusFor(movie);
+OSErr FakeMediaEngine::meterStatus(Movie movie, std::optional<OSErr> own, const std::string& call) const {
+    if (atMeterRead) atMeterRead(call);
+    return living(movie) ? own.value_or(status) : kInvalidMovie;
 }
 
-OSErr FakeMediaEngine::GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t, std::span<float>) {
-    return statusFor(movie);
+OSErr FakeMediaEngine::GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, QTAudioVolumeLevels& average,
+                                                 QTAudioVolumeLevels& peak) {
+    const OSErr answer = meterStatus(movie, volumeLevelsStatus, "GetMovieAudioVolumeLevels " + fourChars(mix));
+    if (answer != kNoErr) return answer;
+    average = averagePower;
+    peak = peakHold;
+    return kNoErr;
+}
+
+OSErr FakeMediaEngine::GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, QTAudioFrequencyLevels& levels) {
+    const OSErr answer = meterStatus(movie, frequencyLevelsStatus, "GetMovieAudioFrequencyLevels " + fourChars(mix));
+    if (answer == kNoErr) levels = frequencyLevels;
+    return answer;
 }
 
 }  // namespace qm

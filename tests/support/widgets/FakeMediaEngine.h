@@ -2,7 +2,9 @@
 // something is recorded in order with its arguments. Reads are not recorded. Main thread only.
 #pragma once
 
+#include <functional>
 #include <map>
+#include <optional>
 #include <set>
 
 #include "engine/api/MediaEngine.h"
@@ -63,6 +65,14 @@ public:
     std::set<std::string> unreadable;          // paths that cannot be opened
     OSErr status = kNoErr;                     // what every call with a status answers on a living movie
 
+    // What the meters measure, and what the two calls that read them answer in place of `status`.
+    QTAudioVolumeLevels averagePower;
+    QTAudioVolumeLevels peakHold;
+    QTAudioFrequencyLevels frequencyLevels;
+    std::optional<OSErr> volumeLevelsStatus;
+    std::optional<OSErr> frequencyLevelsStatus;
+    std::function<void(const std::string& call)> atMeterRead;  // called when the meters are read, with the call
+
     // The movie opened last, if it still lives.
     FakeMovie* movie() const;
 
@@ -78,15 +88,16 @@ public:
     int soundTrackCount(Movie movie) override;
     OSErr MediaSetSoundBassAndTreble(Movie movie, int soundTrack, std::int16_t bass, std::int16_t treble) override;
     OSErr SetMovieAudioVolumeMeteringEnabled(Movie movie, std::uint32_t mix, bool enabled) override;
-    OSErr SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t bands) override;
-    OSErr GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, std::span<float> averagePowerDb,
-                                    std::span<float> peakHoldDb) override;
-    OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, std::span<float> channelMajorLevels) override;
+    OSErr SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t& bands) override;
+    OSErr GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, QTAudioVolumeLevels& averagePower,
+                                    QTAudioVolumeLevels& peakHold) override;
+    OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, QTAudioFrequencyLevels& levels) override;
 
 private:
     friend class FakeMovie;
     FakeMovie* living(Movie movie) const;
     OSErr statusFor(Movie movie) const;
+    OSErr meterStatus(Movie movie, std::optional<OSErr> own, const std::string& call) const;
 
     std::map<Movie, FakeMovie*> m_living;
     Movie m_lastHandle = 0;
