@@ -1,0 +1,75 @@
+#!/bin/bash
+# quillmere-render from the outside: what it writes, what it refuses and with which status. TEST.sh PROGRAMS
+set -eu
+export LC_ALL=C
+programs=$1
+work=$(mktemp -d "${TMPDIR:-/tmp}/quillmere-render.XXXXXX")
+trap 'rm -rf "$work"' EXIT
+
+render() { "$programs/quillmere-render" "$@"; }
+fail() {
+    echo "FAILED: $*" >&2
+    exit 1
+}
+
+# A sound whose every sample can be told from its neighbours: 16-bit stereo at 44100, two seconds.
+awk 'BEGIN {
+    frames = 88200; bytes = frames * 4
+    printf "RIFF"; le(bytes + 36, 4); printf "WAVEfmt "; le(16, 4); le(1, 2); le(2, 2); le(44100, 4); le(176400, 4)
+    le(4, 2); le(16, 2); printf "data"; le(bytes, 4)
+    for (n = 0; n < frames; n++) { le(n % 30000 + 1, 2); le(65536 - (n % 29000 + 1), 2) }
+}
+function le(value, count) { while (count-- > 0) { printf "%c", value % 256; value = int(value / 256) } }' |
+    cat >"$work/coded.wav"
+[ "$(stat -c %s "$work/coded.wav")" -eq 352844 ] || fail "the test sound is malformed: awk prints characters, not bytes"
+
+payload() { tail -c +57 "$1"; } # behind the header: RIFF 12, fmt 24, fact 12, data 8
+
+frames_of() { # FILE: the left sample of every frame as a whole number
+    payload "$1" | od -An -v -t f4 -w8 | awk '{ printf "%.0f\n", $1 * 32768 }'
+}
+
+expect_status() { # STATUS ARGUMENTS...
+    local wanted=$1 status=0
+    shift
+    render "$@" >"$work/stdout" 2>"$work/stderr" || status=$?
+    [ "$status" -eq "$wanted" ] || fail "status $status instead of $wanted: $*"
+    [ "$wanted" -eq 0 ] || [ "$(wc -l <"$work/stderr")" -eq 1 ] || fail "not one line on standard error: $*"
+}
+
+expect_status 0 "$work/coded.wav" "$work/neutral.wav"
+[ "$(frames_of "$work/neutral.wav" | awk '$1 != (NR - 1) % 30000 + 1' | wc -l)" -eq 0 ] || fail "neutral is not the source"
+[ "$(frames_of "$work/neutral.wav" | wc -l)" -eq 88200 ] || fail "neutral has another length"
+
+expect_status 0 --rate -1 "$work/coded.wav" "$work/reverse.wav"
+frames_of "$work/neutral.wav" | tac | cmp - <(frames_of "$work/reverse.wav") || fail "backward is not the reverse"
+
+expect_status 0 --from 12345f --to 12445f "$work/coded.wav" "$work/part.wav"
+[ "$(frames_of "$work/part.wav" | head -n 1)" -eq 12346 ] || fail "a part starts elsewhere"
+[ "$(frames_of "$work/part.wav" | wc -l)" -eq 100 ] || fail "a part has another length"
+
+expect_status 0 --from 0.5 --to 1 "$work/coded.wav" "$work/seconds.wav"
+[ "$(frames_of "$work/seconds.wav" | head -n 1)" -eq 22051 ] || fail "seconds are not frames times the rate"
+
+expect_status 0 --loop 1000f:1777f --passes 100 --seam off "$work/coded.wav" "$work/loop.wav"
+[ "$(frames_of "$work/loop.wav" | awk '$1 != 1001 + (NR - 1) % 777' | wc -l)" -eq 0 ] || fail "the loop jumps elsewhere"
+[ "$(frames_of "$work/loop.wav" | wc -l)" -eq 77700 ] || fail "one hundred passes have another length"
+
+expect_status 0 --rate 0.5 --stats --null "$work/coded.wav"
+grep -q '"frames_out": 176400.*"sample_rate": 44100' "$work/stdout" || fail "the statistics are wrong: $(cat "$work/stdout")"
+
+for refused in "--rate 0.2" "--rate 3" "--rate x" "--cents 1300" "--gain 2" "--balance -2" "--bass 300" "--from -1" \
+    "--loop 5" "--loop 5:4" "--passes 3" "--seam maybe" "--unknown" "--from 1.5f"; do
+    # shellcheck disable=SC2086
+    expect_status 2 $refused "$work/coded.wav" "$work/refused.wav"
+    [ ! -e "$work/refused.wav" ] || fail "a file in spite of $refused"
+done
+expect_status 2 "$work/coded.wav"
+expect_status 2 --rate
+
+echo "no sound at all" >"$work/text.mp3"
+for unreadable in "$work/text.mp3" "$work/absent.wav" "$work" /dev/null; do
+    expect_status 1 "$unreadable" "$work/refused.wav"
+    [ ! -e "$work/refused.wav" ] || fail "a file in spite of $unreadable"
+done
+expect_status 1 "$work/coded.wav" "$work/no/such/folder.wav"

@@ -1,0 +1,2 @@
+# The programs beside the player, from the outside.
+add_test(NAME tools_render COMMAND bash ${CMAKE_CURRENT_LIST_DIR}/test_render.sh ${CMAKE_BINARY_DIR}/bin)
