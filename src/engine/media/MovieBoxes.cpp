@@ -9,6 +9,7 @@ namespace {
 
 constexpr int kMostBoxes = 1000000;
 constexpr int kDeepest = 8;
+constexpr std::size_t kMostTracks = 256;
 constexpr std::uint32_t tag(const char (&name)[5]) {
     return std::uint32_t(std::uint8_t(name[0])) << 24 | std::uint32_t(std::uint8_t(name[1])) << 16 |
            std::uint32_t(std::uint8_t(name[2])) << 8 | std::uint8_t(name[3]);
@@ -62,9 +63,36 @@ private:
             m_facts.isFragmented = true;
         } else if (type == tag("stsd")) {
             readEntries(content + 8, end);
+        } else if (type == tag("mvhd")) {
+            m_facts.movieScale = readScale(content).scale;
+        } else if (type == tag("tkhd") && !m_facts.tracks.empty()) {
+            const std::uint8_t* p = m_bytes.at(content, 24);
+            m_facts.tracks.back().id = p ? bigEndian32(p + (p[0] == 1 ? 20 : 12)) : 0;
+        } else if (type == tag("mdhd") && !m_facts.tracks.empty()) {
+            const ScaledDuration media = readScale(content);
+            m_facts.tracks.back().mediaScale = media.scale;
+            m_facts.tracks.back().mediaDuration = media.duration;
         } else if (isOneOf(type, kContainers) && depth < kDeepest) {
+            if (type == tag("trak") && m_facts.tracks.size() < kMostTracks) {
+                m_facts.tracks.emplace_back();
+            }
             walk(content, end, depth + 1);
         }
+    }
+
+    struct ScaledDuration {
+        std::uint32_t scale = 0;
+        std::int64_t duration = -1;
+    };
+
+    // The movie's and the media's header keep these two in the same place.
+    ScaledDuration readScale(std::int64_t content) {
+        const std::uint8_t* p = m_bytes.at(content, 32);
+        if (!p) {
+            return {};
+        }
+        return p[0] == 1 ? ScaledDuration{bigEndian32(p + 20), static_cast<std::int64_t>(bigEndian64(p + 24))}
+                         : ScaledDuration{bigEndian32(p + 12), std::int64_t{bigEndian32(p + 16)}};
     }
 
     void readEntries(std::int64_t position, std::int64_t end) {

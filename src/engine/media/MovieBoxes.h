@@ -2,13 +2,23 @@
 // in the number of boxes; a damaged box ends the walk.
 #pragma once
 
+#include <vector>
+
 #include "engine/media/FileBytes.h"
 
 namespace qm {
 
+struct MovieTrackFacts {
+    std::uint32_t id = 0;
+    std::uint32_t mediaScale = 0;     // units a second, of the duration
+    std::int64_t mediaDuration = -1;  // of all its samples, before any edit
+};
+
 struct MovieFacts {
-    bool isProtected = false;   // some track's samples are encrypted
-    bool isFragmented = false;  // the sample tables are spread over the file
+    bool isProtected = false;      // some track's samples are encrypted
+    bool isFragmented = false;     // the sample tables are spread over the file
+    std::uint32_t movieScale = 0;  // units a second, of the durations in edit lists
+    std::vector<MovieTrackFacts> tracks;
 };
 
 MovieFacts readMovieFacts(const FileBytes& file);

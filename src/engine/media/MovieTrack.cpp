@@ -1,5 +1,7 @@
 #include <cinttypes>
+#include <climits>
 #include <cstdio>
+#include <cstdlib>
 
 #include "engine/media/CutList.h"
 #include "engine/media/SoundData.h"
@@ -29,18 +31,36 @@ std::optional<std::int64_t> notedLength(AVFormatContext& context, std::int64_t d
     return fits ? std::optional(static_cast<std::int64_t>(length)) : std::nullopt;
 }
 
-void cutOvershoot(SoundTrack& track, AVFormatContext& context, const AVStream& stream, const StreamStart& start) {
-    if (const auto length = notedLength(context, track.index.frames(), start.skippedFrames)) {
-        track.kept.truncate(*length);
-        return;
-    }
+// The heard frames that the container states. Edit lists count in the movie's coarse units; where the duration of the
+// samples themselves says the same but for their rounding, it is the exact one.
+std::optional<std::int64_t> statedLength(const AVStream& stream, const StreamStart& start, const MovieFacts& facts) {
     if (stream.duration <= 0) {
-        return;
+        return std::nullopt;
     }
-    const std::int64_t stated = av_rescale_q_rnd(stream.duration, stream.time_base, {1, start.sampleRate}, AV_ROUND_UP);
-    const std::int64_t overshoot = track.kept.length() - stated;
+    const AVRational frames{1, start.sampleRate};
+    const std::int64_t edited = av_rescale_q_rnd(stream.duration, stream.time_base, frames, AV_ROUND_UP);
+    for (const MovieTrackFacts& track : facts.tracks) {
+        if (static_cast<int>(track.id) == stream.id && track.mediaScale > 0 && track.mediaDuration > 0 &&
+            facts.movieScale > 0) {
+            const AVRational unit{1, static_cast<int>(std::min<std::uint32_t>(track.mediaScale, INT_MAX))};
+            const std::int64_t exact =
+                av_rescale_q_rnd(track.mediaDuration, unit, frames, AV_ROUND_UP) - start.skippedFrames;
+            const std::int64_t rounding = start.sampleRate / static_cast<std::int64_t>(facts.movieScale) + 1;
+            return std::abs(exact - edited) <= rounding ? exact : edited;
+        }
+    }
+    return edited;
+}
+
+void cutOvershoot(SoundTrack& track, AVFormatContext& context, const AVStream& stream, const StreamStart& start,
+                  const MovieFacts& facts) {
+    auto length = notedLength(context, track.index.frames(), start.skippedFrames);
+    if (!length) {
+        length = statedLength(stream, start, facts);
+    }
+    const std::int64_t overshoot = length ? track.kept.length() - *length : 0;
     if (overshoot > 0 && overshoot <= std::int64_t{kLongestOvershoot} * start.framesPerPacket) {
-        track.kept.truncate(stated);
+        track.kept.truncate(*length);
     }
 }
 
@@ -99,7 +119,8 @@ bool settleLastPacket(SoundTrack& track) {
 }  // namespace
 
 std::optional<SoundTrack> planFromTable(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                        Demuxer& demuxer, int streamNumber, const StreamStart& start) {
+                                        Demuxer& demuxer, int streamNumber, const StreamStart& start,
+                                        const MovieFacts& facts) {
     AVStream& stream = demuxer.stream(streamNumber);
     const bool isCaf = format == "caf";
     const auto data = isCaf ? findSoundData(*file, format, start.firstPosition) : FileExtent{0, file->size()};
@@ -130,7 +151,7 @@ std::optional<SoundTrack> planFromTable(std::shared_ptr<const FileBytes> file, c
         }
     } else {
         track.kept.cut(0, start.skippedFrames);
-        cutOvershoot(track, demuxer.context(), stream, start);
+        cutOvershoot(track, demuxer.context(), stream, start, facts);
     }
     return track;
 }

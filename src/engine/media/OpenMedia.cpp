@@ -36,9 +36,14 @@ bool isStill(const AVStream& stream) {
     }
 }
 
+// False where the file was cut before the first picture.
+bool holdsPictures(AVStream& stream, std::int64_t fileSize) {
+    const AVIndexEntry* first = avformat_index_get_entry(&stream, 0);
+    return !first || first->pos + first->size <= fileSize;
+}
+
 bool isMovingPicture(const AVStream& stream) {
     return stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO && stream.codecpar->codec_id != AV_CODEC_ID_NONE &&
-           stream.codecpar->width > 0 && stream.codecpar->height > 0 &&
            (stream.disposition & (AV_DISPOSITION_ATTACHED_PIC | AV_DISPOSITION_TIMED_THUMBNAILS)) == 0 &&
            !isStill(stream);
 }
@@ -80,7 +85,7 @@ bool mustBeAnalysed(std::string_view format) {
     return format == "avi" || format == "asf" || format == "dv";
 }
 
-std::optional<SoundTrack> planTrack(const File& file, const std::string& format, int stream, bool spreadTables) {
+std::optional<SoundTrack> planTrack(const File& file, const std::string& format, int stream, const MovieFacts& facts) {
     // Examining a stream moves the others along too, so each is planned with a demuxer of its own.
     const auto opened = Demuxer::open(file, format, mustBeAnalysed(format));
     if (!opened || stream >= static_cast<int>(opened.value()->context().nb_streams)) {
@@ -96,8 +101,8 @@ std::optional<SoundTrack> planTrack(const File& file, const std::string& format,
         return std::nullopt;
     }
     std::optional<SoundTrack> track = planUniform(file, format, demuxer.stream(stream), start);
-    if (!track && !spreadTables) {
-        track = planFromTable(file, format, demuxer, stream, start);
+    if (!track && !facts.isFragmented) {
+        track = planFromTable(file, format, demuxer, stream, start, facts);
     }
     return track ? std::move(track) : planByPass(file, format, stream);
 }
@@ -143,14 +148,14 @@ Result<OpenedMedia> openContainer(const File& file, const std::string& format, c
     media.description.displayName = displayName(titleOf(context), path);
     double pictureSeconds = 0;
     for (unsigned i = 0; i < context.nb_streams; ++i) {
-        if (isMovingPicture(*context.streams[i])) {
+        if (isMovingPicture(*context.streams[i]) && holdsPictures(*context.streams[i], file->size())) {
             media.description.hasVideo = true;
             pictureSeconds = std::max(pictureSeconds, secondsOf(*context.streams[i]));
         }
     }
     std::vector<SoundTrack> tracks;
     for (const int stream : soundStreams(context, format)) {
-        if (auto track = planTrack(file, format, stream, facts.isFragmented)) {
+        if (auto track = planTrack(file, format, stream, facts)) {
             tracks.push_back(std::move(*track));
         }
     }

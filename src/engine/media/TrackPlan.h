@@ -7,6 +7,7 @@
 #include <string>
 
 #include "engine/media/Demuxer.h"
+#include "engine/media/MovieBoxes.h"
 #include "engine/media/SoundTrack.h"
 
 namespace qm {
@@ -31,7 +32,8 @@ std::optional<SoundTrack> planUniform(std::shared_ptr<const FileBytes> file, con
 
 // From the sample tables that the demuxer of a movie or caf file has in memory.
 std::optional<SoundTrack> planFromTable(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                        Demuxer& demuxer, int stream, const StreamStart& start);
+                                        Demuxer& demuxer, int stream, const StreamStart& start,
+                                        const MovieFacts& facts);
 
 // Anything: reads every packet of the stream once.
 std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, const std::string& format, int stream);

@@ -1,0 +1,48 @@
+// The pictures of one film, one after the other in the order they are shown. Times are seconds of the movie: 0 is its
+// first frame of sound. One thread at a time; not the thread of the sound. A damaged picture is left out.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+
+#include "engine/api/VideoPicture.h"
+
+struct AVFrame;
+
+namespace qm {
+
+// A decoded picture as the codec left it, cheaper to keep than one that can be painted.
+struct RawPicture {
+    double seconds = 0;    // shown from here until the next picture begins
+    std::size_t bytes = 0;  // of memory
+    bool reduced = false;   // kept smaller than it was coded
+    std::shared_ptr<const AVFrame> frame;
+};
+
+class VideoReader {
+public:
+    virtual ~VideoReader() = default;
+
+    // Makes the picture shown at `seconds`, or one before it, the next one: reading goes on from the nearest key
+    // picture that allows it. Earlier than all pictures is the first. False if the file has become unreadable.
+    virtual bool seek(double seconds) = 0;
+
+    enum class Outcome {
+        Picture,
+        Working,  // nothing yet; ask again
+        End,      // after the last picture, or the file has become unreadable
+    };
+
+    // Reads and decodes a little. Pictures that end before `wantedFrom` may be left out where that saves time; with
+    // `reduce`, large pictures are kept smaller.
+    virtual Outcome next(RawPicture& picture, double wantedFrom, bool reduce) = 0;
+
+    // For painting; null if it cannot be converted.
+    virtual std::shared_ptr<const VideoPicture> convert(const RawPicture& picture) = 0;
+};
+
+// Opens the pictures when they are first wanted; null if they cannot be read.
+using VideoOpener = std::function<std::unique_ptr<VideoReader>()>;
+
+}  // namespace qm
