@@ -8,6 +8,7 @@
 #include "app/QMController.h"
 #include "engine/movie/FileEngine.h"
 #include "ui/controls/Outlets.h"
+#include "ui/windows/LevelMetersPanel.h"
 #include "ui/windows/MainWindow.h"
 #include "ui/windows/MainWindowState.h"
 
@@ -33,6 +34,7 @@ private:
     QMController m_controller;
     Outlets m_outlets;
     MainWindow m_window;
+    LevelMetersPanel m_levelMeters;
     MainWindowState m_state;
     std::unique_ptr<QSocketNotifier> m_signalNotifier;
 };

@@ -9,6 +9,7 @@
 #include "player/OutletSetters.h"
 #include "ui/TextColor.h"
 #include "ui/controls/FadingWindow.h"
+#include "ui/controls/RoundedBox.h"
 
 namespace qm {
 
@@ -16,6 +17,7 @@ namespace {
 
 constexpr double kControlFontPoints = 13;
 constexpr float kGainWithoutDefault = 0.5f;
+constexpr double kLevelsBoxRadius = 5;
 
 TextAttributes controlContentAttributes() {
     QFont font = QApplication::font();
@@ -36,8 +38,9 @@ QMController::QMController(MediaEngine& engine, Prefs& store, const ImageProvide
       m_pitch(*this, *this, engine),
       m_tone(*this, *this, *this, engine),
       m_volume(*this, *this, engine, m_speed, m_pitch, m_tone),
+      m_levels(*this, *this, *this, engine),
       m_metadata(engine),
-      m_loader(*this, *this, *this, engine, m_clock, m_tone, m_metadata),
+      m_loader(*this, *this, *this, engine, m_clock, m_tone, m_metadata, meterHooks()),
       m_table(*this, *this, *this, m_loader, m_loop, m_info),
       m_file(*this, *this),
       m_transport(*this, *this, *this, engine, m_clock, m_speed, m_table, m_info) {
@@ -49,13 +52,20 @@ QMController::QMController(MediaEngine& engine, Prefs& store, const ImageProvide
     controlColorAttributes = controlContentAttributes();
 }
 
+LevelMeterHooks QMController::meterHooks() {
+    return {[this] { return prefs.boolForKey(QStringLiteral("AudioLevels")); },
+            [this](bool on) { switchAudioLevels(on); }};
+}
+
 void QMController::awakeFromNib(const Outlets& outlets) {
     static_cast<Outlets&>(*this) = outlets;
     if (playList) playList->setModel(&m_table);
     m_chrome.startFadeIn();
     if (playList) connect(playList, &PlayListView::rowActivated, this, &QMController::rowDoubleClicked);
+    m_levels.prepare();
     if (mainWindow) restoreWindowPosition(*mainWindow);
     setUpPlayList();
+    if (levelsBox) levelsBox->setCornerRadius(kLevelsBoxRadius);
     applyTextColor(*this, textColorForChoice(prefs.integerForKey(QStringLiteral("TextColor"))));
     nudgeSecondColumn();
     applyDefaultGain();

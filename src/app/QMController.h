@@ -18,6 +18,7 @@
 #include "player/AbLoop.h"
 #include "player/PositionClock.h"
 #include "player/Transport.h"
+#include "sound/LevelMeters.h"
 #include "sound/PitchControl.h"
 #include "sound/SpeedControl.h"
 #include "sound/ToneControl.h"
@@ -30,7 +31,7 @@ namespace qm {
 // Finds an image of the program by its name; null if there is none.
 using ImageProvider = std::function<QImage(const QString& name)>;
 
-class QMController : public QObject, public PlayerState, public PlayListArrays, public Outlets {
+class QMController : public QObject, public PlayerState, public PlayListArrays, public Outlets, public LevelMeterState {
     Q_OBJECT
 
 public:
@@ -50,6 +51,7 @@ public:
     void setExit(std::function<void(int)> exit) { m_exit = std::move(exit); }
 
     void loadFileAdd(const QString& path, bool add) { m_loader.loadFileAdd(path, add); }
+    void switchAudioLevels(bool on) { m_levels.switchAudioLevels(on); }
     TrackLoader& trackLoader() { return m_loader; }
     PlayListTable& playListTable() { return m_table; }
 
@@ -102,6 +104,8 @@ public slots:
     void trebleMax() { m_tone.trebleMax(); }
     void trebleMin() { m_tone.trebleMin(); }
 
+    void displayLevels() { m_levels.displayLevels(); }
+
     void loopSwitch() { m_loop.loopSwitch(); }
     void markAUpdate() { m_loop.markAUpdate(); }
     void markBUpdate() { m_loop.markBUpdate(); }
@@ -114,6 +118,7 @@ public slots:
     void clearList() { m_table.clearList(); }
 
 private:
+    LevelMeterHooks meterHooks();
     void setUpPlayList();
     void nudgeSecondColumn();
     void applyDefaultGain();
@@ -131,6 +136,7 @@ private:
     PitchControl m_pitch;
     ToneControl m_tone;
     VolumeControl m_volume;
+    LevelMeters m_levels;
     TrackMetadata m_metadata;
     TrackLoader m_loader;
     PlayListTable m_table;

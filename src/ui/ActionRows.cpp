@@ -190,6 +190,14 @@ void addLoop(Rows& rows) {
 }
 
 void addWindow(Rows& rows) {
+    rows.push_back({"displayLevels",
+                    "Window",
+                    "",
+                    "Level Meters",
+                    {ctrl(Qt::Key_1)},
+                    kOnce,
+                    "Show or hide the level meters [Ctrl+1]",
+                    "Level meters"});
     rows.push_back({"toggleToolbar", "Window", "", "Show Toolbar", {ctrlShift(Qt::Key_T)}, kOnce, "", "", kWindow});
 }
 

@@ -8,7 +8,9 @@ class QWidget;
 namespace qm {
 
 class ImageButton;
+class MeterView;
 class PlayListView;
+class RoundedBox;
 class Slider;
 class TimeLabel;
 class TitleButton;
@@ -74,6 +76,9 @@ struct Outlets {
     QWidget* videoPanel = nullptr;
     QWidget* movieView = nullptr;
     QWidget* audioLevelsPanel = nullptr;
+    RoundedBox* levelsBox = nullptr;
+    MeterView* meterView1 = nullptr;
+    MeterView* meterView2 = nullptr;
     QLabel* audioLevelLeft = nullptr;
     QLabel* audioLevelRight = nullptr;
 

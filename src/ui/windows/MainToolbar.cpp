@@ -15,7 +15,10 @@ struct Tool {
     const char* icon;
 };
 
-constexpr Tool kTools[] = {{"openFile", "Open…", "qm_open.png"}, {"clearList", "Clear List", "qm_clear.png"}};
+constexpr Tool kTools[] = {{"openFile", "Open…", "qm_open.png"},
+                           {"clearList", "Clear List", "qm_clear.png"},
+                           {"", "", ""},
+                           {"displayLevels", "Meters", "qm_meters.png"}};
 
 class Separator : public QWidget {
 public:

@@ -104,6 +104,7 @@ MainWindow::MainWindow(Outlets& outlets, QObject* controller)
         action->setCheckable(true);
         action->setChecked(true);
     }
+    m_actions->action(QStringLiteral("displayLevels"))->setCheckable(true);
     const auto pulse = [this](const QString& slot) {
         if (slot == u"playForward" || slot == u"toggleStartStop") m_grid->playList->pulseDropArea();
     };
@@ -117,7 +118,7 @@ void MainWindow::setTabOrderOfAreas() {
         setTabOrder(last, next);
         last = next;
     };
-    for (const char* slot : {"openFile", "clearList"})
+    for (const char* slot : {"openFile", "clearList", "displayLevels"})
         if (QWidget* tool = m_tools->tool(QString::fromLatin1(slot))) chain(tool);
     chain(m_outlets.playList);
     const auto chainChildren = [&](QWidget* area) {

@@ -1,5 +1,6 @@
 #include "ui/windows/MainWindowState.h"
 
+#include <QAction>
 #include <QFileInfo>
 #include <QStringList>
 #include <algorithm>
@@ -57,6 +58,7 @@ void MainWindowState::refresh() {
     refreshStrip();
     refreshLoopTimes();
     refreshDimming();
+    refreshPanelSigns();
     m_window.grid().speed->showRate(m_state.rate);
 }
 
@@ -162,6 +164,14 @@ void MainWindowState::refreshDimming() {
     grid.loop->setDimmed(nothingLoaded);
     grid.playList->setRemoveDimmed(m_outlets.playList->selectedRow() < 0);
     if (ToolButton* clear = m_window.tools().tool(QStringLiteral("clearList"))) clear->setDimmed(m_list.count() == 0);
+}
+
+// The tool is lit and the menu item checked while the panel is shown, also when it was closed by its frame.
+void MainWindowState::refreshPanelSigns() {
+    const QString slot = QStringLiteral("displayLevels");
+    const bool shown = m_outlets.audioLevelsPanel && m_outlets.audioLevelsPanel->isVisible();
+    if (QAction* action = m_window.actions().action(slot)) action->setChecked(shown);
+    if (ToolButton* tool = m_window.tools().tool(slot)) tool->setOn(shown);
 }
 
 // Another row may have become the loaded track, which the table draws in bold.

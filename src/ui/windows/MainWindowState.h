@@ -33,6 +33,7 @@ private:
     void refreshLoopTimes();
     void refreshDimming();
     void refreshPlayList();
+    void refreshPanelSigns();
     QString trackTitle(int row) const;
     QString trackByLine(int row) const;
     bool marksChanged(int row) const;

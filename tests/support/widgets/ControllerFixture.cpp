@@ -9,6 +9,8 @@
 #include <cmath>
 
 #include "engine/api/Log.h"
+#include "ui/controls/MeterView.h"
+#include "ui/controls/RoundedBox.h"
 #include "ui/controls/WaveformStrip.h"
 
 namespace qm {
@@ -78,6 +80,9 @@ void ControllerFixture::buildTransport(QWidget* parent) {
     outlets.movieView = new QWidget(m_videoPanel.get());
     m_levelsPanel = std::make_unique<QWidget>();
     outlets.audioLevelsPanel = m_levelsPanel.get();
+    outlets.levelsBox = new RoundedBox(m_levelsPanel.get());
+    outlets.meterView1 = new MeterView(outlets.levelsBox);
+    outlets.meterView2 = new MeterView(outlets.levelsBox);
 }
 
 void ControllerFixture::buildSound(QWidget* parent) {

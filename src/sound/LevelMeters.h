@@ -1,0 +1,50 @@
+// The level meters: ten times a second the levels of the current movie are read and shown, each band's in its indicator
+// and each channel's average power in its read-out. Main thread only. A reading that fails shows nothing new; a layout
+// without some of the controls is shown as far as it goes.
+#pragma once
+
+#include <QTimer>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "app/PlayerState.h"
+#include "ui/controls/Outlets.h"
+
+class QLabel;
+
+namespace qm {
+
+class LevelIndicator;
+
+// The records that are refilled by each reading, and what runs and shows the meters.
+struct LevelMeterState {
+    std::unique_ptr<QTAudioVolumeLevels> pAveragePowerLevels;
+    std::unique_ptr<QTAudioVolumeLevels> pPeakHoldLevels;  // read, never shown
+    std::unique_ptr<QTAudioFrequencyLevels> mFreqResults;
+    std::vector<LevelIndicator*> mArray;  // in the order in which levels are written
+    std::unique_ptr<QTimer> mTimer;       // none while the meters are off
+};
+
+class LevelMeters {
+public:
+    LevelMeters(PlayerState& state, LevelMeterState& meters, const Outlets& outlets, MediaEngine& engine);
+
+    // Makes the records and collects the indicators of both views. Once, when the outlets are there.
+    void prepare();
+
+    void switchAudioLevels(bool on);
+    void audioLevelFireMethod();  // one tick
+    void displayLevels();         // shows or hides the panel; the meters go on
+
+private:
+    bool readLevels();
+    void showPower(QLabel* readOut, float decibels);
+
+    PlayerState& m_state;
+    LevelMeterState& m_meters;
+    const Outlets& m_outlets;
+    MediaEngine& m_engine;
+};
+
+}  // namespace qm

@@ -1,0 +1,96 @@
+#include "ui/controls/MeterView.h"
+
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+#include "ui/controls/Tokens.h"
+
+namespace qm {
+
+namespace {
+
+// Lengths in pixels.
+constexpr int kBarHeight = 17, kBarGap = 5, kBars = 4;
+constexpr int kCell = 6, kCellGap = 2;
+constexpr double kCellRadius = 1;
+constexpr int kLength = LevelIndicator::kCells * (kCell + kCellGap) - kCellGap;
+
+constexpr int kQuietCells = 13, kLoudCells = 18;  // the last cell of each colour; above stands red
+const QColor kUnlit{255, 255, 255, 22};
+const QColor kQuiet{0x2C, 0xB9, 0xCA};
+
+QColor colorOfCell(int cell) {
+    return cell < kQuietCells ? kQuiet : cell < kLoudCells ? tokens::kAquaHigh : tokens::kRed;
+}
+
+// A rectangle in a space that is turned to the left about itself.
+QRect turned(QRect rect, QSize space, int quarterTurns) {
+    for (; quarterTurns > 0; --quarterTurns) {
+        rect = QRect(rect.y(), space.width() - rect.x() - rect.width(), rect.height(), rect.width());
+        space.transpose();
+    }
+    return rect;
+}
+
+}  // namespace
+
+LevelIndicator::LevelIndicator(int tag, QWidget* parent) : QWidget(parent), m_tag(tag) {
+    setObjectName(QStringLiteral("levelIndicator%1").arg(tag));
+}
+
+QSize LevelIndicator::uprightSize() {
+    return {kLength, kBarHeight};
+}
+
+int LevelIndicator::litCells() const {
+    return static_cast<int>(std::lround(std::clamp<float>(m_value, 0, kCells)));
+}
+
+void LevelIndicator::setFloatValue(float value) {
+    const int before = litCells();
+    m_value = std::isnan(value) ? 0 : value;
+    if (litCells() != before) update();
+}
+
+void LevelIndicator::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    const int lit = litCells();
+    for (int cell = 0; cell < kCells; ++cell) {
+        painter.setBrush(cell < lit ? colorOfCell(cell) : kUnlit);
+        const QRect place(cell * (kCell + kCellGap), 0, kCell, kBarHeight);
+        painter.drawRoundedRect(turned(place, uprightSize(), m_turns), kCellRadius, kCellRadius);
+    }
+}
+
+MeterView::MeterView(QWidget* parent) : QWidget(parent) {
+    for (int tag = kBars - 1; tag >= 0; --tag) new LevelIndicator(tag, this);
+    layOut();
+}
+
+void MeterView::setFrameRotation(double degrees) {
+    m_rotation = degrees;
+    layOut();
+}
+
+void MeterView::layOut() {
+    const QSize space(kLength, kBars * (kBarHeight + kBarGap) - kBarGap);
+    const int turns = ((static_cast<int>(std::lround(m_rotation / 90)) % 4) + 4) % 4;
+    setFixedSize(turned(QRect(QPoint(), space), space, turns).size());
+    for (LevelIndicator* indicator : findChildren<LevelIndicator*>(Qt::FindDirectChildrenOnly)) {
+        const int row = kBars - 1 - indicator->tag();
+        const QRect place(QPoint(0, row * (kBarHeight + kBarGap)), LevelIndicator::uprightSize());
+        indicator->setQuarterTurns(turns);
+        indicator->setGeometry(turned(place, space, turns));
+    }
+}
+
+LevelIndicator* MeterView::viewWithTag(int wanted) const {
+    for (LevelIndicator* indicator : findChildren<LevelIndicator*>())
+        if (indicator->tag() == wanted) return indicator;
+    return nullptr;
+}
+
+}  // namespace qm

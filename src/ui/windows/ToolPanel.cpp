@@ -1,0 +1,46 @@
+#include "ui/windows/ToolPanel.h"
+
+#include <QKeySequence>
+#include <QScreen>
+#include <QShortcut>
+#include <QShowEvent>
+#include <algorithm>
+
+namespace qm {
+
+namespace {
+
+constexpr int kGap = 12;  // between the main window and a panel beside it, in pixels
+
+}  // namespace
+
+// Being a tool window of the main window is what lets the main window's keys work here.
+ToolPanel::ToolPanel(const QString& title, QWidget* mainWindow) : QWidget(mainWindow, Qt::Tool) {
+    setWindowTitle(title);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    for (const QKeySequence& key : {QKeySequence(Qt::Key_Escape), QKeySequence(Qt::CTRL | Qt::Key_W)})
+        connect(new QShortcut(key, this), &QShortcut::activated, this, &QWidget::close);
+}
+
+// Beside the main window if there is room, at the screen's edge otherwise.
+QPoint ToolPanel::firstPlace() const {
+    const QRect beside = parentWidget()->frameGeometry();
+    const QRect room = parentWidget()->screen()->availableGeometry();
+    const int rightmost = std::max(room.left(), room.right() + 1 - width());
+    return {std::clamp(beside.right() + 1 + kGap, room.left(), rightmost), std::max(room.top(), beside.top())};
+}
+
+void ToolPanel::showEvent(QShowEvent* event) {
+    if (!event->spontaneous()) {
+        if (!m_place && parentWidget()) m_place = firstPlace();
+        if (m_place) move(*m_place);
+    }
+    QWidget::showEvent(event);
+}
+
+void ToolPanel::hideEvent(QHideEvent* event) {
+    if (!event->spontaneous()) m_place = pos();
+    QWidget::hideEvent(event);
+}
+
+}  // namespace qm
