@@ -175,7 +175,11 @@ give_keys_to_main_window() {
 }
 
 only_the_main_window() {
-    [ "$(xdotool search --onlyvisible --all --pid "$player_pid" --name . | sort -u)" = "$player_window" ]
+    [ "$(comm -23 <(windows_named .) <(windows_named '^Level Meters$'))" = "$player_window" ]
+}
+
+windows_named() {
+    xdotool search --onlyvisible --all --pid "$player_pid" --name "$1" | sort -u
 }
 
 another_window_has_focus() {
