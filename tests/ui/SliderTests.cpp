@@ -1,12 +1,13 @@
 #include <doctest/doctest.h>
 
+#include <QAccessible>
 #include <QMouseEvent>
-#include <QSignalBlocker>
 #include <QWheelEvent>
 #include <cmath>
 #include <limits>
 
 #include "support/widgets/Gestures.h"
+#include "support/widgets/TestText.h"
 #include "ui/controls/Slider.h"
 
 using namespace qm;
@@ -170,5 +171,21 @@ TEST_CASE("a dimmed slider is fainter and still works") {
     watched.slider.setDimmed(true);
     CHECK(watched.slider.grab().toImage() != plain);
     pressMouse(watched.slider, watched.at(0.75));
+    CHECK(watched.actions == 1);
+}
+
+TEST_CASE("assistive tools hear a slider's value in words and move it as the hand does") {
+    WatchedSlider watched;
+    watched.slider.setAccessibleName(QStringLiteral("Balance"));
+    watched.slider.setSpokenForm([](double value) { return QStringLiteral("at %1").arg(value); });
+    watched.slider.setValue(0.25);
+    QAccessibleInterface* access = QAccessible::queryAccessibleInterface(&watched.slider);
+    REQUIRE(access);
+    CHECK(access->role() == QAccessible::Slider);
+    CHECK(access->text(QAccessible::Name) == "Balance");
+    CHECK(access->text(QAccessible::Value) == "at 0.25");
+    REQUIRE(access->valueInterface());
+    access->valueInterface()->setCurrentValue(0.5);
+    CHECK(watched.slider.value() == 0.5);
     CHECK(watched.actions == 1);
 }

@@ -1,5 +1,6 @@
 #include "ui/controls/Slider.h"
 
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QLinearGradient>
 #include <QMouseEvent>
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/controls/SliderAccess.h"
 #include "ui/controls/Tokens.h"
 #include "ui/controls/ValueBubble.h"
 
@@ -28,6 +30,7 @@ QColor black(double opacity) {
 }  // namespace
 
 Slider::Slider(QWidget* parent) : QWidget(parent) {
+    makeSlidersAccessible();
     setFocusPolicy(Qt::TabFocus);
     setMouseTracking(true);
     m_bubbleDelay.setSingleShot(true);
@@ -43,6 +46,10 @@ void Slider::setValue(double value) {
     if (bounded == m_value && std::signbit(bounded) == std::signbit(m_value)) return;
     m_value = bounded;
     if (m_bubble && m_bubble->isVisible()) placeBubble();
+    if (QAccessible::isActive()) {
+        QAccessibleValueChangeEvent changed(this, m_value);
+        QAccessible::updateAccessibility(&changed);
+    }
     update();
 }
 

@@ -70,6 +70,8 @@ public:
     void setSpokenForm(std::function<QString(double)> form);
     QString spokenValue() const;
 
+    void moveByUser(double value);  // as the user's hand does: sets the value and sends the action
+
     double xOfValue(double value) const;  // pixels from the slider's left edge
     QPainterPath focusPath() const override;
 
@@ -92,7 +94,6 @@ protected:
     void hideEvent(QHideEvent*) override;
 
 private:
-    void moveByUser(double value);
     double valueOfX(double x) const;
     bool isOnKnob(const QPointF& position) const;
     void paintGroove(QPainter& painter) const;
