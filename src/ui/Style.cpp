@@ -29,7 +29,7 @@ public:
         if (icon != SP_MessageBoxWarning) return QProxyStyle::standardIcon(icon, option, widget);
         QIcon sign;
         for (const double scale : {1.0, 2.0})
-            sign.addPixmap(lineIcon(QStringLiteral("qm_warning.png"), kWarningSize, tokens::kText2, scale));
+            sign.addPixmap(lineIcon(QStringLiteral("qm_warning.png"), kWarningSize, tokens::kText, scale));
         return sign;
     }
 
@@ -136,7 +136,7 @@ QMenu::item:disabled { color: #6B727A; }
 QMenu::separator { height: 1px; background: #37393C; margin: 5px 8px; }
 QMenu::right-arrow { width: 10px; height: 10px; }
 QMenu::indicator { width: 14px; height: 14px; margin-left: 4px; }
-QToolTip { background: #000000; color: #F3F5F7; border: 1px solid #3A3C3F; padding: 3px 6px; }
+QToolTip { background: #000000; color: #F3F5F7; border: 1px solid #3A3C3F; padding: 1px 2px; }
 QScrollBar:vertical { background: transparent; width: 11px; margin: 2px 2px 2px 0; border: none; }
 QScrollBar::handle:vertical { background: #565B61; min-height: 28px; border-radius: 4px; }
 QScrollBar::handle:vertical:hover { background: #737981; }
@@ -147,14 +147,17 @@ QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; border: none; 
 QScrollBar::add-page, QScrollBar::sub-page { background: none; }
 QMessageBox { background: qlineargradient(x1: 0, y1: 0, x2: 0, y2: 1, stop: 0 #141516, stop: 1 #2B2C2E); }
 QMessageBox QLabel { color: #F3F5F7; }
-QMessageBox QLabel#qt_msgbox_label { font-weight: 600; min-width: 300px; }
-QMessageBox QLabel#qt_msgbox_informativelabel { color: #B9C0C8; min-width: 300px; }
+QMessageBox QLabel#qt_msgbox_label { font-size: 15px; font-weight: 600; min-width: 318px; }
+QMessageBox QLabel#qt_msgbox_informativelabel { color: #B9C0C8; font-size: 13px; min-width: 318px; }
 QMessageBox QPushButton { background: rgba(255, 255, 255, 38); color: #F3F5F7; border: 1px solid rgba(255, 255, 255, 26);
   border-radius: 6px; min-height: 20px; padding: 5px 16px; min-width: 50px; }
 QMessageBox QPushButton:hover { background: rgba(255, 255, 255, 54); }
 QMessageBox QPushButton:pressed { background: rgba(0, 0, 0, 89); }
 QMessageBox QPushButton:focus { border: 2px solid #BDF6FC; padding: 4px 15px; }
-QMessageBox QPushButton[destroys="true"] { border: 1px solid #FF5F57; color: #FF8A84; }
+QMessageBox QPushButton[destroys="true"] { border: 2px solid #FF5F57; color: #FFFFFF; background: #5A2424; font-weight: 600;
+  padding: 4px 15px; }
+QMessageBox QPushButton[destroys="true"]:hover { background: #6C2B2B; }
+QMessageBox QPushButton[destroys="true"]:focus { border: 2px solid #FF5F57; }
 )");
 }
 
