@@ -169,6 +169,7 @@ void OutputCallback::applyGain(std::span<StereoFrame> out) {
         m_right = approach(m_right, right);
         frame = {frame.left * m_left, frame.right * m_right};
     }
+    m_limiter.process(out);
 }
 
 void OutputCallback::stamp(std::size_t frames, bool moving) {

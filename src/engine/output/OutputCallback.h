@@ -13,6 +13,7 @@
 #include <optional>
 
 #include "engine/output/AudioOutput.h"
+#include "engine/output/Limiter.h"
 #include "engine/output/Meter.h"
 #include "engine/realtime/SeqLocked.h"
 #include "engine/realtime/SpscRing.h"
@@ -127,6 +128,7 @@ private:
     std::uint32_t m_fadeDone = 0;
     std::size_t m_gate = 0;  // 0 closed to kGateFrames open
     float m_left = 1, m_right = 1;
+    Limiter m_limiter;
     bool m_wasDry = true;
     Meter m_meter;
     std::array<StereoFrame, 256> m_scratch{};

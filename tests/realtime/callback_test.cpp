@@ -1,0 +1,127 @@
+// The device's callback under watch: every allocation, release and lock that its thread makes is counted by functions
+// that stand in front of the C library's own.
+#include <dlfcn.h>
+#include <doctest/doctest.h>
+#include <pthread.h>
+
+#include <cstdlib>
+#include <thread>
+
+#include "engine/movie/FileMovie.h"
+#include "support/Signals.h"
+
+namespace {
+
+thread_local bool t_inCallback = false;
+thread_local int t_allocations = 0;
+thread_local int t_locks = 0;
+
+}  // namespace
+
+extern "C" {
+void* __libc_malloc(std::size_t);
+void __libc_free(void*);
+void* __libc_calloc(std::size_t, std::size_t);
+void* __libc_realloc(void*, std::size_t);
+
+void* malloc(std::size_t size) {
+    t_allocations += t_inCallback;
+    return __libc_malloc(size);
+}
+void free(void* block) {
+    t_allocations += t_inCallback;
+    __libc_free(block);
+}
+void* calloc(std::size_t count, std::size_t size) {
+    t_allocations += t_inCallback;
+    return __libc_calloc(count, size);
+}
+void* realloc(void* block, std::size_t size) {
+    t_allocations += t_inCallback;
+    return __libc_realloc(block, size);
+}
+int pthread_mutex_lock(pthread_mutex_t* mutex) {
+    using Lock = int (*)(pthread_mutex_t*);
+    static const Lock real = reinterpret_cast<Lock>(dlsym(RTLD_NEXT, "pthread_mutex_lock"));
+    t_locks += t_inCallback;
+    return real(mutex);
+}
+}
+
+using namespace qm;
+using namespace qm::test;
+
+namespace {
+
+struct Watched {
+    Watched() {
+        OpenedMedia media;
+        media.description.hasSound = true;
+        media.sound = std::make_unique<ComputedSound>(2000000, [](std::int64_t n) { return toneFrame(n, 330); });
+        movie = std::make_unique<FileMovie>(1, std::make_shared<MovieRegistry>(), std::move(media),
+                                            [this](int, OutputSource& source) -> Result<std::unique_ptr<AudioOutput>> {
+                                                auto stepped = std::make_unique<SteppedOutput>(source);
+                                                device = stepped.get();
+                                                return std::unique_ptr<AudioOutput>(std::move(stepped));
+                                            });
+        settle();
+    }
+
+    void settle() const {
+        for (int i = 0; i < 20000 && !movie->renderThread().isCaughtUp(); ++i)
+            std::this_thread::sleep_for(std::chrono::microseconds(500));
+    }
+
+    void play(int callbacks) {
+        std::vector<StereoFrame> block(441);
+        for (int i = 0; i < callbacks; ++i) {
+            t_inCallback = true;
+            device->step(block);
+            t_inCallback = false;
+        }
+    }
+
+    SteppedOutput* device = nullptr;
+    std::unique_ptr<FileMovie> movie;
+};
+
+}  // namespace
+
+TEST_CASE("the watch sees allocations and locks") {
+    t_allocations = t_locks = 0;
+    t_inCallback = true;
+    std::free(std::malloc(10));
+    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+    pthread_mutex_lock(&mutex);
+    t_inCallback = false;
+    pthread_mutex_unlock(&mutex);
+    CHECK(t_allocations == 2);
+    CHECK(t_locks == 1);
+}
+
+TEST_CASE("the callback neither allocates nor locks, whatever is done to the movie") {
+    Watched w;
+    t_allocations = t_locks = 0;
+    w.movie->play();
+    const auto act = [&](const std::function<void()>& action) {
+        action();
+        w.play(3);
+        w.settle();
+        w.play(20);
+    };
+    for (const float rate : {1.0f, 0.5f, -0.5f, -1.0f, 2.0f, 0.0f, 1.0f}) act([&] { w.movie->setRate(rate); });
+    act([&] { w.movie->setPitch(-300); });
+    act([&] { w.movie->setVolume(0.3f); });
+    act([&] { w.movie->setBalance(-0.7f); });
+    act([&] { w.movie->setTone({220, 30}); });
+    act([&] { w.movie->setCurrentTime({1000000, 44100, 0}); });
+    act([&] {
+        w.movie->setSelectionAttribute({{50000, 44100, 0}, {30000, 44100, 0}});
+        w.movie->setLoopsAttribute(true);
+        w.movie->setPlaysSelectionOnlyAttribute(true);
+    });
+    act([&] { w.movie->stop(); });
+    act([&] { w.movie->play(); });
+    CHECK(t_allocations == 0);
+    CHECK(t_locks == 0);
+}
