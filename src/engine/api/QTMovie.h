@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "engine/api/QTTime.h"
+#include "engine/api/VideoPicture.h"
 
 namespace qm {
 
@@ -35,6 +37,11 @@ public:
 
     virtual void setMuted(bool muted) = 0;
     virtual void setVolume(float volume) = 0;  // 0 to 1, linear
+
+    // Pictures are made only while they are watched. The picture of what is being heard, the same object for as long as
+    // it stands; null without video and before the first picture is there.
+    virtual void setWatched(bool watched) = 0;
+    virtual std::shared_ptr<const VideoPicture> currentPicture() const = 0;
 
     virtual Movie quickTimeMovie() const = 0;
 };

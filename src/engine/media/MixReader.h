@@ -20,6 +20,9 @@ public:
     int channels() const override { return m_tracks.front().reader->track().channels; }
     bool read(std::int64_t first, float* stereo, std::size_t count) override;
 
+    // The time that the container gives to frame 0.
+    double startSeconds() const { return m_tracks.front().reader->track().startSeconds; }
+
 private:
     struct Voice {
         std::unique_ptr<TrackReader> reader;

@@ -7,6 +7,7 @@
 #include "engine/media/MovieBoxes.h"
 #include "engine/media/SoundReader.h"
 #include "engine/media/TrackPlan.h"
+#include "engine/media/VideoDecoder.h"
 
 namespace qm {
 
@@ -107,7 +108,7 @@ std::optional<SoundTrack> planTrack(const File& file, const std::string& format,
     return track ? std::move(track) : planByPass(file, format, stream);
 }
 
-std::unique_ptr<SoundReader> mixOf(std::vector<SoundTrack> tracks) {
+std::unique_ptr<MixReader> mixOf(std::vector<SoundTrack> tracks) {
     std::vector<std::unique_ptr<TrackReader>> readers;
     for (SoundTrack& track : tracks) {
         if (track.kept.length() > 0) {
@@ -117,6 +118,24 @@ std::unique_ptr<SoundReader> mixOf(std::vector<SoundTrack> tracks) {
         }
     }
     return readers.empty() ? nullptr : std::make_unique<MixReader>(std::move(readers));
+}
+
+// The first stream of moving pictures; -1 if there is none.
+int pictureStream(const AVFormatContext& context) {
+    for (unsigned i = 0; i < context.nb_streams; ++i) {
+        if (isMovingPicture(*context.streams[i])) {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}
+
+VideoOpener videoOpener(const File& file, const std::string& format, int stream, double origin) {
+    return [=] { return VideoDecoder::open(file, format, mustBeAnalysed(format), stream, origin); };
+}
+
+double startOf(const AVStream& stream) {
+    return stream.start_time == AV_NOPTS_VALUE ? 0 : static_cast<double>(stream.start_time) * av_q2d(stream.time_base);
 }
 
 Result<OpenedMedia> completed(OpenedMedia media, const std::string& path) {
@@ -159,7 +178,12 @@ Result<OpenedMedia> openContainer(const File& file, const std::string& format, c
             tracks.push_back(std::move(*track));
         }
     }
-    media.sound = mixOf(std::move(tracks));
+    auto mix = mixOf(std::move(tracks));
+    if (const int stream = pictureStream(context); stream >= 0) {
+        const double origin = mix ? mix->startSeconds() : startOf(*context.streams[stream]);
+        media.openVideo = videoOpener(file, format, stream, origin);
+    }
+    media.sound = std::move(mix);
     if (!media.sound ||
         !facts.isFragmented) {  // the header of a fragmented file was written before its length was known
         media.description.durationSeconds = pictureSeconds;

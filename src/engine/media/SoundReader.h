@@ -11,6 +11,7 @@
 #include <string>
 
 #include "engine/api/Result.h"
+#include "engine/media/VideoReader.h"
 
 namespace qm {
 
@@ -38,6 +39,7 @@ struct MediaDescription {
 struct OpenedMedia {
     MediaDescription description;
     std::unique_ptr<SoundReader> sound;  // none for a file without sound
+    VideoOpener openVideo;               // empty for a file without moving pictures; any thread
 };
 
 // Opens the file and builds its exact index. Protected, damaged beyond use, empty or foreign files are an Error.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 extern "C" {
 #include <libavutil/display.h>
@@ -12,11 +13,14 @@ namespace qm {
 
 namespace {
 
-constexpr double kTolerance = 0.0005;            // seconds; time stamps are rounded
-constexpr double kFirstStepBack = 0.25;          // seconds before a target where seeking tries again
-constexpr double kUnreferencedMargin = 0.5;      // seconds before a wanted picture in which nothing is left out
-constexpr std::int64_t kMostPixels = 64 << 20;   // of one picture; more is taken for damage
-constexpr int kPacketsToLand = 2000;             // decoded after a seek before it is given up
+constexpr double kTolerance = 0.0005;    // seconds; time stamps are rounded
+constexpr double kFirstStepBack = 0.25;  // seconds before a target where seeking tries again
+constexpr double kEverything = -std::numeric_limits<double>::infinity();
+constexpr double kWorthSeeking = 0.3;             // seconds of pictures to be saved by a seek
+constexpr double kWorthSeekingBlindly = 10;       // the same where key pictures are not known
+constexpr double kUnreferencedMargin = 0.5;       // seconds before a wanted picture in which nothing is left out
+constexpr std::int64_t kMostPixels = 64 << 20;    // of one picture; more is taken for damage
+constexpr int kPacketsToLand = 2000;              // decoded after a seek before it is given up
 constexpr std::int64_t kManyPixels = 1280 * 720;  // from here on two threads decode
 
 // Quarter turns clockwise, from the matrix by which a camera says how it was held.
@@ -80,6 +84,11 @@ double VideoDecoder::secondsOf(std::int64_t timestamp) const {
     return static_cast<double>(timestamp) * av_q2d(m_timeBase) - m_origin;
 }
 
+std::int64_t VideoDecoder::stampOf(double seconds) const {
+    constexpr double kFarthest = 1e9;
+    return std::llround((std::clamp(seconds, -kFarthest, kFarthest) + m_origin) / av_q2d(m_timeBase));
+}
+
 bool VideoDecoder::restart() {
     avcodec_flush_buffers(m_codec.get());
     m_draining = m_hasLanded = m_hasLast = false;
@@ -90,12 +99,11 @@ bool VideoDecoder::restart() {
 bool VideoDecoder::landAt(double seconds, double target) {
     avcodec_flush_buffers(m_codec.get());
     m_draining = m_hasLanded = m_hasLast = false;
-    m_codec->skip_frame = AVDISCARD_DEFAULT;
-    if (!m_demuxer->seek(m_stream, std::llround((seconds + m_origin) / av_q2d(m_timeBase)))) {
+    if (!m_demuxer->seek(m_stream, stampOf(seconds))) {
         return false;
     }
     for (int packet = 0; packet < kPacketsToLand; ++packet) {
-        const Outcome outcome = decode();
+        const Outcome outcome = decode(kEverything);
         if (outcome == Outcome::Picture) {
             m_hasLanded = true;
             return m_last <= target + kTolerance;
@@ -107,7 +115,8 @@ bool VideoDecoder::landAt(double seconds, double target) {
     return false;
 }
 
-// An index often knows key pictures by the time they are decoded, not shown, and some land late: then from further back.
+// An index often knows key pictures by the time they are decoded, not shown, and some land late: then from further
+// back.
 bool VideoDecoder::seek(double seconds) {
     if (!m_demuxer && !restart()) {
         return false;
@@ -115,15 +124,28 @@ bool VideoDecoder::seek(double seconds) {
     if (!std::isfinite(seconds)) {
         seconds = 0;
     }
-    const double first = m_demuxer->stream(m_stream).start_time == AV_NOPTS_VALUE
-                             ? 0
-                             : secondsOf(m_demuxer->stream(m_stream).start_time);
-    for (double back = 0; seconds - back > first; back = std::max(4 * back, kFirstStepBack)) {
+    const std::int64_t start = m_demuxer->stream(m_stream).start_time;
+    const double first = start == AV_NOPTS_VALUE ? 0 : secondsOf(start);
+    double back = 0;
+    while (seconds - back > first) {
         if (landAt(seconds - back, seconds)) {
             return true;
         }
+        back = std::max(4 * back, kFirstStepBack);
     }
-    return restart();
+    return landAt(first, first) || restart();
+}
+
+bool VideoDecoder::gainsBySeeking(double from, double to) {
+    if (!m_demuxer || to - from < kWorthSeeking) {
+        return false;
+    }
+    AVStream& stream = m_demuxer->stream(m_stream);
+    const int key = av_index_search_timestamp(&stream, stampOf(to), AVSEEK_FLAG_BACKWARD);
+    if (key < 0) {
+        return to - from > kWorthSeekingBlindly;
+    }
+    return secondsOf(avformat_index_get_entry(&stream, key)->timestamp) > from + kWorthSeeking;
 }
 
 // At the beginning of a pass to a picture far ahead, those that no other refers to need not be decoded.
@@ -133,7 +155,7 @@ void VideoDecoder::leaveOutUnreferenced(const AVPacket& packet, double wantedFro
     m_codec->skip_frame = early ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
 }
 
-VideoReader::Outcome VideoDecoder::decode() {
+VideoReader::Outcome VideoDecoder::decode(double wantedFrom) {
     const int received = avcodec_receive_frame(m_codec.get(), m_frame.get());
     if (received >= 0) {
         return takeFrame() ? Outcome::Picture : Outcome::Working;
@@ -151,6 +173,7 @@ VideoReader::Outcome VideoDecoder::decode() {
         avcodec_send_packet(m_codec.get(), nullptr);
         return Outcome::Working;
     }
+    leaveOutUnreferenced(*m_packet, wantedFrom);
     avcodec_send_packet(m_codec.get(), m_packet.get());  // what is damaged yields no picture
     return Outcome::Working;
 }
@@ -175,8 +198,7 @@ VideoReader::Outcome VideoDecoder::next(RawPicture& picture, double wantedFrom, 
     if (m_hasLanded) {
         m_hasLanded = false;
     } else {
-        const Outcome outcome = decode();
-        leaveOutUnreferenced(*m_packet, wantedFrom);
+        const Outcome outcome = decode(wantedFrom);
         if (outcome != Outcome::Picture) {
             return outcome;
         }
@@ -189,8 +211,7 @@ VideoReader::Outcome VideoDecoder::next(RawPicture& picture, double wantedFrom, 
         kept.reset(av_frame_alloc());
         av_frame_move_ref(kept.get(), m_frame.get());
     }
-    const int bytes =
-        av_image_get_buffer_size(static_cast<AVPixelFormat>(kept->format), kept->width, kept->height, 32);
+    const int bytes = av_image_get_buffer_size(static_cast<AVPixelFormat>(kept->format), kept->width, kept->height, 32);
     picture.bytes = static_cast<std::size_t>(std::max(bytes, 1));
     picture.frame = std::shared_ptr<AVFrame>(std::move(kept));
     return Outcome::Picture;

@@ -17,6 +17,7 @@ public:
                                               bool analyse, int stream, double origin);
 
     bool seek(double seconds) override;
+    bool gainsBySeeking(double from, double to) override;
     Outcome next(RawPicture& picture, double wantedFrom, bool reduce) override;
     std::shared_ptr<const VideoPicture> convert(const RawPicture& picture) override;
 
@@ -26,10 +27,11 @@ private:
     bool openDemuxer();
     bool restart();
     bool landAt(double seconds, double target);
-    Outcome decode();
+    Outcome decode(double wantedFrom);
     bool takeFrame();
     void leaveOutUnreferenced(const AVPacket& packet, double wantedFrom);
     double secondsOf(std::int64_t timestamp) const;
+    std::int64_t stampOf(double seconds) const;
 
     std::shared_ptr<const FileBytes> m_file;
     std::string m_format;

@@ -14,7 +14,7 @@ namespace qm {
 
 // A decoded picture as the codec left it, cheaper to keep than one that can be painted.
 struct RawPicture {
-    double seconds = 0;    // shown from here until the next picture begins
+    double seconds = 0;     // shown from here until the next picture begins
     std::size_t bytes = 0;  // of memory
     bool reduced = false;   // kept smaller than it was coded
     std::shared_ptr<const AVFrame> frame;
@@ -27,6 +27,9 @@ public:
     // Makes the picture shown at `seconds`, or one before it, the next one: reading goes on from the nearest key
     // picture that allows it. Earlier than all pictures is the first. False if the file has become unreadable.
     virtual bool seek(double seconds) = 0;
+
+    // True if seeking to a time gets there with less decoding than reading on from an earlier time.
+    virtual bool gainsBySeeking(double from, double to) = 0;
 
     enum class Outcome {
         Picture,

@@ -44,6 +44,9 @@ FileMovie::FileMovie(Movie handle, std::shared_ptr<MovieRegistry> registry, Open
       m_description(std::move(media.description)),
       m_render(soundOrSilence(std::move(media.sound), m_description.durationSeconds), std::move(openOutput)),
       m_timeScale(m_description.hasSound ? m_render.sampleRate() : kScaleWithoutSound) {
+    if (media.openVideo) {
+        m_video = std::make_unique<VideoThread>(std::move(media.openVideo), [this] { return moment(); });
+    }
     m_registry->emplace(m_handle, this);
 }
 
@@ -82,6 +85,39 @@ void FileMovie::request() {
     m_request.rangeBegin = selects ? toFrames(m_selection.time) : 0;
     m_request.rangeEnd = selects ? toFrames(QTTimeIncrement(m_selection.time, m_selection.duration)) : 0;
     m_render.request(m_request);
+    if (!m_video) return;
+    {
+        const std::lock_guard lock(m_momentMutex);
+        m_requestForMoment = m_request;
+    }
+    m_video->clockChanged();
+}
+
+VideoMoment FileMovie::moment() const {
+    RenderThread::Request request;
+    {
+        const std::lock_guard lock(m_momentMutex);
+        request = m_requestForMoment;
+    }
+    const RenderThread::Heard heard = m_render.heard();
+    const bool arrived = heard.seek == request.seek;
+    const double perFrame = 1.0 / m_render.sampleRate();
+    VideoMoment moment;
+    moment.seconds = (arrived ? heard.position : static_cast<double>(request.seekTarget)) * perFrame;
+    moment.rate = request.playing ? request.rate : 0;
+    moment.loops = request.loops;
+    const bool whole = request.rangeEnd <= request.rangeBegin;
+    moment.rangeBegin = whole ? 0 : static_cast<double>(request.rangeBegin) * perFrame;
+    moment.rangeEnd = static_cast<double>(whole ? m_render.length() : request.rangeEnd) * perFrame;
+    return moment;
+}
+
+void FileMovie::setWatched(bool watched) {
+    if (m_video) m_video->setWatched(watched);
+}
+
+std::shared_ptr<const VideoPicture> FileMovie::currentPicture() const {
+    return m_video ? m_video->picture() : nullptr;
 }
 
 QTTime FileMovie::currentTime() const {

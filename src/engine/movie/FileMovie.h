@@ -3,12 +3,14 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 #include <string>
 #include <unordered_map>
 
 #include "engine/api/QTMovie.h"
 #include "engine/media/SoundReader.h"
 #include "engine/render/RenderThread.h"
+#include "engine/video/VideoThread.h"
 
 namespace qm {
 
@@ -35,6 +37,8 @@ public:
     void setPlaysSelectionOnlyAttribute(bool only) override;
     void setMuted(bool muted) override;
     void setVolume(float volume) override;
+    void setWatched(bool watched) override;
+    std::shared_ptr<const VideoPicture> currentPicture() const override;
     Movie quickTimeMovie() const override { return m_handle; }
 
     // True when playback has reached the end in its direction of play: that of the last rate that was not zero.
@@ -51,6 +55,7 @@ private:
     void request();
     void applyGains();
     std::int64_t position() const;  // frames
+    VideoMoment moment() const;     // asked by the video thread
     std::int64_t toFrames(QTTime time) const;
     std::int64_t toUnits(std::int64_t frames) const;
 
@@ -66,6 +71,10 @@ private:
     bool m_muted = false;
     float m_volume = 1;
     float m_balance = 0;
+
+    mutable std::mutex m_momentMutex;
+    RenderThread::Request m_requestForMoment;
+    std::unique_ptr<VideoThread> m_video;  // ends before what its clock asks
 };
 
 }  // namespace qm

@@ -33,6 +33,8 @@ public:
     MovieScript script;
     QTTime time;        // the current time; a test may set any value and flags
     bool done = false;  // what IsMovieDone() answers
+    bool watched = false;
+    std::shared_ptr<const VideoPicture> picture;  // what currentPicture() answers
 
     void play() override;
     void stop() override;
@@ -48,6 +50,8 @@ public:
     void setPlaysSelectionOnlyAttribute(bool only) override;
     void setMuted(bool muted) override;
     void setVolume(float volume) override;
+    void setWatched(bool isWatched) override { watched = isWatched; }
+    std::shared_ptr<const VideoPicture> currentPicture() const override { return picture; }
     Movie quickTimeMovie() const override { return m_handle; }
 
 private:

@@ -1,0 +1,87 @@
+#include "engine/video/PictureCache.h"
+
+#include <algorithm>
+
+namespace qm {
+
+void PictureCache::add(Shown shown) {
+    const double begin = shown.begin;
+    remove(begin);
+    m_bytes += shown.picture.bytes;
+    m_pictures.emplace(begin, std::move(shown));
+}
+
+void PictureCache::remove(double begin) {
+    const auto found = m_pictures.find(begin);
+    if (found != m_pictures.end()) {
+        m_bytes -= found->second.picture.bytes;
+        m_pictures.erase(found);
+    }
+}
+
+const PictureCache::Shown* PictureCache::at(double seconds) const {
+    auto next = m_pictures.upper_bound(seconds);
+    if (next == m_pictures.begin()) {
+        return nullptr;
+    }
+    const Shown& shown = std::prev(next)->second;
+    return seconds < shown.end ? &shown : nullptr;
+}
+
+double PictureCache::coveredFrom(const Span& span) const {
+    double reached = span.begin;
+    while (reached < span.end) {
+        const Shown* shown = at(reached);
+        if (!shown) {
+            return reached;
+        }
+        reached = shown->end;
+    }
+    return span.end;
+}
+
+double PictureCache::coveredBackFrom(const Span& span) const {
+    double reached = span.end;
+    while (reached > span.begin) {
+        auto next = m_pictures.lower_bound(reached);
+        if (next == m_pictures.begin()) {
+            return reached;
+        }
+        const Shown& shown = std::prev(next)->second;
+        if (shown.end < reached) {
+            return reached;
+        }
+        reached = shown.begin;
+    }
+    return span.begin;
+}
+
+void PictureCache::keepOnly(const std::vector<Span>& spans) {
+    std::erase_if(m_pictures, [&](const auto& entry) {
+        const Shown& shown = entry.second;
+        const bool wanted = std::any_of(spans.begin(), spans.end(),
+                                        [&](const Span& span) { return span.touches(shown.begin, shown.end); });
+        m_bytes -= wanted ? 0 : shown.picture.bytes;
+        return !wanted;
+    });
+}
+
+void PictureCache::clear() {
+    m_pictures.clear();
+    m_bytes = 0;
+}
+
+std::size_t PictureCache::bytesIn(const Span& span) const {
+    std::size_t bytes = 0;
+    for (const auto& [begin, shown] : m_pictures) {
+        bytes += span.touches(begin, shown.end) ? shown.picture.bytes : 0;
+    }
+    return bytes;
+}
+
+bool PictureCache::hasReduced() const {
+    return std::any_of(m_pictures.begin(), m_pictures.end(),
+                       [](const auto& entry) { return entry.second.picture.reduced; });
+}
+
+}  // namespace qm

@@ -1,0 +1,51 @@
+#include "engine/video/PictureCursor.h"
+
+namespace qm {
+
+namespace {
+
+constexpr double kForever = std::numeric_limits<double>::infinity();
+
+}  // namespace
+
+void PictureCursor::seek(double seconds) {
+    m_pending.reset();
+    m_soughtTo = seconds;
+    m_justSought = m_reader->seek(seconds);
+    ++m_fruitless;
+}
+
+bool PictureCursor::read(double wantedFrom, bool reduce, std::optional<PictureCache::Shown>& finished) {
+    RawPicture picture;
+    const VideoReader::Outcome outcome = m_reader->next(picture, wantedFrom, reduce);
+    if (outcome == VideoReader::Outcome::Working) {
+        return true;
+    }
+    const bool ended = outcome == VideoReader::Outcome::End;
+    if (m_pending) {
+        finished = PictureCache::Shown{std::move(*m_pending), m_pendingBegin, ended ? kForever : picture.seconds};
+        m_pending.reset();
+    }
+    if (!ended) {
+        // Before the first picture of a film nothing else is shown.
+        const bool isFirst = m_justSought && picture.seconds > m_soughtTo;
+        m_pendingBegin = isFirst ? -kForever : picture.seconds;
+        m_pending = std::move(picture);
+        m_fruitless = 0;
+    }
+    m_justSought = false;
+    return !ended;
+}
+
+bool PictureCursor::needsSeek(double seconds) const {
+    if (m_justSought) {
+        return m_soughtTo > seconds;
+    }
+    return !m_pending || m_pendingBegin > seconds || m_reader->gainsBySeeking(m_pending->seconds, seconds);
+}
+
+std::optional<double> PictureCursor::position() const {
+    return m_pending ? std::optional(m_pendingBegin) : std::nullopt;
+}
+
+}  // namespace qm
