@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::int64_t kNearBytes = 64 << 10;  // junk that is skipped before the first frame without more ado
 constexpr std::int64_t kFarBytes = 4 << 20;
+constexpr std::int64_t kLongestDamage = 32 << 20;
 constexpr int kNearChain = 2;  // frames in a row that make a stream
 constexpr int kFarChain = 8;
 constexpr int kDecoderDelay = 529;              // frames, of every layer III decoder
@@ -42,6 +43,10 @@ struct Walk {
 
 // The end of a tag that begins here, or the position itself.
 std::int64_t skipTag(Walk& walk, std::int64_t position) {
+    const std::uint8_t* initial = walk.bytes.at(position, 1);
+    if (!initial || (*initial != 'I' && *initial != 'A' && *initial != 'T' && *initial != 'L')) {
+        return position;
+    }
     if (walk.isText(position, "ID3")) {
         if (const std::uint8_t* p = walk.bytes.at(position, 10); p && ((p[6] | p[7] | p[8] | p[9]) & 0x80) == 0) {
             const std::int64_t size = p[6] << 21 | p[7] << 14 | p[8] << 7 | p[9];
@@ -162,9 +167,10 @@ Information readInformation(Walk& walk, std::int64_t position, const MpegAudioHe
     return info;
 }
 
-// The next frame behind a damaged stretch, or the end.
+// The next frame behind a damaged stretch, or the end where the stretch is very long.
 std::int64_t resynchronise(Walk& walk, std::int64_t position, std::uint32_t like) {
-    while (position < walk.end) {
+    const std::int64_t reach = std::min(walk.end, position + kLongestDamage);
+    while (position < reach) {
         const std::int64_t behindTag = skipTag(walk, position);
         if (behindTag > position) {
             position = behindTag;

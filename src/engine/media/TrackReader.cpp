@@ -54,18 +54,24 @@ bool TrackReader::readDecoded(std::int64_t first, float* stereo, std::int64_t co
     }
 }
 
+std::int64_t TrackReader::reservoirPacket(std::int64_t target) const {
+    const PacketIndex& index = m_track.index;
+    if (index.packet(target).position == PacketIndex::kNoPosition) {
+        return std::max<std::int64_t>(target - kUnsizedReservoir, 0);
+    }
+    const std::int64_t lowest = std::max<std::int64_t>(target - kLongestReservoir, 0);
+    std::int64_t bytes = 0;
+    while (target > lowest && bytes < m_track.traits.reservoirBytes) {
+        --target;
+        bytes += std::max<std::int64_t>(std::int64_t{index.packet(target).size} - kBytesBesideReservoir, 0);
+    }
+    return target;
+}
+
 std::int64_t TrackReader::prerollPacket(std::int64_t target) const {
     const PacketIndex& index = m_track.index;
-    const CodecTraits& traits = m_track.traits;
-    std::int64_t packet = target;
-    if (traits.reservoirBytes > 0) {
-        const bool sized = target < index.packets() && index.packet(target).position != PacketIndex::kNoPosition;
-        const std::int64_t lowest = std::max<std::int64_t>(target - (sized ? kLongestReservoir : kUnsizedReservoir), 0);
-        for (int bytes = 0; packet > lowest && (!sized || bytes < traits.reservoirBytes); --packet) {
-            bytes += std::max(static_cast<int>(index.packet(packet - 1).size) - kBytesBesideReservoir, 0);
-        }
-    }
-    return std::min(index.packetAt(index.packet(packet).start - traits.prerollFrames), packet);
+    const std::int64_t packet = m_track.traits.reservoirBytes > 0 ? reservoirPacket(target) : target;
+    return std::min(index.packetAt(index.packet(packet).start - m_track.traits.prerollFrames), packet);
 }
 
 void TrackReader::planRestart(std::int64_t packet) {

@@ -31,6 +31,7 @@ private:
     TrackReader(SoundTrack track, std::unique_ptr<AudioDecoder> decoder);
 
     bool readDecoded(std::int64_t first, float* stereo, std::int64_t count);
+    std::int64_t reservoirPacket(std::int64_t target) const;
     std::int64_t prerollPacket(std::int64_t target) const;
     bool seek(std::int64_t frame);
     bool decodeNext();
