@@ -31,32 +31,29 @@ MeterBands::Section::Section(double crossover, int sampleRate) {
     m_a2 = lanes(1 - alpha, 1 - alpha);
 }
 
-MeterBands::Four MeterBands::Section::step(const Four& in) noexcept {
-    alignas(16) Four out;
-    for (std::size_t i = 0; i < 4; ++i) {
-        out[i] = m_b0[i] * in[i] + m_z1[i];
-        m_z1[i] = m_b1[i] * in[i] - m_a1[i] * out[i] + m_z2[i];
-        m_z2[i] = m_b2[i] * in[i] - m_a2[i] * out[i];
-    }
+inline MeterBands::Four MeterBands::Section::step(Four in) noexcept {
+    const Four out = m_b0 * in + m_z1;
+    m_z1 = m_b1 * in - m_a1 * out + m_z2;
+    m_z2 = m_b2 * in - m_a2 * out;
     return out;
 }
 
 // Drops what has died away, and what no sound can have left behind.
 void MeterBands::Section::settle() noexcept {
     for (Four* memory : {&m_z1, &m_z2}) {
-        for (float& value : *memory) {
-            const float size = std::abs(value);
-            if (!(size > kInaudible && size < kSenseless)) value = 0;
+        for (int i = 0; i < 4; ++i) {
+            const float size = std::abs((*memory)[i]);
+            if (!(size > kInaudible && size < kSenseless)) (*memory)[i] = 0;
         }
     }
 }
 
 void MeterBands::Section::clear() noexcept {
-    m_z1 = m_z2 = {};
+    m_z1 = m_z2 = Four{};
 }
 
-MeterBands::Four MeterBands::Crossover::split(float left, float right) noexcept {
-    return m_sections[1].step(m_sections[0].step({left, right, left, right}));
+inline MeterBands::Four MeterBands::Crossover::split(float left, float right) noexcept {
+    return m_sections[1].step(m_sections[0].step(Four{left, right, left, right}));
 }
 
 void MeterBands::Crossover::settle() noexcept {
@@ -71,21 +68,17 @@ MeterBands::MeterBands(int sampleRate)
     : m_middle(kCrossovers[1], sampleRate), m_low(kCrossovers[0], sampleRate), m_high(kCrossovers[2], sampleRate) {}
 
 void MeterBands::raise(Peaks& peaks, std::span<const StereoFrame> frames) noexcept {
-    alignas(16) Four lower = {}, upper = {};
+    Four lower = {}, upper = {};
     for (const StereoFrame& frame : frames) {
         const Four halves = m_middle.split(frame.left, frame.right);
-        const Four low = m_low.split(halves[0], halves[1]);
-        const Four high = m_high.split(halves[2], halves[3]);
-        for (std::size_t i = 0; i < 4; ++i) {
-            lower[i] = std::max(lower[i], std::abs(low[i]));
-            upper[i] = std::max(upper[i], std::abs(high[i]));
-        }
+        lower = largerSize(lower, m_low.split(halves[0], halves[1]));
+        upper = largerSize(upper, m_high.split(halves[2], halves[3]));
     }
     for (Crossover* crossover : {&m_middle, &m_low, &m_high}) crossover->settle();
-    for (std::size_t channel = 0; channel < 2; ++channel) {
-        const Four bands = {lower[channel], lower[2 + channel], upper[channel], upper[2 + channel]};
-        for (std::size_t band = 0; band < kBands; ++band)
-            peaks[channel][band] = std::max(peaks[channel][band], bands[band]);
+    for (int channel = 0; channel < 2; ++channel) {
+        const float bands[kBands] = {lower[channel], lower[2 + channel], upper[channel], upper[2 + channel]};
+        auto& own = peaks[static_cast<std::size_t>(channel)];
+        for (std::size_t band = 0; band < kBands; ++band) own[band] = std::max(own[band], bands[band]);
     }
 }
 

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <span>
 
+#include "engine/output/FourFloats.h"
 #include "engine/render/StereoFrame.h"
 
 namespace qm {
@@ -26,19 +27,19 @@ public:
     void clear() noexcept;
 
 private:
-    // Four signals side by side: left and right below a crossover, left and right above it.
-    using Four = std::array<float, 4>;
+    // Left and right below a crossover, left and right above it.
+    using Four = FourFloats;
 
     class Section {
     public:
         Section(double crossover, int sampleRate);
-        Four step(const Four& in) noexcept;
+        Four step(Four in) noexcept;
         void settle() noexcept;
         void clear() noexcept;
 
     private:
-        alignas(16) Four m_b0, m_b1, m_b2, m_a1, m_a2;
-        alignas(16) Four m_z1 = {}, m_z2 = {};
+        Four m_b0, m_b1, m_b2, m_a1, m_a2;
+        Four m_z1 = {}, m_z2 = {};
     };
 
     class Crossover {
