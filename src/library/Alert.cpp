@@ -10,8 +10,10 @@ int runWarningAlert(QWidget* parent, const QString& message, const QStringList& 
     QList<QPushButton*> added;
     for (const QString& title : buttons) {
         const bool first = added.isEmpty();
-        added.append(box.addButton(title, first ? QMessageBox::AcceptRole : QMessageBox::RejectRole));
-        added.last()->setProperty("destroys", first && buttons.size() > 1);  // it asks before it destroys
+        auto* button = new QPushButton(title);
+        button->setProperty("destroys", first && buttons.size() > 1);  // it asks before it destroys
+        box.addButton(button, first ? QMessageBox::AcceptRole : QMessageBox::RejectRole);
+        added.append(button);
     }
     box.setDefaultButton(added.first());
     box.setEscapeButton(added.last());

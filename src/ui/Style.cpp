@@ -1,7 +1,11 @@
 #include "ui/Style.h"
 
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QIcon>
+#include <QLayout>
+#include <QMargins>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
@@ -17,6 +21,7 @@ namespace qm {
 namespace {
 
 constexpr double kWarningSize = 40;
+constexpr QMargins kAlertMargins(20, 24, 20, 16);
 constexpr double kMenuText = 12.5;
 constexpr int kMenuHeight = 26, kMenuSide = 9, kMenuBarSide = 8;
 
@@ -69,16 +74,27 @@ public:
             QProxyStyle::drawControl(element, option, painter, widget);
     }
 
+    using QProxyStyle::polish;
+    void polish(QWidget* widget) override {
+        QProxyStyle::polish(widget);
+        if (qobject_cast<QMessageBox*>(widget) && widget->layout()) widget->layout()->setContentsMargins(kAlertMargins);
+    }
+
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override {
         // A drag on a menu bar or an Alt press must not take the player's keys away.
         if (hint == SH_MenuBar_AltKeyNavigation) return 0;
         if (hint == SH_ToolTip_WakeUpDelay) return 600;
+#ifdef Q_OS_LINUX
+        if (hint == SH_DialogButtonLayout) return QDialogButtonBox::GnomeLayout;
+#endif
         return QProxyStyle::styleHint(hint, option, widget, data);
     }
 
 private:
-    static QString plainText(const QStyleOptionMenuItem& item) { return QString(item.text).remove(u'&'); }
+    static QString plainText(const QStyleOptionMenuItem& item) {
+        return QString(item.text).remove(u'&');
+    }
 
     static void drawMenuTitle(QPainter& painter, const QStyleOptionMenuItem& item) {
         painter.save();
@@ -147,8 +163,8 @@ QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; border: none; 
 QScrollBar::add-page, QScrollBar::sub-page { background: none; }
 QMessageBox { background: qlineargradient(x1: 0, y1: 0, x2: 0, y2: 1, stop: 0 #141516, stop: 1 #2B2C2E); }
 QMessageBox QLabel { color: #F3F5F7; }
-QMessageBox QLabel#qt_msgbox_label { font-size: 15px; font-weight: 600; min-width: 318px; }
-QMessageBox QLabel#qt_msgbox_informativelabel { color: #B9C0C8; font-size: 13px; min-width: 318px; }
+QMessageBox QLabel#qt_msgbox_label { font-size: 15px; font-weight: 600; min-width: 338px; min-height: 48px; }
+QMessageBox QLabel#qt_msgbox_informativelabel { color: #B9C0C8; font-size: 13px; min-width: 338px; }
 QMessageBox QPushButton { background: rgba(255, 255, 255, 38); color: #F3F5F7; border: 1px solid rgba(255, 255, 255, 26);
   border-radius: 6px; min-height: 20px; padding: 5px 16px; min-width: 50px; }
 QMessageBox QPushButton:hover { background: rgba(255, 255, 255, 54); }
