@@ -1,0 +1,148 @@
+// Drives a movie on the system's sound device with random actions and watches it: bench_soak FILE MINUTES [SEED]
+// Reports underruns, the largest error of the position against the clock while nothing is changed, and how much memory
+// grew after the first minute. Ends with status 1 when something is wrong: an underrun, 10 ms of error, 8 MiB of
+// growth.
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <random>
+#include <string>
+#include <thread>
+
+#include "engine/movie/FileEngine.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double residentMiB() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with("VmRSS:")) return std::stod(line.substr(6)) / 1024;
+    return 0;
+}
+
+class Soak {
+public:
+    Soak(qm::FileEngine& engine, qm::FileMovie& movie, unsigned seed)
+        : m_engine(engine), m_movie(movie), m_length(movie.duration()), m_random(seed) {}
+
+    void run(double minutes) {
+        m_movie.setVolume(0.5f);
+        m_movie.play();
+        m_movie.setRate(1);
+        const auto begin = Clock::now();
+        double early = 0;
+        while (minutesSince(begin) < minutes) {
+            act();
+            sleep(chance(0.2, 0.8));
+            if (m_playing && m_rate != 0) watchPosition();
+            if (early == 0 && minutesSince(begin) > std::min(1.0, minutes / 2)) early = residentMiB();
+        }
+        growth = residentMiB() - early;
+    }
+
+    int actions = 0, watched = 0;
+    double worstMilliseconds = 0, growth = 0;
+
+private:
+    static double minutesSince(Clock::time_point begin) {
+        return std::chrono::duration<double>(Clock::now() - begin).count() / 60;
+    }
+    static void sleep(double seconds) { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); }
+    double chance(double least, double most) { return std::uniform_real_distribution(least, most)(m_random); }
+    double now() const { return double(m_movie.currentTime().timeValue) / m_length.timeScale; }
+    qm::QTTime at(double part) const {
+        return {static_cast<std::int64_t>(part * double(m_length.timeValue)), m_length.timeScale, 0};
+    }
+
+    void act() {
+        ++actions;
+        switch (m_random() % 10) {
+            case 0:
+                m_playing = false;
+                m_movie.stop();
+                sleep(0.2);
+                [[fallthrough]];
+            case 1:
+                m_playing = true;
+                m_movie.play();
+                m_movie.setRate(m_rate);
+                break;
+            case 2:
+            case 3:
+                m_rate = static_cast<float>(chance(0.35, 2.5) * (m_random() % 4 == 0 ? -1 : 1));
+                m_movie.setRate(m_rate);
+                break;
+            case 4:
+                m_rate = 1;
+                m_movie.setRate(1);
+                break;
+            case 5:
+                m_movie.setPitch(static_cast<float>(m_random() % 2 ? 0 : chance(-1200, 1200)));
+                break;
+            case 6:
+                m_movie.setTone({static_cast<std::int16_t>(chance(0, 256)), 128});
+                break;
+            case 7:
+                loop();
+                break;
+            case 8:
+                m_movie.setVolume(static_cast<float>(chance(0, 1)));
+                break;
+            default:
+                m_movie.setCurrentTime(at(chance(0.1, 0.9)));
+        }
+    }
+
+    void loop() {
+        m_loops = !m_loops;
+        const double a = chance(0.1, 0.5);
+        m_movie.setSelectionAttribute({at(a), at(chance(0.01, 0.3))});
+        m_movie.setLoopsAttribute(m_loops);
+        m_movie.setPlaysSelectionOnlyAttribute(m_loops);
+    }
+
+    // The position has to move by the rate while nothing is done, unless it meets an end or a wrap meanwhile.
+    void watchPosition() {
+        const auto begin = Clock::now();
+        const double from = now();
+        sleep(0.25);
+        const double to = now();
+        const double elapsed = std::chrono::duration<double>(Clock::now() - begin).count();
+        const double moved = (to - from) / m_rate;
+        if (m_engine.IsMovieDone(m_movie.quickTimeMovie()) || std::abs(to - from) > elapsed * 3 || moved < 0) return;
+        ++watched;
+        worstMilliseconds = std::max(worstMilliseconds, std::abs(moved - elapsed) * 1e3);
+    }
+
+    qm::FileEngine& m_engine;
+    qm::FileMovie& m_movie;
+    const qm::QTTime m_length;
+    std::mt19937 m_random;
+    float m_rate = 1;
+    bool m_playing = true;
+    bool m_loops = false;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 3) {
+        std::fputs("usage: bench_soak FILE MINUTES [SEED]\n", stderr);
+        return 2;
+    }
+    qm::FileEngine engine;
+    auto opened = engine.movieWithFile(argv[1]);
+    if (!opened) return 2;
+    auto& movie = static_cast<qm::FileMovie&>(*opened.value());
+    Soak soak(engine, movie, argc > 3 ? static_cast<unsigned>(std::atoi(argv[3])) : 1u);
+    soak.run(std::atof(argv[2]));
+    const std::uint32_t underruns = movie.renderThread().underruns();
+    std::printf(
+        "actions %d, positions watched %d, underruns %u, largest position error %.2f ms, memory growth %.1f MiB\n",
+        soak.actions, soak.watched, underruns, soak.worstMilliseconds, soak.growth);
+    return underruns > 0 || soak.worstMilliseconds > 10 || soak.growth > 8 ? 1 : 0;
+}
