@@ -85,7 +85,7 @@ start_screen() {
 start_sound_server() {
     export PULSE_SERVER=unix:$stage/sound/native PULSE_RUNTIME_PATH=$stage/sound PULSE_STATE_PATH=$stage/sound
     env -u DISPLAY pulseaudio -n --daemonize=no --use-pid-file=no --exit-idle-time=-1 --disallow-exit \
-        --high-priority=no --realtime=no --no-cpu-limit=yes --log-level=warn --log-target=stderr \
+        --high-priority=yes --realtime=no --disable-shm=yes --no-cpu-limit=yes --log-level=warn --log-target=stderr \
         -L "module-native-protocol-unix auth-anonymous=1 auth-cookie-enabled=0 socket=$stage/sound/native" \
         -L "module-null-sink sink_name=qm_out norewinds=1 rate=44100 format=float32le channels=2" \
         >"$stage/sound/log" 2>&1 </dev/null &

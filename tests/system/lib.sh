@@ -88,6 +88,34 @@ analyse() {
     joins=$(grep '^join ' "$stage/runs.txt" || true)
 }
 
+# play_recorded SECONDS: plays so long from where the position is, pauses, and analyses the recording.
+play_recorded() {
+    start_recording "$stage/played.raw"
+    press space
+    wait_for_sound
+    wait_recorded "$1"
+    press p
+    wait_for_silence
+    stop_recording
+    analyse
+}
+
+# A sound card may be starved by whatever else the machine does; what the program plays is right all the same. So what
+# was heard has to be right each time, and free of silence once in five.
+attempts=5
+
+# expect_exact_loop A PERIOD PASSES: between whole seconds, where the seam needs no fade, so that nothing may be touched
+# there. What was silent is not looked at here.
+expect_exact_loop() {
+    local seams
+    seams=$(values "$joins" skipped | awk '$1 != 0')
+    expect "seams" "$(count_of "$seams")" -ge $(($3 - 1))
+    expect "shortest period, negative" "$(largest <<<"$seams")" -eq "-$2"
+    expect "longest period, negative" "$(smallest <<<"$seams")" -eq "-$2"
+    expect "frames changed" "$(values "$joins" faded | total)" -eq 0
+    expect "frames that start a pass" "$(values "$runs" source | grep -cx "$1")" -ge $(($3 - 1))
+}
+
 # The values of one field of $joins, or of $runs, one a line: values JOINS skipped
 values() {
     awk -v field="$2" '{ for (i = 1; i < NF; i++) if ($i == field) print $(i + 1) }' <<<"$1"

@@ -5,7 +5,7 @@
 open_test
 localedef -i de_DE -f UTF-8 "$stage/de_DE.UTF-8"
 export LOCPATH=$stage LC_ALL=de_DE.UTF-8 LANG=de_DE.UTF-8
-expect "the language's number format" "$(printf '%.1f' 1,5 2>/dev/null)" = 1,5
+expect "the language's decimal point" "$(locale decimal_point)" = ,
 mkdir -p "$(dirname "$settings")"
 printf '[General]\nDefaultAudioLevel=0.25\n' >"$settings"
 

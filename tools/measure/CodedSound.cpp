@@ -37,10 +37,10 @@ std::optional<Code> decode(const Sound& recording, std::size_t frame, double gai
     if (!left || !right) {
         return std::nullopt;
     }
-    const int counter = *left + kHalfSecond;
-    if (counter < 0 || counter >= kSecond) {
+    if (*left < -kHalfSecond || *left >= kHalfSecond) {
         return std::nullopt;
     }
+    const int counter = *left < 0 ? *left + kSecond : *left;
     if (!inMiddle(counter)) {
         return *right == kOuterCode ? std::optional(Code{counter, std::nullopt}) : std::nullopt;
     }
@@ -113,6 +113,20 @@ private:
     int m_lastCounter = 0;
 };
 
+// A run too short to meet a middle is the next frames of the run before it, if its counter fits.
+void placeUnknownRuns(std::vector<Run>& runs, const Sound& recording, double gain) {
+    for (std::size_t i = 1; i < runs.size(); ++i) {
+        if (runs[i].source >= 0 || runs[i - 1].source < 0) {
+            continue;
+        }
+        const std::int64_t next =
+            runs[i - 1].sourceEnd() + std::int64_t(recording.soundingFrames(runs[i - 1].end(), runs[i].at));
+        if (next % kSecond == decode(recording, runs[i].at, gain)->counter) {
+            runs[i].source = next;
+        }
+    }
+}
+
 }  // namespace
 
 Sound makeCodedSound(int seconds) {
@@ -120,7 +134,8 @@ Sound makeCodedSound(int seconds) {
     for (int second = 0; second < seconds; ++second) {
         for (int counter = 0; counter < kSecond; ++counter) {
             const int right = inMiddle(counter) ? (second + 1) * kSecondCodeStep : kOuterCode;
-            sound.left.push_back(float(counter - kHalfSecond) / 32768.0f);
+            const int left = counter < kHalfSecond ? counter : counter - kSecond;
+            sound.left.push_back(float(left) / 32768.0f);
             sound.right.push_back(float(right) / 32768.0f);
         }
     }
@@ -132,7 +147,9 @@ std::vector<Run> findRuns(const Sound& recording, double gain) {
     for (std::size_t frame = 0; frame < recording.frames(); ++frame) {
         finder.add(frame, decode(recording, frame, gain));
     }
-    return finder.take();
+    std::vector<Run> runs = finder.take();
+    placeUnknownRuns(runs, recording, gain);
+    return runs;
 }
 
 }  // namespace qm::measure

@@ -1,8 +1,9 @@
 // A sound whose samples say where they come from, and the reading of a recording of it. Loss, repetition, shift and any
 // change of a sample show in the numbers.
 //
-// Left counts the frames of the second, right names the second in the middle half of it and is a constant otherwise. So
-// the sound around every whole second is the same: a loop between whole seconds has a seam that is already continuous.
+// Left counts the frames of the second, upward through zero at the whole second; right names the second in the middle
+// half of it and is a constant otherwise. So the sound around every whole second is the same: a loop between whole
+// seconds has a seam that is already continuous.
 #pragma once
 
 #include <cstdint>

@@ -11,7 +11,6 @@ namespace qm::measure {
 namespace {
 
 constexpr std::size_t kHop = 44;  // frames of one step of the coarse search, a millisecond
-constexpr std::size_t kShortestSilence = 44;
 
 // How much is going on: the high part of the sound, smoothed over a millisecond. Ticks stand out, held tones do not.
 std::vector<float> activity(const std::vector<float>& samples) {
@@ -94,6 +93,26 @@ std::optional<std::size_t> coarsePeriod(const std::vector<float>& hops, std::siz
     return shortest + std::size_t(peak - likeness.begin());
 }
 
+struct Line {
+    double start;
+    double slope;
+
+    double at(double x) const { return start + slope * x; }
+};
+
+// The line through the values at 0, 1, 2 ... with the least squares of error; at least two values.
+Line fitLine(const std::vector<double>& values) {
+    const double n = double(values.size());
+    double sy = 0, sxy = 0;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        sy += values[i];
+        sxy += double(i) * values[i];
+    }
+    const double meanX = (n - 1) / 2;
+    const double slope = (sxy - meanX * sy) / (n * (n * n - 1) / 12);
+    return {sy / n - slope * meanX, slope};
+}
+
 }  // namespace
 
 std::optional<Period> findPeriod(const Sound& recording, std::size_t shortest, std::size_t longest) {
@@ -119,11 +138,12 @@ std::optional<Period> findPeriod(const Sound& recording, std::size_t shortest, s
     if (passes == 0) {
         return std::nullopt;
     }
+    const Line line = fitLine(places);
     double worst = 0;
-    for (int i = 1; i <= passes; ++i) {
-        worst = std::max(worst, std::abs(places[std::size_t(i)] - period * i));
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        worst = std::max(worst, std::abs(places[i] - line.at(double(i))));
     }
-    return Period{period, worst, passes};
+    return Period{line.slope, worst, passes};
 }
 
 std::optional<double> pitchInCents(const Sound& recording, double nominalHz) {
@@ -160,7 +180,7 @@ std::vector<Silence> findSilences(const Sound& recording) {
             ++quiet;
             continue;
         }
-        if (heardSound && quiet >= kShortestSilence) {
+        if (heardSound && quiet > 0) {
             silences.push_back({i - quiet, quiet});
         }
         heardSound = true;

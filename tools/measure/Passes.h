@@ -27,7 +27,7 @@ struct Silence {
     std::size_t length;  // frames
 };
 
-// Stretches of nothing at all, of a millisecond or more, between the first sound and the last.
+// Stretches of nothing at all between the first sound and the last.
 std::vector<Silence> findSilences(const Sound& recording);
 
 }  // namespace qm::measure

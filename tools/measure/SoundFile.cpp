@@ -50,6 +50,25 @@ Sound Sound::from(std::size_t frame) const {
     return {{left.begin() + skip, left.end()}, {right.begin() + skip, right.end()}};
 }
 
+std::size_t Sound::soundingFrames(std::size_t begin, std::size_t end) const {
+    std::size_t count = 0;
+    for (std::size_t i = begin; i < end; ++i) {
+        count += !silentAt(i);
+    }
+    return count;
+}
+
+Sound Sound::withoutSilence() const {
+    Sound rest;
+    for (std::size_t i = 0; i < frames(); ++i) {
+        if (!silentAt(i)) {
+            rest.left.push_back(left[i]);
+            rest.right.push_back(right[i]);
+        }
+    }
+    return rest;
+}
+
 void writeWav(const std::string& path, const Sound& sound) {
     std::string bytes = wavHeader(sound.frames());
     for (std::size_t i = 0; i < sound.frames(); ++i) {

@@ -16,7 +16,9 @@ struct Sound {
 
     std::size_t frames() const { return left.size(); }
     bool silentAt(std::size_t frame) const { return left[frame] == 0.0f && right[frame] == 0.0f; }
+    std::size_t soundingFrames(std::size_t begin, std::size_t end) const;  // those that are not silent, of [begin, end)
     Sound from(std::size_t frame) const;  // the rest from that frame on; empty past the end
+    Sound withoutSilence() const;         // the frames that are not silent
 };
 
 void writeWav(const std::string& path, const Sound& sound);

@@ -57,11 +57,8 @@ int tail(const Arguments& a) {
 // Between two runs: what was skipped of the source (negative: it went back), how many frames in between had sound and
 // how many were silent. Frames with sound count as played, so that a fade skips nothing.
 void printJoin(const Sound& recording, const Run& before, const Run& after) {
-    std::size_t silent = 0;
-    for (std::size_t i = before.end(); i < after.at; ++i) {
-        silent += recording.silentAt(i);
-    }
-    const std::size_t faded = after.at - before.end() - silent;
+    const std::size_t faded = recording.soundingFrames(before.end(), after.at);
+    const std::size_t silent = after.at - before.end() - faded;
     const std::int64_t skipped = after.source - before.sourceEnd() - std::int64_t(faded);
     const char* known = before.source < 0 || after.source < 0 ? "unknown" : "known";
     std::printf("join skipped %lld faded %zu silent %zu %s\n", static_cast<long long>(skipped), faded, silent, known);
@@ -82,8 +79,10 @@ int runs(const Arguments& a) {
 
 int passes(const Arguments& a) {
     const Sound recording = readRecording(a[0]).from(std::stoul(a[1]));
-    const auto period = findPeriod(recording, std::stoul(a[2]), std::stoul(a[3]));
-    const auto cents = pitchInCents(recording, kSteadyToneHz);
+    // Where a starved sound card was silent nothing was played: that is told by itself and not part of the period.
+    const Sound played = recording.withoutSilence();
+    const auto period = findPeriod(played, std::stoul(a[2]), std::stoul(a[3]));
+    const auto cents = pitchInCents(played, kSteadyToneHz);
     if (!period || !cents) {
         std::fputs("quillmere-measure: nothing repeats in this recording\n", stderr);
         return 1;
