@@ -9,6 +9,7 @@
 
 #include "engine/api/Log.h"
 #include "engine/output/AudioOutput.h"
+#include "engine/realtime/ThreadPriority.h"
 
 namespace qm {
 
@@ -66,6 +67,7 @@ private:
     }
 
     static void stateCallback(cubeb_stream*, void* user, cubeb_state state) {
+        if (state == CUBEB_STATE_STARTED) preferThisThread();
         if (state == CUBEB_STATE_ERROR) static_cast<SystemOutput*>(user)->m_failed = true;
     }
 

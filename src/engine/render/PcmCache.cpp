@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "engine/realtime/ThreadPriority.h"
+
 namespace qm {
 
 namespace {
@@ -129,6 +131,7 @@ std::optional<PcmCache::Work> PcmCache::nextWork() const {
 }
 
 void PcmCache::decode() {
+    preferThisThread();
     std::unique_lock lock(m_mutex);
     for (;;) {
         std::optional<Work> work;

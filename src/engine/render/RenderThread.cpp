@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "engine/api/Log.h"
+#include "engine/realtime/ThreadPriority.h"
 #include "engine/render/Alignment.h"
 
 namespace qm {
@@ -14,7 +15,8 @@ namespace {
 constexpr std::size_t kBlock = 512;
 constexpr double kFillSeconds = 0.15;            // kept ready ahead of the device
 constexpr double kFirstSeconds = 0.017;          // ready before a splice is published
-constexpr double kStretchMarginSeconds = 0.027;  // played on while a stretched splice is prepared
+constexpr double kStretchFirstSeconds = 0.035;   // the same while stretching, which is slower
+constexpr double kStretchMarginSeconds = 0.035;  // played on while a stretched splice is prepared
 constexpr double kNeutralMarginSeconds = 0.006;
 constexpr double kFadeSeconds = 0.010;                       // cross-fade between two renderings of the same sound
 constexpr double kTurnSeconds = 0.005;                       // cross-fade into the other direction
@@ -35,12 +37,16 @@ RenderThread::RenderThread(std::unique_ptr<SoundReader> reader, OutputFactory op
       m_output(static_cast<std::size_t>(m_cache.sampleRate()) / 3, m_cache.sampleRate()),
       m_openOutput(std::move(openOutput)),
       m_renderer(m_cache),
-      m_block(frames(kFirstSeconds + kFadeSeconds) + 2 * kAlignmentReach + kBlock),
+      m_block(frames(kStretchFirstSeconds + kFadeSeconds) + 2 * kAlignmentReach + kBlock),
       m_heardOn(frames(kFadeSeconds)),
       m_thread([this] { run(); }) {}
 
 std::size_t RenderThread::frames(double seconds) const {
     return static_cast<std::size_t>(std::llround(seconds * sampleRate()));
+}
+
+std::size_t RenderThread::firstFrames(const Shape& shape) const {
+    return frames(shape.settings.stretches() ? kStretchFirstSeconds : kFirstSeconds);
 }
 
 RenderThread::~RenderThread() {
@@ -85,6 +91,7 @@ bool RenderThread::isCaughtUp() const {
 }
 
 void RenderThread::run() {
+    preferThisThread();
     Request request;
     openDevice();
     while (waitForWork(request)) {
@@ -175,7 +182,7 @@ void RenderThread::spliceTo(const Request& request, const Shape& shape) {
 bool RenderThread::startJump(Lane& lane, const Playhead& playhead, const Shape& shape) {
     const bool atEnd = !playhead.loops && playhead.stepsToBoundary() == 0;
     const std::int64_t step = atEnd ? 0 : -std::llround(static_cast<double>(kLead) * shape.settings.speed);
-    const std::span<StereoFrame> first(m_block.data(), frames(kFirstSeconds));
+    const std::span<StereoFrame> first(m_block.data(), firstFrames(shape));
     if (!m_renderer.begin(playhead, shape.settings, true, step) || !m_renderer.render(first)) return false;
     lane.header = {playhead, static_cast<double>(step), shape.settings.speed, shape.seek};
     lane.base = lane.frames.writePosition();
@@ -193,8 +200,7 @@ bool RenderThread::startContinuous(Lane& lane, Playhead playhead, const Shape& s
     const std::int64_t reach = turns || aligned ? 0 : kAlignmentReach;
     const std::int64_t step = -std::llround(static_cast<double>(reach) * shape.settings.speed);
     const std::size_t fade = same ? 0 : frames(turns ? kTurnSeconds : kFadeSeconds);
-    const std::span<StereoFrame> first(m_block.data(),
-                                       fade + frames(kFirstSeconds) + 2 * static_cast<std::size_t>(reach));
+    const std::span<StereoFrame> first(m_block.data(), fade + firstFrames(shape) + 2 * static_cast<std::size_t>(reach));
     if (!m_renderer.begin(playhead, shape.settings, true, step) || !m_renderer.render(first)) return false;
 
     std::size_t lag = 0;

@@ -73,6 +73,7 @@ private:
     };
 
     std::size_t frames(double seconds) const;
+    std::size_t firstFrames(const Shape& shape) const;
     void run();
     bool waitForWork(Request& request);
     Shape shapeOf(const Request& request);
