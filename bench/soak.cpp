@@ -99,23 +99,25 @@ private:
 
     void loop() {
         m_loops = !m_loops;
-        const double a = chance(0.1, 0.5);
-        m_movie.setSelectionAttribute({at(a), at(chance(0.01, 0.3))});
+        const qm::QTTime length = at(chance(0.01, 0.3));
+        m_period = m_loops ? double(length.timeValue) / length.timeScale : 0;
+        m_movie.setSelectionAttribute({at(chance(0.1, 0.5)), length});
         m_movie.setLoopsAttribute(m_loops);
         m_movie.setPlaysSelectionOnlyAttribute(m_loops);
     }
 
-    // The position has to move by the rate while nothing is done, unless it meets an end or a wrap meanwhile.
+    // The position has to move by the rate while nothing is done, folded at the wraps, until it meets an end.
     void watchPosition() {
         const auto begin = Clock::now();
         const double from = now();
         sleep(0.25);
         const double to = now();
         const double elapsed = std::chrono::duration<double>(Clock::now() - begin).count();
-        const double moved = (to - from) / m_rate;
-        if (m_engine.IsMovieDone(m_movie.quickTimeMovie()) || std::abs(to - from) > elapsed * 3 || moved < 0) return;
+        if (m_engine.IsMovieDone(m_movie.quickTimeMovie())) return;
+        const double off = to - from - m_rate * elapsed;
         ++watched;
-        worstMilliseconds = std::max(worstMilliseconds, std::abs(moved - elapsed) * 1e3);
+        worstMilliseconds =
+            std::max(worstMilliseconds, std::abs(m_period > 0 ? std::remainder(off, m_period) : off) * 1e3);
     }
 
     qm::FileEngine& m_engine;
@@ -125,6 +127,7 @@ private:
     float m_rate = 1;
     bool m_playing = true;
     bool m_loops = false;
+    double m_period = 0;  // seconds; 0 while not looping
 };
 
 }  // namespace
