@@ -103,11 +103,15 @@ TEST_CASE("the callback neither allocates nor locks, whatever is done to the mov
     Watched w;
     t_allocations = t_locks = 0;
     w.movie->play();
+    w.movie->meter().enableVolume(true);
+    w.movie->meter().enableBands(true);
+    bool metered = false;
     const auto act = [&](const std::function<void()>& action) {
         action();
         w.play(3);
         w.settle();
         w.play(20);
+        metered = metered || w.movie->meter().levels().averagePower[0] > Meter::kFloor;
     };
     for (const float rate : {1.0f, 0.5f, -0.5f, -1.0f, 2.0f, 0.0f, 1.0f}) act([&] { w.movie->setRate(rate); });
     act([&] { w.movie->setPitch(-300); });
@@ -122,6 +126,7 @@ TEST_CASE("the callback neither allocates nor locks, whatever is done to the mov
     });
     act([&] { w.movie->stop(); });
     act([&] { w.movie->play(); });
+    CHECK(metered);
     CHECK(t_allocations == 0);
     CHECK(t_locks == 0);
 }
