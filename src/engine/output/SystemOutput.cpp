@@ -67,7 +67,7 @@ private:
     }
 
     static void stateCallback(cubeb_stream*, void* user, cubeb_state state) {
-        if (state == CUBEB_STATE_STARTED) preferThisThread();
+        if (state == CUBEB_STATE_STARTED) preferThisThread(Urgency::Now);
         if (state == CUBEB_STATE_ERROR) static_cast<SystemOutput*>(user)->m_failed = true;
     }
 

@@ -131,7 +131,7 @@ std::optional<PcmCache::Work> PcmCache::nextWork() const {
 }
 
 void PcmCache::decode() {
-    preferThisThread();
+    preferThisThread(Urgency::Soon);
     std::unique_lock lock(m_mutex);
     for (;;) {
         std::optional<Work> work;

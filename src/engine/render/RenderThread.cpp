@@ -91,7 +91,7 @@ bool RenderThread::isCaughtUp() const {
 }
 
 void RenderThread::run() {
-    preferThisThread();
+    preferThisThread(Urgency::Now);
     Request request;
     openDevice();
     while (waitForWork(request)) {
