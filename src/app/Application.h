@@ -11,6 +11,7 @@
 #include "ui/windows/LevelMetersPanel.h"
 #include "ui/windows/MainWindow.h"
 #include "ui/windows/MainWindowState.h"
+#include "ui/windows/VideoPanel.h"
 
 class QSocketNotifier;
 
@@ -35,6 +36,7 @@ private:
     Outlets m_outlets;
     MainWindow m_window;
     LevelMetersPanel m_levelMeters;
+    VideoPanel m_video;
     MainWindowState m_state;
     std::unique_ptr<QSocketNotifier> m_signalNotifier;
 };

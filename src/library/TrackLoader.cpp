@@ -12,6 +12,7 @@
 #include "library/SupportFolder.h"
 #include "player/OutletSetters.h"
 #include "ui/controls/FadingWindow.h"
+#include "ui/controls/MovieView.h"
 
 namespace qm {
 
@@ -50,6 +51,7 @@ void TrackLoader::loadFileAdd(const QString& path, bool add) {
 }
 
 bool TrackLoader::open(const QString& path) {
+    if (m_outlets.movieView) m_outlets.movieView->setMovie(nullptr);
     auto movie = m_engine.movieWithFile(QFile::encodeName(path).toStdString());
     if (!movie) {
         m_state.qtMovie.reset();
@@ -61,8 +63,10 @@ bool TrackLoader::open(const QString& path) {
 }
 
 void TrackLoader::showVideo() {
+    const bool hasVideo = m_state.qtMovie->hasVideoAttribute();
+    if (hasVideo && m_outlets.movieView) m_outlets.movieView->setMovie(m_state.qtMovie.get());
     if (!m_outlets.videoPanel) return;
-    if (m_state.qtMovie->hasVideoAttribute()) {
+    if (hasVideo) {
         m_outlets.videoPanel->show();
         m_outlets.videoPanel->raise();
     } else {

@@ -198,6 +198,7 @@ void addWindow(Rows& rows) {
                     kOnce,
                     "Show or hide the level meters [Ctrl+1]",
                     "Level meters"});
+    rows.push_back({"displayVideo", "Window", "", "Video", {ctrl(Qt::Key_3)}, kOnce, "", "", kWindow});
     rows.push_back({"toggleToolbar", "Window", "", "Show Toolbar", {ctrlShift(Qt::Key_T)}, kOnce, "", "", kWindow});
 }
 

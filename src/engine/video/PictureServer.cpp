@@ -119,12 +119,14 @@ bool PictureServer::work(const VideoMoment& moment) {
     if (!m_backward) {
         return workForward(m_budget / 2) || (loops && workBeyondSeam(m_wanted[1], m_budget / 2));
     }
-    const Lane& other = m_lanes[1];
-    if (other.group && m_wanted[0].touches(other.group->span.begin, other.group->span.end)) {
-        std::swap(m_lanes[0], m_lanes[1]);
+    const std::optional<GroupJob>& beyond = m_lanes[1].group;
+    const Span& span = m_wanted[0];
+    const bool late = m_cache.coveredBackFrom(span) >= span.end;
+    if (late && !m_lanes[0].group && beyond && beyond->span.touches(span.end - kRounding, span.end)) {
+        std::swap(m_lanes[0], m_lanes[1]);  // the seam came before what lies beyond it was ready
     }
     const std::size_t quarter = m_budget / 4;
-    return workBackward(m_lanes[0], m_wanted[0], 2 * quarter, quarter) ||
+    return workBackward(m_lanes[0], span, 2 * quarter, quarter) ||
            (loops && isReady(m_lanes[1]) && workBackward(m_lanes[1], m_wanted[1], quarter, 1));
 }
 

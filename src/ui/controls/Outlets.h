@@ -9,6 +9,7 @@ namespace qm {
 
 class ImageButton;
 class MeterView;
+class MovieView;
 class PlayListView;
 class RoundedBox;
 class Slider;
@@ -74,7 +75,7 @@ struct Outlets {
     QLabel* pitch1200 = nullptr;
 
     QWidget* videoPanel = nullptr;
-    QWidget* movieView = nullptr;
+    MovieView* movieView = nullptr;
     QWidget* audioLevelsPanel = nullptr;
     RoundedBox* levelsBox = nullptr;
     MeterView* meterView1 = nullptr;

@@ -161,6 +161,12 @@ void MainWindow::toggleToolbar() {
     m_actions->action(QStringLiteral("toggleToolbar"))->setChecked(!m_tools->isHidden());
 }
 
+void MainWindow::displayVideo() {
+    if (!m_outlets.videoPanel) return;
+    m_outlets.videoPanel->show();
+    m_outlets.videoPanel->raise();
+}
+
 void MainWindow::showEvent(QShowEvent* event) {
     FadingWindow::showEvent(event);
     if (!focusWidget()) m_outlets.playList->setFocus(Qt::OtherFocusReason);

@@ -57,6 +57,7 @@ public:
 public slots:
     void quit() { emit quitRequested(); }
     void toggleToolbar();
+    void displayVideo();  // brings the video panel to the front
 
 signals:
     void quitRequested();

@@ -7,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "ui/controls/MovieView.h"
 #include "ui/controls/PlayListView.h"
 #include "ui/controls/Slider.h"
 #include "ui/controls/TimeLabel.h"
@@ -172,6 +173,8 @@ void MainWindowState::refreshPanelSigns() {
     const bool shown = m_outlets.audioLevelsPanel && m_outlets.audioLevelsPanel->isVisible();
     if (QAction* action = m_window.actions().action(slot)) action->setChecked(shown);
     if (ToolButton* tool = m_window.tools().tool(slot)) tool->setOn(shown);
+    const bool hasVideo = m_outlets.movieView && m_outlets.movieView->movie();
+    if (QAction* action = m_window.actions().action(QStringLiteral("displayVideo"))) action->setEnabled(hasVideo);
 }
 
 // Another row may have become the loaded track, which the table draws in bold.

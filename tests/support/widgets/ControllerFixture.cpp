@@ -11,6 +11,7 @@
 #include "engine/api/Log.h"
 #include "ui/controls/MeterView.h"
 #include "ui/controls/RoundedBox.h"
+#include "ui/controls/MovieView.h"
 #include "ui/controls/WaveformStrip.h"
 
 namespace qm {
@@ -77,7 +78,7 @@ void ControllerFixture::buildTransport(QWidget* parent) {
     outlets.trackTotal = new QLabel(parent);
     m_videoPanel = std::make_unique<QWidget>();
     outlets.videoPanel = m_videoPanel.get();
-    outlets.movieView = new QWidget(m_videoPanel.get());
+    outlets.movieView = new MovieView(m_videoPanel.get());
     m_levelsPanel = std::make_unique<QWidget>();
     outlets.audioLevelsPanel = m_levelsPanel.get();
     outlets.levelsBox = new RoundedBox(m_levelsPanel.get());
