@@ -1,9 +1,10 @@
 #!/bin/bash
-# The program has no command line: options, files and nonsense are ignored.
+# The program has no command line: options (the toolkit's own, too), files and nonsense are ignored.
 . "$(dirname "$0")/lib.sh"
 open_test
 measure make-coded "$stage/coded.wav" 2
-for arguments in "--help" "--version -rate 2" "$stage/coded.wav" "/nonexistent -- -x"; do
+for arguments in "--help" "--version -rate 2" "$stage/coded.wav" "/nonexistent -- -x" \
+    "-qwindowtitle Junk -platform offscreen"; do
     # shellcheck disable=SC2086 # several arguments
     start $arguments
     expect "lines on standard output" "$(wc -l <"$stage/player.out")" -eq 0

@@ -33,7 +33,7 @@ for direction in forward backward; do
     value() { awk -v name="$1" '$1 == name { print $2 }' "$stage/measured"; }
     expect "passes $direction" "$(value passes)" -ge 8
     # The stretcher places an attack to within some milliseconds; over the passes that evens out.
-    awk -v p="$(value period_frames)" 'BEGIN { exit !(p > 88190 && p < 88210) }' ||
+    awk -v p="$(value period_frames)" 'BEGIN { exit !(p > 88178 && p < 88222) }' ||
         fail "$direction: a period of $(value period_frames) frames, expected 88200"
     awk -v w="$(value worst_pass_frames)" 'BEGIN { exit !(w < 441) }' ||
         fail "$direction: a pass is $(value worst_pass_frames) frames off the others"
