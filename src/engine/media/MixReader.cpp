@@ -24,10 +24,20 @@ MixReader::MixReader(std::vector<std::unique_ptr<TrackReader>> tracks) {
 }
 
 bool MixReader::read(std::int64_t first, float* stereo, std::size_t count) {
-    const auto frames = static_cast<std::int64_t>(count);
-    bool readable = m_tracks.front().reader->read(first, stereo, frames);
+    const bool readable = m_tracks.front().reader->read(first, stereo, static_cast<std::int64_t>(count));
+    return addOthers(first, stereo, count) && readable;
+}
+
+bool MixReader::readParts(std::int64_t first, float* firstTrack, float* others, std::size_t count) {
+    std::fill_n(others, 2 * count, 0.0f);
+    const bool readable = m_tracks.front().reader->read(first, firstTrack, static_cast<std::int64_t>(count));
+    return addOthers(first, others, count) && readable;
+}
+
+bool MixReader::addOthers(std::int64_t first, float* stereo, std::size_t count) {
+    bool readable = true;
     for (std::size_t i = 1; i < m_tracks.size(); ++i) {
-        readable = add(m_tracks[i], first, stereo, frames) && readable;
+        readable = add(m_tracks[i], first, stereo, static_cast<std::int64_t>(count)) && readable;
     }
     return readable;
 }

@@ -19,6 +19,8 @@ public:
     std::int64_t length() const override { return m_length; }
     int channels() const override { return m_tracks.front().reader->track().channels; }
     bool read(std::int64_t first, float* stereo, std::size_t count) override;
+    bool hasOtherTracks() const override { return m_tracks.size() > 1; }
+    bool readParts(std::int64_t first, float* firstTrack, float* others, std::size_t count) override;
 
     // The time that the container gives to frame 0.
     double startSeconds() const { return m_tracks.front().reader->track().startSeconds; }
@@ -30,6 +32,7 @@ private:
         std::optional<Resampler> resampler;
     };
 
+    bool addOthers(std::int64_t first, float* stereo, std::size_t count);
     bool add(Voice& voice, std::int64_t first, float* stereo, std::int64_t count);
 
     std::vector<Voice> m_tracks;

@@ -5,6 +5,7 @@
 // One thread at a time; no method may be called on the sound callback. A damaged stretch reads as silence.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -27,6 +28,14 @@ public:
     // [0, length()) and frames that cannot be decoded are zero. Consecutive forward calls cost no seek; any other call
     // costs one seek and the codec's preroll. Returns false when the file has become unreadable (the rest is zero).
     virtual bool read(std::int64_t first, float* stereo, std::size_t count) = 0;
+
+    // For what concerns the first sound track only: the same frames in two parts, the first track and the sum of the
+    // others. Without others there is nothing but the first.
+    virtual bool hasOtherTracks() const { return false; }
+    virtual bool readParts(std::int64_t first, float* firstTrack, float* others, std::size_t count) {
+        std::fill_n(others, 2 * count, 0.0f);
+        return read(first, firstTrack, count);
+    }
 };
 
 struct MediaDescription {

@@ -18,7 +18,9 @@ PcmCache::PcmCache(std::unique_ptr<SoundReader> reader, std::size_t budgetBytes)
     : m_reader(std::move(reader)),
       m_sampleRate(m_reader->sampleRate()),
       m_length(m_reader->length()),
-      m_budgetChunks(std::max<std::size_t>(budgetBytes / (kChunkFrames * sizeof(StereoFrame)), 32)),
+      m_hasOtherTracks(m_reader->hasOtherTracks()),
+      m_budgetChunks(std::max<std::size_t>(budgetBytes / (kChunkFrames * sizeof(StereoFrame)), 32) /
+                     (m_hasOtherTracks ? 2 : 1)),
       m_thread([this] { decode(); }) {}
 
 PcmCache::~PcmCache() {
@@ -58,7 +60,7 @@ std::size_t PcmCache::residentBytes() const {
     return m_chunks.size() * kChunkFrames * sizeof(StereoFrame);
 }
 
-bool PcmCache::read(std::int64_t first, std::span<StereoFrame> out) {
+bool PcmCache::read(std::int64_t first, std::span<StereoFrame> out, Part part) {
     while (!out.empty()) {
         std::size_t count = out.size();
         if (first < 0 || first >= m_length) {
@@ -71,7 +73,8 @@ bool PcmCache::read(std::int64_t first, std::span<StereoFrame> out) {
                 std::min({kChunkFrames - offset, m_length - first, static_cast<std::int64_t>(count)}));
             const auto chunk = chunkAt(number);
             if (!chunk) return false;
-            std::copy_n(chunk->begin() + offset, count, out.begin());
+            const auto& frames = part == Part::All ? chunk->all : chunk->otherTracks;
+            std::copy_n(frames.begin() + offset, count, out.begin());
         }
         first += static_cast<std::int64_t>(count);
         out = out.subspan(count);
@@ -140,14 +143,27 @@ void PcmCache::decode() {
         for (std::int64_t number = work->first; number <= work->last && !m_closing; ++number) {
             if (m_chunks.contains(number)) continue;
             lock.unlock();
-            auto chunk = std::make_shared<Chunk>(kChunkFrames);
-            m_reader->read(number * kChunkFrames, &(*chunk)[0].left, kChunkFrames);
+            auto chunk = decodeChunk(number);
             lock.lock();
             m_chunks.emplace(number, std::move(chunk));
             evict();
             m_published.notify_all();
         }
     }
+}
+
+std::shared_ptr<const PcmCache::Chunk> PcmCache::decodeChunk(std::int64_t number) {
+    auto chunk = std::make_shared<Chunk>();
+    chunk->all.resize(kChunkFrames);
+    if (!m_hasOtherTracks) {
+        m_reader->read(number * kChunkFrames, &chunk->all[0].left, kChunkFrames);
+        return chunk;
+    }
+    chunk->otherTracks.resize(kChunkFrames);
+    m_reader->readParts(number * kChunkFrames, &chunk->all[0].left, &chunk->otherTracks[0].left, kChunkFrames);
+    std::transform(chunk->all.begin(), chunk->all.end(), chunk->otherTracks.begin(), chunk->all.begin(),
+                   [](StereoFrame a, StereoFrame b) { return a + b; });
+    return chunk;
 }
 
 // Drops the chunks farthest from the playhead while there are too many; the looped passage stays when it fits.

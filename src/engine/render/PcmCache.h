@@ -31,6 +31,9 @@ public:
         std::int64_t loopEnd = 0;
     };
 
+    // The whole sound, or what of it does not belong to the first sound track.
+    enum class Part { All, OtherTracks };
+
     explicit PcmCache(std::unique_ptr<SoundReader> reader, std::size_t budgetBytes = kDefaultBudget);
     ~PcmCache();
 
@@ -42,7 +45,8 @@ public:
 
     // Render thread. Copies frames [first, first + out.size()); frames outside the track are silence. Waits for the
     // decoder when they are not there yet. False when interrupted meanwhile: `out` is then undefined.
-    bool read(std::int64_t first, std::span<StereoFrame> out);
+    bool read(std::int64_t first, std::span<StereoFrame> out, Part part = Part::All);
+    bool hasOtherTracks() const { return m_hasOtherTracks; }
 
     // Any thread. Makes a waiting read() return false, and every later one that would wait, until resume().
     void interrupt();
@@ -51,7 +55,10 @@ public:
     std::size_t residentBytes() const;
 
 private:
-    using Chunk = std::vector<StereoFrame>;
+    struct Chunk {
+        std::vector<StereoFrame> all;
+        std::vector<StereoFrame> otherTracks;  // empty where there are none
+    };
     struct Work {
         std::int64_t first, last;  // chunk numbers, inclusive
     };
@@ -63,12 +70,14 @@ private:
     bool inLoop(std::int64_t chunk) const;
     bool loopFits() const;
     void decode();
+    std::shared_ptr<const Chunk> decodeChunk(std::int64_t number);
     void evict();
     std::int64_t chunkCount() const { return (m_length + kChunkFrames - 1) / kChunkFrames; }
 
     const std::unique_ptr<SoundReader> m_reader;  // decoder thread only
     const int m_sampleRate;
     const std::int64_t m_length;
+    const bool m_hasOtherTracks;
     const std::size_t m_budgetChunks;
 
     mutable std::mutex m_mutex;

@@ -22,7 +22,9 @@ constexpr double kFadeSeconds = 0.010;                       // cross-fade betwe
 constexpr double kTurnSeconds = 0.005;                       // cross-fade into the other direction
 constexpr std::int64_t kLead = OutputCallback::kGateFrames;  // frames played before the target of a jump
 constexpr std::chrono::microseconds kCoalescing{400};
-constexpr std::int64_t kIdleMilliseconds = 3000;  // of silence before the device is stopped
+constexpr std::int64_t kIdleMilliseconds = 3000;       // of silence before the device is stopped
+constexpr std::int64_t kUnderrunMilliseconds = 10000;  // underruns are counted within
+constexpr std::uint32_t kUnderrunsTolerated = 4;
 constexpr std::int64_t kRetryMilliseconds = 500;  // between attempts to open a device
 
 std::int64_t nowMilliseconds() {
@@ -96,6 +98,7 @@ void RenderThread::run() {
     openDevice();
     while (waitForWork(request)) {
         watchDevice();
+        watchUnderruns();
         const Shape shape = shapeOf(request);
         if (needsSplice(request, shape)) spliceTo(request, shape);
         if (m_shapeValid) applyRunning();
@@ -129,7 +132,8 @@ bool RenderThread::waitForWork(Request& request) {
 RenderThread::Shape RenderThread::shapeOf(const Request& request) {
     Shape shape;
     shape.backward = request.rate != 0 ? request.rate < 0 : m_shape.backward;
-    shape.settings = {request.rate != 0 ? std::abs(request.rate) : m_shape.settings.speed, request.cents, request.tone};
+    shape.settings = {request.rate != 0 ? std::abs(request.rate) : m_shape.settings.speed, request.cents, request.tone,
+                      m_light};
     shape.loops = request.loops;
     shape.rangeBegin = request.rangeBegin;
     shape.rangeEnd = request.rangeEnd;
@@ -261,6 +265,21 @@ void RenderThread::applyRunning() {
     if (now - m_idleSince < kIdleMilliseconds) return;
     m_device->stop();
     m_deviceStarted = false;
+}
+
+// A machine that cannot keep up with the full stretch goes on with the lighter one.
+void RenderThread::watchUnderruns() {
+    const std::uint32_t underruns = m_output.underruns();
+    if (m_light || underruns == m_knownUnderruns) return;
+    const std::int64_t now = nowMilliseconds();
+    if (now - m_underrunsSince > kUnderrunMilliseconds) {
+        m_underrunsSince = now;
+        m_underrunsBefore = m_knownUnderruns;
+    }
+    m_knownUnderruns = underruns;
+    if (!m_shape.settings.stretches() || underruns - m_underrunsBefore < kUnderrunsTolerated) return;
+    qmLog("time stretch: the machine cannot keep up; going on with the lighter setting");
+    m_light = true;
 }
 
 void RenderThread::openDevice() {

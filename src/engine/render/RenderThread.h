@@ -86,6 +86,7 @@ private:
     void fillLane();
     void applyRunning();
     void watchDevice();
+    void watchUnderruns();
     void openDevice();
     void setDevice(std::unique_ptr<AudioOutput> device);
 
@@ -113,6 +114,10 @@ private:
     bool m_silentDevice = true;
     std::int64_t m_idleSince = 0;  // milliseconds of the steady clock; 0 while busy
     std::int64_t m_retryAt = 0;
+    bool m_light = false;
+    std::uint32_t m_knownUnderruns = 0;
+    std::uint32_t m_underrunsBefore = 0;  // count when the period that is watched began
+    std::int64_t m_underrunsSince = 0;
 
     mutable std::mutex m_deviceMutex;
     std::unique_ptr<AudioOutput> m_device;

@@ -14,6 +14,7 @@ Renderer::~Renderer() = default;
 bool Renderer::begin(const Playhead& playhead, const RenderSettings& settings, bool seamFade, std::int64_t step) {
     m_timeline.begin(playhead, seamFade, settings.tone);
     m_active = settings.stretches() ? m_stretch.get() : static_cast<TimeStretch*>(&m_passthrough);
+    m_active->setLight(settings.light);
     return m_active->restart(m_timeline, step, settings.speed, std::exp2(settings.cents / 1200.0));
 }
 

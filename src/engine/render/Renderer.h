@@ -15,6 +15,7 @@ struct RenderSettings {
     double speed = 1.0;  // source frames per output frame, above zero; the direction is the playhead's
     double cents = 0.0;
     ToneSettings tone;
+    bool light = false;  // a stretch that costs less
 
     bool stretches() const { return speed != 1.0 || cents != 0.0; }
     friend bool operator==(const RenderSettings&, const RenderSettings&) = default;

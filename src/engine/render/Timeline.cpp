@@ -37,38 +37,50 @@ void Timeline::begin(const Playhead& playhead, bool seamFade, const ToneSettings
 }
 
 bool Timeline::read(std::int64_t step, std::span<StereoFrame> out) {
-    if (m_tone.neutral()) return readPlain(step, out);
+    if (m_tone.neutral()) return readPlain(step, out, PcmCache::Part::All);
     if (m_toneStep != step && !settleTone(step)) return false;
     m_toneStep.reset();
-    if (!readPlain(step, out)) return false;
-    m_tone.process(out);
+    if (!readWithTone(step, out)) return false;
     m_toneStep = step + static_cast<std::int64_t>(out.size());
+    return true;
+}
+
+// Tone concerns the first sound track only: the others are taken out and put back.
+bool Timeline::readWithTone(std::int64_t step, std::span<StereoFrame> out) {
+    if (!readPlain(step, out, PcmCache::Part::All)) return false;
+    if (!m_cache.hasOtherTracks()) {
+        m_tone.process(out);
+        return true;
+    }
+    m_otherTracks.resize(out.size());
+    if (!readPlain(step, m_otherTracks, PcmCache::Part::OtherTracks)) return false;
+    for (std::size_t i = 0; i < out.size(); ++i) out[i] = out[i] + m_otherTracks[i] * -1;
+    m_tone.process(out);
+    for (std::size_t i = 0; i < out.size(); ++i) out[i] = out[i] + m_otherTracks[i];
     return true;
 }
 
 // The filters hear what lies before a step that they did not expect.
 bool Timeline::settleTone(std::int64_t step) {
     m_tone.reset();
-    if (!readPlain(step - Tone::kSettleFrames, m_settling)) return false;
-    m_tone.process(m_settling);
-    return true;
+    return readWithTone(step - Tone::kSettleFrames, m_settling);
 }
 
-bool Timeline::readPlain(std::int64_t step, std::span<StereoFrame> out) {
+bool Timeline::readPlain(std::int64_t step, std::span<StereoFrame> out, PcmCache::Part part) {
     while (!out.empty()) {
         const auto run = static_cast<std::size_t>(
             std::min<std::int64_t>(m_playhead.runFrom(step), static_cast<std::int64_t>(out.size())));
-        if (!readRun(step, out.first(run))) return false;
-        if (m_seamFade && !fadeSeam(step, out.first(run))) return false;
+        if (!readRun(step, out.first(run), part)) return false;
+        if (m_seamFade && !fadeSeam(step, out.first(run), part)) return false;
         step += static_cast<std::int64_t>(run);
         out = out.subspan(run);
     }
     return true;
 }
 
-bool Timeline::readRun(std::int64_t step, std::span<StereoFrame> out) {
+bool Timeline::readRun(std::int64_t step, std::span<StereoFrame> out, PcmCache::Part part) {
     const std::int64_t frame = m_playhead.frameAt(step);
-    const bool done = m_playhead.backward ? readBackward(frame, out) : m_cache.read(frame, out);
+    const bool done = m_playhead.backward ? readBackward(frame, out, part) : m_cache.read(frame, out, part);
     if (!done) return false;
     if (m_playhead.loops) return true;
     // Past the end of a range that does not loop there is silence, whatever the track holds there.
@@ -77,13 +89,13 @@ bool Timeline::readRun(std::int64_t step, std::span<StereoFrame> out) {
     return true;
 }
 
-bool Timeline::readBackward(std::int64_t lastFrame, std::span<StereoFrame> out) {
-    if (!m_cache.read(lastFrame + 1 - static_cast<std::int64_t>(out.size()), out)) return false;
+bool Timeline::readBackward(std::int64_t lastFrame, std::span<StereoFrame> out, PcmCache::Part part) {
+    if (!m_cache.read(lastFrame + 1 - static_cast<std::int64_t>(out.size()), out, part)) return false;
     std::reverse(out.begin(), out.end());
     return true;
 }
 
-bool Timeline::fadeSeam(std::int64_t step, std::span<StereoFrame> out) {
+bool Timeline::fadeSeam(std::int64_t step, std::span<StereoFrame> out, PcmCache::Part part) {
     const auto count = static_cast<std::int64_t>(out.size());
     const std::int64_t last = step + count - 1;
     if (last < 0 || m_fadeLength <= 0) return true;
@@ -98,7 +110,8 @@ bool Timeline::fadeSeam(std::int64_t step, std::span<StereoFrame> out) {
         makePlayhead(m_playhead.backward ? m_playhead.rangeEnd : m_playhead.rangeBegin, m_playhead.backward, false,
                      m_playhead.rangeBegin, m_playhead.rangeEnd, m_cache.length());
     const std::int64_t leadFrame = after.frameAt(-m_fadeLength);
-    if (!(after.backward ? readBackward(leadFrame, m_leadIn) : m_cache.read(leadFrame, m_leadIn))) return false;
+    if (!(after.backward ? readBackward(leadFrame, m_leadIn, part) : m_cache.read(leadFrame, m_leadIn, part)))
+        return false;
     for (std::int64_t s = std::max(step, std::max<std::int64_t>(fadeBegin, 0)); s <= last; ++s) {
         const auto into = static_cast<double>(s - fadeBegin) + 0.5;
         const double angle = into / static_cast<double>(m_fadeLength) * std::numbers::pi / 2;
@@ -119,7 +132,8 @@ std::optional<bool> Timeline::seamJumps() {
     const auto half = static_cast<std::int64_t>(context);
     const bool done =
         m_playhead.backward
-            ? readBackward(m_playhead.rangeBegin + half - 1, before) && readBackward(m_playhead.rangeEnd - 1, after)
+            ? readBackward(m_playhead.rangeBegin + half - 1, before, PcmCache::Part::All) &&
+                  readBackward(m_playhead.rangeEnd - 1, after, PcmCache::Part::All)
             : m_cache.read(m_playhead.rangeEnd - half, before) && m_cache.read(m_playhead.rangeBegin, after);
     if (!done) return std::nullopt;
     float ownStep = 0, ownBend = 0, seamStep = 0, seamBend = 0;

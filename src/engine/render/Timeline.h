@@ -32,11 +32,12 @@ public:
     bool read(std::int64_t step, std::span<StereoFrame> out);
 
 private:
-    bool readPlain(std::int64_t step, std::span<StereoFrame> out);
+    bool readPlain(std::int64_t step, std::span<StereoFrame> out, PcmCache::Part part);
+    bool readWithTone(std::int64_t step, std::span<StereoFrame> out);
     bool settleTone(std::int64_t step);
-    bool readRun(std::int64_t step, std::span<StereoFrame> out);
-    bool readBackward(std::int64_t lastFrame, std::span<StereoFrame> out);
-    bool fadeSeam(std::int64_t step, std::span<StereoFrame> out);
+    bool readRun(std::int64_t step, std::span<StereoFrame> out, PcmCache::Part part);
+    bool readBackward(std::int64_t lastFrame, std::span<StereoFrame> out, PcmCache::Part part);
+    bool fadeSeam(std::int64_t step, std::span<StereoFrame> out, PcmCache::Part part);
     std::optional<bool> seamJumps();
 
     PcmCache& m_cache;
@@ -48,6 +49,7 @@ private:
     Tone m_tone;
     std::optional<std::int64_t> m_toneStep;  // the step that the tone filters expect next
     std::vector<StereoFrame> m_settling;
+    std::vector<StereoFrame> m_otherTracks;
 };
 
 }  // namespace qm

@@ -79,3 +79,31 @@ TEST_CASE("tone sounds the same wherever reading begins") {
     for (std::size_t i = 0; i < part.size(); ++i)
         REQUIRE(part[i].left == doctest::Approx(whole[40000 + i].left).epsilon(0.001));
 }
+
+TEST_CASE("tone changes the first sound track only") {
+    // The first track hums at 60 Hz on the left, the second one on the right.
+    struct TwoTracks : ComputedSound {
+        TwoTracks() : ComputedSound(100000, [](std::int64_t n) { return toneFrame(n, 60); }) {}
+        bool hasOtherTracks() const override { return true; }
+        bool readParts(std::int64_t first, float* firstTrack, float* others, std::size_t count) override {
+            ComputedSound::read(first, firstTrack, count);
+            ComputedSound::read(first, others, count);
+            for (std::size_t i = 0; i < count; ++i) firstTrack[2 * i + 1] = others[2 * i] = 0;
+            return true;
+        }
+    };
+    PcmCache cache(std::make_unique<TwoTracks>());
+    Timeline timeline(cache);
+    std::vector<StereoFrame> plain(20000), bassy(20000);
+    timeline.begin(makePlayhead(0, false, false, 0, 0, 100000), false, {});
+    REQUIRE(timeline.read(20000, plain));
+    timeline.begin(makePlayhead(0, false, false, 0, 0, 100000), false, {256, 128});
+    REQUIRE(timeline.read(20000, bassy));
+    float mostLeft = 0, mostRight = 0;
+    for (std::size_t i = 0; i < plain.size(); ++i) {
+        mostLeft = std::max(mostLeft, std::abs(bassy[i].left));
+        mostRight = std::max(mostRight, std::abs(bassy[i].right - plain[i].right));
+    }
+    CHECK(mostLeft > 1.3f);
+    CHECK(mostRight < 1e-6f);
+}

@@ -7,6 +7,8 @@ namespace qm {
 
 class Passthrough : public TimeStretch {
 public:
+    void setLight(bool) override {}
+
     bool restart(Timeline&, std::int64_t step, double, double) override {
         m_step = step;
         return true;

@@ -17,11 +17,11 @@ constexpr std::size_t kBlock = 512;
 // At an effective ratio of exactly one the library resets its phases audibly; this factor is 0.02 cents.
 constexpr double kOffUnity = 1.00001;
 
-std::unique_ptr<RubberBandStretcher> makeLibrary(int sampleRate, RubberBandStretcher::Options pitchOption) {
+std::unique_ptr<RubberBandStretcher> makeLibrary(int sampleRate, RubberBandStretcher::Options options) {
     auto library = std::make_unique<RubberBandStretcher>(static_cast<std::size_t>(sampleRate), 2,
                                                          RubberBandStretcher::OptionProcessRealTime |
                                                              RubberBandStretcher::OptionEngineFiner |
-                                                             RubberBandStretcher::OptionChannelsTogether | pitchOption,
+                                                             RubberBandStretcher::OptionChannelsTogether | options,
                                                          2.0, 1.0);
     library->setMaxProcessSize(kBlock);
     return library;
@@ -31,7 +31,7 @@ std::unique_ptr<RubberBandStretcher> makeLibrary(int sampleRate, RubberBandStret
 
 RubberBandStretch::RubberBandStretch(int sampleRate)
     : m_sampleRate(sampleRate),
-      m_plain(makeLibrary(sampleRate, RubberBandStretcher::OptionPitchHighSpeed)),
+      m_plain(makeLibrary(sampleRate, windowOption())),
       m_library(m_plain.get()),
       m_source(kBlock) {
     for (auto& plane : m_planes) plane.resize(kBlock);
@@ -39,11 +39,23 @@ RubberBandStretch::RubberBandStretch(int sampleRate)
 
 RubberBandStretch::~RubberBandStretch() = default;
 
+void RubberBandStretch::setLight(bool light) {
+    if (light == m_light) return;
+    m_light = light;
+    m_plain = makeLibrary(m_sampleRate, windowOption());
+    m_pitched.reset();
+    m_library = m_plain.get();
+}
+
+int RubberBandStretch::windowOption() const {
+    return m_light ? RubberBandStretcher::OptionWindowShort : RubberBandStretcher::OptionWindowStandard;
+}
+
 bool RubberBandStretch::restart(Timeline& timeline, std::int64_t step, double speed, double pitchFactor) {
     const double timeRatio = 1.0 / speed;
     if (std::abs(timeRatio * pitchFactor - 1.0) < kOffUnity - 1.0) pitchFactor = kOffUnity / timeRatio;
     if (pitchFactor != 1.0 && !m_pitched)
-        m_pitched = makeLibrary(m_sampleRate, RubberBandStretcher::OptionPitchHighConsistency);
+        m_pitched = makeLibrary(m_sampleRate, RubberBandStretcher::OptionPitchHighConsistency | windowOption());
     m_library = pitchFactor == 1.0 ? m_plain.get() : m_pitched.get();
     m_library->reset();
     m_library->setTimeRatio(timeRatio);

@@ -18,10 +18,12 @@ public:
     explicit RubberBandStretch(int sampleRate);
     ~RubberBandStretch() override;
 
+    void setLight(bool light) override;
     bool restart(Timeline& timeline, std::int64_t step, double speed, double pitchFactor) override;
     bool render(Timeline& timeline, std::span<StereoFrame> out) override;
 
 private:
+    int windowOption() const;
     bool feed(Timeline& timeline, std::size_t frames);
     std::size_t drain(std::span<StereoFrame> out);
 
@@ -30,6 +32,7 @@ private:
     // Moving the pitch costs the library a resampler in every block, a third more work: without it there is another
     // one.
     const int m_sampleRate;
+    bool m_light = false;  // short windows
     std::unique_ptr<Library> m_plain;
     std::unique_ptr<Library> m_pitched;
     Library* m_library;

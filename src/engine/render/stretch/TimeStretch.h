@@ -18,6 +18,9 @@ class TimeStretch {
 public:
     virtual ~TimeStretch() = default;
 
+    // Costs less and sounds worse, for a machine that cannot keep up. Takes effect with the next restart().
+    virtual void setLight(bool light) = 0;
+
     // Speed 0.05 to 20, pitch factor 0.25 to 4. False when the timeline was interrupted: restart again.
     virtual bool restart(Timeline& timeline, std::int64_t step, double speed, double pitchFactor) = 0;
 
