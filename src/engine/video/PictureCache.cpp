@@ -66,6 +66,24 @@ void PictureCache::keepOnly(const std::vector<Span>& spans) {
     });
 }
 
+void PictureCache::trim(const Span& span, std::size_t bytes, bool fromBegin) {
+    std::vector<double> within;
+    std::size_t held = 0;
+    for (const auto& [begin, shown] : m_pictures) {
+        if (begin >= span.begin && shown.end <= span.end) {
+            within.push_back(begin);
+            held += shown.picture.bytes;
+        }
+    }
+    if (!fromBegin) {
+        std::reverse(within.begin(), within.end());
+    }
+    for (auto begin = within.begin(); begin != within.end() && held > bytes; ++begin) {
+        held -= m_pictures.find(*begin)->second.picture.bytes;
+        remove(*begin);
+    }
+}
+
 void PictureCache::clear() {
     m_pictures.clear();
     m_bytes = 0;

@@ -37,6 +37,9 @@ public:
 
     void remove(double begin);
     void keepOnly(const std::vector<Span>& spans);  // those shown within one of them
+    // Removes pictures shown within the span, first the ones at its end, or at its begin, until no more than so many
+    // bytes of it are left.
+    void trim(const Span& span, std::size_t bytes, bool fromBegin);
     void clear();
     std::size_t bytes() const { return m_bytes; }
     std::size_t bytesIn(const Span& span) const;

@@ -5,6 +5,7 @@ namespace qm {
 namespace {
 
 constexpr double kForever = std::numeric_limits<double>::infinity();
+constexpr double kSameTarget = 0.5;  // seconds
 
 }  // namespace
 
@@ -41,7 +42,11 @@ bool PictureCursor::needsSeek(double seconds) const {
     if (m_justSought) {
         return m_soughtTo > seconds;
     }
-    return !m_pending || m_pendingBegin > seconds || m_reader->gainsBySeeking(m_pending->seconds, seconds);
+    if (!m_pending || m_pendingBegin > seconds) {
+        return true;
+    }
+    // A seek that fell short of what was hoped for would do so again.
+    return seconds > m_soughtTo + kSameTarget && m_reader->gainsBySeeking(m_pending->seconds, seconds);
 }
 
 std::optional<double> PictureCursor::position() const {

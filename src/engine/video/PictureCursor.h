@@ -24,6 +24,8 @@ public:
     // Where the picture read last begins; none at the end of the film and just after a seek.
     std::optional<double> position() const;
 
+    const RawPicture* pending() const { return m_pending ? &*m_pending : nullptr; }
+
     // Nothing can be read wherever it seeks.
     bool isDead() const { return m_fruitless >= kMostFruitless; }
 

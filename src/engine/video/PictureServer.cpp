@@ -10,7 +10,8 @@ namespace {
 constexpr double kForever = std::numeric_limits<double>::infinity();
 constexpr double kRounding = 0.001;  // seconds: positions are whole frames of sound, pictures begin between them
 constexpr double kAhead = 0.5;       // seconds of real time decoded ahead, forward
-constexpr double kAheadBackward = 3;
+constexpr double kAheadBackward = 6;
+constexpr double kShownLate = 0.25;    // seconds: a picture later than this is no help while decoding is too slow
 constexpr double kParkedWithin = 0.3;  // seconds before the place where reading is to go on
 
 // The time whose picture is shown: a picture that begins within the rounding has begun.
@@ -40,17 +41,26 @@ bool PictureServer::isReady(Lane& lane) {
 }
 
 std::shared_ptr<const VideoPicture> PictureServer::pictureAt(const VideoMoment& moment) {
-    const PictureCache::Shown* shown = m_cache.at(shownTime(moment));
-    if (!shown || !m_lanes[0].cursor) {
+    const double now = shownTime(moment);
+    const PictureCache::Shown* shown = m_cache.at(now);
+    const RawPicture* picture = shown ? &shown->picture : lateButNew(now);
+    if (!picture) {
         return nullptr;
     }
-    if (!m_shown || m_shownBegin != shown->begin) {
-        if (auto converted = m_lanes[0].cursor->convert(shown->picture)) {
+    if (!m_shown || m_shownBegin != picture->seconds) {
+        if (auto converted = m_lanes[0].cursor->convert(*picture)) {
             m_shown = std::move(converted);
-            m_shownBegin = shown->begin;
+            m_shownBegin = picture->seconds;
         }
     }
     return m_shown;
+}
+
+// Forward, the newest picture there is stands in for one that is not decoded in time.
+const RawPicture* PictureServer::lateButNew(double now) const {
+    const PictureCursor* cursor = m_lanes[0].cursor.get();
+    const RawPicture* newest = cursor && !m_backward ? cursor->pending() : nullptr;
+    return newest && newest->seconds <= now && newest->seconds > now - kShownLate ? newest : nullptr;
 }
 
 double PictureServer::secondsToChange(const VideoMoment& moment) const {
@@ -84,19 +94,21 @@ void PictureServer::lookAhead(const VideoMoment& moment) {
     m_wanted.clear();
     m_backward = moment.rate < 0;
     if (m_backward) {
-        const double ahead = kAheadBackward * speed;
-        const double first = inRange ? std::max(now - ahead, moment.rangeBegin) : now - ahead;
+        m_ahead = kAheadBackward * speed;
+        const double first = inRange ? std::max(now - m_ahead, moment.rangeBegin) : now - m_ahead;
         m_wanted.push_back({first, now + kRounding});
         if (moment.loops) {
-            m_wanted.push_back({std::max(moment.rangeEnd - ahead, moment.rangeBegin), moment.rangeEnd});
+            const double farthest = std::max(moment.rangeEnd - m_ahead, moment.rangeBegin);
+            m_wanted.push_back({inRange ? std::max(farthest, now + kRounding) : farthest, moment.rangeEnd});
         }
         return;
     }
-    const double ahead = moment.rate == 0 ? kRounding : kAhead * speed;
-    m_wanted.push_back({now, inRange ? std::min(now + ahead, moment.rangeEnd) : now + ahead});
+    m_ahead = moment.rate == 0 ? kRounding : kAhead * speed;
+    m_wanted.push_back({now, inRange ? std::min(now + m_ahead, moment.rangeEnd) : now + m_ahead});
     if (moment.loops && moment.rate > 0) {
-        m_wanted.push_back({moment.rangeBegin, std::min(moment.rangeBegin + ahead, moment.rangeEnd)});
-        m_wholeLoopWanted = m_wanted[1].end >= moment.rangeEnd;
+        const double farthest = std::min(moment.rangeBegin + m_ahead, moment.rangeEnd);
+        m_wanted.push_back({moment.rangeBegin, inRange ? std::min(farthest, now) : farthest});
+        m_parks = m_wanted[1].end == farthest && farthest < moment.rangeEnd;
     }
 }
 
@@ -116,6 +128,10 @@ bool PictureServer::work(const VideoMoment& moment) {
         return false;
     }
     const bool loops = m_wanted.size() > 1;
+    if (loops) {
+        const std::size_t most = m_backward ? m_budget / 4 : m_budget / 2;
+        m_cache.trim(m_wanted[1], most - std::min(m_lastBytes, most), m_backward);
+    }
     if (!m_backward) {
         return workForward(m_budget / 2) || (loops && workBeyondSeam(m_wanted[1], m_budget / 2));
     }
@@ -133,14 +149,14 @@ bool PictureServer::work(const VideoMoment& moment) {
 bool PictureServer::workForward(std::size_t allowance) {
     const Span& span = m_wanted[0];
     const double missing = m_cache.coveredFrom(span);
-    if (missing >= span.end || (missing > span.begin && m_cache.bytesIn(span) >= allowance)) {
+    if (missing >= span.end || (missing > span.begin && !fits(span, allowance))) {
         return false;
     }
     const PictureCursor* beyond = m_lanes[1].cursor.get();
     if (beyond && !beyond->needsSeek(missing) && m_lanes[0].cursor->needsSeek(missing)) {
         std::swap(m_lanes[0], m_lanes[1]);
     }
-    stepForward(m_lanes[0], missing);
+    stepForward(m_lanes[0], span, missing);
     return true;
 }
 
@@ -151,27 +167,32 @@ bool PictureServer::workBeyondSeam(const Span& span, std::size_t allowance) {
         return false;
     }
     const double missing = m_cache.coveredFrom(span);
-    if (missing < span.end && m_cache.bytesIn(span) < allowance) {
-        stepForward(lane, missing);
+    if (missing < span.end && fits(span, allowance)) {
+        stepForward(lane, span, missing);
         return true;
     }
     const std::optional<double> position = lane.cursor->position();
     const bool parked = position && *position <= missing && *position > missing - kParkedWithin;
-    if (parked || m_wholeLoopWanted) {
+    if (parked || !m_parks) {
         return false;
     }
-    stepForward(lane, missing - kRounding);
+    stepForward(lane, {span.begin, missing}, missing - kRounding);
     return true;
 }
 
-void PictureServer::stepForward(Lane& lane, double missing) {
+bool PictureServer::fits(const Span& span, std::size_t allowance) const {
+    return m_cache.bytesIn(span) + m_lastBytes <= allowance;
+}
+
+void PictureServer::stepForward(Lane& lane, const Span& span, double missing) {
     if (lane.cursor->needsSeek(missing)) {
         lane.cursor->seek(missing);
         return;
     }
     std::optional<PictureCache::Shown> finished;
     lane.cursor->read(missing, false, finished);
-    if (finished && isWanted(*finished)) {
+    if (finished && span.touches(finished->begin, finished->end)) {
+        m_lastBytes = finished->picture.bytes;
         m_cache.add(std::move(*finished));
     }
 }
@@ -183,7 +204,8 @@ bool PictureServer::workBackward(Lane& lane, const Span& span, std::size_t allow
     if (!lane.group) {
         const double missing = m_cache.coveredBackFrom(span);
         const bool late = missing >= span.end;
-        if (missing <= span.begin || (!late && m_cache.bytesIn(span) >= startBelow)) {
+        const bool enough = span.end - missing > m_ahead / 2 || m_cache.bytesIn(span) >= startBelow;
+        if (missing <= span.begin || (!late && enough)) {
             return false;
         }
         lane.group.emplace(GroupJob{{span.begin, missing}, allowance, 0, {}});
@@ -210,6 +232,10 @@ void PictureServer::stepGroup(Lane& lane, const Span& span) {
 }
 
 void PictureServer::keepOfGroup(GroupJob& group, PictureCache::Shown shown) {
+    const PictureCache::Shown* known = m_cache.at(shown.begin);
+    if (known && known->begin == shown.begin) {
+        return;
+    }
     group.bytes += shown.picture.bytes;
     group.kept.push_back(shown);
     m_cache.add(std::move(shown));
@@ -219,11 +245,6 @@ void PictureServer::keepOfGroup(GroupJob& group, PictureCache::Shown shown) {
         m_cache.remove(oldest.begin);
         group.kept.pop_front();
     }
-}
-
-bool PictureServer::isWanted(const PictureCache::Shown& shown) const {
-    return std::any_of(m_wanted.begin(), m_wanted.end(),
-                       [&](const Span& span) { return span.touches(shown.begin, shown.end); });
 }
 
 }  // namespace qm

@@ -49,18 +49,21 @@ private:
     bool isReady(Lane& lane);
     bool workForward(std::size_t allowance);
     bool workBeyondSeam(const Span& span, std::size_t allowance);
-    void stepForward(Lane& lane, double missing);
+    void stepForward(Lane& lane, const Span& span, double missing);
     bool workBackward(Lane& lane, const Span& span, std::size_t allowance, std::size_t startBelow);
     void stepGroup(Lane& lane, const Span& span);
     void keepOfGroup(GroupJob& group, PictureCache::Shown shown);
-    bool isWanted(const PictureCache::Shown& shown) const;
+    bool fits(const Span& span, std::size_t allowance) const;
+    const RawPicture* lateButNew(double now) const;
 
     const VideoOpener m_open;
     const std::size_t m_budget;
     PictureCache m_cache;
     std::vector<Span> m_wanted;  // where playback goes from here; the second stretch lies beyond the seam of a loop
     bool m_backward = false;
-    bool m_wholeLoopWanted = false;
+    double m_ahead = 0;    // seconds of the film that are looked ahead
+    bool m_parks = false;  // the second lane has a place to wait at
+    std::size_t m_lastBytes = 0;
     std::array<Lane, 2> m_lanes;
 
     std::shared_ptr<const VideoPicture> m_shown;

@@ -35,7 +35,7 @@ private:
 
     QTMovie* m_movie = nullptr;
     std::shared_ptr<const VideoPicture> m_picture;
-    QTimer m_timer;
+    QTimer m_timer{this};
 };
 
 }  // namespace qm

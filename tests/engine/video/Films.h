@@ -1,0 +1,36 @@
+// Films whose pictures say which ones they are: made by the ffmpeg program where that is installed, or computed.
+#pragma once
+
+#include <cmath>
+#include <string>
+
+#include "engine/media/SoundReader.h"
+#include "engine/media/VideoReader.h"
+
+namespace qm::test {
+
+// The number that a coded picture carries, as twelve black or white fields in a row; -1 if it is none.
+int numberOf(const VideoPicture& picture);
+
+// Writes a film of so many numbered pictures with a tone. `coding` are options of the encoders.
+bool makeFilm(const std::string& path, int pictures, const std::string& rate, const std::string& coding,
+              const std::string& size = "192x64");
+
+// A film that is computed: picture n begins at n / perSecond, key pictures come every `group`, and reading one costs
+// what `onDecode` does. How often it sought and read is counted.
+struct ComputedFilm {
+    int pictures = 500;
+    double perSecond = 25;
+    int group = 50;
+    int width = 64;
+    int height = 36;
+    double first = 0;
+    std::function<void()> onDecode = [] {};
+    int seeks = 0;
+    int reads = 0;
+    std::size_t bytesPerPicture = 1000;
+
+    VideoOpener opener();
+};
+
+}  // namespace qm::test

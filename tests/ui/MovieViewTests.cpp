@@ -1,0 +1,139 @@
+#include "ui/controls/MovieView.h"
+
+#include <doctest/doctest.h>
+
+#include <QAction>
+#include <QImage>
+#include <QTimer>
+
+#include "support/widgets/ControllerFixture.h"
+#include "ui/windows/MainWindow.h"
+#include "ui/windows/MainWindowState.h"
+#include "ui/windows/VideoPanel.h"
+
+using namespace qm;
+
+namespace {
+
+std::shared_ptr<const VideoPicture> plain(std::uint32_t color, double aspect, int width = 8, int height = 4) {
+    auto picture = std::make_shared<VideoPicture>();
+    picture->width = width;
+    picture->height = height;
+    picture->aspect = aspect;
+    picture->pixels.assign(std::size_t(width) * height, color);
+    return picture;
+}
+
+struct FilmWindow {
+    ControllerFixture fixture;
+    QMController& controller = fixture.init();
+    Outlets outlets;
+    MainWindow window{outlets, &controller};
+    VideoPanel panel{outlets, &window};
+    MainWindowState state{window, controller, controller, outlets};
+
+    FilmWindow() {
+        fixture.engine.files["/music/film.mp4"].hasVideo = true;
+        fixture.engine.files["/music/other.mp4"].hasVideo = true;
+        controller.awakeFromNib(outlets);
+        state.refresh();
+    }
+
+    FakeMovie& load(const QString& path) {
+        controller.loadFileAdd(path, true);
+        state.refresh();
+        return *fixture.engine.movie();
+    }
+
+    bool offersVideo() { return window.actions().action(QStringLiteral("displayVideo"))->isEnabled(); }
+};
+
+void lookAgain(MovieView* view) {
+    fire(view->findChild<QTimer*>());
+}
+
+}  // namespace
+
+TEST_CASE_FIXTURE(FilmWindow, "a picture is painted in the middle in its own proportions, on black") {
+    FakeMovie& movie = load("/music/film.mp4");
+    movie.picture = plain(0xff20c040, 2);
+    outlets.movieView->resize(400, 300);
+    lookAgain(outlets.movieView);
+    CHECK(outlets.movieView->pictureRect() == QRectF(0, 50, 400, 200));
+    QImage image(400, 300, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    outlets.movieView->render(&image);
+    CHECK(image.pixelColor(200, 40) == QColor(Qt::black));
+    CHECK(image.pixelColor(200, 260) == QColor(Qt::black));
+    CHECK(image.pixelColor(3, 150) == QColor(0x20, 0xc0, 0x40));
+    CHECK(image.pixelColor(396, 54) == QColor(0x20, 0xc0, 0x40));
+
+    movie.picture = plain(0xff20c040, 0.5);
+    lookAgain(outlets.movieView);
+    CHECK(outlets.movieView->pictureRect() == QRectF(125, 0, 150, 300));
+}
+
+TEST_CASE_FIXTURE(FilmWindow, "a movie is watched for as long as its view is visible") {
+    FakeMovie& film = load("/music/film.mp4");
+    CHECK(film.watched);
+    panel.hide();
+    CHECK_FALSE(film.watched);
+    CHECK_FALSE(outlets.movieView->findChild<QTimer*>()->isActive());
+    panel.show();
+    CHECK(film.watched);
+    CHECK(outlets.movieView->findChild<QTimer*>()->isActive());
+}
+
+TEST_CASE_FIXTURE(FilmWindow, "the view lets go of a movie before it goes, and of its picture with it") {
+    load("/music/film.mp4").picture = plain(0xffffffff, 2);
+    lookAgain(outlets.movieView);
+    CHECK_FALSE(outlets.movieView->pictureRect().isEmpty());
+    QTMovie* viewedAtOpen = controller.qtMovie.get();
+    fixture.log.atEvent = [&](const std::string& event) {
+        if (event.starts_with("open ")) viewedAtOpen = outlets.movieView->movie();
+    };
+    FakeMovie& other = load("/music/other.mp4");
+    CHECK(viewedAtOpen == nullptr);
+    CHECK(outlets.movieView->movie() == &other);
+    CHECK(outlets.movieView->pictureRect().isEmpty());
+    CHECK(other.watched);
+
+    fixture.engine.unreadable.insert("/music/text.mp4");
+    controller.loadFileAdd("/music/text.mp4", true);
+    CHECK(controller.qtMovie == nullptr);
+    CHECK(outlets.movieView->movie() == nullptr);
+    CHECK_FALSE(outlets.movieView->findChild<QTimer*>()->isActive());
+}
+
+TEST_CASE_FIXTURE(FilmWindow, "the panel comes with a film, goes with a song and can be closed and called back") {
+    CHECK_FALSE(offersVideo());
+    load("/music/film.mp4");
+    CHECK(panel.isVisible());
+    CHECK(offersVideo());
+    panel.close();
+    CHECK_FALSE(panel.isVisible());
+    CHECK(controller.qtMovie != nullptr);
+    window.actions().action(QStringLiteral("displayVideo"))->trigger();
+    CHECK(panel.isVisible());
+    load("/music/song.mp3");
+    CHECK_FALSE(panel.isVisible());
+    CHECK(outlets.movieView->movie() == nullptr);
+    CHECK_FALSE(offersVideo());
+}
+
+TEST_CASE_FIXTURE(FilmWindow, "the panel opens at its size, can be made as small as its least, and the view fills it") {
+    CHECK(panel.size() == QSize(560, 315));
+    CHECK(panel.minimumSize() == QSize(240, 135));
+    CHECK(panel.windowTitle() == "Video");
+    CHECK(panel.windowType() == Qt::Tool);
+    panel.show();
+    panel.resize(10, 10);
+    CHECK(panel.size() == QSize(240, 135));
+    CHECK(outlets.movieView->geometry() == panel.rect());
+    panel.resize(700, 500);
+    CHECK(outlets.movieView->geometry() == panel.rect());
+}
+
+TEST_CASE_FIXTURE(FilmWindow, "Ctrl+3 is the key of the video") {
+    CHECK(window.actions().action(QStringLiteral("displayVideo"))->shortcut() == QKeySequence(Qt::CTRL | Qt::Key_3));
+}
