@@ -128,12 +128,13 @@ bool PictureServer::work(const VideoMoment& moment) {
         return false;
     }
     const bool loops = m_wanted.size() > 1;
+    const std::size_t share = m_backward ? m_budget / 4 : m_budget / 2;
+    const std::size_t beyondSeam = share - std::min(m_lastBytes, share);  // one picture may lie across both stretches
     if (loops) {
-        const std::size_t most = m_backward ? m_budget / 4 : m_budget / 2;
-        m_cache.trim(m_wanted[1], most - std::min(m_lastBytes, most), m_backward);
+        m_cache.trim(m_wanted[1], beyondSeam, m_backward);
     }
     if (!m_backward) {
-        return workForward(m_budget / 2) || (loops && workBeyondSeam(m_wanted[1], m_budget / 2));
+        return workForward(share) || (loops && workBeyondSeam(m_wanted[1], beyondSeam));
     }
     const std::optional<GroupJob>& beyond = m_lanes[1].group;
     const Span& span = m_wanted[0];
@@ -141,9 +142,8 @@ bool PictureServer::work(const VideoMoment& moment) {
     if (late && !m_lanes[0].group && beyond && beyond->span.touches(span.end - kRounding, span.end)) {
         std::swap(m_lanes[0], m_lanes[1]);  // the seam came before what lies beyond it was ready
     }
-    const std::size_t quarter = m_budget / 4;
-    return workBackward(m_lanes[0], span, 2 * quarter, quarter) ||
-           (loops && isReady(m_lanes[1]) && workBackward(m_lanes[1], m_wanted[1], quarter, 1));
+    return workBackward(m_lanes[0], span, 2 * share, share) ||
+           (loops && isReady(m_lanes[1]) && workBackward(m_lanes[1], m_wanted[1], beyondSeam, 1));
 }
 
 bool PictureServer::workForward(std::size_t allowance) {
