@@ -187,11 +187,11 @@ another_window_has_focus() {
     focus=$(xdotool getwindowfocus) && [ "$focus" -gt 1 ] && [ "$focus" != "$player_window" ]
 }
 
-# start_recording FILE: from here on what the program plays is written there.
+# start_recording FILE [LATENCY]: from here on what the program plays is written there, that many milliseconds at a time.
 start_recording() {
     recording=$1
     : >"$recording"
-    parec -d "$recorded_sink.monitor" --format=float32le --rate=44100 --channels=2 --raw --latency-msec=20 >>"$recording" &
+    parec -d "$recorded_sink.monitor" --format=float32le --rate=44100 --channels=2 --raw --latency-msec="${2:-20}" >>"$recording" &
     recorder_pid=$!
     stage_pids+=("$recorder_pid")
     wait_recorded 0.2

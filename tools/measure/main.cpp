@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "Beacon.h"
 #include "CodedSound.h"
 #include "Passes.h"
 #include "Tune.h"
@@ -21,6 +22,10 @@ using Arguments = std::vector<std::string>;
 constexpr const char* kUsage =
     "quillmere-measure make-coded OUT.wav SECONDS   the sound whose samples say where they come from\n"
     "quillmere-measure make-tune OUT.wav SECONDS    a melody and a steady tone\n"
+    "quillmere-measure make-beacon OUT.wav SECONDS  a sound in which every change of the playing shows\n"
+    "quillmere-measure change RECORDING KIND FROM   when the beacon's playing changed after that frame, and the "
+    "silence in it;\n"
+    "                                               KIND: quieter, louder, jump, turn or speed\n"
     "quillmere-measure to-wav RECORDING OUT.wav\n"
     "quillmere-measure tail RECORDING FRAMES        are the last frames silent or sounding?\n"
     "quillmere-measure runs RECORDING GAIN          where each stretch of a recorded coded sound comes from\n"
@@ -35,6 +40,25 @@ int makeCoded(const Arguments& a) {
 
 int makeTuneFile(const Arguments& a) {
     writeWav(a[0], makeTune(std::stoi(a[1])));
+    return 0;
+}
+
+int makeBeaconFile(const Arguments& a) {
+    writeWav(a[0], makeBeacon(std::stoi(a[1])));
+    return 0;
+}
+
+int change(const Arguments& a) {
+    const Sound recording = readRecording(a[0]);
+    const auto from = std::size_t(std::stoul(a[2]));
+    const auto heard = findChange(recording, changeNamed(a[1]), from);
+    if (!heard) {
+        std::fprintf(stderr, "quillmere-measure: no change %s is heard\n", a[1].c_str());
+        return 1;
+    }
+    const std::size_t silence = longestSilence(recording, from, *heard + kSampleRate / 10);
+    std::printf("after_ms %.1f silence_ms %.1f\n", 1e3 * double(*heard - from) / kSampleRate,
+                1e3 * double(silence) / kSampleRate);
     return 0;
 }
 
@@ -106,6 +130,8 @@ struct Command {
 const std::map<std::string, Command> kCommands = {
     {"make-coded", {makeCoded, 2}},
     {"make-tune", {makeTuneFile, 2}},
+    {"make-beacon", {makeBeaconFile, 2}},
+    {"change", {change, 3}},
     {"to-wav", {toWav, 2}},
     {"tail", {tail, 2}},
     {"runs", {runs, 2}},
