@@ -10,8 +10,8 @@
 
 #include "engine/api/Log.h"
 #include "ui/controls/MeterView.h"
-#include "ui/controls/RoundedBox.h"
 #include "ui/controls/MovieView.h"
+#include "ui/controls/RoundedBox.h"
 #include "ui/controls/WaveformStrip.h"
 
 namespace qm {
