@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <vector>
 
+#include "Line.h"
+
 namespace qm::measure {
 
 namespace {
@@ -92,54 +94,52 @@ Vector swellAt(const Sound& sound, std::size_t middle, double hz) {
     return sum;
 }
 
-struct Line {
-    double mean, slope, middle;
-    double at(double x) const { return mean + slope * (x - middle); }
+// The swells counted so far, at every step from `from` to `to`.
+class SwellCounter {
+public:
+    static constexpr std::size_t kStep = kSampleRate / 500;  // 2 ms
+
+    explicit SwellCounter(const Sound& sound) : m_sound(sound) {}
+
+    std::vector<double> count(std::size_t from, std::size_t to) {
+        std::vector<double> counts;
+        for (std::size_t i = from; i < to; i += kStep) {
+            const Vector now = swellAt(m_sound, i, kNearHz);
+            m_turns += std::arg(now * std::conj(m_last)) / kTurn;
+            m_last = now;
+            counts.push_back(m_turns + kNearHz * double(i) / kSampleRate);
+        }
+        return counts;
+    }
+
+private:
+    static constexpr double kNearHz = 0.8 * kSwellHz;  // of the speeds that are compared
+
+    const Sound& m_sound;
+    double m_turns = 0;
+    Vector m_last = 0;
 };
 
-// The swells counted at every two milliseconds of [begin, end), as a line with the least squares of error.
-std::optional<Line> swellLine(const Sound& sound, std::size_t begin, std::size_t end, double& turns, Vector& last) {
-    constexpr double kNear = 0.8 * kSwellHz;
-    std::vector<double> x, y;
-    for (std::size_t i = begin; i < end; i += 88) {
-        const Vector now = swellAt(sound, i, kNear);
-        turns += last == Vector(0) ? 0 : std::arg(now * std::conj(last)) / kTurn;
-        last = now;
-        x.push_back(double(i));
-        y.push_back(turns + kNear * double(i) / kSampleRate);
-    }
-    if (x.size() < 2) {
-        return std::nullopt;
-    }
-    const double n = double(x.size());
-    Line line{0, 0, (x.front() + x.back()) / 2};
-    double sxx = 0, sxy = 0;
-    for (std::size_t i = 0; i < x.size(); ++i) {
-        line.mean += y[i] / n;
-        sxx += (x[i] - line.middle) * (x[i] - line.middle);
-        sxy += (x[i] - line.middle) * y[i];
-    }
-    line.slope = sxy / sxx;
-    return line;
-}
-
 std::optional<std::size_t> findSpeed(const Sound& sound, std::size_t from) {
-    const std::size_t end = reachOf(sound, from);
-    const std::size_t settled = kSampleRate / 4, edge = kSampleRate / 8;
-    if (from < kReach + edge || end - from < kReach || end + edge > sound.frames()) {
+    constexpr std::size_t kSteps = 150, kSettling = 125;  // 300 ms of line on each side, 250 ms in between
+    constexpr std::size_t kLine = kSteps * SwellCounter::kStep, kGap = kSettling * SwellCounter::kStep;
+    constexpr std::size_t kEdge = kSampleRate / 8;  // what a window needs beside its middle
+    if (from < kLine + 2 * kEdge || from + kGap + kLine + kEdge > sound.frames()) {
         return std::nullopt;
     }
-    double turns = 0;
-    Vector last = 0;
-    const auto before = swellLine(sound, from - kReach, from - edge, turns, last);
-    swellLine(sound, from - edge, from + settled, turns, last);
-    const auto after = swellLine(sound, from + settled, end, turns, last);
-    if (!before || !after || std::abs(after->slope - before->slope) < 0.02 * before->slope) {
+    const std::size_t begin = from - kEdge - kLine, first = begin + kLine,
+                      second = first + kEdge / SwellCounter::kStep * SwellCounter::kStep + kGap;
+    SwellCounter counter(sound);
+    const Line before = fitLine(counter.count(begin, first));
+    counter.count(first, second);
+    const Line after = fitLine(counter.count(second, second + kLine));
+    if (std::abs(after.slope - before.slope) < 0.02 * before.slope) {
         return std::nullopt;
     }
-    const double meet =
-        double(from) + (before->at(double(from)) - after->at(double(from))) / (after->slope - before->slope);
-    return meet < double(from) ? from : std::size_t(meet);
+    // In steps from `begin`, where the two lines say the same.
+    const double apart = double(second - begin) / double(SwellCounter::kStep);
+    const double meet = (after.at(-apart) - before.start) / (before.slope - after.slope);
+    return std::max(from, begin + std::size_t(std::max(0.0, meet * double(SwellCounter::kStep))));
 }
 
 }  // namespace

@@ -6,6 +6,8 @@
 #include <numbers>
 #include <span>
 
+#include "Line.h"
+
 namespace qm::measure {
 
 namespace {
@@ -91,26 +93,6 @@ std::optional<std::size_t> coarsePeriod(const std::vector<float>& hops, std::siz
     const auto first = std::find_if(likeness.begin(), likeness.end(), [&](double v) { return v > 0.85 * best; });
     const auto peak = std::max_element(first, first + std::min<std::ptrdiff_t>(20, likeness.end() - first));
     return shortest + std::size_t(peak - likeness.begin());
-}
-
-struct Line {
-    double start;
-    double slope;
-
-    double at(double x) const { return start + slope * x; }
-};
-
-// The line through the values at 0, 1, 2 ... with the least squares of error; at least two values.
-Line fitLine(const std::vector<double>& values) {
-    const double n = double(values.size());
-    double sy = 0, sxy = 0;
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        sy += values[i];
-        sxy += double(i) * values[i];
-    }
-    const double meanX = (n - 1) / 2;
-    const double slope = (sxy - meanX * sy) / (n * (n * n - 1) / 12);
-    return {sy / n - slope * meanX, slope};
 }
 
 }  // namespace
