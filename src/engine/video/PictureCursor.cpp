@@ -1,5 +1,9 @@
 #include "engine/video/PictureCursor.h"
 
+#include <string>
+
+#include "engine/api/Log.h"
+
 namespace qm {
 
 namespace {
@@ -13,7 +17,15 @@ void PictureCursor::seek(double seconds) {
     m_pending.reset();
     m_soughtTo = seconds;
     m_justSought = m_reader->seek(seconds);
-    ++m_fruitless;
+    if (!m_justSought) {
+        countFruitless();
+    }
+}
+
+void PictureCursor::countFruitless() {
+    if (++m_fruitless == kMostFruitless) {
+        qmLog("no picture of the film can be decoded from " + std::to_string(m_soughtTo) + " s on");
+    }
 }
 
 bool PictureCursor::read(double wantedFrom, bool reduce, std::optional<PictureCache::Shown>& finished) {
@@ -33,6 +45,8 @@ bool PictureCursor::read(double wantedFrom, bool reduce, std::optional<PictureCa
         m_pendingBegin = isFirst ? -kForever : picture.seconds;
         m_pending = std::move(picture);
         m_fruitless = 0;
+    } else if (m_justSought) {
+        countFruitless();
     }
     m_justSought = false;
     return !ended;

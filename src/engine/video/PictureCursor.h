@@ -34,12 +34,14 @@ public:
 private:
     static constexpr int kMostFruitless = 3;
 
+    void countFruitless();
+
     const std::unique_ptr<VideoReader> m_reader;
     std::optional<RawPicture> m_pending;  // read last; it ends where the next one begins
     double m_pendingBegin = 0;
     double m_soughtTo = 0;
     bool m_justSought = false;
-    int m_fruitless = 0;  // seeks in a row without a picture
+    int m_fruitless = 0;  // seeks in a row after which there was no picture
 };
 
 }  // namespace qm

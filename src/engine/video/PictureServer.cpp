@@ -26,7 +26,8 @@ double shownTime(const VideoMoment& moment) {
 PictureServer::PictureServer(VideoOpener open, std::size_t budget) : m_open(std::move(open)), m_budget(budget) {}
 
 bool PictureServer::isReadable() {
-    return isReady(m_lanes[0]);
+    isReady(m_lanes[0]);
+    return m_lanes[0].cursor != nullptr;
 }
 
 bool PictureServer::isReady(Lane& lane) {

@@ -271,6 +271,20 @@ TEST_CASE("a film without a picture that can be decoded is given up") {
     }
 }
 
+TEST_CASE("turns and jumps in quick succession, before anything could be decoded, do no harm") {
+    ComputedFilm film;
+    Playback playback(film.opener());
+    for (int i = 0; i < 30; ++i) {
+        const double rates[] = {1, -1, 0};
+        playback.moment = {i * 0.6, rates[i % 3]};
+        playback.server.work(playback.moment);
+    }
+    playback.moment = {11.5, -1};
+    playback.settle();
+    REQUIRE(playback.shown());
+    CHECK(playback.shown()->seconds == doctest::Approx(11.48));
+}
+
 TEST_CASE("turning to pause after backward play shows the picture in full size") {
     ComputedFilm film;
     Playback playback(film.opener());
