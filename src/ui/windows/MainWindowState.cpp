@@ -7,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "ui/controls/ImageButton.h"
 #include "ui/controls/MovieView.h"
 #include "ui/controls/PlayListView.h"
 #include "ui/controls/Slider.h"
@@ -82,6 +83,11 @@ double MainWindowState::secondsOf(double value) const {
     return scale > 0 ? value / static_cast<double>(scale) : 0;
 }
 
+// The loop as the user sees it: switched on without a selected row, it is on for the actions and nowhere to be seen.
+bool MainWindowState::loopShows() const {
+    return m_state.isLooping && m_outlets.loopButton->imageName() == QLatin1String("db_loop_on.png");
+}
+
 bool MainWindowState::marksChanged(int row) const {
     const auto i = static_cast<size_t>(row);
     return row >= 0 && (m_list.markAarray[i] != 0 || m_list.markBarray[i] != m_list.durations[i]);
@@ -113,7 +119,7 @@ void MainWindowState::refreshHero() {
                        false);
     }
     hero.showStates(speedTag(m_state.rate), pitchTag(m_state.pitch),
-                    m_state.isLooping ? QStringLiteral("Loop A–B") : QString());
+                    loopShows() ? QStringLiteral("Loop A–B") : QString());
     hero.keepClockInPlace();
 }
 
@@ -133,17 +139,17 @@ void MainWindowState::refreshStrip() {
     Slider& cue = *m_outlets.cueSlider;
     const int row = loadedRow();
     std::optional<std::pair<double, double>> marks;
-    if (row >= 0 && (m_state.isLooping || marksChanged(row))) {
+    if (row >= 0 && (loopShows() || marksChanged(row))) {
         const auto i = static_cast<size_t>(row);
         marks = {static_cast<double>(m_list.markAarray[i]), static_cast<double>(m_list.markBarray[i])};
     }
     const bool forward = marks && marks->second >= marks->first;
-    cue.setLoopRegion(m_state.isLooping && forward ? marks : std::nullopt);
+    cue.setLoopRegion(loopShows() && forward ? marks : std::nullopt);
     const double length = cue.maximum() - cue.minimum();
     if (marks && length > 0)
         marks = {std::clamp(marks->first / length, 0.0, 1.0), std::clamp(marks->second / length, 0.0, 1.0)};
     strip.setActive(m_state.qtMovie != nullptr);
-    strip.setLoop(marks, m_state.isLooping);
+    strip.setLoop(marks, loopShows());
     strip.setPosition(length > 0 ? (cue.value() - cue.minimum()) / length : 0);
 }
 

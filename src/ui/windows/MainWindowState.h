@@ -36,6 +36,7 @@ private:
     void refreshPanelSigns();
     QString trackTitle(int row) const;
     QString trackByLine(int row) const;
+    bool loopShows() const;
     bool marksChanged(int row) const;
     double secondsOf(double value) const;  // of the position slider's value
 
