@@ -129,6 +129,9 @@ std::optional<std::size_t> findSpeed(const Sound& sound, std::size_t from) {
     }
     const std::size_t begin = from - kEdge - kLine, first = begin + kLine,
                       second = first + kEdge / SwellCounter::kStep * SwellCounter::kStep + kGap;
+    if (longestSilence(sound, begin, second + kLine) > 0) {
+        return std::nullopt;
+    }
     SwellCounter counter(sound);
     const Line before = fitLine(counter.count(begin, first));
     counter.count(first, second);

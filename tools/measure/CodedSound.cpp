@@ -113,16 +113,25 @@ private:
     int m_lastCounter = 0;
 };
 
-// A run too short to meet a middle is the next frames of the run before it, if its counter fits.
+// A run too short to meet a middle goes on from the run before it, or leads up to the run after it, if its counter
+// fits.
 void placeUnknownRuns(std::vector<Run>& runs, const Sound& recording, double gain) {
-    for (std::size_t i = 1; i < runs.size(); ++i) {
-        if (runs[i].source >= 0 || runs[i - 1].source < 0) {
-            continue;
+    const auto place = [&](Run& run, std::int64_t source) {
+        if (run.source < 0 && source >= 0 && source % kSecond == decode(recording, run.at, gain)->counter) {
+            run.source = source;
         }
-        const std::int64_t next =
-            runs[i - 1].sourceEnd() + std::int64_t(recording.soundingFrames(runs[i - 1].end(), runs[i].at));
-        if (next % kSecond == decode(recording, runs[i].at, gain)->counter) {
-            runs[i].source = next;
+    };
+    const auto between = [&](std::size_t i) {
+        return std::int64_t(recording.soundingFrames(runs[i].end(), runs[i + 1].at));
+    };
+    for (std::size_t i = 0; i + 1 < runs.size(); ++i) {
+        if (runs[i].source >= 0) {
+            place(runs[i + 1], runs[i].sourceEnd() + between(i));
+        }
+    }
+    for (std::size_t i = runs.size(); i-- > 1;) {
+        if (runs[i].source >= 0) {
+            place(runs[i - 1], runs[i].source - between(i - 1) - std::int64_t(runs[i - 1].length));
         }
     }
 }
