@@ -11,7 +11,10 @@ kill_sound_server() {
 
 # Every second of the coded sound begins and ends alike, so that a frame's place is told to a quarter of a second; that
 # the period is exact to the frame says the rest.
+# On a starved card a stretch may be too short to tell its place.
 expect_the_loop() { # between the seconds 1 and 3
+    runs=$(grep -v ' source -1 ' <<<"$runs")
+    joins=$(grep ' known$' <<<"$joins")
     expect "first frame heard" "$(values "$runs" source | smallest)" -ge 33075
     expect "last frame heard" "$(awk '{ print $5 + $7 }' <<<"$runs" | largest)" -le 143325
     expect_exact_loop 88200 3

@@ -26,8 +26,8 @@ enum class Change {
 Change changeNamed(const std::string& name);
 
 // The first frame not before `from` where the change is heard; none when there is none within three quarters of a
-// second. For Turn and Speed the sound has to be steady for that long before and after; a silence
-// would move the lines of Speed, so that there is no answer then.
+// second. For Turn and Speed the sound has to be steady for that long before and after; a silence would
+// move the lines of Speed, so that there is no answer then.
 std::optional<std::size_t> findChange(const Sound& recording, Change change, std::size_t from);
 
 // The longest stretch of nothing at all that begins in [from, to), in frames.
