@@ -35,8 +35,8 @@ struct Player {
         waitFor([&] { return movie->renderThread().isCaughtUp(); });
     }
 
-    // Plays in callbacks of 100 frames, each only when its sound is ready.
-    std::vector<StereoFrame> play(std::size_t frames) {
+    // Plays in callbacks of 100 frames, each when its sound is ready, or when it has not come for a while.
+    std::vector<StereoFrame> play(std::size_t frames, int patience = 300) {
         std::vector<StereoFrame> sound(frames);
         for (std::size_t done = 0; done < frames; done += 100) {
             waitFor(
@@ -44,7 +44,7 @@ struct Player {
                     const RenderThread& render = movie->renderThread();
                     return render.framesReady() >= 3000 || (render.framesReady() >= 200 && render.isCaughtUp());
                 },
-                300);
+                patience);
             device->step(std::span(sound).subspan(done, std::min<std::size_t>(100, frames - done)));
         }
         return sound;
@@ -324,7 +324,7 @@ TEST_CASE("changing the speed goes on from what is heard, without silence or a j
     for (const float rate : {0.5f, 0.75f, 2.0f, 1.0f, 0.35f}) {
         const std::int64_t before = p.now();
         p.movie->setRate(rate);
-        const auto sound = p.play(12000);
+        const auto sound = p.play(12000, 20000);
         float largest = 0, quietest = 1;
         for (std::size_t i = 0; i + 200 < sound.size(); i += 100) {
             float peak = 0;
