@@ -7,6 +7,8 @@ add_coded_track 8
 set_marks 1 3
 press l
 
+# What the machine has to do besides counts as well, so that it is no busier than meant.
+busy=$(awk '{ printf "%d", $1 + 0.5 }' /proc/loadavg)
 spin() {
     bash -c 'while :; do :; done' &
     stage_pids+=($!)
@@ -18,16 +20,18 @@ keep_window_busy() { # every size is a new layout and a new picture
         sleep 0.05
     done
 }
-spin
-spin
+for ((process = busy; process < 2; process++)); do
+    spin
+done
 for ((attempt = 0; attempt < attempts; attempt++)); do
     press Home # to A
     keep_window_busy &
     play_recorded 12
     wait $!
-    expect_exact_loop 88200 5
+    expect_exact_loop 88200
     [ "$(values "$joins" silent | total)" -ne 0 ] || break
 done
 expect "silent frames" "$(values "$joins" silent | total)" -eq 0
+expect "passes" "$(count_of "$runs")" -gt 5
 expect "different first frames of the passes" "$(values "$runs" source | tail -n +2 | sort -u)" -eq 44100
 quit_by_key
