@@ -13,14 +13,17 @@ namespace qm {
 
 enum class Urgency {
     Soon,  // decoding ahead
-    Now,   // what the device is waiting for: works in short stretches and sleeps between them
+    Next,  // what the device will need in a moment: works in short stretches and sleeps between them
+    Now,   // what the device is waiting for
 };
 
 inline void preferThisThread([[maybe_unused]] Urgency urgency) noexcept {
 #ifdef __linux__
     constexpr int kNice = -12;
-    const sched_param lowest{.sched_priority = 1};
-    if (urgency == Urgency::Now && pthread_setschedparam(pthread_self(), SCHED_RR, &lowest) == 0) return;
+    if (urgency != Urgency::Soon) {
+        const sched_param priority{.sched_priority = urgency == Urgency::Now ? 2 : 1};
+        if (pthread_setschedparam(pthread_self(), SCHED_RR, &priority) == 0) return;
+    }
     setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), kNice);
 #endif
 }

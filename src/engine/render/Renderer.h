@@ -2,6 +2,7 @@
 // object serves the real-time render thread and the offline tool. Render thread only.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <span>
 
@@ -23,7 +24,8 @@ struct RenderSettings {
 
 class Renderer {
 public:
-    explicit Renderer(PcmCache& cache);
+    // `betweenBlocks` is called every few milliseconds of work.
+    explicit Renderer(PcmCache& cache, std::function<void()> betweenBlocks = {});
     ~Renderer();
 
     // Starts at `step` of the playhead; a negative step plays what leads up to it. False when interrupted.

@@ -29,8 +29,9 @@ std::unique_ptr<RubberBandStretcher> makeLibrary(int sampleRate, RubberBandStret
 
 }  // namespace
 
-RubberBandStretch::RubberBandStretch(int sampleRate)
+RubberBandStretch::RubberBandStretch(int sampleRate, std::function<void()> betweenBlocks)
     : m_sampleRate(sampleRate),
+      m_betweenBlocks(std::move(betweenBlocks)),
       m_plain(makeLibrary(sampleRate, windowOption())),
       m_library(m_plain.get()),
       m_source(kBlock) {
@@ -86,6 +87,7 @@ bool RubberBandStretch::feed(Timeline& timeline, std::size_t frames) {
     }
     const float* const input[] = {m_planes[0].data(), m_planes[1].data()};
     m_library->process(input, frames, false);
+    if (m_betweenBlocks) m_betweenBlocks();
     return true;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -15,7 +16,8 @@ namespace qm {
 
 class RubberBandStretch : public TimeStretch {
 public:
-    explicit RubberBandStretch(int sampleRate);
+    // `betweenBlocks` is called after each block of the library's work, a few milliseconds long.
+    RubberBandStretch(int sampleRate, std::function<void()> betweenBlocks);
     ~RubberBandStretch() override;
 
     void setLight(bool light) override;
@@ -32,6 +34,7 @@ private:
     // Moving the pitch costs the library a resampler in every block, a third more work: without it there is another
     // one.
     const int m_sampleRate;
+    const std::function<void()> m_betweenBlocks;
     bool m_light = false;  // short windows
     std::unique_ptr<Library> m_plain;
     std::unique_ptr<Library> m_pitched;
