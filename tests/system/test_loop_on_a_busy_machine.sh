@@ -26,8 +26,9 @@ done
 for ((attempt = 0; attempt < attempts; attempt++)); do
     press Home # to A
     keep_window_busy &
+    busy_window=$!
     play_recorded 12
-    wait $!
+    wait "$busy_window"
     expect_exact_loop 88200
     [ "$(values "$joins" silent | total)" -ne 0 ] || break
 done
