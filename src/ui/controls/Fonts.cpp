@@ -4,17 +4,23 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QGuiApplication>
+#include <QHash>
 #include <QPainter>
 #include <QPainterPath>
 #include <QScreen>
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <optional>
 
 namespace qm {
 
 namespace {
 
-constexpr int kCachedOutlines = 2000;
+// Text is laid out at one large size and scaled to the exact one: the same shapes and weights at every size, scale and
+// place, and only one font to load for each weight.
+constexpr int kLayoutPixels = 256;
+constexpr int kCachedPieces = 2000;
 constexpr double kCellRoom = 1.008;  // of the widest digit, as the family's own tabular digits have
 
 QString uiFamily() {
@@ -31,45 +37,81 @@ double screenDpi() {
     return screen ? screen->logicalDotsPerInchY() : 96.0;
 }
 
-// The toolkit rounds sizes to whole pixels, so text is laid out at a whole size and scaled to the exact one.
-struct ExactFont {
-    explicit ExactFont(const QFont& wanted) : whole(wanted) {
-        const double pixels = wanted.pixelSize() > 0 ? wanted.pixelSize() : wanted.pointSizeF() * screenDpi() / 72;
-        spacing = wanted.letterSpacing();
-        whole.setPixelSize(std::max(1, static_cast<int>(std::lround(pixels))));
-        whole.setLetterSpacing(QFont::AbsoluteSpacing, 0);
-        scale = pixels / whole.pixelSize();
-    }
-    QFont whole;
-    double scale = 1;
-    double spacing = 0;  // pixels after each character
-};
-
-// The font and everything that follows from it, kept for the next text in it.
-struct FontMeasures {
-    explicit FontMeasures(const QFont& font) : exact(font), metrics(exact.whole) {
-        double widest = 0;
+// A weight and letter spacing of the family at the layout size, with what was asked of it kept for the next time.
+class Face {
+public:
+    explicit Face(const QFont& font) : m_spaced(font), m_spacing(font.letterSpacing()), m_metrics(plain(font)) {
         for (char digit = '0'; digit <= '9'; ++digit)
-            widest = std::max(widest, metrics.horizontalAdvance(QChar(digit)));
-        cell = widest * kCellRoom * exact.scale;
+            m_cell = std::max(m_cell, m_metrics.horizontalAdvance(QChar(digit)));
+        m_cell *= kCellRoom;
     }
-    double advance(const QString& text) const {
-        return metrics.horizontalAdvance(text) * exact.scale + exact.spacing * static_cast<double>(text.size());
+
+    double advance(const QString& text) {
+        Piece& known = piece(text);
+        if (!known.advance) known.advance = m_metrics.horizontalAdvance(text);
+        return *known.advance + m_spacing * static_cast<double>(text.size());
     }
-    ExactFont exact;
-    QFontMetricsF metrics;
-    double cell = 0;  // width of a digit's cell, without spacing
+
+    const QPainterPath& outline(const QString& text) {
+        Piece& known = piece(text);
+        if (!known.outline) {
+            known.outline.emplace().setFillRule(Qt::WindingFill);
+            known.outline->addText(0, 0, m_spaced, text);
+        }
+        return *known.outline;
+    }
+
+    double cell() const { return m_cell + m_spacing; }  // of a digit
+    double ascent() const { return m_metrics.ascent(); }
+    double descent() const { return m_metrics.descent(); }
+
+private:
+    struct Piece {
+        std::optional<double> advance;  // without spacing
+        std::optional<QPainterPath> outline;
+    };
+
+    static QFont plain(QFont font) {
+        font.setLetterSpacing(QFont::AbsoluteSpacing, 0);
+        return font;
+    }
+
+    Piece& piece(const QString& text) {
+        if (!m_pieces.contains(text)) m_pieces.insert(text, new Piece);
+        return *m_pieces.object(text);
+    }
+
+    QFont m_spaced;
+    double m_spacing;
+    QFontMetricsF m_metrics;
+    double m_cell = 0;  // without spacing
+    QCache<QString, Piece> m_pieces{kCachedPieces};
 };
 
-const FontMeasures& measuresOf(const QFont& font) {
-    static QCache<QString, FontMeasures> cache(64);
-    const QString key = font.key() + u'/' + QString::number(font.letterSpacing());
-    FontMeasures* measures = cache.object(key);
-    if (!measures) {
-        measures = new FontMeasures(font);
-        cache.insert(key, measures);
-    }
-    return *measures;
+std::shared_ptr<Face> faceOf(const QFont& layoutFont) {
+    static QHash<QFont, std::shared_ptr<Face>> faces;
+    auto& face = faces[layoutFont];
+    if (!face) face = std::make_shared<Face>(layoutFont);
+    return face;
+}
+
+// A font at its exact size: its face, and the scale from the layout size.
+struct ExactFont {
+    double scale = 1;
+    std::shared_ptr<Face> face;
+};
+
+const ExactFont& exactFont(const QFont& font) {
+    static QHash<QFont, ExactFont> fonts;
+    ExactFont& exact = fonts[font];
+    if (exact.face) return exact;
+    const double pixels = font.pixelSize() > 0 ? font.pixelSize() : font.pointSizeF() * screenDpi() / 72;
+    exact.scale = pixels / kLayoutPixels;
+    QFont layoutFont = font;
+    layoutFont.setPixelSize(kLayoutPixels);
+    layoutFont.setLetterSpacing(QFont::AbsoluteSpacing, font.letterSpacing() / exact.scale);
+    exact.face = faceOf(layoutFont);
+    return exact;
 }
 
 bool isDigit(QChar c) {
@@ -77,15 +119,15 @@ bool isDigit(QChar c) {
 }
 
 // Cuts the text into single digits and stretches of everything else, and calls `place` with each and its x; answers
-// the width of the whole.
+// the width of the whole. All lengths are those of the layout size.
 template <typename Place>
-double layOut(const FontMeasures& font, const QString& text, Place place) {
+double layOut(Face& face, const QString& text, Place place) {
     double x = 0;
     for (qsizetype i = 0; i < text.size();) {
         if (isDigit(text[i])) {
             const QString digit = text.mid(i, 1);
-            place(digit, x + (font.cell - font.metrics.horizontalAdvance(digit) * font.exact.scale) / 2);
-            x += font.cell + font.exact.spacing;
+            place(digit, x + (face.cell() - face.advance(digit)) / 2);
+            x += face.cell();
             ++i;
             continue;
         }
@@ -93,27 +135,10 @@ double layOut(const FontMeasures& font, const QString& text, Place place) {
         while (end < text.size() && !isDigit(text[end])) ++end;
         const QString stretch = text.mid(i, end - i);
         place(stretch, x);
-        x += font.advance(stretch);
+        x += face.advance(stretch);
         i = end;
     }
     return x;
-}
-
-// Text is filled as outlines: the same shapes and weights at every size, scale and place.
-const QPainterPath& outlineOf(const FontMeasures& font, const QString& fontKey, const QString& text) {
-    static QCache<QString, QPainterPath> cache(kCachedOutlines);
-    const QString key = fontKey + u'/' + text;
-    QPainterPath* path = cache.object(key);
-    if (!path) {
-        path = new QPainterPath;
-        QFont spaced = font.exact.whole;
-        if (font.exact.spacing != 0)
-            spaced.setLetterSpacing(QFont::AbsoluteSpacing, font.exact.spacing / font.exact.scale);
-        path->setFillRule(Qt::WindingFill);
-        path->addText(0, 0, spaced, text);
-        cache.insert(key, path);
-    }
-    return *path;
 }
 
 }  // namespace
@@ -128,7 +153,8 @@ QFont uiFont(double pixels, int weight, double spacing) {
 }
 
 double textWidth(const QFont& font, const QString& text) {
-    return layOut(measuresOf(font), text, [](const QString&, double) {});
+    const ExactFont& exact = exactFont(font);
+    return layOut(*exact.face, text, [](const QString&, double) {}) * exact.scale;
 }
 
 QString elidedText(const QFont& font, const QString& text, double width) {
@@ -145,19 +171,17 @@ QString elidedText(const QFont& font, const QString& text, double width) {
 }
 
 void drawLineAt(QPainter& painter, const QPointF& left, const QString& text) {
-    const QFont font = painter.font();
-    const FontMeasures& measures = measuresOf(font);
-    const QString key = font.key() + u'/' + QString::number(font.letterSpacing());
+    const ExactFont& exact = exactFont(painter.font());
     const QBrush ink(painter.pen().color());
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(left);
-    painter.scale(measures.exact.scale, measures.exact.scale);
+    painter.scale(exact.scale, exact.scale);
     double drawnAt = 0;
-    layOut(measures, text, [&](const QString& piece, double x) {
-        painter.translate((x - drawnAt) / measures.exact.scale, 0);
+    layOut(*exact.face, text, [&](const QString& piece, double x) {
+        painter.translate(x - drawnAt, 0);
         drawnAt = x;
-        painter.fillPath(outlineOf(measures, key, piece), ink);
+        painter.fillPath(exact.face->outline(piece), ink);
     });
     painter.restore();
 }
@@ -170,13 +194,13 @@ void drawLine(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, co
 }
 
 double fontAscent(const QFont& font) {
-    const FontMeasures& measures = measuresOf(font);
-    return measures.metrics.ascent() * measures.exact.scale;
+    const ExactFont& exact = exactFont(font);
+    return exact.face->ascent() * exact.scale;
 }
 
 double fontHeight(const QFont& font) {
-    const FontMeasures& measures = measuresOf(font);
-    return (measures.metrics.ascent() + measures.metrics.descent()) * measures.exact.scale;
+    const ExactFont& exact = exactFont(font);
+    return (exact.face->ascent() + exact.face->descent()) * exact.scale;
 }
 
 double centredBaseline(const QFont& font, double top, double height) {
