@@ -2,6 +2,7 @@
 include(GNUInstallDirs)
 
 install(TARGETS quillmere quillmere-render RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS quillmere-engine LIBRARY DESTINATION ${QUILLMERE_MODULE_FOLDER})
 install(FILES packaging/quillmere.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES packaging/org.quillmere.Quillmere.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 install(FILES packaging/quillmere.1 packaging/quillmere-render.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)

@@ -24,21 +24,19 @@ constexpr double kIconScale = 2;  // sharp on every screen
 int g_signalSockets[2];
 
 // The look and the number format have to be settled before anything else is built.
-QApplication& prepared(QApplication& application) {
+void prepare() {
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName(QStringLiteral("Quillmere"));
     QApplication::setDesktopFileName(QStringLiteral("quillmere"));
     QApplication::setQuitOnLastWindowClosed(false);
-    applyStyle(application);
-    return application;
+    applyStyle();
 }
 
 }  // namespace
 
 Application::Application(int& argc, char** argv)
     : m_application(argc, argv),
-      m_controller((prepared(m_application), m_engine), m_prefs,
-                   [](const QString& name) { return namedImage(name, kIconScale); }),
+      m_controller((prepare(), m_engine), m_prefs, [](const QString& name) { return namedImage(name, kIconScale); }),
       m_window(m_outlets, &m_controller),
       m_levelMeters(m_outlets, &m_window),
       m_video(m_outlets, &m_window),
@@ -53,8 +51,16 @@ Application::~Application() = default;
 void Application::connectWindow() {
     QObject::connect(&m_window, &MainWindow::quitRequested, &m_window, [this] { quit(); });
     QObject::connect(
+        &m_window, &MainWindow::painted, &m_window, [this] { startTheRest(); }, Qt::QueuedConnection);
+    QObject::connect(
         &m_application, &QGuiApplication::commitDataRequest, &m_window,
         [this](QSessionManager&) { m_controller.applicationWillTerminate(); }, Qt::DirectConnection);
+}
+
+// What nobody misses until the window stands on the screen.
+void Application::startTheRest() {
+    m_engine.load();
+    applyWindowIcon();
 }
 
 // A request to terminate ends the program as its own Quit does; the signal handler only passes it on.

@@ -4,9 +4,9 @@
 #include <QApplication>
 #include <memory>
 
+#include "app/DeferredEngine.h"
 #include "app/Prefs.h"
 #include "app/QMController.h"
-#include "engine/movie/FileEngine.h"
 #include "ui/controls/Outlets.h"
 #include "ui/windows/LevelMetersPanel.h"
 #include "ui/windows/MainWindow.h"
@@ -26,12 +26,13 @@ public:
 
 private:
     void connectWindow();
+    void startTheRest();
     void endOnSignals();
     void quit();
 
     QApplication m_application;
     Prefs m_prefs;
-    FileEngine m_engine;
+    DeferredEngine m_engine;
     QMController m_controller;
     Outlets m_outlets;
     MainWindow m_window;

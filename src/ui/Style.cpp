@@ -5,12 +5,15 @@
 #include <QIcon>
 #include <QLayout>
 #include <QMargins>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
+#include <QScrollBar>
 #include <QStyleFactory>
 #include <QStyleOption>
+#include <QToolTip>
 
 #include "ui/controls/Fonts.h"
 #include "ui/controls/NamedImage.h"
@@ -23,7 +26,42 @@ namespace {
 constexpr double kWarningSize = 40;
 constexpr QMargins kAlertMargins(20, 24, 20, 16);
 constexpr double kMenuText = 12.5;
+const QColor kTipFrame(0x3A, 0x3C, 0x3F);
 constexpr int kMenuHeight = 26, kMenuSide = 9, kMenuBarSide = 8;
+
+// What the toolkit draws by a sheet: menus, scroll bars and alerts.
+QString styleSheetText() {
+    return QStringLiteral(R"(
+QMenu { background: #1B1C1E; color: #F3F5F7; border: 1px solid #3C3E41; padding: 5px; }
+QMenu::item { padding: 5px 26px 5px 14px; border-radius: 6px; margin: 0; }
+QMenu::item:selected { background: rgba(63, 210, 226, 51); color: #FFFFFF; }
+QMenu::item:disabled { color: #6B727A; }
+QMenu::separator { height: 1px; background: #37393C; margin: 5px 8px; }
+QMenu::right-arrow { width: 10px; height: 10px; }
+QMenu::indicator { width: 14px; height: 14px; margin-left: 4px; }
+QScrollBar:vertical { background: transparent; width: 11px; margin: 2px 2px 2px 0; border: none; }
+QScrollBar::handle:vertical { background: #565B61; min-height: 28px; border-radius: 4px; }
+QScrollBar::handle:vertical:hover { background: #737981; }
+QScrollBar:horizontal { background: transparent; height: 11px; margin: 0 2px 2px 2px; border: none; }
+QScrollBar::handle:horizontal { background: #565B61; min-width: 28px; border-radius: 4px; }
+QScrollBar::handle:horizontal:hover { background: #737981; }
+QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; border: none; background: none; }
+QScrollBar::add-page, QScrollBar::sub-page { background: none; }
+QMessageBox { background: qlineargradient(x1: 0, y1: 0, x2: 0, y2: 1, stop: 0 #141516, stop: 1 #2B2C2E); }
+QMessageBox QLabel { color: #F3F5F7; }
+QMessageBox QLabel#qt_msgbox_label { font-size: 15px; font-weight: 600; min-width: 338px; min-height: 48px; }
+QMessageBox QLabel#qt_msgbox_informativelabel { color: #B9C0C8; font-size: 13px; min-width: 338px; }
+QMessageBox QPushButton { background: rgba(255, 255, 255, 38); color: #F3F5F7; border: 1px solid rgba(255, 255, 255, 26);
+  border-radius: 6px; min-height: 20px; padding: 5px 16px; min-width: 50px; }
+QMessageBox QPushButton:hover { background: rgba(255, 255, 255, 54); }
+QMessageBox QPushButton:pressed { background: rgba(0, 0, 0, 89); }
+QMessageBox QPushButton:focus { border: 2px solid #BDF6FC; padding: 4px 15px; }
+QMessageBox QPushButton[destroys="true"] { border: 2px solid #FF5F57; color: #FFFFFF; background: #5A2424; font-weight: 600;
+  padding: 4px 15px; }
+QMessageBox QPushButton[destroys="true"]:hover { background: #6C2B2B; }
+QMessageBox QPushButton[destroys="true"]:focus { border: 2px solid #FF5F57; }
+)");
+}
 
 // The desktop's own style never shows through, and warnings carry our own sign.
 class QuietStyle : public QProxyStyle {
@@ -61,6 +99,16 @@ public:
         return {qRound(textWidth(uiFont(kMenuText), plainText(*item))) + 2 * kMenuSide, kMenuHeight};
     }
 
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        if (element != PE_PanelTipLabel) {
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+            return;
+        }
+        painter->fillRect(option->rect, kTipFrame);
+        painter->fillRect(option->rect.adjusted(1, 1, -1, -1), Qt::black);
+    }
+
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
         if (element == CE_MenuBarEmptyArea) {
@@ -78,6 +126,9 @@ public:
     void polish(QWidget* widget) override {
         QProxyStyle::polish(widget);
         if (qobject_cast<QMessageBox*>(widget) && widget->layout()) widget->layout()->setContentsMargins(kAlertMargins);
+        if (!isStyledBySheet(widget) || !widget->styleSheet().isEmpty()) return;
+        widget->setStyleSheet(styleSheetText());
+        widget->style()->polish(widget);  // which is the sheet's now
     }
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
@@ -92,6 +143,12 @@ public:
     }
 
 private:
+    // A sheet for the whole program would cost every widget time, also those that it says nothing of.
+    static bool isStyledBySheet(const QWidget* widget) {
+        return qobject_cast<const QMenu*>(widget) || qobject_cast<const QScrollBar*>(widget) ||
+               qobject_cast<const QMessageBox*>(widget);
+    }
+
     static QString plainText(const QStyleOptionMenuItem& item) {
         return QString(item.text).remove(u'&');
     }
@@ -143,49 +200,18 @@ QPalette darkPalette() {
 
 }  // namespace
 
-QString styleSheetText() {
-    return QStringLiteral(R"(
-QMenu { background: #1B1C1E; color: #F3F5F7; border: 1px solid #3C3E41; padding: 5px; }
-QMenu::item { padding: 5px 26px 5px 14px; border-radius: 6px; margin: 0; }
-QMenu::item:selected { background: rgba(63, 210, 226, 51); color: #FFFFFF; }
-QMenu::item:disabled { color: #6B727A; }
-QMenu::separator { height: 1px; background: #37393C; margin: 5px 8px; }
-QMenu::right-arrow { width: 10px; height: 10px; }
-QMenu::indicator { width: 14px; height: 14px; margin-left: 4px; }
-QToolTip { background: #000000; color: #F3F5F7; border: 1px solid #3A3C3F; padding: 1px 2px; }
-QScrollBar:vertical { background: transparent; width: 11px; margin: 2px 2px 2px 0; border: none; }
-QScrollBar::handle:vertical { background: #565B61; min-height: 28px; border-radius: 4px; }
-QScrollBar::handle:vertical:hover { background: #737981; }
-QScrollBar:horizontal { background: transparent; height: 11px; margin: 0 2px 2px 2px; border: none; }
-QScrollBar::handle:horizontal { background: #565B61; min-width: 28px; border-radius: 4px; }
-QScrollBar::handle:horizontal:hover { background: #737981; }
-QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; border: none; background: none; }
-QScrollBar::add-page, QScrollBar::sub-page { background: none; }
-QMessageBox { background: qlineargradient(x1: 0, y1: 0, x2: 0, y2: 1, stop: 0 #141516, stop: 1 #2B2C2E); }
-QMessageBox QLabel { color: #F3F5F7; }
-QMessageBox QLabel#qt_msgbox_label { font-size: 15px; font-weight: 600; min-width: 338px; min-height: 48px; }
-QMessageBox QLabel#qt_msgbox_informativelabel { color: #B9C0C8; font-size: 13px; min-width: 338px; }
-QMessageBox QPushButton { background: rgba(255, 255, 255, 38); color: #F3F5F7; border: 1px solid rgba(255, 255, 255, 26);
-  border-radius: 6px; min-height: 20px; padding: 5px 16px; min-width: 50px; }
-QMessageBox QPushButton:hover { background: rgba(255, 255, 255, 54); }
-QMessageBox QPushButton:pressed { background: rgba(0, 0, 0, 89); }
-QMessageBox QPushButton:focus { border: 2px solid #BDF6FC; padding: 4px 15px; }
-QMessageBox QPushButton[destroys="true"] { border: 2px solid #FF5F57; color: #FFFFFF; background: #5A2424; font-weight: 600;
-  padding: 4px 15px; }
-QMessageBox QPushButton[destroys="true"]:hover { background: #6C2B2B; }
-QMessageBox QPushButton[destroys="true"]:focus { border: 2px solid #FF5F57; }
-)");
-}
-
-void applyStyle(QApplication& application) {
+void applyStyle() {
     QApplication::setStyle(new QuietStyle);
     QApplication::setPalette(darkPalette());
     QApplication::setFont(uiFont(13));
     for (const char* widget : {"QMenuBar", "QMenu"}) QApplication::setFont(uiFont(13), widget);
     QApplication::setFont(uiFont(12), "QTipLabel");
-    application.setStyleSheet(styleSheetText());
+    QToolTip::setPalette(darkPalette());
+}
+
+void applyWindowIcon() {
     QIcon icon;
-    for (const int size : {16, 24, 32, 48, 64, 128, 256, 512})
+    for (const int size : {16, 24, 32, 48, 64, 128, 256})
         icon.addPixmap(QPixmap::fromImage(namedImage(QStringLiteral("app_quillmere_%1.png").arg(size))));
     QApplication::setWindowIcon(icon);
 }

@@ -2,15 +2,12 @@
 // tool tips, message boxes and file panels), whatever the system's own theme is. Main thread only.
 #pragma once
 
-#include <QString>
-
-class QApplication;
-
 namespace qm {
 
 // Call once, before the first window is built.
-void applyStyle(QApplication& application);
+void applyStyle();
 
-QString styleSheetText();
+// For every window, now and later. Takes its time: many sizes are decoded.
+void applyWindowIcon();
 
 }  // namespace qm

@@ -11,7 +11,7 @@ engine/realtime/    ^engine/realtime/
 engine/             ^engine/
 ui/controls/        ^(ui/controls/|engine/api/|app/PlayerState\.h)
 ui/windows/         ^(ui/|library/|player/|sound/|record/|update/|engine/api/|app/PlayerState\.h)
-app/                ^(app/|ui/|library/|player/|sound/|record/|update/|engine/api/|engine/movie/)
+app/                ^(app/|ui/|library/|player/|sound/|record/|update/|engine/api/)
 subject/            ^(ui/[A-Z]|ui/controls/|library/|player/|sound/|record/|update/|engine/api/|app/PlayerState\.h)
 '
 

@@ -4,6 +4,7 @@
 #include <QBoxLayout>
 #include <QMenuBar>
 #include <algorithm>
+#include <utility>
 
 #include "ui/controls/FocusRing.h"
 #include "ui/controls/ImageButton.h"
@@ -170,6 +171,11 @@ void MainWindow::displayVideo() {
 void MainWindow::showEvent(QShowEvent* event) {
     FadingWindow::showEvent(event);
     if (!focusWidget()) m_outlets.playList->setFocus(Qt::OtherFocusReason);
+}
+
+void MainWindow::paintEvent(QPaintEvent* event) {
+    FadingWindow::paintEvent(event);
+    if (!std::exchange(m_wasPainted, true)) emit painted();
 }
 
 }  // namespace qm

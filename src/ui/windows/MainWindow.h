@@ -61,9 +61,11 @@ public slots:
 
 signals:
     void quitRequested();
+    void painted();  // for the first time; the frame is on the screen when the event loop is reached
 
 protected:
     void showEvent(QShowEvent*) override;
+    void paintEvent(QPaintEvent*) override;
 
 private:
     void setTabOrderOfAreas();
@@ -72,6 +74,7 @@ private:
     MainToolbar* m_tools;
     MainGrid* m_grid;
     Outlets& m_outlets;
+    bool m_wasPainted = false;
 };
 
 }  // namespace qm

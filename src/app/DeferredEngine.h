@@ -1,0 +1,49 @@
+// The media engine, out of the program's way until it is needed: its module is loaded in the background once the window
+// stands, or by the first movie that is opened, which then waits for it. Without the module, as after a broken
+// installation, every file is one that cannot be opened, and the log says why. Main thread only.
+#pragma once
+
+#include <QString>
+#include <future>
+#include <memory>
+
+#include "engine/api/EngineModule.h"
+
+namespace qm {
+
+class DeferredEngine : public MediaEngine {
+public:
+    explicit DeferredEngine(QString modulePath = installedModule());
+
+    void load();  // begins, and returns at once
+
+    Result<std::unique_ptr<QTMovie>> movieWithFile(const std::string& path) override;
+
+    // Before the first movie there is no handle that could mean anything.
+    std::vector<MetaDataItem> QTCopyMovieMetaData(Movie movie) override;
+    std::int32_t GetMovieDuration(Movie movie) override;
+    std::int32_t GetMovieTime(Movie movie) override;
+    void SetMovieTimeValue(Movie movie, std::int32_t time) override;
+    bool IsMovieDone(Movie movie) override;
+    OSErr QTSetMovieProperty(Movie movie, std::uint32_t propertyClass, std::uint32_t propertyId, std::uint32_t size,
+                             const void* value) override;
+    OSErr SetMovieAudioBalance(Movie movie, float balance, std::uint32_t flags) override;
+    int soundTrackCount(Movie movie) override;
+    OSErr MediaSetSoundBassAndTreble(Movie movie, int soundTrack, std::int16_t bass, std::int16_t treble) override;
+    OSErr SetMovieAudioVolumeMeteringEnabled(Movie movie, std::uint32_t mix, bool enabled) override;
+    OSErr SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t& bands) override;
+    OSErr GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, QTAudioVolumeLevels& averagePower,
+                                    QTAudioVolumeLevels& peakHold) override;
+    OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, QTAudioFrequencyLevels& levels) override;
+
+    static QString installedModule();  // the path of the module that belongs to this program
+
+private:
+    void waitUntilLoaded();
+
+    const QString m_modulePath;
+    std::future<const EngineModule*> m_loading;
+    std::unique_ptr<MediaEngine> m_engine;
+};
+
+}  // namespace qm

@@ -1,0 +1,19 @@
+// The engine as a module, which the program loads while it runs: everything that touches media libraries, the
+// stretcher and the sound device comes with it.
+#pragma once
+
+#include <memory>
+
+#include "engine/api/MediaEngine.h"
+
+namespace qm {
+
+struct EngineModule {
+    std::unique_ptr<MediaEngine> (*makeMediaEngine)();
+};
+
+// The module's one symbol: a function without arguments that answers a `const EngineModule*`. Any thread.
+inline constexpr char kEngineModuleEntry[] = "qmEngineModule";
+using EngineModuleEntry = const EngineModule* (*)();
+
+}  // namespace qm

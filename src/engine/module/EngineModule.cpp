@@ -1,0 +1,15 @@
+#include "engine/api/EngineModule.h"
+
+#include "engine/movie/FileEngine.h"
+
+#ifdef _WIN32
+#define QM_VISIBLE __declspec(dllexport)
+#else
+#define QM_VISIBLE __attribute__((visibility("default")))
+#endif
+
+extern "C" QM_VISIBLE const qm::EngineModule* qmEngineModule() {
+    static const qm::EngineModule module{
+        []() -> std::unique_ptr<qm::MediaEngine> { return std::make_unique<qm::FileEngine>(); }};
+    return &module;
+}
