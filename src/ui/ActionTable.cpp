@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMetaMethod>
+#include <QThread>
 #include <algorithm>
 
 #include "engine/api/Log.h"
@@ -73,6 +74,7 @@ void ActionTable::bind(Slider* slider, const QString& slot) {
 }
 
 void ActionTable::send(const QString& slot) {
+    Q_ASSERT(QThread::currentThread() == thread());
     const ActionRow* row = actionRow(slot);
     QObject* target = row && row->owner == ActionRow::Window ? m_window : m_controller;
     const int method = row && target ? target->metaObject()->indexOfSlot(QByteArray(row->slot).append("()")) : -1;

@@ -1,5 +1,6 @@
 #include "engine/movie/FileEngine.h"
 
+#include <cassert>
 #include <cstring>
 
 #include "engine/api/Log.h"
@@ -22,6 +23,7 @@ Result<std::unique_ptr<QTMovie>> FileEngine::movieWithFile(const std::string& pa
 }
 
 FileMovie* FileEngine::find(Movie movie) const {
+    assert(m_mainThread.isHere());
     const auto found = m_registry->find(movie);
     return found == m_registry->end() ? nullptr : found->second;
 }

@@ -5,6 +5,7 @@
 #include "engine/api/MediaEngine.h"
 #include "engine/movie/FileMovie.h"
 #include "engine/output/AudioOutput.h"
+#include "engine/realtime/ThreadRole.h"
 
 namespace qm {
 
@@ -34,6 +35,7 @@ public:
 private:
     FileMovie* find(Movie movie) const;
 
+    const ThreadRole m_mainThread;
     const OutputFactory m_openOutput;
     const std::shared_ptr<MovieRegistry> m_registry;  // shared with the movies, which leave it when they go
     Movie m_lastHandle = 0;

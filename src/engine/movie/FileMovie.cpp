@@ -1,6 +1,7 @@
 #include "engine/movie/FileMovie.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 
 namespace qm {
@@ -81,6 +82,7 @@ void FileMovie::setTone(const ToneSettings& tone) {
 }
 
 void FileMovie::request() {
+    assert(m_mainThread.isHere());
     const bool selects = m_playsSelectionOnly && m_selection.time.timeScale > 0;
     m_request.rangeBegin = selects ? toFrames(m_selection.time) : 0;
     m_request.rangeEnd = selects ? toFrames(QTTimeIncrement(m_selection.time, m_selection.duration)) : 0;
@@ -130,6 +132,7 @@ QTTime FileMovie::duration() const {
 
 // Until a seek is heard its target is the current position.
 std::int64_t FileMovie::position() const {
+    assert(m_mainThread.isHere());
     const RenderThread::Heard heard = m_render.heard();
     if (heard.seek != m_request.seek) return m_request.seekTarget;
     return static_cast<std::int64_t>(std::floor(heard.position));

@@ -9,6 +9,7 @@
 
 #include "engine/api/QTMovie.h"
 #include "engine/media/SoundReader.h"
+#include "engine/realtime/ThreadRole.h"
 #include "engine/render/RenderThread.h"
 #include "engine/video/VideoThread.h"
 
@@ -59,6 +60,7 @@ private:
     std::int64_t toFrames(QTTime time) const;
     std::int64_t toUnits(std::int64_t frames) const;
 
+    const ThreadRole m_mainThread;
     const Movie m_handle;
     const std::shared_ptr<MovieRegistry> m_registry;
     const MediaDescription m_description;
