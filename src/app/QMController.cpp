@@ -43,7 +43,8 @@ QMController::QMController(MediaEngine& engine, Prefs& store, const ImageProvide
       m_loader(*this, *this, *this, engine, m_clock, m_tone, m_metadata, meterHooks()),
       m_table(*this, *this, *this, m_loader, m_loop, m_info),
       m_file(*this, *this),
-      m_transport(*this, *this, *this, engine, m_clock, m_speed, m_table, m_info) {
+      m_transport(*this, *this, *this, engine, m_clock, m_speed, m_table, m_info),
+      m_alert(*this, *this, m_speed, m_transport) {
     trackIcon = images(QStringLiteral("type_AAC.png"));
     nonM4aIcon = images(QStringLiteral("type_aiff.png"));
     videoIcon = images(QStringLiteral("type_VIDEO"));

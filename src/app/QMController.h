@@ -23,6 +23,7 @@
 #include "sound/SpeedControl.h"
 #include "sound/ToneControl.h"
 #include "sound/VolumeControl.h"
+#include "ui/PlayerAlert.h"
 #include "ui/WindowChrome.h"
 #include "ui/controls/Outlets.h"
 
@@ -52,8 +53,12 @@ public:
 
     void loadFileAdd(const QString& path, bool add) { m_loader.loadFileAdd(path, add); }
     void switchAudioLevels(bool on) { m_levels.switchAudioLevels(on); }
+    void displayAlertInfoButtonText(const QString& message, const QString& information, const QString& button) {
+        m_alert.displayAlertInfoButtonText(message, information, button);
+    }
     TrackLoader& trackLoader() { return m_loader; }
     PlayListTable& playListTable() { return m_table; }
+    PlayerAlert& playerAlert() { return m_alert; }
 
 public slots:
     void playForward() { m_transport.playForward(); }
@@ -142,6 +147,7 @@ private:
     PlayListTable m_table;
     PlayListFile m_file;
     Transport m_transport;
+    PlayerAlert m_alert;
 };
 
 }  // namespace qm

@@ -5,8 +5,9 @@
 
 namespace qm {
 
-int runWarningAlert(QWidget* parent, const QString& message, const QStringList& buttons) {
+int runWarningAlert(QWidget* parent, const QString& message, const QStringList& buttons, const QString& information) {
     QMessageBox box(QMessageBox::Warning, QString(), message, QMessageBox::NoButton, parent);
+    box.setInformativeText(information);
     QList<QPushButton*> added;
     for (const QString& title : buttons) {
         const bool first = added.isEmpty();

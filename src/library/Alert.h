@@ -10,7 +10,9 @@ namespace qm {
 
 inline constexpr int kAlertFirstButtonReturn = 1000;
 
-// 1000 for the first button, 1001 for the second and so on. Esc and closing count as the last button.
-int runWarningAlert(QWidget* parent, const QString& message, const QStringList& buttons);
+// 1000 for the first button, 1001 for the second and so on. Esc and closing count as the last button. `information`
+// says more below the message.
+int runWarningAlert(QWidget* parent, const QString& message, const QStringList& buttons,
+                    const QString& information = {});
 
 }  // namespace qm

@@ -53,3 +53,15 @@ TEST_CASE("escape and closing the alert are not the first button") {
           }) == 1001);
     CHECK(runAlert([](QMessageBox& box) { box.close(); }) == 1001);
 }
+
+TEST_CASE("more can be said below the message, and one button is enough") {
+    QTimer::singleShot(0, [] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        REQUIRE(box != nullptr);
+        CHECK(box->informativeText() == "It cannot be edited.");
+        CHECK(box->buttons().size() == 1);
+        CHECK_FALSE(button(*box, "Cancel")->property("destroys").toBool());
+        box->close();
+    });
+    CHECK(runWarningAlert(nullptr, "It is protected.", {"Cancel"}, "It cannot be edited.") == 1000);
+}

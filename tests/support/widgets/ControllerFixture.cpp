@@ -125,6 +125,10 @@ QMController& ControllerFixture::init() {
 void ControllerFixture::connectDialogs() {
     controller->playListTable().setRunAlert(
         [this](const QString& message, const QStringList& buttons) { return dialogs.alert(message, buttons); });
+    controller->playerAlert().setRunAlert(
+        [this](const QString& message, const QString& information, const QString& button) {
+            dialogs.playerAlert(message, information, button);
+        });
     controller->trackLoader().setRunPanel([this](QFileDialog&) { return dialogs.openPanel(); });
 }
 

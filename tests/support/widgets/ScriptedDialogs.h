@@ -21,6 +21,11 @@ public:
         return alertAnswer;
     }
 
+    void playerAlert(const QString& message, const QString& information, const QString& button) {
+        m_log.add("alert \"" + message.toStdString() + "\" \"" + information.toStdString() + "\" [" +
+                  button.toStdString() + "]");
+    }
+
     std::optional<QStringList> openPanel() {
         m_log.add("open panel");
         return chosenFiles;
