@@ -31,7 +31,7 @@ Result<std::shared_ptr<const FileBytes>> FileBytes::open(const std::string& path
         ::close(descriptor);
         return Error{ErrorCategory::Unreadable, path + ": not a regular file"};
     }
-    return std::shared_ptr<const FileBytes>(new FileBytes(descriptor, status.st_size));
+    return std::shared_ptr<const FileBytes>(new FileBytes(path, descriptor, status.st_size));
 }
 
 FileBytes::~FileBytes() {

@@ -19,12 +19,15 @@ public:
     FileBytes(const FileBytes&) = delete;
     FileBytes& operator=(const FileBytes&) = delete;
 
-    std::int64_t size() const { return m_size; }  // when it was opened
+    const std::string& path() const { return m_path; }  // that it was opened by; it may be gone
+    std::int64_t size() const { return m_size; }        // when it was opened
     std::size_t readAt(std::int64_t position, void* target, std::size_t count) const;
 
 private:
-    FileBytes(int descriptor, std::int64_t size) : m_descriptor(descriptor), m_size(size) {}
+    FileBytes(std::string path, int descriptor, std::int64_t size)
+        : m_path(std::move(path)), m_descriptor(descriptor), m_size(size) {}
 
+    std::string m_path;
     int m_descriptor;
     std::int64_t m_size;
 };

@@ -8,6 +8,10 @@ KeptRanges::KeptRanges(std::int64_t decodedFrames) : m_length(std::max<std::int6
     }
 }
 
+std::optional<KeptRanges::Range> KeptRanges::only() const {
+    return m_ranges.size() == 1 ? std::optional(m_ranges.front()) : std::nullopt;
+}
+
 void KeptRanges::measure() {
     std::erase_if(m_ranges, [](const Range& range) { return range.first >= range.last; });
     m_length = 0;

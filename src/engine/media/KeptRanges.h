@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace qm {
@@ -16,6 +17,12 @@ public:
     void truncate(std::int64_t heardFrames);          // no more than so many are heard
 
     std::int64_t length() const { return m_length; }  // heard frames
+
+    struct Range {  // decoded frames [first, last)
+        std::int64_t first;
+        std::int64_t last;
+    };
+    std::optional<Range> only() const;  // none where what is heard has a gap in it, or nothing is
 
     // Calls fn(decodedFirst, count, offset) for each stretch of [first, first + count) that is heard without a break;
     // `offset` counts from `first`.
@@ -33,11 +40,6 @@ public:
     }
 
 private:
-    struct Range {
-        std::int64_t first;
-        std::int64_t last;
-    };
-
     void measure();
 
     std::vector<Range> m_ranges;

@@ -1,4 +1,5 @@
-// Owners of the media library's objects, so that nothing of it is freed by hand. Only engine/media includes this.
+// Owners of the media library's objects, so that nothing of it is freed by hand. Only engine/media and engine/export
+// include this.
 #pragma once
 
 extern "C" {

@@ -65,6 +65,7 @@ private:
             readEntries(content + 8, end);
         } else if (type == tag("mvhd")) {
             m_facts.movieScale = readScale(content).scale;
+            readRate(content, end);
         } else if (type == tag("tkhd") && !m_facts.tracks.empty()) {
             const std::uint8_t* p = m_bytes.at(content, 24);
             m_facts.tracks.back().id = p ? bigEndian32(p + (p[0] == 1 ? 20 : 12)) : 0;
@@ -93,6 +94,16 @@ private:
         }
         return p[0] == 1 ? ScaledDuration{bigEndian32(p + 20), static_cast<std::int64_t>(bigEndian64(p + 24))}
                          : ScaledDuration{bigEndian32(p + 12), std::int64_t{bigEndian32(p + 16)}};
+    }
+
+    void readRate(std::int64_t content, std::int64_t end) {
+        const std::uint8_t* p = m_bytes.at(content, 1);
+        const std::int64_t position = content + (p && p[0] == 1 ? 32 : 20);
+        p = position + 4 <= end ? m_bytes.at(position, 4) : nullptr;
+        if (p) {
+            m_facts.ratePosition = position;
+            m_facts.preferredRate = static_cast<std::int32_t>(bigEndian32(p)) / 65536.0;
+        }
     }
 
     void readEntries(std::int64_t position, std::int64_t end) {

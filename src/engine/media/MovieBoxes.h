@@ -15,9 +15,11 @@ struct MovieTrackFacts {
 };
 
 struct MovieFacts {
-    bool isProtected = false;      // some track's samples are encrypted
-    bool isFragmented = false;     // the sample tables are spread over the file
-    std::uint32_t movieScale = 0;  // units a second, of the durations in edit lists
+    bool isProtected = false;        // some track's samples are encrypted
+    bool isFragmented = false;       // the sample tables are spread over the file
+    std::uint32_t movieScale = 0;    // units a second, of the durations in edit lists
+    double preferredRate = 1;        // signed, as the header states it
+    std::int64_t ratePosition = -1;  // bytes from the start of the file, of that statement: signed 16.16, big-endian
     std::vector<MovieTrackFacts> tracks;
 };
 

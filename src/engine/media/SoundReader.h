@@ -12,6 +12,7 @@
 #include <string>
 
 #include "engine/api/Result.h"
+#include "engine/media/FileBytes.h"
 #include "engine/media/VideoReader.h"
 
 namespace qm {
@@ -43,9 +44,11 @@ struct MediaDescription {
     bool hasVideo = false;    // moving pictures; an attached cover does not count
     bool hasSound = false;
     double durationSeconds = 0;  // of the longest stream
+    double preferredRate = 1;    // signed, as a movie's header states it
 };
 
 struct OpenedMedia {
+    std::shared_ptr<const FileBytes> file;  // stays readable when its name is gone
     MediaDescription description;
     std::unique_ptr<SoundReader> sound;  // none for a file without sound
     VideoOpener openVideo;               // empty for a file without moving pictures; any thread

@@ -1,0 +1,172 @@
+#include "engine/media/MediaTracks.h"
+
+#include <algorithm>
+#include <functional>
+#include <string_view>
+
+#include "engine/media/FileKind.h"
+#include "engine/media/TrackPlan.h"
+
+namespace qm {
+
+namespace {
+
+constexpr std::size_t kMostTracks = 16;
+
+using File = std::shared_ptr<const FileBytes>;
+
+bool isStill(const AVStream& stream) {
+    switch (stream.codecpar->codec_id) {
+        case AV_CODEC_ID_MJPEG:
+        case AV_CODEC_ID_PNG:
+        case AV_CODEC_ID_BMP:
+        case AV_CODEC_ID_GIF:
+        case AV_CODEC_ID_TIFF:
+        case AV_CODEC_ID_WEBP:
+            return avformat_index_get_entries_count(&stream) <= 1 && stream.nb_frames <= 1;
+        default:
+            return false;
+    }
+}
+
+// False where the file was cut before the first picture.
+bool holdsPictures(AVStream& stream, std::int64_t fileSize) {
+    const AVIndexEntry* first = avformat_index_get_entry(&stream, 0);
+    return !first || first->pos + first->size <= fileSize;
+}
+
+bool isMovingPicture(AVStream& stream) {
+    return stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO && stream.codecpar->codec_id != AV_CODEC_ID_NONE &&
+           (stream.disposition & (AV_DISPOSITION_ATTACHED_PIC | AV_DISPOSITION_TIMED_THUMBNAILS)) == 0 &&
+           !isStill(stream);
+}
+
+bool isSound(AVStream& stream) {
+    return stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO;
+}
+
+// Of the streams of a kind, those that a movie file marks as enabled, or its first; elsewhere all.
+std::vector<int> enabledStreams(const AVFormatContext& context, std::string_view format,
+                                const std::function<bool(AVStream&)>& isOfKind) {
+    std::vector<int> all;
+    std::vector<int> enabled;
+    for (int i = 0; i < static_cast<int>(context.nb_streams); ++i) {
+        AVStream& stream = *context.streams[i];
+        if (isOfKind(stream)) {
+            all.push_back(i);
+            if (stream.disposition & AV_DISPOSITION_DEFAULT) {
+                enabled.push_back(i);
+            }
+        }
+    }
+    if (format == "mov" && !enabled.empty()) {
+        all = enabled;
+    } else if (format == "mov" && !all.empty()) {
+        all.resize(1);
+    }
+    all.resize(std::min(all.size(), kMostTracks));
+    return all;
+}
+
+// Of streams that stand for one another in different qualities only the best sounds.
+std::vector<int> soundStreams(const AVFormatContext& context, std::string_view format) {
+    const std::vector<int> all = enabledStreams(context, format, isSound);
+    if (format != "asf" || all.size() <= 1) {
+        return all;
+    }
+    return {*std::max_element(all.begin(), all.end(), [&](int a, int b) {
+        return context.streams[a]->codecpar->bit_rate < context.streams[b]->codecpar->bit_rate;
+    })};
+}
+
+std::vector<int> pictureStreams(const AVFormatContext& context, std::string_view format, std::int64_t fileSize) {
+    return enabledStreams(context, format,
+                          [&](AVStream& stream) { return isMovingPicture(stream) && holdsPictures(stream, fileSize); });
+}
+
+// Formats whose headers leave out what their streams hold.
+bool mustBeAnalysed(std::string_view format) {
+    return format == "avi" || format == "asf" || format == "dv";
+}
+
+std::optional<SoundTrack> planTrack(const File& file, const std::string& format, int stream, const MovieFacts& facts) {
+    // Examining a stream moves the others along too, so each is planned with a demuxer of its own.
+    const auto opened = Demuxer::open(file, format, mustBeAnalysed(format));
+    if (!opened || stream >= static_cast<int>(opened.value()->context().nb_streams)) {
+        return std::nullopt;
+    }
+    Demuxer& demuxer = *opened.value();
+    const AVCodecParameters& parameters = *demuxer.stream(stream).codecpar;
+    if (parameters.ch_layout.nb_channels > kMostChannels || parameters.sample_rate > kHighestRate) {
+        return std::nullopt;
+    }
+    const StreamStart start = examineStart(demuxer, stream);
+    if (start.sampleRate == 0) {
+        return std::nullopt;
+    }
+    std::optional<SoundTrack> track = planUniform(file, format, demuxer.stream(stream), start);
+    if (!track && !facts.isFragmented) {
+        track = planFromTable(file, format, demuxer, stream, start, facts);
+    }
+    return track ? std::move(track) : planByPass(file, format, stream);
+}
+
+bool isNamedMpegAudio(std::string_view path) {
+    constexpr std::string_view kSuffix = ".mp3";
+    return path.size() >= kSuffix.size() && std::equal(kSuffix.begin(), kSuffix.end(), path.end() - kSuffix.size(),
+                                                       [](char a, char b) { return a == b || a == b + ('a' - 'A'); });
+}
+
+// MPEG audio behind much garbage is told from a foreign file by its name.
+Result<MediaTracks> findMpegAudio(File file) {
+    auto track = planMpegAudio(file, isNamedMpegAudio(file->path()));
+    if (!track) {
+        return Error{ErrorCategory::Unsupported, file->path() + ": not a kind of file that can be played"};
+    }
+    MediaTracks tracks;
+    tracks.file = file;
+    auto tags = Demuxer::open(std::move(file), "mp3", false);
+    if (tags) {
+        tracks.demuxer = std::move(tags.value());
+    }
+    tracks.sound.push_back(std::move(*track));
+    return tracks;
+}
+
+Result<MediaTracks> findInContainer(File file, const std::string& format) {
+    MediaTracks tracks;
+    tracks.file = file;
+    tracks.format = format;
+    tracks.analysed = mustBeAnalysed(format);
+    if (format == "mov") {
+        tracks.facts = readMovieFacts(*file);
+        if (tracks.facts.isProtected) {
+            return Error{ErrorCategory::Protected, file->path() + ": protected against copying"};
+        }
+    }
+    auto opened = Demuxer::open(file, format, tracks.analysed);
+    if (!opened) {
+        return Error{opened.error().category, file->path() + ": " + opened.error().message};
+    }
+    tracks.demuxer = std::move(opened.value());
+    const AVFormatContext& context = tracks.demuxer->context();
+    tracks.pictures = pictureStreams(context, format, file->size());
+    for (const int stream : soundStreams(context, format)) {
+        if (auto track = planTrack(file, format, stream, tracks.facts)) {
+            tracks.sound.push_back(std::move(*track));
+        }
+    }
+    return tracks;
+}
+
+}  // namespace
+
+Result<MediaTracks> findTracks(std::shared_ptr<const FileBytes> file) {
+    if (file->size() == 0) {
+        return Error{ErrorCategory::Damaged, file->path() + ": empty"};
+    }
+    const std::string format = fileKind(*file);
+    return format.empty() ? findMpegAudio(std::move(file)) : findInContainer(std::move(file), format);
+}
+
+}  // namespace qm
