@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "engine/api/MovieExport.h"
 #include "engine/api/QTTime.h"
 #include "engine/api/VideoPicture.h"
 
@@ -15,11 +16,15 @@ namespace qm {
 // Handle of the low-level calls of MovieToolbox. 0 is no movie; a handle whose movie is gone is harmless.
 using Movie = std::uint32_t;
 
+enum class WriteAttribute {
+    QTMovieFlatten,  // self-contained: the file holds all that it needs
+};
+
 class QTMovie {
 public:
     virtual ~QTMovie() = default;
 
-    virtual void play() = 0;               // at the preferred rate; callers follow with setRate()
+    virtual void play() = 0;               // at the preferred rate for as long as setRate() was not called
     virtual void stop() = 0;               // keeps the position
     virtual void setRate(float rate) = 0;  // signed; 0 stands still; pitch unchanged
 
@@ -34,6 +39,7 @@ public:
     virtual void setSelectionAttribute(QTTimeRange range) = 0;   // QTMovieSelectionAttribute
     virtual void setLoopsAttribute(bool loops) = 0;              // QTMovieLoopsAttribute
     virtual void setPlaysSelectionOnlyAttribute(bool only) = 0;  // QTMoviePlaysSelectionOnlyAttribute
+    virtual void setPreferredRateAttribute(float rate) = 0;      // QTMoviePreferredRateAttribute, signed
 
     virtual void setMuted(bool muted) = 0;
     virtual void setVolume(float volume) = 0;  // 0 to 1, linear
@@ -42,6 +48,11 @@ public:
     // it stands; null without video and before the first picture is there.
     virtual void setWatched(bool watched) = 0;
     virtual std::shared_ptr<const VideoPicture> currentPicture() const = 0;
+
+    // Begins to write a movie of this one's tracks and preferred rate, and goes on playing. The path, in the file
+    // system's own encoding, may be that of the open file. Never null; lives on without this movie.
+    virtual std::unique_ptr<MovieExport> writeToFileWithAttributes(const std::string& path,
+                                                                   WriteAttribute attribute) = 0;
 
     virtual Movie quickTimeMovie() const = 0;
 };

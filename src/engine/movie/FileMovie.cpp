@@ -4,6 +4,8 @@
 #include <cassert>
 #include <cmath>
 
+#include "engine/export/FileExport.h"
+
 namespace qm {
 
 namespace {
@@ -42,9 +44,11 @@ std::int64_t rescale(std::int64_t value, std::int64_t to, std::int64_t from) {
 FileMovie::FileMovie(Movie handle, std::shared_ptr<MovieRegistry> registry, OpenedMedia media, OutputFactory openOutput)
     : m_handle(handle),
       m_registry(std::move(registry)),
+      m_file(std::move(media.file)),
       m_description(std::move(media.description)),
       m_render(soundOrSilence(std::move(media.sound), m_description.durationSeconds), std::move(openOutput)),
-      m_timeScale(m_description.hasSound ? m_render.sampleRate() : kScaleWithoutSound) {
+      m_timeScale(m_description.hasSound ? m_render.sampleRate() : kScaleWithoutSound),
+      m_preferredRate(static_cast<float>(m_description.preferredRate)) {
     if (media.openVideo) {
         m_video = std::make_unique<VideoThread>(std::move(media.openVideo), [this] { return moment(); });
     }
@@ -57,6 +61,7 @@ FileMovie::~FileMovie() {
 
 void FileMovie::play() {
     m_request.playing = true;
+    if (!m_hasRate) takeRate(m_preferredRate);
     request();
 }
 
@@ -66,9 +71,14 @@ void FileMovie::stop() {
 }
 
 void FileMovie::setRate(float rate) {
+    m_hasRate = true;
+    takeRate(rate);
+    request();
+}
+
+void FileMovie::takeRate(float rate) {
     m_request.rate = rate;
     if (rate != 0) m_backward = rate < 0;
-    request();
 }
 
 void FileMovie::setPitch(float cents) {
@@ -195,6 +205,14 @@ void FileMovie::setLoopsAttribute(bool loops) {
 void FileMovie::setPlaysSelectionOnlyAttribute(bool only) {
     m_playsSelectionOnly = only;
     request();
+}
+
+void FileMovie::setPreferredRateAttribute(float rate) {
+    m_preferredRate = rate;
+}
+
+std::unique_ptr<MovieExport> FileMovie::writeToFileWithAttributes(const std::string& path, WriteAttribute) {
+    return std::make_unique<FileExport>(m_file, path, m_preferredRate);
 }
 
 void FileMovie::setMuted(bool muted) {

@@ -36,10 +36,12 @@ public:
     void setSelectionAttribute(QTTimeRange range) override;
     void setLoopsAttribute(bool loops) override;
     void setPlaysSelectionOnlyAttribute(bool only) override;
+    void setPreferredRateAttribute(float rate) override;
     void setMuted(bool muted) override;
     void setVolume(float volume) override;
     void setWatched(bool watched) override;
     std::shared_ptr<const VideoPicture> currentPicture() const override;
+    std::unique_ptr<MovieExport> writeToFileWithAttributes(const std::string& path, WriteAttribute attribute) override;
     Movie quickTimeMovie() const override { return m_handle; }
 
     // True when playback has reached the end in its direction of play: that of the last rate that was not zero.
@@ -54,6 +56,7 @@ public:
 
 private:
     void request();
+    void takeRate(float rate);
     void applyGains();
     std::int64_t position() const;  // frames
     VideoMoment moment() const;     // asked by the video thread
@@ -63,10 +66,13 @@ private:
     const ThreadRole m_mainThread;
     const Movie m_handle;
     const std::shared_ptr<MovieRegistry> m_registry;
+    const std::shared_ptr<const FileBytes> m_file;
     const MediaDescription m_description;
     RenderThread m_render;
     const std::int32_t m_timeScale;  // units per second
     RenderThread::Request m_request;
+    float m_preferredRate;
+    bool m_hasRate = false;  // it was told one
     QTTimeRange m_selection;
     bool m_playsSelectionOnly = false;
     bool m_backward = false;

@@ -1,5 +1,5 @@
-// Asks the system to run the calling thread before others that are ready. Where the user may not ask for that, nothing
-// changes; the sound then depends on how busy the machine is.
+// Asks the system to run the calling thread before others that are ready, or after them. Where the user may not ask for
+// that, nothing changes; the sound then depends on how busy the machine is.
 #pragma once
 
 #ifdef __linux__
@@ -12,6 +12,7 @@
 namespace qm {
 
 enum class Urgency {
+    Idle,  // when nothing else wants to run
     Soon,  // decoding ahead
     Next,  // what the device will need in a moment: works in short stretches and sleeps between them
     Now,   // what the device is waiting for
@@ -20,6 +21,11 @@ enum class Urgency {
 inline void preferThisThread([[maybe_unused]] Urgency urgency) noexcept {
 #ifdef __linux__
     constexpr int kNice = -12;
+    constexpr int kNiceWhenIdle = 10;
+    if (urgency == Urgency::Idle) {
+        setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), kNiceWhenIdle);
+        return;
+    }
     if (urgency != Urgency::Soon) {
         const sched_param priority{.sched_priority = urgency == Urgency::Now ? 2 : 1};
         if (pthread_setschedparam(pthread_self(), SCHED_RR, &priority) == 0) return;

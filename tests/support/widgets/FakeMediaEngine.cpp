@@ -72,6 +72,29 @@ void FakeMovie::setPlaysSelectionOnlyAttribute(bool only) {
     m_engine.log.add("setPlaysSelectionOnly" + yesNo(only));
 }
 
+void FakeMovie::setPreferredRateAttribute(float rate) {
+    m_engine.log.add("setPreferredRate " + number(rate));
+}
+
+std::unique_ptr<MovieExport> FakeMovie::writeToFileWithAttributes(const std::string& path, WriteAttribute) {
+    m_engine.log.add("writeToFile " + path + " QTMovieFlatten YES");
+    return std::make_unique<FakeExport>(m_engine);
+}
+
+FakeExport::FakeExport(FakeMediaEngine& engine) : m_engine(engine) {
+    m_engine.m_export = this;
+}
+
+FakeExport::~FakeExport() {
+    if (m_engine.m_export == this) m_engine.m_export = nullptr;
+    if (!finished) m_engine.log.add("export given up");
+}
+
+void FakeExport::cancel() {
+    m_engine.log.add("cancel export");
+    if (m_engine.exportsObey) finished = true;
+}
+
 void FakeMovie::setMuted(bool muted) {
     m_engine.log.add("setMuted" + yesNo(muted));
 }

@@ -48,6 +48,8 @@ public:
     void setSelectionAttribute(QTTimeRange range) override;
     void setLoopsAttribute(bool loops) override;
     void setPlaysSelectionOnlyAttribute(bool only) override;
+    void setPreferredRateAttribute(float rate) override;
+    std::unique_ptr<MovieExport> writeToFileWithAttributes(const std::string& path, WriteAttribute attribute) override;
     void setMuted(bool muted) override;
     void setVolume(float volume) override;
     void setWatched(bool isWatched) override { watched = isWatched; }
@@ -57,6 +59,23 @@ public:
 private:
     FakeMediaEngine& m_engine;
     Movie m_handle;
+};
+
+// An export that goes on until the test ends it.
+class FakeExport : public MovieExport {
+public:
+    explicit FakeExport(FakeMediaEngine& engine);
+    ~FakeExport() override;
+
+    double done = 0;
+    bool finished = false;
+
+    double progress() const override { return done; }
+    bool isFinished() const override { return finished; }
+    void cancel() override;
+
+private:
+    FakeMediaEngine& m_engine;
 };
 
 class FakeMediaEngine : public MediaEngine {
@@ -76,6 +95,11 @@ public:
     std::optional<OSErr> volumeLevelsStatus;
     std::optional<OSErr> frequencyLevelsStatus;
     std::function<void(const std::string& call)> atMeterRead;  // called when the meters are read, with the call
+
+    bool exportsObey = true;  // a cancelled export is finished at once
+
+    // The export begun last, if it still lives.
+    FakeExport* movieExport() const { return m_export; }
 
     // The movie opened last, if it still lives.
     FakeMovie* movie() const;
@@ -99,12 +123,14 @@ public:
 
 private:
     friend class FakeMovie;
+    friend class FakeExport;
     FakeMovie* living(Movie movie) const;
     OSErr statusFor(Movie movie) const;
     OSErr meterStatus(Movie movie, std::optional<OSErr> own, const std::string& call) const;
 
     std::map<Movie, FakeMovie*> m_living;
     Movie m_lastHandle = 0;
+    FakeExport* m_export = nullptr;
 };
 
 }  // namespace qm

@@ -1,0 +1,32 @@
+// The export of a media file on a thread of its own, which gives way to everything else that wants to run.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "engine/api/MovieExport.h"
+#include "engine/export/ExportMovie.h"
+
+namespace qm {
+
+class FileExport : public MovieExport {
+public:
+    // The source needs its name no more: the target may be the file it was opened from.
+    FileExport(std::shared_ptr<const FileBytes> source, const std::string& target, float preferredRate);
+    ~FileExport() override;
+
+    double progress() const override { return m_monitor.progress; }
+    bool isFinished() const override { return m_finished; }
+    void cancel() override;
+
+private:
+    void run(std::shared_ptr<const FileBytes> source, float preferredRate);
+
+    std::unique_ptr<TargetFile> m_target;  // null where none could be made
+    ExportMonitor m_monitor;
+    std::atomic<bool> m_finished = false;
+    std::thread m_thread;
+};
+
+}  // namespace qm
