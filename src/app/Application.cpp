@@ -40,6 +40,7 @@ Application::Application(int& argc, char** argv)
       m_window(m_outlets, &m_controller),
       m_levelMeters(m_outlets, &m_window),
       m_video(m_outlets, &m_window),
+      m_export(m_outlets, m_window.actions(), &m_window),
       m_state(m_window, m_controller, m_controller, m_outlets) {
     m_controller.awakeFromNib(m_outlets);
     connectWindow();

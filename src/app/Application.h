@@ -8,6 +8,7 @@
 #include "app/Prefs.h"
 #include "app/QMController.h"
 #include "ui/controls/Outlets.h"
+#include "ui/windows/ExportPanel.h"
 #include "ui/windows/LevelMetersPanel.h"
 #include "ui/windows/MainWindow.h"
 #include "ui/windows/MainWindowState.h"
@@ -38,6 +39,7 @@ private:
     MainWindow m_window;
     LevelMetersPanel m_levelMeters;
     VideoPanel m_video;
+    ExportPanel m_export;
     MainWindowState m_state;
     std::unique_ptr<QSocketNotifier> m_signalNotifier;
 };

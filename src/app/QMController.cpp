@@ -44,7 +44,8 @@ QMController::QMController(MediaEngine& engine, Prefs& store, const ImageProvide
       m_table(*this, *this, *this, m_loader, m_loop, m_info),
       m_file(*this, *this),
       m_transport(*this, *this, *this, engine, m_clock, m_speed, m_table, m_info),
-      m_alert(*this, *this, m_speed, m_transport) {
+      m_alert(*this, *this, m_speed, m_transport),
+      m_export(*this, *this, m_alert) {
     trackIcon = images(QStringLiteral("type_AAC.png"));
     nonM4aIcon = images(QStringLiteral("type_aiff.png"));
     videoIcon = images(QStringLiteral("type_VIDEO"));
@@ -115,6 +116,7 @@ void QMController::windowWillClose(const QWidget* window) {
 
 void QMController::cleanupWhenClosing() {
     if (mainWindow) saveWindowPosition(*mainWindow);
+    m_export.cancelExport();
 }
 
 }  // namespace qm

@@ -12,6 +12,7 @@
 #include "library/PlayListArrays.h"
 #include "library/PlayListFile.h"
 #include "library/PlayListTable.h"
+#include "library/TrackExport.h"
 #include "library/TrackInfo.h"
 #include "library/TrackLoader.h"
 #include "library/TrackMetadata.h"
@@ -59,6 +60,7 @@ public:
     TrackLoader& trackLoader() { return m_loader; }
     PlayListTable& playListTable() { return m_table; }
     PlayerAlert& playerAlert() { return m_alert; }
+    TrackExport& trackExport() { return m_export; }
 
 public slots:
     void playForward() { m_transport.playForward(); }
@@ -122,6 +124,9 @@ public slots:
     void removeListEntry() { m_table.removeListEntry(); }
     void clearList() { m_table.clearList(); }
 
+    void exportMovie() { m_export.exportMovie(); }
+    void cancelExport() { m_export.cancelExport(); }
+
 private:
     LevelMeterHooks meterHooks();
     void setUpPlayList();
@@ -148,6 +153,7 @@ private:
     PlayListFile m_file;
     Transport m_transport;
     PlayerAlert m_alert;
+    TrackExport m_export;
 };
 
 }  // namespace qm

@@ -30,6 +30,15 @@ using Rows = std::vector<ActionRow>;
 
 void addFileAndEdit(Rows& rows) {
     rows.insert(rows.end(), {{"openFile", "File", "", "Open…", {ctrl(Qt::Key_O)}, kOnce, "Open… [Ctrl+O]", "Add files"},
+                             {"exportMovie",
+                              "File",
+                              "",
+                              "Export…",
+                              {ctrl(Qt::Key_E)},
+                              kOnce,
+                              "Keep this track as a movie of its own, at this speed [Ctrl+E]",
+                              "Export track"},
+                             {"cancelExport", "", "", "", {}, kOnce, "Stop, and keep nothing of it [Esc]", "Cancel"},
                              {"quit", "File", "", "Quit", {ctrl(Qt::Key_Q)}, kOnce, "", "", kWindow, "", true},
                              {"removeListEntry",
                               "Edit",

@@ -38,7 +38,8 @@ void FileExport::run(std::shared_ptr<const FileBytes> source, float preferredRat
     }
     if (failure) {
         m_target->abandon();
-        qmLog("cannot export to " + m_target->name() + ": " + failure->message);
+        const std::string reason = m_monitor.cancelled ? "cancelled" : failure->message;
+        qmLog("cannot export to " + m_target->name() + ": " + reason);
     }
     m_finished = true;
 }

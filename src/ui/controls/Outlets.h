@@ -11,6 +11,7 @@ class ImageButton;
 class MeterView;
 class MovieView;
 class PlayListView;
+class ProgressBar;
 class RoundedBox;
 class Slider;
 class TimeLabel;
@@ -88,6 +89,10 @@ struct Outlets {
     QLabel* duration = nullptr;
     QLabel* movieName = nullptr;
     QLabel* movieSize = nullptr;
+
+    QWidget* exportPanel = nullptr;
+    QLabel* exportName = nullptr;
+    ProgressBar* exportProgress = nullptr;
 };
 
 }  // namespace qm

@@ -18,6 +18,8 @@ struct Tool {
 constexpr Tool kTools[] = {{"openFile", "Open…", "qm_open.png"},
                            {"clearList", "Clear List", "qm_clear.png"},
                            {"", "", ""},
+                           {"exportMovie", "Export…", "qm_export.png"},
+                           {"", "", ""},
                            {"displayLevels", "Meters", "qm_meters.png"}};
 
 class Separator : public QWidget {

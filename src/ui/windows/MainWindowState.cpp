@@ -170,6 +170,8 @@ void MainWindowState::refreshDimming() {
     grid.transport->setDimmed(nothingLoaded);
     grid.loop->setDimmed(nothingLoaded);
     grid.playList->setRemoveDimmed(m_outlets.playList->selectedRow() < 0);
+    if (ToolButton* exporting = m_window.tools().tool(QStringLiteral("exportMovie")))
+        exporting->setDimmed(nothingLoaded);
     if (ToolButton* clear = m_window.tools().tool(QStringLiteral("clearList"))) clear->setDimmed(m_list.count() == 0);
 }
 

@@ -1,15 +1,6 @@
-// What an exported movie holds: the same samples, pictures that say which ones they are, and the rate. Read back with our
-// own reader and, where it is installed, decoded by the ffmpeg program.
-#include <doctest/doctest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <cstdlib>
-
-#include "engine/export/ExportMovie.h"
-#include "engine/media/MediaFiles.h"
-#include "engine/media/MovieBoxes.h"
-#include "engine/video/Films.h"
+// The sound of an exported movie is the sound that was there: read back with our own reader and, where it is installed,
+// decoded by the ffmpeg program.
+#include "engine/export/Exports.h"
 
 using namespace qm;
 using namespace qm::test;
@@ -17,39 +8,6 @@ using namespace qm::test;
 namespace {
 
 constexpr std::int64_t kFrames = 100003;
-constexpr double kOneLsb = 1.0 / 32768;
-
-#define NEEDS_ENCODER()                                          \
-    if (!hasEncoder()) {                                         \
-        MESSAGE("the ffmpeg program is not installed: skipped"); \
-        return;                                                  \
-    }
-
-std::string exported(const TemporaryFolder& folder, const std::string& source, float rate = 1) {
-    const std::string target = folder.file("exported.mov");
-    auto file = FileBytes::open(source);
-    REQUIRE(file);
-    auto made = TargetFile::create(target);
-    REQUIRE(made);
-    ExportMonitor monitor;
-    const auto failure = exportMovie(file.value(), *made.value(), rate, monitor);
-    REQUIRE_MESSAGE(!failure, (failure ? failure->message : ""));
-    REQUIRE(!made.value()->commit());
-    CHECK(monitor.progress == 1);
-    return target;
-}
-
-double largestDifference(const std::vector<float>& a, const std::vector<float>& b) {
-    double largest = a.size() == b.size() ? 0 : 99;
-    for (std::size_t i = 0; i < std::min(a.size(), b.size()); ++i)
-        largest = std::max(largest, std::abs(double(std::clamp(a[i], -1.0f, 32767.0f / 32768)) - double(b[i])));
-    return largest;
-}
-
-std::vector<float> wholeSound(const std::string& path) {
-    const auto sound = openSound(path);
-    return sound ? readLinearly(*sound) : std::vector<float>{};
-}
 
 void checkCopied(const TemporaryFolder& folder, const std::string& source) {
     CAPTURE(source);
@@ -125,4 +83,57 @@ TEST_CASE("sound that it does not hold, or not to its exact end, becomes 16-bit 
                              {"-c:a adpcm_ima_qt -f aiff", "ima.aifc"},
                              {"-c:a flac -strict -2", "flac.mp4"}})
         checkDecoded(folder, encoded(folder, e.arguments, e.name));
+}
+
+TEST_CASE("a bare number of channels, many channels and odd rates go along") {
+    const TemporaryFolder folder;
+    checkCopied(folder, folder.write("six.wav", waveFile(6, 48000, 20011, SampleFormat::Int24)));
+    checkCopied(folder, folder.write("odd.wav", waveFile(2, 37811, 20011, SampleFormat::Int16)));
+    checkCopied(folder, folder.write("one.wav", waveFile(2, 44100, 1, SampleFormat::Int16)));
+}
+
+TEST_CASE("every sound track that is switched on goes along, each at its place") {
+    NEEDS_ENCODER();
+    const TemporaryFolder folder;
+    const std::string two =
+        encoded(folder,
+                "-itsoffset 0.25 -f lavfi -i sine=frequency=660:d=1:sample_rate=44100 -map 0:a -map 1:a "
+                "-c:a pcm_s16le -disposition:a default",
+                "two.mov");
+    CHECK(probed(two, "stream=index").size() == 2);
+    const std::string copy = exported(folder, two);
+    CHECK(probed(copy, "stream=codec_name,sample_rate") ==
+          std::vector<std::string>{"pcm_s16le,44100", "pcm_s16le,44100"});
+    CHECK(wholeSound(copy) == wholeSound(two));
+    CHECK(std::stod(probed(copy, "stream=start_time").at(1)) == doctest::Approx(0.25).epsilon(0.001));
+}
+
+TEST_CASE("a track that is switched off stays behind") {
+    NEEDS_ENCODER();
+    const TemporaryFolder folder;
+    const std::string two = encoded(folder,
+                                    "-f lavfi -i sine=frequency=660:d=1 -map 0:a -map 1:a -c:a pcm_s16le "
+                                    "-disposition:a:0 default -disposition:a:1 0",
+                                    "two.mov");
+    const std::string copy = exported(folder, two);
+    CHECK(probed(copy, "stream=index").size() == 1);
+    CHECK(wholeSound(copy) == wholeSound(two));
+}
+
+TEST_CASE("title and artist go along, a cover does not become a film") {
+    NEEDS_ENCODER();
+    const TemporaryFolder folder;
+    const std::string tagged =
+        encoded(folder,
+                "-f lavfi -i color=red:s=64x64:d=1 -map 0:a -map 1:v -frames:v 1 -c:a alac -c:v png "
+                "-disposition:v attached_pic -metadata title=Twine -metadata artist=Halm",
+                "tagged.m4a");
+    CHECK(probed(tagged, "stream=codec_type").size() == 2);
+    const std::string copy = exported(folder, tagged);
+    CHECK(probed(copy, "stream=codec_type") == std::vector<std::string>{"audio"});
+    CHECK(probed(copy, "format_tags=title,artist") == std::vector<std::string>{"Twine,Halm"});
+    const auto opened = openMedia(copy);
+    REQUIRE(opened);
+    CHECK(opened.value().description.displayName == "Twine");
+    CHECK_FALSE(opened.value().description.hasVideo);
 }

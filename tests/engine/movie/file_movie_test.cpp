@@ -16,8 +16,10 @@ constexpr int kRate = 44100;
 
 // A movie of coded frames on a device that plays only what the test asks for.
 struct Player {
-    explicit Player(std::int64_t length = 10 * kRate, std::function<StereoFrame(std::int64_t)> sound = codedFrame) {
+    explicit Player(std::int64_t length = 10 * kRate, std::function<StereoFrame(std::int64_t)> sound = codedFrame,
+                    double preferredRate = 1) {
         OpenedMedia media;
+        media.description.preferredRate = preferredRate;
         media.description.displayName = "coded";
         media.description.hasSound = true;
         media.sound = std::make_unique<ComputedSound>(length, std::move(sound));
@@ -183,6 +185,47 @@ TEST_CASE("backward play gives the exact reverse from the end") {
     const auto frames = settled(p.play(30000));
     CHECK(frames.front() == 49999);
     CHECK(breaks(frames, -1) == 0);
+}
+
+TEST_CASE("until a rate is set, play runs at the one that the movie prefers") {
+    Player p(50000, codedFrame, -1);
+    p.movie->setCurrentTime(at(50000));
+    p.movie->play();
+    p.settle();
+    CHECK(breaks(settled(p.play(20000)), -1) == 0);
+    CHECK(p.now() < 31000);
+    p.movie->setPreferredRateAttribute(0.5f);
+    p.movie->play();
+    p.settle();
+    const std::int64_t turned = p.now();
+    p.play(20000);
+    CHECK(p.now() > turned + 5000);
+}
+
+TEST_CASE("a rate that was set holds, whatever the movie prefers") {
+    Player p(50000, codedFrame, -1);
+    p.start(1);
+    p.movie->setPreferredRateAttribute(2);
+    p.movie->stop();
+    p.movie->play();
+    p.settle();
+    CHECK(breaks(settled(p.play(20000))) == 0);
+    CHECK(p.now() > 19000);
+}
+
+TEST_CASE("a movie that prefers no rate at all, or an absurd one, plays and can be told another") {
+    for (const double rate : {0.0, 32767.0, -32768.0}) {
+        CAPTURE(rate);
+        Player p(50000, codedFrame, rate);
+        p.movie->play();
+        p.settle();
+        p.play(200);
+        p.start(1);
+        p.movie->setCurrentTime(at(0));
+        p.settle();
+        p.play(5000);
+        CHECK(p.now() > 2000);
+    }
 }
 
 TEST_CASE("turning round while playing goes back over what was just heard") {

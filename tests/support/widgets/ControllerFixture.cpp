@@ -11,6 +11,7 @@
 #include "engine/api/Log.h"
 #include "ui/controls/MeterView.h"
 #include "ui/controls/MovieView.h"
+#include "ui/controls/ProgressBar.h"
 #include "ui/controls/RoundedBox.h"
 #include "ui/controls/WaveformStrip.h"
 
@@ -84,6 +85,10 @@ void ControllerFixture::buildTransport(QWidget* parent) {
     outlets.levelsBox = new RoundedBox(m_levelsPanel.get());
     outlets.meterView1 = new MeterView(outlets.levelsBox);
     outlets.meterView2 = new MeterView(outlets.levelsBox);
+    m_exportPanel = std::make_unique<QWidget>();
+    outlets.exportPanel = m_exportPanel.get();
+    outlets.exportName = new QLabel(m_exportPanel.get());
+    outlets.exportProgress = new ProgressBar(m_exportPanel.get());
 }
 
 void ControllerFixture::buildSound(QWidget* parent) {
@@ -129,6 +134,8 @@ void ControllerFixture::connectDialogs() {
         [this](const QString& message, const QString& information, const QString& button) {
             dialogs.playerAlert(message, information, button);
         });
+    controller->trackExport().setRunPanel(
+        [this](const QString& folder, const QString& name) { return dialogs.savePanel(folder, name); });
     controller->trackLoader().setRunPanel([this](QFileDialog&) { return dialogs.openPanel(); });
 }
 

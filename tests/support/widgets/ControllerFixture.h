@@ -81,6 +81,7 @@ private:
     std::unique_ptr<FadingWindow> m_window;
     std::unique_ptr<QWidget> m_videoPanel;
     std::unique_ptr<QWidget> m_levelsPanel;
+    std::unique_ptr<QWidget> m_exportPanel;
 };
 
 // Lets a running timer fire once, now.

@@ -15,6 +15,7 @@ public:
 
     int alertAnswer = 1000;                  // 1000 is the first button, 1001 the second
     std::optional<QStringList> chosenFiles;  // what the open panel gives; none is a cancel
+    std::optional<QString> savePath;         // what the save panel gives; none is a cancel
 
     int alert(const QString& message, const QStringList& buttons) {
         m_log.add("alert \"" + message.toStdString() + "\" [" + buttons.join(u'|').toStdString() + "]");
@@ -24,6 +25,11 @@ public:
     void playerAlert(const QString& message, const QString& information, const QString& button) {
         m_log.add("alert \"" + message.toStdString() + "\" \"" + information.toStdString() + "\" [" +
                   button.toStdString() + "]");
+    }
+
+    std::optional<QString> savePanel(const QString& folder, const QString& name) {
+        m_log.add("save panel " + folder.toStdString() + " " + name.toStdString());
+        return savePath;
     }
 
     std::optional<QStringList> openPanel() {

@@ -1,0 +1,53 @@
+// Keeps the current track as a movie of its own, at the speed it is practised at, while the track goes on playing. Main
+// thread only. A protected file is refused with a warning; everything else that fails is a log line.
+#pragma once
+
+#include <QString>
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "app/PlayerState.h"
+#include "ui/PlayerAlert.h"
+#include "ui/controls/Outlets.h"
+
+namespace qm {
+
+// The name that an export of this file is offered under: an avi file's own, otherwise with the extension "mov".
+QString exportName(const QString& path);
+
+class TrackExport {
+public:
+    using RunPanel = std::function<std::optional<QString>(const QString& folder, const QString& name)>;
+
+    TrackExport(PlayerState& state, const Outlets& outlets, PlayerAlert& alert);
+
+    // Returns when the writing has begun. One at a time: while a track is being written, its panel comes to the front.
+    void exportMovie();
+
+    // Nothing is left of the file that is being written. Does nothing otherwise.
+    void cancelExport();
+
+    // How the save panel is run: the chosen path, or none if it was cancelled.
+    void setRunPanel(RunPanel run) { m_runPanel = std::move(run); }
+
+    QTimer& timer() { return m_timer; }  // looks after the export while there is one
+
+private:
+    void begin(const QString& path);
+    void look();
+    void showPanel();
+
+    PlayerState& m_state;
+    const Outlets& m_outlets;
+    PlayerAlert& m_alert;
+    RunPanel m_runPanel;
+    QTimer m_timer;
+    int m_looks = 0;
+    std::unique_ptr<MovieExport> m_export;                  // the one that is being written
+    std::vector<std::unique_ptr<MovieExport>> m_cancelled;  // whose threads have not noticed yet
+};
+
+}  // namespace qm

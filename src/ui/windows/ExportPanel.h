@@ -1,0 +1,25 @@
+// The panel of an export that takes a while: what is written and how much of it is done. Player keys work in it; Esc
+// and closing it cancel. It only shows what it is told. Main thread only.
+#pragma once
+
+#include "ui/ActionTable.h"
+#include "ui/controls/Outlets.h"
+#include "ui/windows/ToolPanel.h"
+
+namespace qm {
+
+class ExportPanel : public ToolPanel {
+    Q_OBJECT
+
+public:
+    ExportPanel(Outlets& outlets, ActionTable& actions, QWidget* mainWindow);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void paintEvent(QPaintEvent*) override;
+
+private:
+    ActionTable& m_actions;
+};
+
+}  // namespace qm
