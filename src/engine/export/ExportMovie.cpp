@@ -64,13 +64,12 @@ std::unique_ptr<ExportTrack> soundTrack(SoundTrack track, const std::string& for
 }
 
 std::unique_ptr<ExportTrack> pictureTrack(const MediaTracks& tracks, int stream, double origin) {
-    AVStream& source = tracks.demuxer->stream(stream);
-    if (canCopyPictures(source, tracks.format)) {
-        auto demuxer = Demuxer::open(tracks.file, tracks.format, tracks.analysed);
-        return demuxer ? std::make_unique<CopiedPictures>(std::move(demuxer.value()), stream, origin) : nullptr;
+    auto demuxer = Demuxer::open(tracks.file, tracks.format, true);  // headers alone do not always tell the size
+    if (demuxer && canCopyPictures(demuxer.value()->stream(stream), tracks.format)) {
+        return std::make_unique<CopiedPictures>(std::move(demuxer.value()), stream, origin);
     }
     return EncodedPictures::create(VideoDecoder::open(tracks.file, tracks.format, tracks.analysed, stream, origin),
-                                   source);
+                                   tracks.demuxer->stream(stream));
 }
 
 // The writing of one movie: its tracks side by side, always the one that is furthest behind.

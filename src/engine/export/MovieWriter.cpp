@@ -63,8 +63,14 @@ AVStream& MovieWriter::addTrack() {
     return *stream;
 }
 
+// Others would make the muxer do more than write them down.
 void MovieWriter::setTags(const AVDictionary* tags) {
-    av_dict_copy(&m_context->metadata, tags, 0);
+    for (const char* key : {"title", "artist", "album_artist", "album", "composer", "genre", "date", "track", "comment",
+                            "copyright", "description"}) {
+        if (const AVDictionaryEntry* tag = av_dict_get(tags, key, nullptr, 0)) {
+            av_dict_set(&m_context->metadata, key, tag->value, 0);
+        }
+    }
 }
 
 void MovieWriter::setTimeScale(int unitsPerSecond) {

@@ -17,9 +17,9 @@ public:
     MovieWriter& operator=(const MovieWriter&) = delete;
 
     // Before begin().
-    AVStream& addTrack();  // to be described; on from the start
-    void setTags(const AVDictionary* tags);
-    void setTimeScale(int unitsPerSecond);  // of the times at which tracks begin
+    AVStream& addTrack();                    // to be described; on from the start
+    void setTags(const AVDictionary* tags);  // what names the track: title, artist and the like
+    void setTimeScale(int unitsPerSecond);   // of the times at which tracks begin
 
     std::optional<Error> begin();
 

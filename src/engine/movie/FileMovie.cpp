@@ -34,6 +34,13 @@ std::unique_ptr<SoundReader> soundOrSilence(std::unique_ptr<SoundReader> sound, 
     return std::make_unique<SilentReader>(seconds);
 }
 
+// Foreign headers state all kinds of rates: one at which nothing could be heard is none.
+float playableRate(double stated) {
+    constexpr double kSlowest = 0.1, kFastest = 10;
+    const bool playable = std::abs(stated) >= kSlowest && std::abs(stated) <= kFastest;
+    return playable || stated == 0 ? static_cast<float>(stated) : 1.0f;
+}
+
 // value * to / from without overflow for any length of time, truncated toward zero.
 std::int64_t rescale(std::int64_t value, std::int64_t to, std::int64_t from) {
     return value / from * to + value % from * to / from;
@@ -48,7 +55,7 @@ FileMovie::FileMovie(Movie handle, std::shared_ptr<MovieRegistry> registry, Open
       m_description(std::move(media.description)),
       m_render(soundOrSilence(std::move(media.sound), m_description.durationSeconds), std::move(openOutput)),
       m_timeScale(m_description.hasSound ? m_render.sampleRate() : kScaleWithoutSound),
-      m_preferredRate(static_cast<float>(m_description.preferredRate)) {
+      m_preferredRate(playableRate(m_description.preferredRate)) {
     if (media.openVideo) {
         m_video = std::make_unique<VideoThread>(std::move(media.openVideo), [this] { return moment(); });
     }

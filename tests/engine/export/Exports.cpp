@@ -46,15 +46,14 @@ std::vector<float> wholeSound(const std::string& path) {
 }
 
 std::vector<std::string> probed(const std::string& path, const std::string& entries) {
-    const std::string command = "ffprobe -v quiet -of csv=p=0 -show_entries " + entries + " '" + path + "'";
+    const std::string command = "ffprobe -v quiet -of compact=p=0:nk=1 -show_entries " + entries + " '" + path + "'";
     std::FILE* pipe = ::popen(command.c_str(), "r");
     std::vector<std::string> lines;
     char line[1000];
     while (pipe && std::fgets(line, sizeof line, pipe)) {
-        lines.emplace_back(line);
-        while (!lines.back().empty() && (lines.back().back() == '\n' || lines.back().back() == ',')) {
-            lines.back().pop_back();
-        }
+        std::string text = line;
+        text.erase(text.find_last_not_of("\n|") + 1);
+        if (!text.empty()) lines.push_back(text);
     }
     if (pipe) ::pclose(pipe);
     return lines;

@@ -124,14 +124,14 @@ TEST_CASE("every kind of file that can be opened becomes a movie of the same sou
                              {"a.mov", "-c:v mjpeg -c:a pcm_s24le", "192x64"},
                              {"a.dv", "-c:v dvvideo -pix_fmt yuv420p -c:a pcm_s16le -ar 48000 -ac 2", "720x576"},
                              {"a.wmv", "-c:v wmv1 -q:v 2 -c:a wmav1", "192x64"},
-                             {"a.mp3", "-vn -c:a libmp3lame", "192x64"},
-                             {"a.m4a", "-vn -c:a aac", "192x64"},
-                             {"a.m4p", "-vn -c:a aac -f mp4", "192x64"},
-                             {"a.aiff", "-vn -c:a pcm_s16be", "192x64"},
-                             {"a.aif", "-vn -c:a pcm_s24be -f aiff", "192x64"},
-                             {"a.aifc", "-vn -c:a pcm_mulaw -f aiff", "192x64"},
-                             {"a.wav", "-vn -c:a pcm_f32le", "192x64"},
-                             {"a.caf", "-vn -c:a alac", "192x64"}}) {
+                             {"a.mp3", "-vn -t 0.8 -c:a libmp3lame", "192x64"},
+                             {"a.m4a", "-vn -t 0.8 -c:a aac", "192x64"},
+                             {"a.m4p", "-vn -t 0.8 -c:a aac -f mp4", "192x64"},
+                             {"a.aiff", "-vn -t 0.8 -c:a pcm_s16be", "192x64"},
+                             {"a.aif", "-vn -t 0.8 -c:a pcm_s24be -f aiff", "192x64"},
+                             {"a.aifc", "-vn -t 0.8 -c:a pcm_mulaw -f aiff", "192x64"},
+                             {"a.wav", "-vn -t 0.8 -c:a pcm_f32le", "192x64"},
+                             {"a.caf", "-vn -t 0.8 -c:a alac", "192x64"}}) {
         CAPTURE(kind.name);
         const std::string source = folder.file(kind.name);
         REQUIRE(makeFilm(source, 20, "25", kind.coding, kind.size));

@@ -103,7 +103,7 @@ TEST_CASE("every sound track that is switched on goes along, each at its place")
     CHECK(probed(two, "stream=index").size() == 2);
     const std::string copy = exported(folder, two);
     CHECK(probed(copy, "stream=codec_name,sample_rate") ==
-          std::vector<std::string>{"pcm_s16le,44100", "pcm_s16le,44100"});
+          std::vector<std::string>{"pcm_s16le|44100", "pcm_s16le|44100"});
     CHECK(wholeSound(copy) == wholeSound(two));
     CHECK(std::stod(probed(copy, "stream=start_time").at(1)) == doctest::Approx(0.25).epsilon(0.001));
 }
@@ -131,7 +131,7 @@ TEST_CASE("title and artist go along, a cover does not become a film") {
     CHECK(probed(tagged, "stream=codec_type").size() == 2);
     const std::string copy = exported(folder, tagged);
     CHECK(probed(copy, "stream=codec_type") == std::vector<std::string>{"audio"});
-    CHECK(probed(copy, "format_tags=title,artist") == std::vector<std::string>{"Twine,Halm"});
+    CHECK(probed(copy, "format_tags=title,artist") == std::vector<std::string>{"Halm|Twine"});
     const auto opened = openMedia(copy);
     REQUIRE(opened);
     CHECK(opened.value().description.displayName == "Twine");
