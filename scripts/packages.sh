@@ -9,14 +9,15 @@ build_packages=(
     libcubeb-dev
 )
 
-# To show a window: Qt's X11 platform plug-in, a font. Sound goes to the desktop's own server.
-window_packages=(qt6-qpa-plugins fonts-inter)
+# To show a window: Qt's X11 platform plug-in, a font; to know the update server: whom to trust. Sound goes to the
+# desktop's own server.
+window_packages=(qt6-qpa-plugins fonts-inter ca-certificates)
 
 # To play on a machine without a desktop: a virtual screen, a virtual sound card, keys and clicks, a camera.
 stage_packages=(xvfb xdotool pulseaudio pulseaudio-utils ffmpeg)
 
-# To run the tests: the test framework, the style check, another language's number format.
-test_packages=(doctest-dev clang-format locales libx11-dev)
+# To run the tests: the test framework, the style check, another language's number format, a secure server's key.
+test_packages=(doctest-dev clang-format locales libx11-dev openssl)
 
 missing_packages() {
     local package

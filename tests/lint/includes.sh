@@ -22,6 +22,7 @@ reserved='
 ^cubeb                  ^engine/(output|capture)/
 ^(Q[A-Z]|Qt)            ^(app|ui|library|player|sound|record|update)/
 ^QtWidgets$             ^$
+^Q(Network|Ssl|Tcp|Http) ^update/network/
 '
 
 includes() {  # lines: file, " or <, included name

@@ -1,0 +1,13 @@
+// The entry of the network library. Any thread; it runs an event loop of its own until it is done.
+#pragma once
+
+#include "update/Fetch.h"
+
+namespace qm {
+
+// Sets either the content or the failure, in words fit for a log line.
+using NetworkFetchFunction = void(const QUrl& url, const FetchLimits& limits, QByteArray& content, QByteArray& failure);
+
+inline constexpr const char* kNetworkFetchName = "quillmereNetworkFetch";
+
+}  // namespace qm
