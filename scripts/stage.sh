@@ -39,6 +39,7 @@ open_stage() {
     export HOME=$stage/home XDG_CONFIG_HOME=$stage/home/.config XDG_CACHE_HOME=$stage/home/.cache
     export XDG_DATA_HOME=$stage/home/.local XDG_RUNTIME_DIR=$stage/runtime
     export QT_QPA_PLATFORM=xcb LC_ALL=C.UTF-8
+    export QUILLMERE_UPDATE_SERVER=http://127.0.0.1:9  # nobody answers there
     unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS QT_STYLE_OVERRIDE QT_QPA_PLATFORMTHEME QT_SCALE_FACTOR
     start_screen
     start_sound_server

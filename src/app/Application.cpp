@@ -1,5 +1,6 @@
 #include "app/Application.h"
 
+#include <QDesktopServices>
 #include <QSessionManager>
 #include <QSocketNotifier>
 #include <array>
@@ -12,8 +13,10 @@
 #include <unistd.h>
 #endif
 
+#include "library/SupportFolder.h"
 #include "ui/Style.h"
 #include "ui/controls/NamedImage.h"
+#include "ui/windows/SoftwareUpdatePanel.h"
 
 namespace qm {
 
@@ -44,6 +47,7 @@ Application::Application(int& argc, char** argv)
       m_state(m_window, m_controller, m_controller, m_outlets) {
     m_controller.awakeFromNib(m_outlets);
     connectWindow();
+    makeUpdaters();
     endOnSignals();
 }
 
@@ -82,6 +86,29 @@ void Application::endOnSignals() {
 void Application::quit() {
     m_controller.applicationWillTerminate();
     std::_Exit(0);
+}
+
+// The first one when the main window has faded in, which would hide its panel, and then one for each command.
+void Application::makeUpdaters() {
+    const auto first = [this] { (new SoftwareUpdater(updateServices()))->init(); };
+    QObject::connect(&m_window, &FadingWindow::madeKey, &m_window, first,
+                     Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    m_controller.setUpdaterMaker([this] { (new SoftwareUpdater(updateServices()))->initManual(); });
+}
+
+UpdateServices Application::updateServices() {
+    const auto loadNib = [this](UpdateOutlets& outlets) {
+        outlets.mainWindow = &m_window;
+        new SoftwareUpdatePanel(outlets, &m_window);
+        return true;
+    };
+    const auto storedUpdateCheck = [this]() -> std::optional<bool> {
+        const QString key = QStringLiteral("SoftwareUpdateCheck");
+        if (!m_prefs.contains(key)) return std::nullopt;
+        return m_prefs.boolForKey(key);
+    };
+    return {loadNib, storedUpdateCheck, [](const QUrl& url) { QDesktopServices::openUrl(url); }, homeFolder,
+            fetchFromNetwork};
 }
 
 int Application::run() {

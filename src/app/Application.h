@@ -13,6 +13,7 @@
 #include "ui/windows/MainWindow.h"
 #include "ui/windows/MainWindowState.h"
 #include "ui/windows/VideoPanel.h"
+#include "update/SoftwareUpdater.h"
 
 class QSocketNotifier;
 
@@ -29,6 +30,8 @@ private:
     void connectWindow();
     void startTheRest();
     void endOnSignals();
+    void makeUpdaters();
+    UpdateServices updateServices();
     void quit();
 
     QApplication m_application;

@@ -52,6 +52,9 @@ public:
     // How the program ends when the main window closes, with the exit status; at first the process ends at once.
     void setExit(std::function<void(int)> exit) { m_exit = std::move(exit); }
 
+    // Makes an updater for a check that the user asks for.
+    void setUpdaterMaker(std::function<void()> make) { m_makeManualUpdater = std::move(make); }
+
     void loadFileAdd(const QString& path, bool add) { m_loader.loadFileAdd(path, add); }
     void switchAudioLevels(bool on) { m_levels.switchAudioLevels(on); }
     void displayAlertInfoButtonText(const QString& message, const QString& information, const QString& button) {
@@ -127,6 +130,10 @@ public slots:
     void exportMovie() { m_export.exportMovie(); }
     void cancelExport() { m_export.cancelExport(); }
 
+    void checkSoftwareUpdate() {
+        if (m_makeManualUpdater) m_makeManualUpdater();
+    }
+
 private:
     LevelMeterHooks meterHooks();
     void setUpPlayList();
@@ -136,6 +143,7 @@ private:
 
     Prefs& prefs;
     std::function<void(int)> m_exit;
+    std::function<void()> m_makeManualUpdater;
 
     // In the order in which they build on one another.
     WindowChrome m_chrome;

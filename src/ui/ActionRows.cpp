@@ -211,6 +211,10 @@ void addWindow(Rows& rows) {
     rows.push_back({"toggleToolbar", "Window", "", "Show Toolbar", {ctrlShift(Qt::Key_T)}, kOnce, "", "", kWindow});
 }
 
+void addHelp(Rows& rows) {
+    rows.push_back({"checkSoftwareUpdate", "Help", "", "Check for Updates…", {}, kOnce, "", ""});
+}
+
 ActionRow sliderRow(const char* slot, const char* tooltip, const char* accessibleName) {
     return {slot, "", "", "", {}, kOnce, tooltip, accessibleName};
 }
@@ -235,6 +239,7 @@ const std::vector<ActionRow>& actionRows() {
         addVolumeAndTone(all);
         addLoop(all);
         addWindow(all);
+        addHelp(all);
         addSliders(all);
         return all;
     }();

@@ -15,6 +15,7 @@ void FadingWindow::makeKeyAndOrderFront() {
     show();
     raise();
     activateWindow();
+    emit madeKey();
 }
 
 void FadingWindow::closeEvent(QCloseEvent* event) {

@@ -20,6 +20,9 @@ public:
     bool keyWindow = false;           // makeKeyAndOrderFront() was called
     std::function<void()> willClose;  // called once as the window closes, before it is hidden
 
+signals:
+    void madeKey();  // makeKeyAndOrderFront() was called
+
 protected:
     void closeEvent(QCloseEvent*) override;
 

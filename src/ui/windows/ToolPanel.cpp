@@ -15,9 +15,10 @@ constexpr int kGap = 12;  // between the main window and a panel beside it, in p
 }  // namespace
 
 // Being a tool window of the main window is what lets the main window's keys work here.
-ToolPanel::ToolPanel(const QString& title, QWidget* mainWindow) : QWidget(mainWindow, Qt::Tool) {
+ToolPanel::ToolPanel(const QString& title, QWidget* mainWindow, Keys keys)
+    : QWidget(mainWindow, keys == Keys::PassedOn ? Qt::Tool : Qt::Dialog) {
     setWindowTitle(title);
-    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_ShowWithoutActivating, keys == Keys::PassedOn);
     for (const QKeySequence& key : {QKeySequence(Qt::Key_Escape), QKeySequence(Qt::CTRL | Qt::Key_W)})
         connect(new QShortcut(key, this), &QShortcut::activated, this, &QWidget::close);
 }

@@ -1,5 +1,5 @@
-// A panel that floats above the main window: shown again where it was left, closed with Esc or Ctrl+W. The keys of the
-// main window's menus work in it too. Closing it only hides it. Main thread only.
+// A panel that floats above the main window: shown again where it was left, closed with Esc or Ctrl+W. Closing it only
+// hides it. Main thread only.
 #pragma once
 
 #include <QPoint>
@@ -12,7 +12,13 @@ class ToolPanel : public QWidget {
     Q_OBJECT
 
 public:
-    ToolPanel(const QString& title, QWidget* mainWindow);
+    enum class Keys {
+        PassedOn,  // the keys of the main window's menus work here too, and showing the panel leaves them where they
+                   // are
+        Own
+    };
+
+    ToolPanel(const QString& title, QWidget* mainWindow, Keys keys = Keys::PassedOn);
 
 protected:
     void showEvent(QShowEvent* event) override;

@@ -1,0 +1,59 @@
+#include "ui/controls/ProgressIndicator.h"
+
+#include <QLinearGradient>
+#include <QPainter>
+#include <QPainterPath>
+
+#include "ui/controls/Tokens.h"
+
+namespace qm {
+
+namespace {
+
+constexpr int kHeight = 6;
+constexpr double kRadius = kHeight / 2.0;
+constexpr double kLightWidth = 0.38;  // of the bar
+constexpr int kStepMilliseconds = 33;
+constexpr int kRunMilliseconds = 1600;  // through the whole bar
+
+}  // namespace
+
+ProgressIndicator::ProgressIndicator(QWidget* parent) : QProgressBar(parent) {
+    setRange(0, 0);
+    setTextVisible(false);
+    setFixedHeight(kHeight);
+    m_timer.setInterval(kStepMilliseconds);
+    connect(&m_timer, &QTimer::timeout, this, qOverload<>(&QWidget::update));
+}
+
+void ProgressIndicator::startAnimation() {
+    m_running.start();
+    m_timer.start();
+}
+
+void ProgressIndicator::stopAnimation() {
+    m_timer.stop();
+    update();
+}
+
+void ProgressIndicator::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPainterPath groove;
+    groove.addRoundedRect(rect(), kRadius, kRadius);
+    painter.fillPath(groove, QColor(0, 0, 0, 128));
+    painter.setPen(QPen(tokens::kLine, 1));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius - 0.5, kRadius - 0.5);
+    if (!isAnimating()) return;
+    const double part = static_cast<double>(m_running.elapsed() % kRunMilliseconds) / kRunMilliseconds;
+    const double light = width() * kLightWidth;
+    const double left = part * (width() + light) - light;
+    QLinearGradient shine(left, 0, left + light, 0);
+    QColor dark = tokens::kAqua;
+    dark.setAlpha(0);
+    shine.setStops({{0, dark}, {0.3, tokens::kAqua}, {0.7, tokens::kAqua}, {1, dark}});
+    painter.setClipPath(groove);
+    painter.fillRect(QRectF(left, 0, light, height()), shine);
+}
+
+}  // namespace qm

@@ -1,0 +1,29 @@
+// A bar that says that something goes on, without saying how much of it is done: a light that runs through it while the
+// animation is started. Main thread only.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QProgressBar>
+#include <QTimer>
+
+namespace qm {
+
+class ProgressIndicator : public QProgressBar {
+    Q_OBJECT
+
+public:
+    explicit ProgressIndicator(QWidget* parent = nullptr);
+
+    void startAnimation();
+    void stopAnimation();
+    bool isAnimating() const { return m_timer.isActive(); }
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+
+private:
+    QTimer m_timer;
+    QElapsedTimer m_running;
+};
+
+}  // namespace qm

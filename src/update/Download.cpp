@@ -1,0 +1,48 @@
+#include "update/Download.h"
+
+#include <QDir>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QThread>
+#include <memory>
+
+#include "engine/api/Log.h"
+#include "update/InputBlock.h"
+
+namespace qm {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr FetchLimits kImageLimits{15s, 30s, 20min, qint64(256) << 20};
+
+void writeAtomically(const QByteArray& content, const QString& path) {
+    QDir().mkpath(QFileInfo(path).path());
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit()) return;
+    qmLog(QStringLiteral("downloadNewDiscImage: cannot write %1: %2").arg(path, file.errorString()).toStdString());
+}
+
+void fetchAndWrite(const Fetch& fetch, const QUrl& image, const QString& path) {
+    const Result<QByteArray> content = fetch(image, kImageLimits);
+    if (content)
+        writeAtomically(content.value(), path);
+    else
+        qmLog("downloadNewDiscImage: cannot read " + image.toString().toStdString() + ": " + content.error().message);
+}
+
+}  // namespace
+
+void download(const Fetch& fetch, const QUrl& image, const QString& path) {
+    const std::unique_ptr<QThread> worker(QThread::create([&] { fetchAndWrite(fetch, image, path); }));
+    const InputBlock block;
+    QEventLoop loop;
+    QObject::connect(worker.get(), &QThread::finished, &loop, &QEventLoop::quit);
+    worker->start();
+    loop.exec();
+    worker->wait();
+}
+
+}  // namespace qm
