@@ -1,0 +1,95 @@
+#!/bin/bash
+# A start that hears of a newer release says so in a panel; the download keeps the window drawn but hears nobody, and puts
+# the whole image on the desktop. With the check switched off a start asks no server, and the menu's command does.
+. "$(dirname "$0")/lib.sh"
+
+help_x=347 menu_y=13  # the Help menu in the menu bar
+
+# serve MAJOR MINOR BUILD
+serve() {
+    server_folder=$stage/server
+    rm -rf "$server_folder"
+    mkdir "$server_folder"
+    head -c 3000000 /dev/urandom >"$server_folder/Quillmere.dmg"
+    "$programs/update_server" "$server_folder" "$@" &
+    server_pid=$!
+    stage_pids+=("$server_pid")
+    wait_until "the server listens" test -s "$server_folder/address"
+    QUILLMERE_UPDATE_SERVER=$(cat "$server_folder/address")
+    export QUILLMERE_UPDATE_SERVER
+}
+
+panel_shown() {
+    panel=$(xdotool search --onlyvisible --all --pid "$player_pid" --name '^Software Update$')
+}
+
+panel_has_keys() {
+    panel_shown && [ "$(xdotool getwindowfocus)" = "$panel" ]
+}
+
+panel_hidden() {
+    ! panel_shown
+}
+
+escape_closes() {
+    xdotool windowfocus "$panel"
+    press Escape
+    panel_hidden
+}
+
+was_asked_for() {
+    grep -qxF "$1" "$server_folder/requests"
+}
+
+checks_finished() {  # COUNT
+    [ "$(grep -cxF 'Finished software update check for Quillmere.' "$player_log")" -eq "$1" ]
+}
+
+# The panel's picture, as bytes, in a file.
+panel_picture() {
+    local X=0 Y=0 WIDTH=0 HEIGHT=0
+    eval "$(xdotool getwindowgeometry --shell "$panel" | grep -E '^(X|Y|WIDTH|HEIGHT)=[0-9]+$')"
+    ffmpeg -hide_banner -loglevel error -y -f x11grab -draw_mouse 0 -video_size "${WIDTH}x$HEIGHT" \
+        -i "$DISPLAY+$X,$Y" -frames:v 1 -pix_fmt rgb24 -f rawvideo "$1" </dev/null
+}
+
+picture_changes() {
+    panel_picture "$stage/later.rgb"
+    ! cmp -s "$stage/first.rgb" "$stage/later.rgb"
+}
+
+open_test
+image=$HOME/Desktop/Quillmere.dmg
+serve 5 92 0
+start
+wait_until "the newer release is announced" panel_has_keys
+expect_text "$player_log" "Starting software update check for Quillmere."
+press Return
+wait_until "the image is asked for" was_asked_for /Download/Quillmere.dmg
+panel_picture "$stage/first.rgb"
+wait_until "the bar moves" picture_changes
+expect_no_file "$image"
+press ctrl+q Escape
+panel_picture "$stage/first.rgb"
+wait_until "the bar moves on" picture_changes
+touch "$server_folder/go"
+wait_until "the image is on the desktop" test -e "$image"
+cmp "$image" "$server_folder/Quillmere.dmg" || fail "the image is not what the server sent"
+expect "files on the desktop" "$(find "$HOME/Desktop" -type f | wc -l)" -eq 1
+panel_shown || fail "the panel is gone though nobody could close it"
+wait_until "keys are heard again" escape_closes
+xdotool windowfocus --sync "$player_window"
+quit_by_key
+
+sed -i '/^SoftwareUpdateCheck=/d; /^\[General\]/a SoftwareUpdateCheck=false' "$settings"
+rm "$server_folder/requests"
+start
+click $help_x $menu_y
+press Down Return
+wait_until "the check that was asked for is finished" checks_finished 2
+wait_until "its result is shown" panel_has_keys
+wait_until "Escape closes it" escape_closes
+xdotool windowfocus --sync "$player_window"
+quit_by_key
+expect "requests" "$(wc -l <"$server_folder/requests")" -eq 1
+checks_finished 2 || fail "a check that was switched off ran"
