@@ -14,6 +14,7 @@
 #include <QStyleFactory>
 #include <QStyleOption>
 #include <QToolTip>
+#include <algorithm>
 
 #include "ui/controls/Fonts.h"
 #include "ui/controls/NamedImage.h"
@@ -27,9 +28,11 @@ constexpr double kWarningSize = 40;
 constexpr QMargins kAlertMargins(20, 24, 20, 16);
 constexpr double kMenuText = 12.5;
 const QColor kTipFrame(0x3A, 0x3C, 0x3F);
+constexpr int kScrollBarWidth = 11, kScrollBarMargin = 2, kShortestHandle = 28, kHandleRadius = 4;
+const QColor kHandle(0x56, 0x5B, 0x61), kHandleHovered(0x73, 0x79, 0x81);
 constexpr int kMenuHeight = 26, kMenuSide = 9, kMenuBarSide = 8;
 
-// What the toolkit draws by a sheet: menus, scroll bars and alerts.
+// What the toolkit draws by a sheet: menus and alerts.
 QString styleSheetText() {
     return QStringLiteral(R"(
 QMenu { background: #1B1C1E; color: #F3F5F7; border: 1px solid #3C3E41; padding: 5px; }
@@ -39,14 +42,6 @@ QMenu::item:disabled { color: #6B727A; }
 QMenu::separator { height: 1px; background: #37393C; margin: 5px 8px; }
 QMenu::right-arrow { width: 10px; height: 10px; }
 QMenu::indicator { width: 14px; height: 14px; margin-left: 4px; }
-QScrollBar:vertical { background: transparent; width: 11px; margin: 2px 2px 2px 0; border: none; }
-QScrollBar::handle:vertical { background: #565B61; min-height: 28px; border-radius: 4px; }
-QScrollBar::handle:vertical:hover { background: #737981; }
-QScrollBar:horizontal { background: transparent; height: 11px; margin: 0 2px 2px 2px; border: none; }
-QScrollBar::handle:horizontal { background: #565B61; min-width: 28px; border-radius: 4px; }
-QScrollBar::handle:horizontal:hover { background: #737981; }
-QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; border: none; background: none; }
-QScrollBar::add-page, QScrollBar::sub-page { background: none; }
 QMessageBox { background: qlineargradient(x1: 0, y1: 0, x2: 0, y2: 1, stop: 0 #141516, stop: 1 #2B2C2E); }
 QMessageBox QLabel { color: #F3F5F7; }
 QMessageBox QLabel#qt_msgbox_label { font-size: 15px; font-weight: 600; min-width: 338px; min-height: 48px; }
@@ -86,6 +81,8 @@ public:
             case PM_MenuBarItemSpacing:
             case PM_MenuBarPanelWidth:
                 return 0;
+            case PM_ScrollBarExtent:
+                return kScrollBarWidth + kScrollBarMargin;
             default:
                 break;
         }
@@ -122,13 +119,30 @@ public:
             QProxyStyle::drawControl(element, option, painter, widget);
     }
 
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                         const QWidget* widget) const override {
+        const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+        if (control != CC_ScrollBar || !bar) return QProxyStyle::subControlRect(control, option, part, widget);
+        return scrollBarPart(*bar, part);
+    }
+
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override {
+        const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+        if (control == CC_ScrollBar && bar)
+            drawHandle(*painter, *bar);
+        else
+            QProxyStyle::drawComplexControl(control, option, painter, widget);
+    }
+
     using QProxyStyle::polish;
     void polish(QWidget* widget) override {
         QProxyStyle::polish(widget);
         if (qobject_cast<QMessageBox*>(widget) && widget->layout()) widget->layout()->setContentsMargins(kAlertMargins);
-        if (!isStyledBySheet(widget) || !widget->styleSheet().isEmpty()) return;
-        widget->setStyleSheet(styleSheetText());
-        widget->style()->polish(widget);  // which is the sheet's now
+        if (qobject_cast<QScrollBar*>(widget)) widget->setAttribute(Qt::WA_OpaquePaintEvent, false);
+        if (const auto* menu = qobject_cast<QMenu*>(widget))
+            QObject::connect(menu, &QMenu::aboutToShow, menu, [widget] { useSheet(widget); });
+        if (qobject_cast<QMessageBox*>(widget)) useSheet(widget);
     }
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
@@ -143,10 +157,50 @@ public:
     }
 
 private:
-    // A sheet for the whole program would cost every widget time, also those that it says nothing of.
-    static bool isStyledBySheet(const QWidget* widget) {
-        return qobject_cast<const QMenu*>(widget) || qobject_cast<const QScrollBar*>(widget) ||
-               qobject_cast<const QMessageBox*>(widget);
+    // Only where it is needed, and not before: a sheet for the whole program would cost every widget time.
+    static void useSheet(QWidget* widget) {
+        if (!widget->styleSheet().isEmpty()) return;
+        widget->setStyleSheet(styleSheetText());
+        widget->style()->polish(widget);  // which is the sheet's now
+    }
+
+    // No arrows; the handle in the middle of the groove, which has no look of its own.
+    static QRect scrollBarPart(const QStyleOptionSlider& bar, SubControl part) {
+        const bool vertical = bar.orientation == Qt::Vertical;
+        const QRect groove = bar.rect.adjusted(vertical ? 0 : kScrollBarMargin, vertical ? kScrollBarMargin : 0,
+                                               -kScrollBarMargin, -kScrollBarMargin);
+        const auto piece = [&](int from, int to) {
+            return vertical ? QRect(groove.left(), groove.top() + from, groove.width(), to - from)
+                            : QRect(groove.left() + from, groove.top(), to - from, groove.height());
+        };
+        const int length = vertical ? groove.height() : groove.width();
+        const double whole = static_cast<double>(bar.maximum) - bar.minimum + bar.pageStep;
+        const int shown = whole > 0 ? static_cast<int>(length * (bar.pageStep / whole)) : length;
+        const int handle = std::clamp(shown, std::min(kShortestHandle, length), length);
+        const int start =
+            sliderPositionFromValue(bar.minimum, bar.maximum, bar.sliderPosition, length - handle, bar.upsideDown);
+        switch (part) {
+            case SC_ScrollBarGroove:
+                return groove;
+            case SC_ScrollBarSlider:
+                return piece(start, start + handle);
+            case SC_ScrollBarSubPage:
+                return piece(0, start);
+            case SC_ScrollBarAddPage:
+                return piece(start + handle, length);
+            default:
+                return {};
+        }
+    }
+
+    static void drawHandle(QPainter& painter, const QStyleOptionSlider& bar) {
+        const bool hovered = bar.state & State_MouseOver && bar.activeSubControls & SC_ScrollBarSlider;
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(hovered ? kHandleHovered : kHandle);
+        painter.drawRoundedRect(scrollBarPart(bar, SC_ScrollBarSlider), kHandleRadius, kHandleRadius);
+        painter.restore();
     }
 
     static QString plainText(const QStyleOptionMenuItem& item) {
@@ -200,8 +254,12 @@ QPalette darkPalette() {
 
 }  // namespace
 
+std::unique_ptr<QStyle> makeStyle() {
+    return std::make_unique<QuietStyle>();
+}
+
 void applyStyle() {
-    QApplication::setStyle(new QuietStyle);
+    QApplication::setStyle(makeStyle().release());
     QApplication::setPalette(darkPalette());
     QApplication::setFont(uiFont(13));
     for (const char* widget : {"QMenuBar", "QMenu"}) QApplication::setFont(uiFont(13), widget);

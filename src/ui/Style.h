@@ -2,7 +2,13 @@
 // tool tips, message boxes and file panels), whatever the system's own theme is. Main thread only.
 #pragma once
 
+#include <QStyle>
+#include <memory>
+
 namespace qm {
+
+// The style by itself. It must outlive the widgets that it is given to.
+std::unique_ptr<QStyle> makeStyle();
 
 // Call once, before the first window is built.
 void applyStyle();
