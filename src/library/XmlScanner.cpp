@@ -16,10 +16,13 @@ bool isBlank(char c) {
     return c == ' ' || c == '\n' || c == '\t' || c == '\r';
 }
 
-bool isNameByte(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == ':' ||
-           c == '-' || c == '.' || static_cast<unsigned char>(c) >= 0x80;
-}
+constexpr std::array<bool, 256> kNameBytes = [] {
+    std::array<bool, 256> name{};
+    for (std::size_t c = 0; c < 256; ++c)
+        name[c] = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == ':' ||
+                  c == '-' || c == '.' || c >= 0x80;
+    return name;
+}();
 
 // Bytes that stand for themselves in character data: everything but markup, references, carriage returns and controls.
 constexpr std::array<bool, 256> kPlainBytes = [] {
@@ -138,7 +141,7 @@ XmlScanner::Tag XmlScanner::nextTag() {
         skipBlanks();
         if (m_position == m_text.size()) return {TagKind::EndOfDocument, {}};
         if (m_text[m_position] != '<') return damagedTag("text where a tag belongs");
-        if (!startsWith("<!") && !startsWith("<?")) break;
+        if (!isAt('!', 1) && !isAt('?', 1)) break;
         const bool documentType = startsWith("<!DOCTYPE") && !m_sawTag;
         if (!(documentType ? skipDocumentType() : skipMarkup())) return damagedTag("malformed or unfinished markup");
     }
@@ -148,7 +151,7 @@ XmlScanner::Tag XmlScanner::nextTag() {
 
 std::string_view XmlScanner::scanName() {
     const std::size_t start = m_position;
-    while (m_position < m_text.size() && isNameByte(m_text[m_position])) ++m_position;
+    while (m_position < m_text.size() && kNameBytes[static_cast<unsigned char>(m_text[m_position])]) ++m_position;
     return m_text.substr(start, m_position - start);
 }
 
@@ -161,10 +164,10 @@ bool XmlScanner::skipAttributes() {
         if (m_text[m_position] == '>' || m_text[m_position] == '/') return true;
         if (m_position == before || scanName().empty()) return false;
         skipBlanks();
-        if (!startsWith("=")) return false;
+        if (!isAt('=')) return false;
         ++m_position;
         skipBlanks();
-        if (!startsWith("\"") && !startsWith("'")) return false;
+        if (!isAt('"') && !isAt('\'')) return false;
         const std::string_view quote = m_text.substr(m_position, 1);
         ++m_position;
         if (!skipPast(quote)) return false;
@@ -173,7 +176,7 @@ bool XmlScanner::skipAttributes() {
 
 XmlScanner::Tag XmlScanner::scanTag() {
     ++m_position;
-    const bool closing = startsWith("/");
+    const bool closing = isAt('/');
     if (closing) ++m_position;
     const std::string_view name = scanName();
     if (name.empty()) return damagedTag("malformed tag");
@@ -182,9 +185,9 @@ XmlScanner::Tag XmlScanner::scanTag() {
     } else if (!skipAttributes()) {
         return damagedTag("malformed tag");
     }
-    const bool empty = !closing && startsWith("/");
+    const bool empty = !closing && isAt('/');
     if (empty) ++m_position;
-    if (!startsWith(">")) return damagedTag("malformed tag");
+    if (!isAt('>')) return damagedTag("malformed tag");
     ++m_position;
     return {closing ? TagKind::Close : empty ? TagKind::Empty : TagKind::Open, name};
 }

@@ -33,6 +33,9 @@ public:
     qsizetype line() const;                          // the line the scan has reached, from 1
 
 private:
+    bool isAt(char c, std::size_t ahead = 0) const {
+        return m_position + ahead < m_text.size() && m_text[m_position + ahead] == c;
+    }
     bool startsWith(std::string_view prefix) const;
     bool skipPast(std::string_view end);
     void skipBlanks();
