@@ -17,7 +17,7 @@ subject/            ^(ui/[A-Z]|ui/controls/|library/|player/|sound/|record/|upda
 
 # External headers that only some folders may include: header pattern, including files' pattern.
 reserved='
-^(libav|libsw)          ^engine/(media|capture|export)/
+^(libav|libsw)          ^engine/(media|export)/
 ^rubberband             ^engine/render/stretch/
 ^cubeb                  ^engine/(output|capture)/
 ^(Q[A-Z]|Qt)            ^(app|ui|library|player|sound|record|update)/

@@ -7,8 +7,10 @@
 #include <cstdlib>
 #include <thread>
 
+#include "engine/capture/CaptureSession.h"
 #include "engine/movie/FileMovie.h"
 #include "support/Signals.h"
+#include "support/SteppedInput.h"
 
 namespace {
 
@@ -127,6 +129,35 @@ TEST_CASE("the callback neither allocates nor locks, whatever is done to the mov
     act([&] { w.movie->stop(); });
     act([&] { w.movie->play(); });
     CHECK(metered);
+    CHECK(t_allocations == 0);
+    CHECK(t_locks == 0);
+}
+
+TEST_CASE("the input's callback neither allocates nor locks, recording or not, also when the ring is full") {
+    SteppedInput::Hand hand;
+    SystemCapture capture(hand.factory());
+    const auto device = capture.defaultInputDeviceWithMediaType(QTMediaType::Sound);
+    const auto session = capture.makeSession();
+    const auto output = capture.makeMovieFileOutput();
+    REQUIRE(device->open());
+    REQUIRE(session->addInput(capture.makeDeviceInput(device)));
+    session->startRunning();
+    REQUIRE(session->addOutput(output));
+    const std::vector<StereoFrame> frames(MovieFileOutput::kRingFrames + 1, {0.1f, 0.2f});
+    t_allocations = t_locks = 0;
+    const auto arrive = [&] {
+        t_inCallback = true;
+        hand.input->step(frames);
+        t_inCallback = false;
+    };
+    arrive();
+    output->recordToOutputFileURL("/dev/null");
+    arrive();
+    output->recordToOutputFileURL(std::nullopt);
+    arrive();
+    t_inCallback = true;
+    hand.input->vanish();
+    t_inCallback = false;
     CHECK(t_allocations == 0);
     CHECK(t_locks == 0);
 }
