@@ -6,23 +6,16 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <random>
 #include <string>
 #include <thread>
 
+#include "Memory.h"
 #include "engine/movie/FileEngine.h"
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-double residentMiB() {
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.starts_with("VmRSS:")) return std::stod(line.substr(6)) / 1024;
-    return 0;
-}
 
 class Soak {
 public:
@@ -39,9 +32,9 @@ public:
             act();
             sleep(chance(0.2, 0.8));
             if (m_playing && m_rate != 0) watchPosition();
-            if (early == 0 && minutesSince(begin) > std::min(1.0, minutes / 2)) early = residentMiB();
+            if (early == 0 && minutesSince(begin) > std::min(1.0, minutes / 2)) early = qm::bench::residentMiB();
         }
-        growth = residentMiB() - early;
+        growth = qm::bench::residentMiB() - early;
     }
 
     int actions = 0, watched = 0;
