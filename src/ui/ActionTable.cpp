@@ -22,7 +22,9 @@ const ActionRow* actionRow(const QString& slot) {
 }
 
 ActionTable::ActionTable(QMainWindow* window, QObject* controller)
-    : QObject(window), m_window(window), m_controller(controller) {}
+    : QObject(window),
+      m_window(window),
+      m_receivers{{ActionRow::Window, window}, {ActionRow::Controller, controller}} {}
 
 void ActionTable::buildMenus() {
     for (const ActionRow& row : actionRows()) {
@@ -76,7 +78,8 @@ void ActionTable::bind(Slider* slider, const QString& slot) {
 void ActionTable::send(const QString& slot) {
     Q_ASSERT(QThread::currentThread() == thread());
     const ActionRow* row = actionRow(slot);
-    QObject* target = row && row->owner == ActionRow::Window ? m_window : m_controller;
+    const auto receiver = row ? m_receivers.find(row->owner) : m_receivers.end();
+    QObject* target = receiver == m_receivers.end() ? nullptr : receiver->second;
     const int method = row && target ? target->metaObject()->indexOfSlot(QByteArray(row->slot).append("()")) : -1;
     if (method < 0 || !target->metaObject()->method(method).invoke(target, Qt::DirectConnection)) {
         qmLog("no action named " + slot.toStdString());

@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QString>
 #include <functional>
+#include <map>
 #include <vector>
 
 class QAbstractButton;
@@ -21,7 +22,7 @@ namespace qm {
 class Slider;
 
 struct ActionRow {
-    enum Owner { Controller, Window };
+    enum Owner { Controller, Window, Recorder };
 
     const char* slot;                // the action's name
     const char* menu;                // "" for those that are only controls
@@ -43,8 +44,11 @@ class ActionTable : public QObject {
     Q_OBJECT
 
 public:
-    // Rows of the window's own actions are sent to `window`, all others to `controller`.
+    // Rows of the window's own actions are sent to `window`, those of the controller to `controller`.
     ActionTable(QMainWindow* window, QObject* controller);
+
+    // Who gets the rows of another owner.
+    void setReceiver(ActionRow::Owner owner, QObject* receiver) { m_receivers[owner] = receiver; }
 
     void buildMenus();
     void bind(QAbstractButton* button, const QString& slot);  // sends it when clicked
@@ -62,7 +66,7 @@ private:
     void describe(QWidget* control, const QString& slot) const;
 
     QMainWindow* m_window;
-    QObject* m_controller;
+    std::map<ActionRow::Owner, QObject*> m_receivers;
     QHash<QString, QAction*> m_actions;
     QHash<QString, QMenu*> m_menus;
 };
