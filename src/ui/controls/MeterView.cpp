@@ -11,7 +11,7 @@ namespace qm {
 namespace {
 
 // Lengths in pixels.
-constexpr int kBarHeight = 17, kBarGap = 5, kBars = 4;
+constexpr int kBarGap = 5, kBars = 4;
 constexpr int kCell = 6, kCellGap = 2;
 constexpr double kCellRadius = 1;
 constexpr int kLength = LevelIndicator::kCells * (kCell + kCellGap) - kCellGap;
@@ -35,16 +35,17 @@ QRect turned(QRect rect, QSize space, int quarterTurns) {
 
 }  // namespace
 
-LevelIndicator::LevelIndicator(int tag, QWidget* parent) : QWidget(parent), m_tag(tag) {
+LevelIndicator::LevelIndicator(int tag, QWidget* parent, int thickness)
+    : QWidget(parent), m_tag(tag), m_thickness(thickness) {
     setObjectName(QStringLiteral("levelIndicator%1").arg(tag));
 }
 
-QSize LevelIndicator::uprightSize() {
-    return {kLength, kBarHeight};
+QSize LevelIndicator::uprightSize() const {
+    return {kLength, m_thickness};
 }
 
-int LevelIndicator::litCells() const {
-    return static_cast<int>(std::lround(std::clamp<float>(m_value, 0, kCells)));
+int LevelIndicator::cellsOf(float value) {
+    return static_cast<int>(std::lround(std::clamp<float>(value, 0, kCells)));
 }
 
 void LevelIndicator::setFloatValue(float value) {
@@ -53,14 +54,20 @@ void LevelIndicator::setFloatValue(float value) {
     if (litCells() != before) update();
 }
 
+void LevelIndicator::setPeakValue(float value) {
+    const int before = cellsOf(m_peak);
+    m_peak = std::isnan(value) ? 0 : value;
+    if (cellsOf(m_peak) != before) update();
+}
+
 void LevelIndicator::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    const int lit = litCells();
+    const int lit = litCells(), peak = cellsOf(m_peak) - 1;
     for (int cell = 0; cell < kCells; ++cell) {
-        painter.setBrush(cell < lit ? colorOfCell(cell) : kUnlit);
-        const QRect place(cell * (kCell + kCellGap), 0, kCell, kBarHeight);
+        painter.setBrush(cell < lit || cell == peak ? colorOfCell(cell) : kUnlit);
+        const QRect place(cell * (kCell + kCellGap), 0, kCell, m_thickness);
         painter.drawRoundedRect(turned(place, uprightSize(), m_turns), kCellRadius, kCellRadius);
     }
 }
@@ -76,12 +83,12 @@ void MeterView::setFrameRotation(double degrees) {
 }
 
 void MeterView::layOut() {
-    const QSize space(kLength, kBars * (kBarHeight + kBarGap) - kBarGap);
+    const QSize space(kLength, kBars * (LevelIndicator::kThickness + kBarGap) - kBarGap);
     const int turns = ((static_cast<int>(std::lround(m_rotation / 90)) % 4) + 4) % 4;
     setFixedSize(turned(QRect(QPoint(), space), space, turns).size());
     for (LevelIndicator* indicator : findChildren<LevelIndicator*>(Qt::FindDirectChildrenOnly)) {
         const int row = kBars - 1 - indicator->tag();
-        const QRect place(QPoint(0, row * (kBarHeight + kBarGap)), LevelIndicator::uprightSize());
+        const QRect place(QPoint(0, row * (LevelIndicator::kThickness + kBarGap)), indicator->uprightSize());
         indicator->setQuarterTurns(turns);
         indicator->setGeometry(turned(place, space, turns));
     }

@@ -15,23 +15,29 @@ class LevelIndicator : public QWidget {
 
 public:
     static constexpr int kCells = 20;
+    static constexpr int kThickness = 17;  // pixels
 
-    LevelIndicator(int tag, QWidget* parent);
+    LevelIndicator(int tag, QWidget* parent, int thickness = kThickness);
 
     int tag() const { return m_tag; }
     float floatValue() const { return m_value; }
     void setFloatValue(float value);  // as given; what lies outside the range shows no cell or all of them
-    int litCells() const;
+    int litCells() const { return cellsOf(m_value); }
+    void setPeakValue(float value);  // the one cell where it ends is lit, too
 
     void setQuarterTurns(int turns) { m_turns = turns; }
-    static QSize uprightSize();  // before any turn
+    QSize uprightSize() const;  // before any turn
 
 protected:
     void paintEvent(QPaintEvent*) override;
 
 private:
+    static int cellsOf(float value);
+
     const int m_tag;
+    const int m_thickness;
     float m_value = 0;
+    float m_peak = 0;
     int m_turns = 0;
 };
 
