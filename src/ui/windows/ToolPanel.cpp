@@ -23,12 +23,24 @@ ToolPanel::ToolPanel(const QString& title, QWidget* mainWindow, Keys keys)
         connect(new QShortcut(key, this), &QShortcut::activated, this, &QWidget::close);
 }
 
-// Beside the main window if there is room, at the screen's edge otherwise.
+// Beside the main window if there is room, at the screen's edge otherwise, and below the panels that are there.
 QPoint ToolPanel::firstPlace() const {
     const QRect beside = parentWidget()->frameGeometry();
     const QRect room = parentWidget()->screen()->availableGeometry();
     const int rightmost = std::max(room.left(), room.right() + 1 - width());
-    return {std::clamp(beside.right() + 1 + kGap, room.left(), rightmost), std::max(room.top(), beside.top())};
+    const QPoint first(std::clamp(beside.right() + 1 + kGap, room.left(), rightmost),
+                       std::max(room.top(), beside.top()));
+    QRect place(first, size());
+    for (const ToolPanel* panel = panelAt(place); panel; panel = panelAt(place))
+        place.moveTop(panel->frameGeometry().bottom() + 1 + kGap);
+    return room.contains(place) ? place.topLeft() : first;
+}
+
+// One that is shown and covers some of the place.
+const ToolPanel* ToolPanel::panelAt(const QRect& place) const {
+    for (const ToolPanel* panel : parentWidget()->findChildren<ToolPanel*>())
+        if (panel != this && panel->isVisible() && panel->frameGeometry().intersects(place)) return panel;
+    return nullptr;
 }
 
 void ToolPanel::showEvent(QShowEvent* event) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QPoint>
+#include <QRect>
 #include <QWidget>
 #include <optional>
 
@@ -26,6 +27,7 @@ protected:
 
 private:
     QPoint firstPlace() const;
+    const ToolPanel* panelAt(const QRect& place) const;
 
     std::optional<QPoint> m_place;  // where it was when it was last hidden
 };
