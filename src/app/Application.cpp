@@ -39,13 +39,22 @@ void prepare() {
 
 Application::Application(int& argc, char** argv)
     : m_application(argc, argv),
-      m_controller((prepare(), m_engine), m_prefs, [](const QString& name) { return namedImage(name, kIconScale); }),
+      m_controller((prepare(), m_engine), m_capture, m_prefs,
+                   [](const QString& name) { return namedImage(name, kIconScale); }),
+      m_audioRecord(m_capture),
       m_window(m_outlets, &m_controller),
       m_levelMeters(m_outlets, &m_window),
       m_video(m_outlets, &m_window),
       m_export(m_outlets, m_window.actions(), &m_window),
+      m_recording(m_outlets, m_window.actions(), &m_window,
+                  [this] { return signsOf(m_controller, m_controller.isRecording); }),
+      m_recorder(m_audioRecordOutlets, m_window.actions(), &m_window,
+                 [this] { return signsOf(m_audioRecord, m_audioRecord.recordingStatus); }),
       m_state(m_window, m_controller, m_controller, m_outlets) {
+    m_window.actions().setReceiver(ActionRow::Recorder, &m_audioRecord);
+    m_controller.setExit([this](int status) { end(status); });
     m_controller.awakeFromNib(m_outlets);
+    m_audioRecord.awakeFromNib(m_audioRecordOutlets);
     connectWindow();
     makeUpdaters();
     endOnSignals();
@@ -79,13 +88,20 @@ void Application::endOnSignals() {
         [[maybe_unused]] const auto written = write(g_signalSockets[0], &byte, 1);
     };
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) std::signal(number, handler);
+    std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is an error of its writer
 #endif
 }
 
-// Ends without taking anything down: the sound threads are alive and nothing of theirs needs to be kept.
 void Application::quit() {
     m_controller.applicationWillTerminate();
-    std::_Exit(0);
+    end(0);
+}
+
+// Without taking anything down: the sound threads are alive, and all that needs to be kept of theirs is a recording.
+void Application::end(int status) {
+    m_controller.mainRecorder().finishFile();
+    m_audioRecord.finishFile();
+    std::_Exit(status);
 }
 
 // The first one when the main window has faded in, which would hide its panel, and then one for each command.

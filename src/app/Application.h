@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <memory>
 
+#include "app/DeferredCapture.h"
 #include "app/DeferredEngine.h"
 #include "app/Prefs.h"
 #include "app/QMController.h"
@@ -12,6 +13,7 @@
 #include "ui/windows/LevelMetersPanel.h"
 #include "ui/windows/MainWindow.h"
 #include "ui/windows/MainWindowState.h"
+#include "ui/windows/RecorderWindows.h"
 #include "ui/windows/VideoPanel.h"
 #include "update/SoftwareUpdater.h"
 
@@ -33,16 +35,22 @@ private:
     void makeUpdaters();
     UpdateServices updateServices();
     void quit();
+    [[noreturn]] void end(int status);
 
     QApplication m_application;
     Prefs m_prefs;
     DeferredEngine m_engine;
+    DeferredCapture m_capture{m_engine};
     QMController m_controller;
+    AudioRecord m_audioRecord;
     Outlets m_outlets;
+    AudioRecordOutlets m_audioRecordOutlets;
     MainWindow m_window;
     LevelMetersPanel m_levelMeters;
     VideoPanel m_video;
     ExportPanel m_export;
+    RecordingWindow m_recording;
+    RecorderWindow m_recorder;
     MainWindowState m_state;
     std::unique_ptr<QSocketNotifier> m_signalNotifier;
 };

@@ -28,18 +28,18 @@ QString DeferredEngine::installedModule() {
 }
 
 void DeferredEngine::load() {
-    if (m_engine || m_loading.valid()) return;
+    if (m_module || m_loading.valid()) return;
     m_loading = std::async(std::launch::async, loadModule, m_modulePath);
 }
 
-void DeferredEngine::waitUntilLoaded() {
+const EngineModule* DeferredEngine::module() {
     load();
-    if (!m_loading.valid()) return;
-    if (const EngineModule* module = m_loading.get()) m_engine = module->makeMediaEngine();
+    if (m_loading.valid()) m_module = m_loading.get();
+    return m_module;
 }
 
 Result<std::unique_ptr<QTMovie>> DeferredEngine::movieWithFile(const std::string& path) {
-    waitUntilLoaded();
+    if (!m_engine && module()) m_engine = m_module->makeMediaEngine();
     if (m_engine) return m_engine->movieWithFile(path);
     qmLog("cannot open " + path + ": there is no media engine");
     return Error{ErrorCategory::Unsupported, "there is no media engine"};

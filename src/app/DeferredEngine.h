@@ -15,7 +15,8 @@ class DeferredEngine : public MediaEngine {
 public:
     explicit DeferredEngine(QString modulePath = installedModule());
 
-    void load();  // begins, and returns at once
+    void load();                   // begins, and returns at once
+    const EngineModule* module();  // waits for it; null if it cannot be loaded
 
     Result<std::unique_ptr<QTMovie>> movieWithFile(const std::string& path) override;
 
@@ -39,10 +40,9 @@ public:
     static QString installedModule();  // the path of the module that belongs to this program
 
 private:
-    void waitUntilLoaded();
-
     const QString m_modulePath;
     std::future<const EngineModule*> m_loading;
+    const EngineModule* m_module = nullptr;
     std::unique_ptr<MediaEngine> m_engine;
 };
 

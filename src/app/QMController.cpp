@@ -27,7 +27,7 @@ TextAttributes controlContentAttributes() {
 
 }  // namespace
 
-QMController::QMController(MediaEngine& engine, Prefs& store, const ImageProvider& images)
+QMController::QMController(MediaEngine& engine, CaptureEngine& capture, Prefs& store, const ImageProvider& images)
     : prefs(store),
       m_exit([](int status) { std::_Exit(status); }),
       m_chrome(*this, *this),
@@ -45,7 +45,8 @@ QMController::QMController(MediaEngine& engine, Prefs& store, const ImageProvide
       m_file(*this, *this),
       m_transport(*this, *this, *this, engine, m_clock, m_speed, m_table, m_info),
       m_alert(*this, *this, m_speed, m_transport),
-      m_export(*this, *this, m_alert) {
+      m_export(*this, *this, m_alert),
+      m_recorder(*this, *this, *this, capture) {
     trackIcon = images(QStringLiteral("type_AAC.png"));
     nonM4aIcon = images(QStringLiteral("type_aiff.png"));
     videoIcon = images(QStringLiteral("type_VIDEO"));

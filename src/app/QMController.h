@@ -19,6 +19,7 @@
 #include "player/AbLoop.h"
 #include "player/PositionClock.h"
 #include "player/Transport.h"
+#include "record/MainRecorder.h"
 #include "sound/LevelMeters.h"
 #include "sound/PitchControl.h"
 #include "sound/SpeedControl.h"
@@ -33,12 +34,17 @@ namespace qm {
 // Finds an image of the program by its name; null if there is none.
 using ImageProvider = std::function<QImage(const QString& name)>;
 
-class QMController : public QObject, public PlayerState, public PlayListArrays, public Outlets, public LevelMeterState {
+class QMController : public QObject,
+                     public PlayerState,
+                     public PlayListArrays,
+                     public Outlets,
+                     public LevelMeterState,
+                     public MainRecorderState {
     Q_OBJECT
 
 public:
     // Sets the fields to their start values and reads the play list; no outlet exists yet and no track is loaded.
-    QMController(MediaEngine& engine, Prefs& store, const ImageProvider& images);
+    QMController(MediaEngine& engine, CaptureEngine& capture, Prefs& store, const ImageProvider& images);
 
     // Takes the outlets and gives windows and controls their first state. Call once, when the windows are built.
     void awakeFromNib(const Outlets& outlets);
@@ -64,6 +70,10 @@ public:
     PlayListTable& playListTable() { return m_table; }
     PlayerAlert& playerAlert() { return m_alert; }
     TrackExport& trackExport() { return m_export; }
+    MainRecorder& mainRecorder() { return m_recorder; }
+    void captureOutputDidFinishRecordingToOutputFileAtURLForConnectionsDueToError(const QUrl& file) {
+        m_recorder.captureOutputDidFinishRecording(file);
+    }
 
 public slots:
     void playForward() { m_transport.playForward(); }
@@ -121,6 +131,11 @@ public slots:
     void markBUpdate() { m_loop.markBUpdate(); }
     void resetMarks() { m_loop.resetMarks(); }
 
+    void audioRecordOpen() { m_recorder.audioRecordOpen(); }
+    void audioStartRecord() { m_recorder.audioStartRecord(); }
+    void audioStopRecord() { m_recorder.audioStopRecord(); }
+    void audioRecordClose() { m_recorder.audioRecordClose(); }
+
     void openFile() { m_loader.openFile(); }
     void rowDoubleClicked() { m_table.rowDoubleClicked(); }
     void selectTrack() { m_table.selectTrack(); }
@@ -162,6 +177,7 @@ private:
     Transport m_transport;
     PlayerAlert m_alert;
     TrackExport m_export;
+    MainRecorder m_recorder;
 };
 
 }  // namespace qm

@@ -6,6 +6,7 @@
 
 #include "library/PlayListArrays.h"
 #include "ui/controls/ImageButton.h"
+#include "ui/controls/ImageView.h"
 #include "ui/controls/Outlets.h"
 #include "ui/controls/PlayListView.h"
 #include "ui/controls/Slider.h"
@@ -14,6 +15,10 @@
 #include "ui/controls/TitleButton.h"
 
 namespace qm {
+
+inline void showImage(ImageView* view, const QString& name) {
+    if (view) view->setImageName(name);
+}
 
 inline void showImage(ImageButton* button, const QString& name) {
     if (button) button->setImageName(name);

@@ -9,6 +9,7 @@ constexpr bool kRepeats = true;
 constexpr bool kOnce = false;
 constexpr auto kController = ActionRow::Controller;
 constexpr auto kWindow = ActionRow::Window;
+constexpr auto kRecorder = ActionRow::Recorder;
 
 QKeySequence key(int code) {
     return QKeySequence(code);
@@ -39,6 +40,17 @@ void addFileAndEdit(Rows& rows) {
                               "Keep this track as a movie of its own, at this speed [Ctrl+E]",
                               "Export track"},
                              {"cancelExport", "", "", "", {}, kOnce, "Stop, and keep nothing of it [Esc]", "Cancel"},
+                             {"audioStartRecord",
+                              "File",
+                              "",
+                              "Start or Stop Recording",
+                              {ctrl(Qt::Key_R)},
+                              kOnce,
+                              "Start or stop recording [Ctrl+R]",
+                              "Record",
+                              kController,
+                              "",
+                              true},
                              {"quit", "File", "", "Quit", {ctrl(Qt::Key_Q)}, kOnce, "", "", kWindow, "", true},
                              {"removeListEntry",
                               "Edit",
@@ -208,11 +220,25 @@ void addWindow(Rows& rows) {
                     "Show or hide the level meters [Ctrl+1]",
                     "Level meters"});
     rows.push_back({"displayVideo", "Window", "", "Video", {ctrl(Qt::Key_3)}, kOnce, "", "", kWindow});
+    rows.push_back({"audioRecordOpen",
+                    "Window",
+                    "",
+                    "Recording",
+                    {ctrl(Qt::Key_4)},
+                    kOnce,
+                    "Show the recording window [Ctrl+4]",
+                    "Recording"});
+    rows.push_back({"displayAudioRecordWindow", "Window", "", "Recorder", {ctrl(Qt::Key_5)}, kOnce, "", "", kRecorder});
     rows.push_back({"toggleToolbar", "Window", "", "Show Toolbar", {ctrlShift(Qt::Key_T)}, kOnce, "", "", kWindow});
 }
 
 void addHelp(Rows& rows) {
     rows.push_back({"checkSoftwareUpdate", "Help", "", "Check for Updates…", {}, kOnce, "", ""});
+}
+
+void addRecorderButtons(Rows& rows) {
+    rows.push_back({"audioRecordClose", "", "", "", {}, kOnce, "Close; a recording is stopped first [Esc]", "Close"});
+    rows.push_back({"toggleRecordSession", "", "", "", {}, kOnce, "Start or stop recording", "Record", kRecorder});
 }
 
 ActionRow sliderRow(const char* slot, const char* tooltip, const char* accessibleName) {
@@ -240,6 +266,7 @@ const std::vector<ActionRow>& actionRows() {
         addLoop(all);
         addWindow(all);
         addHelp(all);
+        addRecorderButtons(all);
         addSliders(all);
         return all;
     }();

@@ -2,37 +2,13 @@
 
 #include <QFile>
 #include <QTemporaryDir>
-#include <mutex>
-#include <string>
-#include <vector>
 
 #include "app/DeferredEngine.h"
-#include "engine/api/Log.h"
+#include "support/LogLines.h"
 
 using namespace qm;
 
 namespace {
-
-// The log lines of the program, from any thread.
-class LogLines {
-public:
-    LogLines() {
-        setLogSink([this](std::string_view line) {
-            const std::lock_guard lock(m_mutex);
-            m_lines.emplace_back(line);
-        });
-    }
-    ~LogLines() { setLogSink({}); }
-
-    std::vector<std::string> lines() {
-        const std::lock_guard lock(m_mutex);
-        return m_lines;
-    }
-
-private:
-    std::mutex m_mutex;
-    std::vector<std::string> m_lines;
-};
 
 // Half a second of silence, 8-bit mono at 8000 frames a second.
 QString writeSound(const QTemporaryDir& folder) {

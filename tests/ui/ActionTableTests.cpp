@@ -9,6 +9,7 @@
 
 #include "app/QMController.h"
 #include "engine/api/Log.h"
+#include "record/AudioRecord.h"
 #include "support/widgets/Gestures.h"
 #include "support/widgets/TestText.h"
 #include "ui/ActionTable.h"
@@ -36,6 +37,16 @@ public slots:
     void gainUpdate() { received << "gainUpdate"; }
 };
 
+class FakeRecorder : public QObject {
+    Q_OBJECT
+
+public:
+    int toggles = 0;
+
+public slots:
+    void toggleRecordSession() { ++toggles; }
+};
+
 QList<QKeySequence> keysOf(const char* slot) {
     const ActionRow* row = actionRow(QString::fromLatin1(slot));
     REQUIRE(row);
@@ -44,12 +55,13 @@ QList<QKeySequence> keysOf(const char* slot) {
 
 }  // namespace
 
-TEST_CASE("every action of the table exists on the controller or on the window") {
+TEST_CASE("every action of the table exists on its receiver") {
     for (const ActionRow& row : actionRows()) {
         CAPTURE(row.slot);
-        const QMetaObject& type =
-            row.owner == ActionRow::Window ? MainWindow::staticMetaObject : QMController::staticMetaObject;
-        CHECK(hasSlot(type, row.slot));
+        const QMetaObject* type = &QMController::staticMetaObject;
+        if (row.owner == ActionRow::Window) type = &MainWindow::staticMetaObject;
+        if (row.owner == ActionRow::Recorder) type = &AudioRecord::staticMetaObject;
+        CHECK(hasSlot(*type, row.slot));
     }
 }
 
@@ -86,6 +98,9 @@ TEST_CASE("the table gives the player's keys to their actions") {
     CHECK(keysOf("markAUpdate") == Keys{QKeySequence(Qt::Key_BracketLeft), QKeySequence(Qt::Key_A)});
     CHECK(keysOf("markBUpdate") == Keys{QKeySequence(Qt::Key_BracketRight), QKeySequence(Qt::Key_B)});
     CHECK(keysOf("resetMarks") == Keys{QKeySequence(Qt::SHIFT | Qt::Key_L)});
+    CHECK(keysOf("audioStartRecord") == Keys{QKeySequence(Qt::CTRL | Qt::Key_R)});
+    CHECK(keysOf("audioRecordOpen") == Keys{QKeySequence(Qt::CTRL | Qt::Key_4)});
+    CHECK(keysOf("displayAudioRecordWindow") == Keys{QKeySequence(Qt::CTRL | Qt::Key_5)});
     CHECK(keysOf("removeListEntry") == Keys{QKeySequence(Qt::Key_Delete), QKeySequence(Qt::Key_Backspace)});
     CHECK(keysOf("volumeMax").isEmpty());
     CHECK(keysOf("rowDoubleClicked").isEmpty());
@@ -136,6 +151,22 @@ TEST_CASE("a bound control sends its action by name and says what it does") {
     CHECK(receiver.received.size() == 1);
     pressKey(slider, Qt::Key_Up);
     CHECK(receiver.received == QStringList{"skip_10", "gainUpdate"});
+}
+
+TEST_CASE("an action goes to the receiver of its owner, and to none before there is one") {
+    FakeRecorder recorder;
+    Receiver receiver;
+    QMainWindow window;
+    ActionTable table(&window, &receiver);
+    std::vector<std::string> lines;
+    setLogSink([&](std::string_view line) { lines.emplace_back(line); });
+    table.send(QStringLiteral("toggleRecordSession"));
+    setLogSink({});
+    CHECK(lines.size() == 1);
+    table.setReceiver(ActionRow::Recorder, &recorder);
+    table.send(QStringLiteral("toggleRecordSession"));
+    CHECK(recorder.toggles == 1);
+    CHECK(receiver.received.isEmpty());
 }
 
 TEST_CASE("an action that nobody knows leaves a log line") {

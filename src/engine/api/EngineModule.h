@@ -5,11 +5,13 @@
 #include <memory>
 
 #include "engine/api/MediaEngine.h"
+#include "engine/api/QTCapture.h"
 
 namespace qm {
 
 struct EngineModule {
     std::unique_ptr<MediaEngine> (*makeMediaEngine)();
+    std::unique_ptr<CaptureEngine> (*makeCaptureEngine)();
 };
 
 // The module's one symbol: a function without arguments that answers a `const EngineModule*`. Any thread.

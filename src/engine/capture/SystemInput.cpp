@@ -1,5 +1,7 @@
 // The system's default input through cubeb. What was learnt about the library:
 // - a server without any microphone offers what it plays itself as its default input, which is none;
+// - when a microphone vanishes, a server may go on with another input, even with that one, and say nothing of it: so a
+//   stream stays with its device, and ends with it;
 // - after an error neither stream nor context is of use any more: the owner drops the whole input and opens another.
 #include <atomic>
 #include <optional>
@@ -60,6 +62,7 @@ public:
         if (!device) return false;
         m_sampleRate = recordingRate(device->sampleRate);
         cubeb_stream_params parameters = stereoFloat(m_sampleRate);
+        parameters.prefs = CUBEB_STREAM_PREF_DISABLE_DEVICE_SWITCHING;
         const std::uint32_t latency = latencyOf(m_context.get(), parameters, kLatencySeconds);
         if (latency == 0) return false;
         cubeb_stream* stream = nullptr;

@@ -1,5 +1,6 @@
 #include "engine/api/EngineModule.h"
 
+#include "engine/capture/CaptureSession.h"
 #include "engine/movie/FileEngine.h"
 
 #ifdef _WIN32
@@ -10,6 +11,7 @@
 
 extern "C" QM_VISIBLE const qm::EngineModule* qmEngineModule() {
     static const qm::EngineModule module{
-        []() -> std::unique_ptr<qm::MediaEngine> { return std::make_unique<qm::FileEngine>(); }};
+        []() -> std::unique_ptr<qm::MediaEngine> { return std::make_unique<qm::FileEngine>(); },
+        []() -> std::unique_ptr<qm::CaptureEngine> { return std::make_unique<qm::SystemCapture>(); }};
     return &module;
 }

@@ -8,6 +8,7 @@ class QWidget;
 namespace qm {
 
 class ImageButton;
+class ImageView;
 class MeterView;
 class MovieView;
 class PlayListView;
@@ -77,6 +78,12 @@ struct Outlets {
 
     QWidget* videoPanel = nullptr;
     MovieView* movieView = nullptr;
+    ImageButton* audioRecordButton = nullptr;
+    ImageView* audioRecordStatus = nullptr;
+    QWidget* audioRecordingWindow = nullptr;
+    ImageButton* audioRecordingRecordButton = nullptr;
+    TimeLabel* audioRecordingTime = nullptr;
+
     QWidget* audioLevelsPanel = nullptr;
     RoundedBox* levelsBox = nullptr;
     MeterView* meterView1 = nullptr;

@@ -20,7 +20,8 @@ constexpr Tool kTools[] = {{"openFile", "Open…", "qm_open.png"},
                            {"", "", ""},
                            {"exportMovie", "Export…", "qm_export.png"},
                            {"", "", ""},
-                           {"displayLevels", "Meters", "qm_meters.png"}};
+                           {"displayLevels", "Meters", "qm_meters.png"},
+                           {"audioRecordOpen", "Recording…", "qm_record.png"}};
 
 class Separator : public QWidget {
 public:

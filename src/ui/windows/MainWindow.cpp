@@ -42,7 +42,7 @@ MainGrid::MainGrid(Outlets& outlets, ActionTable& actions, QWidget* parent)
       speed(new SpeedCard(outlets, actions, this)),
       pitch(new PitchCard(outlets, actions, this)),
       tone(new ToneCard(outlets, actions, this)),
-      bar(new ResetBar(actions, this)) {
+      bar(new RecordBar(outlets, actions, this)) {
     actions.bind(outlets.cueSlider, QStringLiteral("cueUpdate"));
 }
 
@@ -119,7 +119,7 @@ void MainWindow::setTabOrderOfAreas() {
         setTabOrder(last, next);
         last = next;
     };
-    for (const char* slot : {"openFile", "clearList", "displayLevels"})
+    for (const char* slot : {"openFile", "clearList", "displayLevels", "audioRecordOpen"})
         if (QWidget* tool = m_tools->tool(QString::fromLatin1(slot))) chain(tool);
     chain(m_outlets.playList);
     const auto chainChildren = [&](QWidget* area) {

@@ -14,7 +14,7 @@ class LoopDeck;
 class MainToolbar;
 class PitchCard;
 class PlayListCard;
-class ResetBar;
+class RecordBar;
 class SpeedCard;
 class ToneCard;
 class TransportDeck;
@@ -33,7 +33,7 @@ public:
     SpeedCard* speed;
     PitchCard* pitch;
     ToneCard* tone;
-    ResetBar* bar;
+    RecordBar* bar;
 
 protected:
     void resizeEvent(QResizeEvent*) override;

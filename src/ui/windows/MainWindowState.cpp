@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "ui/controls/ImageButton.h"
+#include "ui/controls/ImageView.h"
 #include "ui/controls/MovieView.h"
 #include "ui/controls/PlayListView.h"
 #include "ui/controls/Slider.h"
@@ -61,6 +62,7 @@ void MainWindowState::refresh() {
     refreshLoopTimes();
     refreshDimming();
     refreshPanelSigns();
+    refreshRecording();
     m_window.grid().speed->showRate(m_state.rate);
 }
 
@@ -175,12 +177,21 @@ void MainWindowState::refreshDimming() {
     if (ToolButton* clear = m_window.tools().tool(QStringLiteral("clearList"))) clear->setDimmed(m_list.count() == 0);
 }
 
+void MainWindowState::refreshRecording() {
+    const QString spoken = m_state.isRecording ? tr("recording") : tr("not recording");
+    for (QWidget* control :
+         {static_cast<QWidget*>(m_outlets.audioRecordButton), static_cast<QWidget*>(m_outlets.audioRecordStatus)})
+        if (control->accessibleDescription() != spoken) control->setAccessibleDescription(spoken);
+}
+
 // The tool is lit and the menu item checked while the panel is shown, also when it was closed by its frame.
 void MainWindowState::refreshPanelSigns() {
     const QString slot = QStringLiteral("displayLevels");
     const bool shown = m_outlets.audioLevelsPanel && m_outlets.audioLevelsPanel->isVisible();
     if (QAction* action = m_window.actions().action(slot)) action->setChecked(shown);
     if (ToolButton* tool = m_window.tools().tool(slot)) tool->setOn(shown);
+    const bool recordingShown = m_outlets.audioRecordingWindow && m_outlets.audioRecordingWindow->isVisible();
+    if (ToolButton* tool = m_window.tools().tool(QStringLiteral("audioRecordOpen"))) tool->setOn(recordingShown);
     const bool hasVideo = m_outlets.movieView && m_outlets.movieView->movie();
     if (QAction* action = m_window.actions().action(QStringLiteral("displayVideo"))) action->setEnabled(hasVideo);
 }

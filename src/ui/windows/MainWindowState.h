@@ -34,6 +34,7 @@ private:
     void refreshDimming();
     void refreshPlayList();
     void refreshPanelSigns();
+    void refreshRecording();
     QString trackTitle(int row) const;
     QString trackByLine(int row) const;
     bool loopShows() const;

@@ -4,6 +4,8 @@
 #include <QGridLayout>
 
 #include "ui/controls/Fonts.h"
+#include "ui/controls/ImageButton.h"
+#include "ui/controls/ImageView.h"
 #include "ui/controls/ScaleView.h"
 #include "ui/controls/Slider.h"
 #include "ui/controls/TitleButton.h"
@@ -247,11 +249,22 @@ ToneCard::ToneCard(Outlets& o, ActionTable& actions, QWidget* parent) : Card(par
     for (const ToneRow& row : rows) addToneRow(grid, line++, row, actions);
 }
 
-ResetBar::ResetBar(ActionTable& actions, QWidget* parent) : Card(parent) {
+RecordBar::RecordBar(Outlets& o, ActionTable& actions, QWidget* parent) : Card(parent) {
+    o.audioRecordStatus = new ImageView(QStringLiteral("db_rec_ind_off.png"));
+    o.audioRecordStatus->setObjectName(QStringLiteral("audioRecordStatus"));
+    o.audioRecordStatus->setAccessibleName(tr("Recording light"));
+    o.audioRecordButton = new ImageButton(QStringLiteral("db_start_recording_off.png"));
+    o.audioRecordButton->setObjectName(QStringLiteral("audioRecordButton"));
+    actions.bind(o.audioRecordButton, QStringLiteral("audioStartRecord"));
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(13, 0, 11, 0);
+    row->setSpacing(6);
     row->addWidget(makeChip(tr("Reset All"), "qm_reset.png", "resetAudio", actions));
     row->addStretch();
+    row->addWidget(o.audioRecordStatus);
+    row->addWidget(new TextLabel(tr("Record"), uiFont(12.5), tokens::kText2));
+    row->addSpacing(6);
+    row->addWidget(o.audioRecordButton);
 }
 
 }  // namespace qm

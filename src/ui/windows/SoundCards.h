@@ -1,4 +1,5 @@
-// The cards at the right of the main window: speed, pitch, tone, and the bar that resets them all. Main thread only.
+// The cards at the right of the main window: speed, pitch, tone, and the bar that resets them all and records. Main
+// thread only.
 #pragma once
 
 #include <QWidget>
@@ -59,11 +60,11 @@ public:
     ToneCard(Outlets& outlets, ActionTable& actions, QWidget* parent = nullptr);
 };
 
-class ResetBar : public Card {
+class RecordBar : public Card {
     Q_OBJECT
 
 public:
-    explicit ResetBar(ActionTable& actions, QWidget* parent = nullptr);
+    RecordBar(Outlets& outlets, ActionTable& actions, QWidget* parent = nullptr);
 };
 
 }  // namespace qm

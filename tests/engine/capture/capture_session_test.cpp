@@ -3,11 +3,10 @@
 #include <doctest/doctest.h>
 
 #include <filesystem>
-#include <mutex>
 #include <thread>
 
 #include "../media/MediaFiles.h"
-#include "engine/api/Log.h"
+#include "support/LogLines.h"
 #include "support/Signals.h"
 #include "support/SteppedInput.h"
 
@@ -15,26 +14,6 @@ using namespace qm;
 using namespace qm::test;
 
 namespace {
-
-// The log's lines, also those of other threads.
-class LogLines {
-public:
-    LogLines() {
-        setLogSink([this](std::string_view line) {
-            const std::lock_guard lock(m_mutex);
-            m_lines.emplace_back(line);
-        });
-    }
-    ~LogLines() { setLogSink({}); }
-    std::vector<std::string> all() const {
-        const std::lock_guard lock(m_mutex);
-        return m_lines;
-    }
-
-private:
-    mutable std::mutex m_mutex;
-    std::vector<std::string> m_lines;
-};
 
 // A recorder's chain of parts, set up as far as a test wants it.
 struct Chain {
@@ -105,7 +84,7 @@ TEST_CASE_FIXTURE(Chain, "without a device nothing opens and nothing runs") {
     CHECK_FALSE(session->addInput(input));
     session->startRunning();
     CHECK_FALSE(session->isRunning());
-    CHECK(log.all() == std::vector<std::string>{"sound input: no sound input can be opened"});
+    CHECK(log.lines() == std::vector<std::string>{"sound input: no sound input can be opened"});
 }
 
 TEST_CASE_FIXTURE(Chain, "a session takes one input and one output") {
@@ -151,7 +130,7 @@ TEST_CASE_FIXTURE(Chain, "a device that vanishes ends the recording and loses no
     CHECK_FALSE(session->isRunning());
     output->recordToOutputFileURL(std::nullopt);
     CHECK(recordedFrom(0) == 70000);
-    CHECK(log.all() == std::vector<std::string>{"recording ended: the sound input has vanished"});
+    CHECK(log.lines() == std::vector<std::string>{"recording ended: the sound input has vanished"});
 }
 
 TEST_CASE_FIXTURE(Chain, "after a device has vanished the session can be started again with the next one") {
@@ -173,8 +152,8 @@ TEST_CASE_FIXTURE(Chain, "frames that find the ring full are counted and logged,
     play(MovieFileOutput::kRingFrames + 1000);
     output->recordToOutputFileURL(std::nullopt);
     CHECK(recordedFrom(0) == std::int64_t(MovieFileOutput::kRingFrames));
-    REQUIRE(log.all().size() == 1);
-    CHECK(log.all()[0] == "recording: 1000 frames lost, the file could not be written in time");
+    REQUIRE(log.lines().size() == 1);
+    CHECK(log.lines()[0] == "recording: 1000 frames lost, the file could not be written in time");
 }
 
 TEST_CASE_FIXTURE(Chain, "a file that cannot be made is an error of the output and a log line") {
@@ -183,7 +162,7 @@ TEST_CASE_FIXTURE(Chain, "a file that cannot be made is an error of the output a
     output->recordToOutputFileURL(folder.file("missing/take.mov"));
     REQUIRE(output->error());
     CHECK(output->error()->category == ErrorCategory::Unwritable);
-    CHECK(log.all() == std::vector<std::string>{"recording ended: No such file or directory"});
+    CHECK(log.lines() == std::vector<std::string>{"recording ended: No such file or directory"});
     play(1000);
     output->recordToOutputFileURL(path);
     CHECK_FALSE(output->error());

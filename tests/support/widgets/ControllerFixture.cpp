@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "engine/api/Log.h"
+#include "ui/controls/ImageView.h"
 #include "ui/controls/MeterView.h"
 #include "ui/controls/MovieView.h"
 #include "ui/controls/ProgressBar.h"
@@ -80,6 +81,11 @@ void ControllerFixture::buildTransport(QWidget* parent) {
     m_videoPanel = std::make_unique<QWidget>();
     outlets.videoPanel = m_videoPanel.get();
     outlets.movieView = new MovieView(m_videoPanel.get());
+    outlets.audioRecordButton = new ImageButton(QStringLiteral("db_start_recording_off.png"), parent);
+    outlets.audioRecordStatus = new ImageView(QStringLiteral("db_rec_ind_off.png"), parent);
+    m_recordingWindow = std::make_unique<QWidget>();
+    outlets.audioRecordingWindow = m_recordingWindow.get();
+    outlets.audioRecordingTime = new TimeLabel(QStringLiteral("00:00:00"), m_recordingWindow.get());
     m_levelsPanel = std::make_unique<QWidget>();
     outlets.audioLevelsPanel = m_levelsPanel.get();
     outlets.levelsBox = new RoundedBox(m_levelsPanel.get());
@@ -120,8 +126,8 @@ void ControllerFixture::buildLabels(QWidget* parent) {
 }
 
 QMController& ControllerFixture::init() {
-    controller =
-        std::make_unique<QMController>(engine, prefs, [this](const QString& name) { return imageByName(log, name); });
+    controller = std::make_unique<QMController>(engine, capture, prefs,
+                                                [this](const QString& name) { return imageByName(log, name); });
     controller->setExit([this](int status) { log.add("exit " + std::to_string(status)); });
     connectDialogs();
     return *controller;
@@ -137,6 +143,8 @@ void ControllerFixture::connectDialogs() {
     controller->trackExport().setRunPanel(
         [this](const QString& folder, const QString& name) { return dialogs.savePanel(folder, name); });
     controller->trackLoader().setRunPanel([this](QFileDialog&) { return dialogs.openPanel(); });
+    controller->mainRecorder().setRunSavePanel(
+        [this](QWidget*, const QString& folder, const QString& name) { return dialogs.savePanel(folder, name); });
 }
 
 QMController& ControllerFixture::start() {

@@ -7,6 +7,7 @@
 
 #include "app/QMController.h"
 #include "support/widgets/EventLog.h"
+#include "support/widgets/FakeCapture.h"
 #include "support/widgets/FakeMediaEngine.h"
 #include "support/widgets/LoggingPrefs.h"
 #include "support/widgets/ScriptedDialogs.h"
@@ -68,6 +69,7 @@ public:
     TestHome home{log};
     LoggingPrefs prefs{home.path() + QStringLiteral("/prefs.ini"), log};
     FakeMediaEngine engine{log};
+    FakeCapture capture{log};
     ScriptedDialogs dialogs{log};
     Outlets outlets;  // all of them present; a test may take some away before start()
     std::unique_ptr<QMController> controller;
@@ -82,6 +84,7 @@ private:
     std::unique_ptr<QWidget> m_videoPanel;
     std::unique_ptr<QWidget> m_levelsPanel;
     std::unique_ptr<QWidget> m_exportPanel;
+    std::unique_ptr<QWidget> m_recordingWindow;
 };
 
 // Lets a running timer fire once, now.

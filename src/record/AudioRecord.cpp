@@ -1,0 +1,100 @@
+#include "record/AudioRecord.h"
+
+#include <QFile>
+
+#include "library/SupportFolder.h"
+#include "player/OutletSetters.h"
+#include "record/Capture.h"
+#include "record/ElapsedClock.h"
+#include "ui/SavePanel.h"
+#include "ui/controls/WindowOrder.h"
+
+namespace qm {
+
+namespace {
+
+constexpr QLatin1StringView kName{"Quillmere.mov"};
+constexpr QLatin1StringView kMusic{"/Music"};
+
+QString sourcePath() {
+    return homeFolder() + kSupportFolder + u'/' + kName;
+}
+
+}  // namespace
+
+AudioRecord::AudioRecord(CaptureEngine& engine)
+    : recordingStatus(false),
+      m_engine(engine),
+      m_runSavePanel([](QWidget* parent, const QString& folder, const QString& name) {
+          return runSavePanel(parent, folder, name);
+      }) {}
+
+void AudioRecord::awakeFromNib(const AudioRecordOutlets& outlets) {
+    static_cast<AudioRecordOutlets&>(*this) = outlets;
+    recordImage = QStringLiteral("RecordingControls_Record.png");
+    stopImage = QStringLiteral("RecordingControls_Stop.png");
+}
+
+void AudioRecord::displayAudioRecordWindow() {
+    if (recordingWindow) makeKeyAndOrderFront(*recordingWindow);
+    setupAudioRecordSession();
+}
+
+void AudioRecord::setupAudioRecordSession() {
+    if (captureSession && captureSession->isRunning()) return;
+    setUpCapture(*this, m_engine, "setupAudioRecordSession");
+}
+
+// The flag is cleared on both ways; starting sets it again.
+void AudioRecord::toggleRecordSession() {
+    if (recordingStatus) {
+        showImage(recordingStartStopButton, recordImage);
+        stopAudioRecording();
+        recordingStatus = false;
+        return;
+    }
+    showImage(recordingStartStopButton, stopImage);
+    recordingStatus = false;
+    startAudioRecording();
+}
+
+void AudioRecord::startAudioRecording() {
+    if (recordingStatus) {
+        recordingStatus = false;
+        stopAudioRecording();
+        return;
+    }
+    if (!runCapture(*this, "startAudioRecording")) return;
+    audioRecordStartTime = m_now();
+    recordingStatus = true;
+    startRecordClock(*this, [this] { updateAudioRecordTime(); });
+    recordTo(*this, sourcePath());
+}
+
+void AudioRecord::stopAudioRecording() {
+    finishCapture(*this);
+    stopRecordClock(*this);
+    const QString source = sourcePath();
+    if (const auto chosen = m_runSavePanel(recordingWindow, homeFolder() + kMusic, kName)) {
+        moveRecording(source, *chosen);
+    } else {
+        if (recordingWindow) recordingWindow->hide();
+        QFile::remove(source);
+    }
+    showText(audioRecordingTime, kNothingElapsed);
+}
+
+void AudioRecord::updateAudioRecordTime() {
+    if (!recordingStatus && audioRecordTimer) {
+        stopRecordClock(*this);
+        showText(audioRecordingTime, kNothingElapsed);
+        return;
+    }
+    showText(audioRecordingTime, readRecordClock(*this, m_now()));
+}
+
+void AudioRecord::finishFile() {
+    if (recordingStatus) finishCapture(*this);
+}
+
+}  // namespace qm

@@ -1,0 +1,20 @@
+// What a recorder's window says of it: read again and again, it never acts. Main thread only.
+#pragma once
+
+#include <QString>
+
+#include "record/RecorderState.h"
+
+namespace qm {
+
+struct RecorderSigns {
+    bool recording = false;
+    bool hasInput = true;  // as far as is known
+    QString status;        // a line in the user's words
+    QTCaptureAudioLevels levels;
+};
+
+// `recording` is the recorder's own flag, which knows nothing of a recording that has ended by itself.
+RecorderSigns signsOf(const RecorderState& recorder, bool recording);
+
+}  // namespace qm
