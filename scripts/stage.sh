@@ -11,6 +11,7 @@ player_window=         # its main window
 player_log=            # what it wrote on standard error
 sound_server_pid=
 recorder_pid=
+microphone=            # the sound server's module
 recorded_sink=qm_out
 recording=             # raw 32-bit float stereo, 44100 frames a second
 
@@ -94,6 +95,23 @@ start_sound_server() {
     stage_pids+=("$sound_server_pid")
     wait_until "the sound server answers" pactl info
     pactl set-default-sink qm_out
+}
+
+# A virtual microphone as the default input: it hears what is played to the sink qm_mic_feed.
+add_microphone() {
+    pactl load-module module-null-sink sink_name=qm_mic_feed norewinds=1 rate=44100 format=float32le channels=2 >/dev/null
+    microphone=$(pactl load-module module-remap-source source_name=qm_mic master=qm_mic_feed.monitor)
+    pactl set-default-source qm_mic
+    pactl set-default-sink qm_out
+}
+
+take_microphone_away() {
+    pactl unload-module "$microphone"
+}
+
+# speak FILE.wav: into the microphone, until it has been said.
+speak() {
+    paplay --device=qm_mic_feed --latency-msec=100 "$1"
 }
 
 stop_sound_server() {

@@ -115,6 +115,52 @@ expect_exact_loop() {
     expect "frames changed" "$(values "$joins" faded | total)" -eq 0
 }
 
+# open_recording_window: by its key, with capture set up.
+open_recording_window() {
+    press ctrl+4
+    wait_until "the recording window is on the screen" find_recording_window
+    xdotool windowfocus --sync "$(find_recording_window)"
+}
+
+find_recording_window() {
+    windows_named '^Recording$' | grep .
+}
+
+# start_take: begins to record to $take.
+start_take() {
+    take=$HOME/Desktop/Quillmere.mov
+    rm -f "$take"
+    press ctrl+r
+    wait_until "the recording has begun" test -s "$take"
+}
+
+# stop_take: ends the recording and keeps it under the suggested name.
+stop_take() {
+    press ctrl+r
+    wait_until "the save panel is on the screen" find_save_panel
+    xdotool windowfocus --sync "$(find_save_panel)"
+    press Return
+    wait_until "the save panel is gone" no_save_panel
+}
+
+find_save_panel() {
+    windows_named '^Save$' | grep .
+}
+
+no_save_panel() {
+    ! find_save_panel
+}
+
+# analyse_take FILE.mov: as analyse, of the sound that another program finds in the file.
+analyse_take() {
+    recording=$stage/take.raw
+    ffmpeg -hide_banner -loglevel error -y -i "$1" -f f32le -ac 2 -ar 44100 "$recording" </dev/null ||
+        fail "the recording cannot be read"
+    measure runs "$recording" 1 >"$stage/runs.txt" || fail "no coded sound in the recording"
+    runs=$(grep '^run ' "$stage/runs.txt")
+    joins=$(grep '^join ' "$stage/runs.txt" || true)
+}
+
 # The values of one field of $joins, or of $runs, one a line: values JOINS skipped
 values() {
     awk -v field="$2" '{ for (i = 1; i < NF; i++) if ($i == field) print $(i + 1) }' <<<"$1"
