@@ -28,7 +28,7 @@ constexpr double kWarningSize = 40;
 constexpr QMargins kAlertMargins(20, 24, 20, 16);
 constexpr double kMenuText = 12.5;
 const QColor kTipFrame(0x3A, 0x3C, 0x3F);
-constexpr int kScrollBarWidth = 11, kScrollBarMargin = 2, kShortestHandle = 28, kHandleRadius = 4;
+constexpr int kScrollBarExtent = 11, kScrollBarMargin = 2, kShortestHandle = 28, kHandleRadius = 4;
 const QColor kHandle(0x56, 0x5B, 0x61), kHandleHovered(0x73, 0x79, 0x81);
 constexpr int kMenuHeight = 26, kMenuSide = 9, kMenuBarSide = 8;
 
@@ -82,7 +82,7 @@ public:
             case PM_MenuBarPanelWidth:
                 return 0;
             case PM_ScrollBarExtent:
-                return kScrollBarWidth + kScrollBarMargin;
+                return kScrollBarExtent;
             default:
                 break;
         }

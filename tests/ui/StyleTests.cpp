@@ -40,10 +40,10 @@ TEST_CASE("A scroll bar is a handle without arrows, two pixels from the edges") 
     bar.setPageStep(100);
     CHECK(bar.part(QStyle::SC_ScrollBarAddLine).isEmpty());
     CHECK(bar.part(QStyle::SC_ScrollBarSubLine).isEmpty());
-    CHECK(bar.part(QStyle::SC_ScrollBarGroove) == QRect(0, 2, 11, 196));
-    CHECK(bar.part(QStyle::SC_ScrollBarSlider) == QRect(0, 2, 11, 49));
+    CHECK(bar.part(QStyle::SC_ScrollBarGroove) == QRect(0, 2, 9, 196));
+    CHECK(bar.part(QStyle::SC_ScrollBarSlider) == QRect(0, 2, 9, 49));
     bar.setValue(300);
-    CHECK(bar.part(QStyle::SC_ScrollBarSlider) == QRect(0, 149, 11, 49));
+    CHECK(bar.part(QStyle::SC_ScrollBarSlider) == QRect(0, 149, 9, 49));
 }
 
 TEST_CASE("The handle and the pages beside it fill the groove") {
