@@ -27,6 +27,7 @@ namespace {
 constexpr double kWarningSize = 40;
 constexpr QMargins kAlertMargins(20, 24, 20, 16);
 constexpr double kMenuText = 12.5;
+constexpr int kTipMargin = 5;
 const QColor kTipFrame(0x3A, 0x3C, 0x3F);
 constexpr int kScrollBarExtent = 11, kScrollBarMargin = 2, kShortestHandle = 28, kHandleRadius = 4;
 const QColor kHandle(0x56, 0x5B, 0x61), kHandleHovered(0x73, 0x79, 0x81);
@@ -81,6 +82,8 @@ public:
             case PM_MenuBarItemSpacing:
             case PM_MenuBarPanelWidth:
                 return 0;
+            case PM_ToolTipLabelFrameWidth:
+                return kTipMargin;
             case PM_ScrollBarExtent:
                 return kScrollBarExtent;
             default:
@@ -263,7 +266,6 @@ void applyStyle() {
     QApplication::setPalette(darkPalette());
     QApplication::setFont(uiFont(13));
     for (const char* widget : {"QMenuBar", "QMenu"}) QApplication::setFont(uiFont(13), widget);
-    QApplication::setFont(uiFont(12), "QTipLabel");
     QToolTip::setPalette(darkPalette());
 }
 
