@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "engine/api/FourCharCode.h"
 #include "engine/api/QTMovie.h"
 
 namespace qm {
@@ -13,10 +14,6 @@ inline constexpr OSErr kNoErr = 0;
 inline constexpr OSErr kInvalidMovie = -2010;
 inline constexpr OSErr kUnknownProperty = -2195;
 
-constexpr std::uint32_t fourCharCode(const char (&s)[5]) {
-    return std::uint32_t(std::uint8_t(s[0])) << 24 | std::uint32_t(std::uint8_t(s[1])) << 16 |
-           std::uint32_t(std::uint8_t(s[2])) << 8 | std::uint32_t(std::uint8_t(s[3]));
-}
 inline constexpr std::uint32_t kQTPropertyClass_Audio = fourCharCode("audi");
 inline constexpr std::uint32_t kQTAudioPropertyID_Pitch = fourCharCode("pitc");  // 32-bit float, cents
 inline constexpr std::uint32_t kDeviceMix = fourCharCode("dcly");                // what the device plays

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -11,7 +12,8 @@ namespace qm {
 
 namespace {
 
-constexpr std::size_t kBlockBytes = std::size_t{1} << 18;
+constexpr std::size_t kSmallestBlock = std::size_t{1} << 13;
+constexpr std::size_t kLargestBlock = std::size_t{1} << 18;
 
 Error openError(const std::string& path, int code) {
     const ErrorCategory category =
@@ -54,20 +56,38 @@ std::size_t FileBytes::readAt(std::int64_t position, void* target, std::size_t c
     return done;
 }
 
+// A walk that goes on reads more and more at a time; a jump begins small, for it may be one of many.
 const std::uint8_t* ByteWindow::at(std::int64_t position, std::size_t count) {
-    if (position < 0 || position > m_file.size() || count > kBlockBytes) {
+    if (position < 0 || position > m_file.size() || count > kLargestBlock) {
         return nullptr;
     }
     const std::int64_t end = m_start + static_cast<std::int64_t>(m_block.size());
     if (position < m_start || position + static_cast<std::int64_t>(count) > end) {
-        m_block.resize(kBlockBytes);
-        m_block.resize(m_file.readAt(position, m_block.data(), kBlockBytes));
+        const bool goesOn = position > m_start && position <= end;
+        const std::size_t block =
+            goesOn ? std::clamp(2 * m_block.size(), kSmallestBlock, kLargestBlock) : kSmallestBlock;
+        m_block.resize(std::max(block, count));
+        m_block.resize(m_file.readAt(position, m_block.data(), m_block.size()));
         m_start = position;
         if (m_block.size() < count) {
             return nullptr;
         }
     }
     return m_block.data() + (position - m_start);
+}
+
+std::string ByteWindow::text(std::int64_t position, std::int64_t end, std::size_t most) {
+    const std::int64_t last = std::min(end, m_file.size());
+    if (position < 0 || position >= last) {
+        return {};
+    }
+    std::string bytes(static_cast<std::size_t>(std::min(last - position, static_cast<std::int64_t>(most))), '\0');
+    if (const std::uint8_t* p = at(position, bytes.size())) {
+        bytes.assign(p, p + bytes.size());
+    } else {
+        bytes.resize(m_file.readAt(position, bytes.data(), bytes.size()));
+    }
+    return bytes;
 }
 
 }  // namespace qm

@@ -40,6 +40,9 @@ public:
     // The `count` bytes at `position`, or null where the file does not hold them. Valid until the next call.
     const std::uint8_t* at(std::int64_t position, std::size_t count);
 
+    // A copy of the bytes from `position` up to `end`, no more than `most`, or as many as the file holds.
+    std::string text(std::int64_t position, std::int64_t end, std::size_t most);
+
 private:
     const FileBytes& m_file;
     std::vector<std::uint8_t> m_block;
@@ -52,6 +55,14 @@ inline std::uint32_t bigEndian32(const std::uint8_t* p) {
 
 inline std::uint32_t littleEndian32(const std::uint8_t* p) {
     return std::uint32_t{p[3]} << 24 | std::uint32_t{p[2]} << 16 | std::uint32_t{p[1]} << 8 | p[0];
+}
+
+inline std::uint16_t bigEndian16(const std::uint8_t* p) {
+    return static_cast<std::uint16_t>(p[0] << 8 | p[1]);
+}
+
+inline std::uint16_t littleEndian16(const std::uint8_t* p) {
+    return static_cast<std::uint16_t>(p[1] << 8 | p[0]);
 }
 
 inline std::uint64_t bigEndian64(const std::uint8_t* p) {

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <string_view>
+
+#include "engine/media/Id3Header.h"
 
 namespace qm {
 
@@ -51,10 +52,8 @@ std::string fileKind(const FileBytes& file) {
     if (file.readAt(0, head.data(), head.size()) < 8) {
         return "";
     }
-    if (std::memcmp(head.data(), "ID3", 3) == 0) {  // a tag in front of any kind of file
-        const std::int64_t size =
-            (head[6] & 0x7f) << 21 | (head[7] & 0x7f) << 14 | (head[8] & 0x7f) << 7 | (head[9] & 0x7f);
-        if (file.readAt(10 + size, head.data(), head.size()) < 8) {
+    if (const auto tag = readId3Header(head.data())) {  // in front of any kind of file
+        if (file.readAt(tag->tagBytes, head.data(), head.size()) < 8) {
             return "";
         }
         const std::string kind = kindOfHead(head);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "engine/media/MovieBox.h"
+
 namespace qm {
 
 namespace {
@@ -10,13 +12,11 @@ namespace {
 constexpr int kMostBoxes = 1000000;
 constexpr int kDeepest = 8;
 constexpr std::size_t kMostTracks = 256;
-constexpr std::uint32_t tag(const char (&name)[5]) {
-    return std::uint32_t(std::uint8_t(name[0])) << 24 | std::uint32_t(std::uint8_t(name[1])) << 16 |
-           std::uint32_t(std::uint8_t(name[2])) << 8 | std::uint8_t(name[3]);
-}
 
-constexpr std::array kContainers = {tag("moov"), tag("trak"), tag("mdia"), tag("minf"), tag("stbl")};
-constexpr std::array kProtectedEntries = {tag("drms"), tag("drmi"), tag("drmt"), tag("enca"), tag("encv"), tag("aavd")};
+constexpr std::array kContainers = {fourCharCode("moov"), fourCharCode("trak"), fourCharCode("mdia"),
+                                    fourCharCode("minf"), fourCharCode("stbl")};
+constexpr std::array kProtectedEntries = {fourCharCode("drms"), fourCharCode("drmi"), fourCharCode("drmt"),
+                                          fourCharCode("enca"), fourCharCode("encv"), fourCharCode("aavd")};
 
 template <std::size_t N>
 bool isOneOf(std::uint32_t type, const std::array<std::uint32_t, N>& types) {
@@ -34,47 +34,34 @@ public:
 
 private:
     void walk(std::int64_t position, std::int64_t end, int depth) {
-        while (position + 8 <= end && ++m_boxes <= kMostBoxes) {
-            const std::uint8_t* p = m_bytes.at(position, 16);
-            p = p ? p : m_bytes.at(position, 8);
-            if (!p) {
+        while (++m_boxes <= kMostBoxes) {
+            const auto box = readBox(m_bytes, position, end);
+            if (!box) {
                 return;
             }
-            const std::uint32_t type = bigEndian32(p + 4);
-            std::int64_t size = bigEndian32(p);
-            std::int64_t header = 8;
-            if (size == 1 && position + 16 <= end) {
-                size = static_cast<std::int64_t>(bigEndian64(p + 8));
-                header = 16;
-            } else if (size == 0) {
-                size = end - position;
-            }
-            if (size < header) {
-                return;
-            }
-            const std::int64_t boxEnd = size > end - position ? end : position + size;
-            visit(type, position + header, boxEnd, depth);
-            position = boxEnd;
+            visit(*box, depth);
+            position = box->end;
         }
     }
 
-    void visit(std::uint32_t type, std::int64_t content, std::int64_t end, int depth) {
-        if (type == tag("moof") || type == tag("mvex")) {
+    void visit(const MovieBox& box, int depth) {
+        const auto [type, content, end] = box;
+        if (type == fourCharCode("moof") || type == fourCharCode("mvex")) {
             m_facts.isFragmented = true;
-        } else if (type == tag("stsd")) {
+        } else if (type == fourCharCode("stsd")) {
             readEntries(content + 8, end);
-        } else if (type == tag("mvhd")) {
+        } else if (type == fourCharCode("mvhd")) {
             m_facts.movieScale = readScale(content).scale;
             readRate(content, end);
-        } else if (type == tag("tkhd") && !m_facts.tracks.empty()) {
+        } else if (type == fourCharCode("tkhd") && !m_facts.tracks.empty()) {
             const std::uint8_t* p = m_bytes.at(content, 24);
             m_facts.tracks.back().id = p ? bigEndian32(p + (p[0] == 1 ? 20 : 12)) : 0;
-        } else if (type == tag("mdhd") && !m_facts.tracks.empty()) {
+        } else if (type == fourCharCode("mdhd") && !m_facts.tracks.empty()) {
             const ScaledDuration media = readScale(content);
             m_facts.tracks.back().mediaScale = media.scale;
             m_facts.tracks.back().mediaDuration = media.duration;
         } else if (isOneOf(type, kContainers) && depth < kDeepest) {
-            if (type == tag("trak") && m_facts.tracks.size() < kMostTracks) {
+            if (type == fourCharCode("trak") && m_facts.tracks.size() < kMostTracks) {
                 m_facts.tracks.emplace_back();
             }
             walk(content, end, depth + 1);
@@ -108,6 +95,7 @@ private:
 
     void readEntries(std::int64_t position, std::int64_t end) {
         while (position + 8 <= end && ++m_boxes <= kMostBoxes) {
+            readPictureSize(position);
             const std::uint8_t* p = m_bytes.at(position, 8);
             if (!p) {
                 return;
@@ -118,6 +106,15 @@ private:
                 return;
             }
             position += size;
+        }
+    }
+
+    // Where the entry of a track of pictures has them; the first entry counts.
+    void readPictureSize(std::int64_t entry) {
+        const std::uint8_t* p = m_bytes.at(entry, 36);
+        if (p && !m_facts.tracks.empty() && m_facts.tracks.back().width == 0) {
+            m_facts.tracks.back().width = bigEndian16(p + 32);
+            m_facts.tracks.back().height = bigEndian16(p + 34);
         }
     }
 

@@ -12,6 +12,8 @@ struct MovieTrackFacts {
     std::uint32_t id = 0;
     std::uint32_t mediaScale = 0;     // units a second, of the duration
     std::int64_t mediaDuration = -1;  // of all its samples, before any edit
+    int width = 0;                    // of its pictures, if it is a track of pictures
+    int height = 0;
 };
 
 struct MovieFacts {

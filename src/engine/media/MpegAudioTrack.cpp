@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "engine/media/FileBytes.h"
+#include "engine/media/Id3Header.h"
 #include "engine/media/MpegAudioHeader.h"
 #include "engine/media/TrackPlan.h"
 
@@ -48,9 +49,9 @@ std::int64_t skipTag(Walk& walk, std::int64_t position) {
         return position;
     }
     if (walk.isText(position, "ID3")) {
-        if (const std::uint8_t* p = walk.bytes.at(position, 10); p && ((p[6] | p[7] | p[8] | p[9]) & 0x80) == 0) {
-            const std::int64_t size = p[6] << 21 | p[7] << 14 | p[8] << 7 | p[9];
-            return position + 10 + size + ((p[5] & 0x10) != 0 ? 10 : 0);
+        const std::uint8_t* p = walk.bytes.at(position, Id3Header::kBytes);
+        if (const auto tag = p ? readId3Header(p) : std::nullopt) {
+            return position + tag->tagBytes;
         }
     }
     if (walk.isText(position, "APETAGEX")) {

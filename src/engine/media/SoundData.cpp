@@ -1,80 +1,64 @@
 #include "engine/media/SoundData.h"
 
 #include <algorithm>
-#include <cstring>
+
+#include "engine/media/ChunkWalk.h"
 
 namespace qm {
 
 namespace {
 
-constexpr int kMostChunks = 100000;
 constexpr std::uint32_t kSizeUnknown = 0xffffffff;
-bool named(const std::uint8_t* chunk, const char* name) {
-    return std::memcmp(chunk, name, 4) == 0;
-}
 
 std::optional<FileExtent> findWaveData(ByteWindow& bytes, std::int64_t end) {
     std::int64_t longSize = -1;
-    std::int64_t p = 12;
-    for (int i = 0; i < kMostChunks; ++i) {
-        const std::uint8_t* chunk = bytes.at(p, 8);
-        if (!chunk) {
-            return std::nullopt;
-        }
-        const std::int64_t size = littleEndian32(chunk + 4);
-        if (named(chunk, "data")) {
-            const std::int64_t rest = end - p - 8;
+    ChunkWalk walk(bytes, ChunkWalk::Kind::Riff, 12, end);
+    while (const auto chunk = walk.next()) {
+        if (chunk->isNamed("data")) {
+            const std::int64_t rest = end - chunk->content;
             if (longSize >= 0) {
-                return FileExtent{p + 8, std::min(longSize, rest)};
+                return FileExtent{chunk->content, std::min(longSize, rest)};
             }
-            return FileExtent{p + 8, size == 0 || size == kSizeUnknown ? rest : std::min(size, rest)};
+            const bool unknown = chunk->bytes == 0 || chunk->bytes == kSizeUnknown;
+            return FileExtent{chunk->content, unknown ? rest : std::min(chunk->bytes, rest)};
         }
-        if (named(chunk, "ds64")) {
-            const std::uint8_t* sizes = bytes.at(p + 8, 16);
+        if (chunk->isNamed("ds64")) {
+            const std::uint8_t* sizes = bytes.at(chunk->content, 16);
             if (!sizes || littleEndian64(sizes + 8) > static_cast<std::uint64_t>(INT64_MAX)) {
                 return std::nullopt;
             }
             longSize = static_cast<std::int64_t>(littleEndian64(sizes + 8));
         }
-        p += 8 + size + (size & 1);
     }
     return std::nullopt;
 }
 
 std::optional<FileExtent> findAiffData(ByteWindow& bytes, std::int64_t end) {
-    std::int64_t p = 12;
-    for (int i = 0; i < kMostChunks; ++i) {
-        const std::uint8_t* chunk = bytes.at(p, 16);
-        if (!chunk) {
+    constexpr int kHeaderBytes = 8;
+    ChunkWalk walk(bytes, ChunkWalk::Kind::Iff, 12, end);
+    while (const auto chunk = walk.next()) {
+        if (!chunk->isNamed("SSND")) {
+            continue;
+        }
+        const std::uint8_t* header = bytes.at(chunk->content, kHeaderBytes);
+        if (!header) {
             return std::nullopt;
         }
-        const std::int64_t size = bigEndian32(chunk + 4);
-        if (named(chunk, "SSND")) {
-            const std::int64_t offset = bigEndian32(chunk + 8);
-            const std::int64_t start = p + 16 + offset;
-            return FileExtent{start, std::min(std::max<std::int64_t>(size - 8 - offset, 0), end - start)};
-        }
-        p += 8 + size + (size & 1);
+        const std::int64_t offset = bigEndian32(header);
+        const std::int64_t start = chunk->content + kHeaderBytes + offset;
+        const std::int64_t stated = std::max<std::int64_t>(chunk->bytes - kHeaderBytes - offset, 0);
+        return FileExtent{start, std::min(stated, end - start)};
     }
     return std::nullopt;
 }
 
 std::optional<FileExtent> findCafChunk(ByteWindow& bytes, std::int64_t end, const char* name) {
-    std::int64_t p = 8;
-    for (int i = 0; i < kMostChunks; ++i) {
-        const std::uint8_t* chunk = bytes.at(p, 12);
-        if (!chunk) {
-            return std::nullopt;
+    ChunkWalk walk(bytes, ChunkWalk::Kind::Caf, 8, end);
+    while (const auto chunk = walk.next()) {
+        if (chunk->isNamed(name)) {
+            const std::int64_t rest = end - chunk->content;
+            return FileExtent{chunk->content, chunk->bytes < 0 ? rest : std::min(chunk->bytes, rest)};
         }
-        const auto size = static_cast<std::int64_t>(bigEndian64(chunk + 4));
-        const std::int64_t rest = end - p - 12;
-        if (named(chunk, name)) {
-            return FileExtent{p + 12, size < 0 ? rest : std::min(size, rest)};
-        }
-        if (size < 0 || size > rest) {
-            return std::nullopt;
-        }
-        p += 12 + size;
     }
     return std::nullopt;
 }
