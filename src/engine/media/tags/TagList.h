@@ -1,0 +1,31 @@
+// The tags of one file while they are being read: bounded in number and in bytes, whatever the file claims.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/api/MetaData.h"
+
+namespace qm {
+
+class TagList {
+public:
+    static constexpr std::size_t kLongestKey = 256;    // bytes
+    static constexpr std::size_t kLongestText = 4096;  // bytes; readers need to read no more of a value
+
+    bool isFull() const;
+    void add(std::string_view key, std::string_view value);
+
+    // With the key that the same field has in a movie file. Fields that have none there keep their name, unless its
+    // letters would make an artist or an album of it.
+    void addForeign(std::string_view name, std::string_view value);
+
+    std::vector<Tag> take() { return std::move(m_tags); }
+
+private:
+    std::vector<Tag> m_tags;
+    std::size_t m_bytes = 0;
+};
+
+}  // namespace qm
