@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "engine/media/FileKind.h"
+#include "engine/media/FormatSummary.h"
 #include "engine/media/TrackPlan.h"
 
 namespace qm {
@@ -111,6 +112,46 @@ std::optional<SoundTrack> planTrack(const File& file, const std::string& format,
     return track ? std::move(track) : planByPass(file, format, stream);
 }
 
+struct PlannedTrack {
+    int stream;
+    SoundTrack sound;
+};
+
+// What the demuxer knows of a track, put right by what is known of it otherwise: how it is heard, or the size of its
+// pictures, which the demuxer leaves to a decoder for some codecs.
+std::optional<std::string> formatOf(const AVStream& stream, const SoundTrack* heard, const MovieFacts& facts) {
+    const ParametersPtr parameters = copyParameters(*stream.codecpar);
+    if (heard) {
+        parameters->sample_rate = heard->sampleRate;
+        if (parameters->ch_layout.nb_channels != heard->channels) {
+            av_channel_layout_default(&parameters->ch_layout, heard->channels);
+        }
+    }
+    for (const MovieTrackFacts& track : facts.tracks) {
+        if (parameters->width == 0 && track.id == static_cast<std::uint32_t>(stream.id)) {
+            parameters->width = track.width;
+            parameters->height = track.height;
+        }
+    }
+    return formatSummary(*parameters);
+}
+
+std::vector<std::optional<std::string>> trackFormats(const AVFormatContext& context,
+                                                     const std::vector<PlannedTrack>& planned,
+                                                     const MovieFacts& facts) {
+    std::vector<std::optional<std::string>> formats;
+    for (int i = 0; i < static_cast<int>(context.nb_streams); ++i) {
+        AVStream& stream = *context.streams[i];
+        if (stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO && !isMovingPicture(stream)) {
+            continue;
+        }
+        const auto heard =
+            std::find_if(planned.begin(), planned.end(), [&](const PlannedTrack& track) { return track.stream == i; });
+        formats.push_back(formatOf(stream, heard == planned.end() ? nullptr : &heard->sound, facts));
+    }
+    return formats;
+}
+
 bool isNamedMpegAudio(std::string_view path) {
     constexpr std::string_view kSuffix = ".mp3";
     return path.size() >= kSuffix.size() && std::equal(kSuffix.begin(), kSuffix.end(), path.end() - kSuffix.size(),
@@ -129,6 +170,7 @@ Result<MediaTracks> findMpegAudio(File file) {
     if (tags) {
         tracks.demuxer = std::move(tags.value());
     }
+    tracks.formats.push_back(formatSummary(*track->parameters));
     tracks.sound.push_back(std::move(*track));
     return tracks;
 }
@@ -151,10 +193,15 @@ Result<MediaTracks> findInContainer(File file, const std::string& format) {
     tracks.demuxer = std::move(opened.value());
     const AVFormatContext& context = tracks.demuxer->context();
     tracks.pictures = pictureStreams(context, format, file->size());
+    std::vector<PlannedTrack> planned;
     for (const int stream : soundStreams(context, format)) {
         if (auto track = planTrack(file, format, stream, tracks.facts)) {
-            tracks.sound.push_back(std::move(*track));
+            planned.push_back({stream, std::move(*track)});
         }
+    }
+    tracks.formats = trackFormats(context, planned, tracks.facts);
+    for (PlannedTrack& track : planned) {
+        tracks.sound.push_back(std::move(track.sound));
     }
     return tracks;
 }

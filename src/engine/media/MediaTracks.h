@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,9 @@ struct MediaTracks {
     MovieFacts facts;                  // of a movie file
     std::vector<SoundTrack> sound;     // those that are switched on, the first one first
     std::vector<int> pictures;         // the streams of moving pictures that are switched on; a cover is none
+
+    // Of all tracks in the file, switched on or not, but for covers: their formats in words; none where it is unknown.
+    std::vector<std::optional<std::string>> formats;
 };
 
 // Protected, damaged beyond use, empty or foreign files are an Error, whose message begins with the file's path.

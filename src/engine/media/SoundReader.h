@@ -9,7 +9,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "engine/api/Result.h"
 #include "engine/media/FileBytes.h"
@@ -45,6 +47,9 @@ struct MediaDescription {
     bool hasSound = false;
     double durationSeconds = 0;  // of the longest stream
     double preferredRate = 1;    // signed, as a movie's header states it
+
+    // Of each track: what a musician would call its format; none if it is unknown. Attached covers are left out.
+    std::vector<std::optional<std::string>> trackFormats;
 };
 
 struct OpenedMedia {
