@@ -45,10 +45,6 @@ Result<std::unique_ptr<QTMovie>> DeferredEngine::movieWithFile(const std::string
     return Error{ErrorCategory::Unsupported, "there is no media engine"};
 }
 
-std::vector<MetaDataItem> DeferredEngine::QTCopyMovieMetaData(Movie movie) {
-    return m_engine ? m_engine->QTCopyMovieMetaData(movie) : std::vector<MetaDataItem>();
-}
-
 std::int32_t DeferredEngine::GetMovieDuration(Movie movie) {
     return m_engine ? m_engine->GetMovieDuration(movie) : 0;
 }
@@ -97,6 +93,29 @@ OSErr DeferredEngine::GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, 
 
 OSErr DeferredEngine::GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, QTAudioFrequencyLevels& levels) {
     return m_engine ? m_engine->GetMovieAudioFrequencyLevels(movie, mix, levels) : kInvalidMovie;
+}
+
+OSErr DeferredEngine::QTCopyMovieMetaData(Movie movie, QTMetaDataRef& metaData) {
+    metaData = 0;
+    return m_engine ? m_engine->QTCopyMovieMetaData(movie, metaData) : kInvalidMovie;
+}
+
+OSErr DeferredEngine::QTMetaDataGetNextItem(QTMetaDataRef metaData, std::uint32_t storageFormat, QTMetaDataItem current,
+                                            std::uint32_t keyFormat, QTMetaDataItem& next) {
+    return m_engine ? m_engine->QTMetaDataGetNextItem(metaData, storageFormat, current, keyFormat, next)
+                    : kInvalidMetaData;
+}
+
+OSErr DeferredEngine::QTMetaDataGetItemProperty(QTMetaDataRef metaData, QTMetaDataItem item,
+                                                std::uint32_t propertyClass, std::uint32_t propertyId, std::size_t size,
+                                                void* value, std::size_t& sizeUsed) {
+    return m_engine
+               ? m_engine->QTMetaDataGetItemProperty(metaData, item, propertyClass, propertyId, size, value, sizeUsed)
+               : kInvalidMetaData;
+}
+
+void DeferredEngine::QTMetaDataRelease(QTMetaDataRef metaData) {
+    if (m_engine) m_engine->QTMetaDataRelease(metaData);
 }
 
 }  // namespace qm

@@ -21,7 +21,6 @@ public:
     Result<std::unique_ptr<QTMovie>> movieWithFile(const std::string& path) override;
 
     // Before the first movie there is no handle that could mean anything.
-    std::vector<MetaDataItem> QTCopyMovieMetaData(Movie movie) override;
     std::int32_t GetMovieDuration(Movie movie) override;
     std::int32_t GetMovieTime(Movie movie) override;
     void SetMovieTimeValue(Movie movie, std::int32_t time) override;
@@ -36,6 +35,13 @@ public:
     OSErr GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, QTAudioVolumeLevels& averagePower,
                                     QTAudioVolumeLevels& peakHold) override;
     OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, QTAudioFrequencyLevels& levels) override;
+    OSErr QTCopyMovieMetaData(Movie movie, QTMetaDataRef& metaData) override;
+    OSErr QTMetaDataGetNextItem(QTMetaDataRef metaData, std::uint32_t storageFormat, QTMetaDataItem current,
+                                std::uint32_t keyFormat, QTMetaDataItem& next) override;
+    OSErr QTMetaDataGetItemProperty(QTMetaDataRef metaData, QTMetaDataItem item, std::uint32_t propertyClass,
+                                    std::uint32_t propertyId, std::size_t size, void* value,
+                                    std::size_t& sizeUsed) override;
+    void QTMetaDataRelease(QTMetaDataRef metaData) override;
 
     static QString installedModule();  // the path of the module that belongs to this program
 

@@ -1,18 +1,26 @@
 #include "library/TrackMetadata.h"
 
 #include <QByteArrayView>
-#include <string_view>
+#include <array>
 
 namespace qm {
 
 namespace {
 
-constexpr std::size_t kItemBytes = 255;
+constexpr std::size_t kMostBytes = 255;
 
-// At most 255 bytes, ending at the first zero byte.
-std::string_view itemText(std::string_view bytes) {
-    bytes = bytes.substr(0, kItemBytes);
-    return bytes.substr(0, bytes.find('\0'));
+// Room for what is read of a key or a value and the zero byte behind it.
+using ItemBuffer = std::array<char, kMostBytes + 1>;
+
+bool readProperty(MediaEngine& engine, QTMetaDataRef metaData, QTMetaDataItem item, std::uint32_t property,
+                  ItemBuffer& buffer) {
+    buffer.fill('\0');
+    std::size_t used = 0;
+    if (engine.QTMetaDataGetItemProperty(metaData, item, kPropertyClass_MetaDataItem, property, kMostBytes,
+                                         buffer.data(), used) != kNoErr)
+        return false;
+    buffer[used] = '\0';
+    return true;
 }
 
 bool isContinuation(char c) {
@@ -29,45 +37,53 @@ std::string_view withoutBrokenTail(std::string_view text) {
     return tail.isValidUtf8() ? text : text.substr(0, start);
 }
 
-std::optional<QString> itemValue(const std::string& value) {
-    std::string_view text = itemText(value);
-    if (text.size() == kItemBytes && value.size() > kItemBytes) text = withoutBrokenTail(text);
+std::optional<QString> decodedValue(const ItemBuffer& buffer) {
+    std::string_view text(buffer.data());
+    if (text.size() == kMostBytes) text = withoutBrokenTail(text);
     const QByteArrayView bytes(text.data(), static_cast<qsizetype>(text.size()));
     if (!bytes.isValidUtf8()) return std::nullopt;
     return QString::fromUtf8(bytes);
 }
 
-std::optional<QString> valueIfKeyContains(const MetaDataItem& item, std::string_view letters,
-                                          std::string_view reversed) {
-    const std::string_view key = itemText(item.key);
-    if (key.find(letters) == key.npos && key.find(reversed) == key.npos) return std::nullopt;
-    return itemValue(item.value);
-}
-
-template <typename Test>
-std::optional<QString> firstAccepted(const std::vector<MetaDataItem>& items, Test test) {
-    for (const MetaDataItem& item : items) {
-        if (auto text = test(item)) return text;
-    }
-    return std::nullopt;
-}
-
 }  // namespace
 
-std::optional<QString> TrackMetadata::parseMetaDataItemForArtist(const MetaDataItem& item) {
-    return valueIfKeyContains(item, "ART", "TRA");
-}
-
-std::optional<QString> TrackMetadata::parseMetaDataItemForAlbum(const MetaDataItem& item) {
-    return valueIfKeyContains(item, "alb", "bla");
-}
-
 std::optional<QString> TrackMetadata::parseArtistMetaData(Movie movie) {
-    return firstAccepted(m_engine.QTCopyMovieMetaData(movie), parseMetaDataItemForArtist);
+    return firstAccepted(movie, &TrackMetadata::parseMetaDataItemForArtist);
 }
 
 std::optional<QString> TrackMetadata::parseAlbumMetaData(Movie movie) {
-    return firstAccepted(m_engine.QTCopyMovieMetaData(movie), parseMetaDataItemForAlbum);
+    return firstAccepted(movie, &TrackMetadata::parseMetaDataItemForAlbum);
+}
+
+std::optional<QString> TrackMetadata::firstAccepted(Movie movie, ItemTest test) {
+    QTMetaDataRef metaData = 0;
+    if (m_engine.QTCopyMovieMetaData(movie, metaData) != kNoErr) return std::nullopt;
+    std::optional<QString> text;
+    QTMetaDataItem item = kQTMetaDataItemUninitialized;
+    while (!text && m_engine.QTMetaDataGetNextItem(metaData, kQTMetaDataStorageFormatWildcard, item,
+                                                   kQTMetaDataKeyFormatWildcard, item) == kNoErr)
+        text = (this->*test)(metaData, item);
+    m_engine.QTMetaDataRelease(metaData);
+    return text;
+}
+
+std::optional<QString> TrackMetadata::parseMetaDataItemForArtist(QTMetaDataRef metaData, QTMetaDataItem item) {
+    return valueIfKeyContains(metaData, item, "ART", "TRA");
+}
+
+std::optional<QString> TrackMetadata::parseMetaDataItemForAlbum(QTMetaDataRef metaData, QTMetaDataItem item) {
+    return valueIfKeyContains(metaData, item, "alb", "bla");
+}
+
+std::optional<QString> TrackMetadata::valueIfKeyContains(QTMetaDataRef metaData, QTMetaDataItem item,
+                                                         std::string_view letters, std::string_view reversed) {
+    ItemBuffer key, value;
+    if (!readProperty(m_engine, metaData, item, kQTMetaDataItemPropertyID_Key, key) ||
+        !readProperty(m_engine, metaData, item, kQTMetaDataItemPropertyID_Value, value))
+        return std::nullopt;
+    const std::string_view text(key.data());
+    if (text.find(letters) == text.npos && text.find(reversed) == text.npos) return std::nullopt;
+    return decodedValue(value);
 }
 
 }  // namespace qm

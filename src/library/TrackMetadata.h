@@ -3,7 +3,9 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <optional>
+#include <string_view>
 
 #include "engine/api/MediaEngine.h"
 
@@ -13,15 +15,20 @@ class TrackMetadata {
 public:
     explicit TrackMetadata(MediaEngine& engine) : m_engine(engine) {}
 
-    // The first item in file order that the item test accepts.
+    // What the first item in file order gives that gives anything.
     std::optional<QString> parseArtistMetaData(Movie movie);
     std::optional<QString> parseAlbumMetaData(Movie movie);
 
-    // The value of an item whose key contains "ART" or "TRA" ("alb" or "bla"), cut after 255 bytes.
-    static std::optional<QString> parseMetaDataItemForArtist(const MetaDataItem& item);
-    static std::optional<QString> parseMetaDataItemForAlbum(const MetaDataItem& item);
+    // The value of an item whose key contains "ART", or else "TRA" ("alb", or else "bla").
+    std::optional<QString> parseMetaDataItemForArtist(QTMetaDataRef metaData, QTMetaDataItem item);
+    std::optional<QString> parseMetaDataItemForAlbum(QTMetaDataRef metaData, QTMetaDataItem item);
 
 private:
+    using ItemTest = std::optional<QString> (TrackMetadata::*)(QTMetaDataRef, QTMetaDataItem);
+    std::optional<QString> firstAccepted(Movie movie, ItemTest test);
+    std::optional<QString> valueIfKeyContains(QTMetaDataRef metaData, QTMetaDataItem item, std::string_view letters,
+                                              std::string_view reversed);
+
     MediaEngine& m_engine;
 };
 

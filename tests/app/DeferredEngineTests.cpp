@@ -65,7 +65,9 @@ TEST_CASE("Before the first movie no handle means anything") {
     CHECK(engine.GetMovieTime(1) == 0);
     CHECK_FALSE(engine.IsMovieDone(1));
     CHECK(engine.soundTrackCount(1) == 0);
-    CHECK(engine.QTCopyMovieMetaData(1).empty());
+    QTMetaDataRef metaData = 1;
+    CHECK(engine.QTCopyMovieMetaData(1, metaData) == kInvalidMovie);
+    CHECK(metaData == 0);
     CHECK(engine.SetMovieAudioBalance(1, 0.5f, 0) == kInvalidMovie);
     CHECK(engine.QTSetMovieProperty(1, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch, sizeof cents, &cents) ==
           kInvalidMovie);

@@ -15,12 +15,12 @@ MovieScript taggedSong() {
     script.duration = 132300;
     script.timeScale = 44100;
     script.displayName = "Blue";
-    script.metaData = {{"\xa9"
-                        "ART",
-                        "Ella"},
-                       {"\xa9"
-                        "alb",
-                        "Live"}};
+    script.tags = {{"\xa9"
+                    "ART",
+                    "Ella"},
+                   {"\xa9"
+                    "alb",
+                    "Live"}};
     return script;
 }
 

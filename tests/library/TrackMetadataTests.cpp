@@ -7,21 +7,23 @@ using namespace qm;
 
 namespace {
 
-using Items = std::vector<MetaDataItem>;
+using Tags = std::vector<Tag>;
 
-std::optional<QString> artist(const std::string& key, const std::string& value) {
-    return TrackMetadata::parseMetaDataItemForArtist({key, value});
-}
-
-std::optional<QString> album(const std::string& key, const std::string& value) {
-    return TrackMetadata::parseMetaDataItemForAlbum({key, value});
-}
+const std::string kArtist =
+    "\xa9"
+    "ART";
+const std::string kAlbum =
+    "\xa9"
+    "alb";
 
 struct OpenedMovie {
-    explicit OpenedMovie(Items items) {
-        engine.usual.metaData = std::move(items);
+    explicit OpenedMovie(Tags tags) {
+        engine.usual.tags = std::move(tags);
         movie = std::move(engine.movieWithFile("/music/one.m4a").value());
     }
+
+    std::optional<QString> artist() { return metadata.parseArtistMetaData(movie->quickTimeMovie()); }
+    std::optional<QString> album() { return metadata.parseAlbumMetaData(movie->quickTimeMovie()); }
 
     EventLog log;
     FakeMediaEngine engine{log};
@@ -29,12 +31,18 @@ struct OpenedMovie {
     TrackMetadata metadata{engine};
 };
 
+std::optional<QString> artist(const std::string& key, const std::string& value) {
+    return OpenedMovie(Tags{{key, value}}).artist();
+}
+
+std::optional<QString> album(const std::string& key, const std::string& value) {
+    return OpenedMovie(Tags{{key, value}}).album();
+}
+
 }  // namespace
 
 TEST_CASE("an artist's key contains ART or TRA anywhere, in capitals") {
-    CHECK(artist("\xa9"
-                 "ART",
-                 "Ella") == "Ella");
+    CHECK(artist(kArtist, "Ella") == "Ella");
     CHECK(artist("PARTS", "Ella") == "Ella");
     CHECK(artist("TRAx", "Ella") == "Ella");
     CHECK_FALSE(artist("art", "Ella"));
@@ -43,15 +51,15 @@ TEST_CASE("an artist's key contains ART or TRA anywhere, in capitals") {
 }
 
 TEST_CASE("an album's key contains alb or bla anywhere, in small letters") {
-    CHECK(album("\xa9"
-                "alb",
-                "Live") == "Live");
+    CHECK(album(kAlbum, "Live") == "Live");
     CHECK(album("xblay", "Live") == "Live");
     CHECK_FALSE(album("ALB", "Live"));
-    CHECK_FALSE(
-        album("\xa9"
-              "ART",
-              "Live"));
+    CHECK_FALSE(album(kArtist, "Live"));
+}
+
+TEST_CASE("the order of the items decides, not which of the two letters their keys contain") {
+    CHECK(OpenedMovie(Tags{{"TRAx", "Ella"}, {kArtist, "Billie"}}).artist() == "Ella");
+    CHECK(OpenedMovie(Tags{{"xbla", "Live"}, {kAlbum, "Studio"}}).album() == "Live");
 }
 
 TEST_CASE("key and value are cut after 255 bytes") {
@@ -68,6 +76,7 @@ TEST_CASE("a character that the cut breaks is dropped") {
 }
 
 TEST_CASE("text that is not UTF-8 is nothing") {
+    CHECK(artist("ART", "Bj\xc3\xb6rk") == QStringLiteral(u"Björk"));
     CHECK_FALSE(artist("ART", "El\xffla"));
     CHECK_FALSE(artist("ART", "Ella\xc3"));
     CHECK_FALSE(artist("ART", "\xff" + std::string(300, 'x')));
@@ -79,30 +88,41 @@ TEST_CASE("text ends at the first zero byte") {
 }
 
 TEST_CASE("the first matching item in the file's order wins, also an empty one") {
-    OpenedMovie opened(Items{{"\xa9nam", "Song"},
-                             {"PARTS", ""},
-                             {"\xa9"
-                              "ART",
-                              "Ella"},
-                             {"\xa9"
-                              "alb",
-                              "Live"},
-                             {"alb", "Other"}});
-    CHECK(opened.metadata.parseArtistMetaData(opened.movie->quickTimeMovie()) == "");
-    CHECK(opened.metadata.parseAlbumMetaData(opened.movie->quickTimeMovie()) == "Live");
+    OpenedMovie opened(Tags{{"\xa9nam", "Song"}, {"PARTS", ""}, {kArtist, "Ella"}, {kAlbum, "Live"}, {"alb", "Other"}});
+    CHECK(opened.artist() == "");
+    CHECK(opened.album() == "Live");
 }
 
-TEST_CASE("an item whose value cannot be read is passed over for the next") {
-    OpenedMovie opened(Items{{"\xa9"
-                              "ART",
-                              "\xff"},
-                             {"aART", "Ella"}});
-    CHECK(opened.metadata.parseArtistMetaData(opened.movie->quickTimeMovie()) == "Ella");
+TEST_CASE("an item whose value is no text is passed over for the next") {
+    CHECK(OpenedMovie(Tags{{kArtist, "\xff"}, {"aART", "Ella"}}).artist() == "Ella");
+}
+
+TEST_CASE("an item whose key or value cannot be read is passed over for the next") {
+    for (const std::uint32_t property : {kQTMetaDataItemPropertyID_Key, kQTMetaDataItemPropertyID_Value}) {
+        OpenedMovie opened(Tags{{kArtist, "Billie"}, {kArtist, "Ella"}, {kAlbum, "Live"}, {kAlbum, "Studio"}});
+        opened.engine.unreadableProperties = {{1, property}, {3, property}};
+        CHECK(opened.artist() == "Ella");
+        CHECK(opened.album() == "Studio");
+    }
+}
+
+TEST_CASE("tags that cannot be copied give nothing") {
+    OpenedMovie opened(Tags{{kArtist, "Ella"}, {kAlbum, "Live"}});
+    opened.engine.metaDataStatus = kInvalidMetaData;
+    CHECK_FALSE(opened.artist());
+    CHECK_FALSE(opened.album());
+}
+
+TEST_CASE("the copy of the tags is released, whether something was found or not") {
+    OpenedMovie opened(Tags{{kArtist, "Ella"}});
+    CHECK(opened.artist());
+    CHECK_FALSE(opened.album());
+    CHECK(opened.engine.metaDataInUse() == 0);
 }
 
 TEST_CASE("a movie without such items, and no movie, have neither artist nor album") {
-    OpenedMovie opened(Items{{"\xa9nam", "Song"}});
-    CHECK_FALSE(opened.metadata.parseArtistMetaData(opened.movie->quickTimeMovie()));
-    CHECK_FALSE(opened.metadata.parseAlbumMetaData(opened.movie->quickTimeMovie()));
+    OpenedMovie opened(Tags{{"\xa9nam", "Song"}});
+    CHECK_FALSE(opened.artist());
+    CHECK_FALSE(opened.album());
     CHECK_FALSE(opened.metadata.parseArtistMetaData(0));
 }

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "engine/api/MovieExport.h"
 #include "engine/api/QTTime.h"
@@ -35,6 +36,13 @@ public:
     virtual std::optional<long> timeScaleAttribute() const = 0;           // QTMovieTimeScaleAttribute
     virtual bool hasVideoAttribute() const = 0;                           // QTMovieHasVideoAttribute
     virtual std::optional<std::string> displayNameAttribute() const = 0;  // QTMovieDisplayNameAttribute, UTF-8
+
+    virtual std::optional<std::string> copyrightAttribute() const = 0;  // QTMovieCopyrightAttribute, UTF-8
+    virtual std::optional<std::int64_t> dataSizeAttribute() const = 0;  // QTMovieDataSizeAttribute, bytes
+
+    // QTTrackFormatSummaryAttribute of each track, in order: "AAC, Stereo, 44.100 kHz"; none for a track whose kind is
+    // not known. Pictures of covers are no tracks.
+    virtual std::vector<std::optional<std::string>> trackFormatSummaries() const = 0;
 
     virtual void setSelectionAttribute(QTTimeRange range) = 0;   // QTMovieSelectionAttribute
     virtual void setLoopsAttribute(bool loops) = 0;              // QTMovieLoopsAttribute

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "engine/api/MediaEngine.h"
+#include "engine/api/MetaDataCopies.h"
 #include "engine/movie/FileMovie.h"
 #include "engine/output/AudioOutput.h"
 #include "engine/realtime/ThreadRole.h"
@@ -15,7 +16,6 @@ public:
     ~FileEngine() override;
 
     Result<std::unique_ptr<QTMovie>> movieWithFile(const std::string& path) override;
-    std::vector<MetaDataItem> QTCopyMovieMetaData(Movie movie) override;
 
     std::int32_t GetMovieDuration(Movie movie) override;
     std::int32_t GetMovieTime(Movie movie) override;
@@ -32,6 +32,14 @@ public:
                                     QTAudioVolumeLevels& peakHold) override;
     OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, QTAudioFrequencyLevels& levels) override;
 
+    OSErr QTCopyMovieMetaData(Movie movie, QTMetaDataRef& metaData) override;
+    OSErr QTMetaDataGetNextItem(QTMetaDataRef metaData, std::uint32_t storageFormat, QTMetaDataItem current,
+                                std::uint32_t keyFormat, QTMetaDataItem& next) override;
+    OSErr QTMetaDataGetItemProperty(QTMetaDataRef metaData, QTMetaDataItem item, std::uint32_t propertyClass,
+                                    std::uint32_t propertyId, std::size_t size, void* value,
+                                    std::size_t& sizeUsed) override;
+    void QTMetaDataRelease(QTMetaDataRef metaData) override;
+
 private:
     FileMovie* find(Movie movie) const;
 
@@ -39,6 +47,7 @@ private:
     const OutputFactory m_openOutput;
     const std::shared_ptr<MovieRegistry> m_registry;  // shared with the movies, which leave it when they go
     Movie m_lastHandle = 0;
+    MetaDataCopies m_metaData;
 };
 
 }  // namespace qm

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "engine/export/FileExport.h"
+#include "engine/media/tags/Tags.h"
 
 namespace qm {
 
@@ -197,6 +198,17 @@ bool FileMovie::hasVideoAttribute() const {
 std::optional<std::string> FileMovie::displayNameAttribute() const {
     if (m_description.displayName.empty()) return std::nullopt;
     return m_description.displayName;
+}
+
+const std::vector<Tag>& FileMovie::tags() const {
+    if (!m_tags) m_tags = readTags(*m_file);
+    return *m_tags;
+}
+
+std::optional<std::string> FileMovie::copyrightAttribute() const {
+    const Tag* copyright = findCopyright(tags());
+    if (!copyright) return std::nullopt;
+    return copyright->value.substr(0, copyright->value.find('\0'));
 }
 
 void FileMovie::setSelectionAttribute(QTTimeRange range) {

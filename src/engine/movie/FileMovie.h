@@ -7,6 +7,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "engine/api/MetaData.h"
 #include "engine/api/QTMovie.h"
 #include "engine/media/SoundReader.h"
 #include "engine/realtime/ThreadRole.h"
@@ -33,6 +34,9 @@ public:
     std::optional<long> timeScaleAttribute() const override;
     bool hasVideoAttribute() const override;
     std::optional<std::string> displayNameAttribute() const override;
+    std::optional<std::string> copyrightAttribute() const override;
+    std::optional<std::int64_t> dataSizeAttribute() const override { return m_file->size(); }
+    std::vector<std::optional<std::string>> trackFormatSummaries() const override { return m_description.trackFormats; }
     void setSelectionAttribute(QTTimeRange range) override;
     void setLoopsAttribute(bool loops) override;
     void setPlaysSelectionOnlyAttribute(bool only) override;
@@ -53,6 +57,7 @@ public:
     void seekTo(std::int64_t time);  // units of the movie's time scale
     Meter& meter() { return m_render.meter(); }
     const RenderThread& renderThread() const { return m_render; }
+    const std::vector<Tag>& tags() const;  // of the file, which is read for them when they are first asked for
 
 private:
     void request();
@@ -68,6 +73,7 @@ private:
     const std::shared_ptr<MovieRegistry> m_registry;
     const std::shared_ptr<const FileBytes> m_file;
     const MediaDescription m_description;
+    mutable std::optional<std::vector<Tag>> m_tags;
     RenderThread m_render;
     const std::int32_t m_timeScale;  // units per second
     RenderThread::Request m_request;

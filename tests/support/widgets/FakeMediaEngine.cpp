@@ -125,9 +125,24 @@ Result<std::unique_ptr<QTMovie>> FakeMediaEngine::movieWithFile(const std::strin
     return opened;
 }
 
-std::vector<MetaDataItem> FakeMediaEngine::QTCopyMovieMetaData(Movie movie) {
+OSErr FakeMediaEngine::QTCopyMovieMetaData(Movie movie, QTMetaDataRef& metaData) {
+    metaData = 0;
     const FakeMovie* found = living(movie);
-    return found ? found->script.metaData : std::vector<MetaDataItem>{};
+    if (!found) return kInvalidMovie;
+    if (metaDataStatus == kNoErr) metaData = m_metaData.add(found->script.tags);
+    return metaDataStatus;
+}
+
+OSErr FakeMediaEngine::QTMetaDataGetNextItem(QTMetaDataRef metaData, std::uint32_t storageFormat,
+                                             QTMetaDataItem current, std::uint32_t keyFormat, QTMetaDataItem& next) {
+    return m_metaData.nextItem(metaData, storageFormat, current, keyFormat, next);
+}
+
+OSErr FakeMediaEngine::QTMetaDataGetItemProperty(QTMetaDataRef metaData, QTMetaDataItem item,
+                                                 std::uint32_t propertyClass, std::uint32_t propertyId,
+                                                 std::size_t size, void* value, std::size_t& sizeUsed) {
+    if (unreadableProperties.contains({item, propertyId})) return kInvalidMetaDataItem;
+    return m_metaData.itemProperty(metaData, item, propertyClass, propertyId, size, value, sizeUsed);
 }
 
 std::int32_t FakeMediaEngine::GetMovieDuration(Movie movie) {

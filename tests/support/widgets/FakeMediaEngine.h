@@ -6,8 +6,10 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <utility>
 
 #include "engine/api/MediaEngine.h"
+#include "engine/api/MetaDataCopies.h"
 #include "support/widgets/EventLog.h"
 
 namespace qm {
@@ -20,7 +22,10 @@ struct MovieScript {
     bool hasVideo = false;
     int soundTracks = 1;
     std::optional<std::string> displayName = "A Song";
-    std::vector<MetaDataItem> metaData = {};
+    std::vector<Tag> tags = {};
+    std::optional<std::string> copyright = {};
+    std::optional<std::int64_t> dataSize = 1234567;
+    std::vector<std::optional<std::string>> trackFormats = {"AAC, Stereo, 44.100 kHz"};
 };
 
 class FakeMediaEngine;
@@ -45,6 +50,9 @@ public:
     std::optional<long> timeScaleAttribute() const override;
     bool hasVideoAttribute() const override { return script.hasVideo; }
     std::optional<std::string> displayNameAttribute() const override { return script.displayName; }
+    std::optional<std::string> copyrightAttribute() const override { return script.copyright; }
+    std::optional<std::int64_t> dataSizeAttribute() const override { return script.dataSize; }
+    std::vector<std::optional<std::string>> trackFormatSummaries() const override { return script.trackFormats; }
     void setSelectionAttribute(QTTimeRange range) override;
     void setLoopsAttribute(bool loops) override;
     void setPlaysSelectionOnlyAttribute(bool only) override;
@@ -101,11 +109,14 @@ public:
     // The export begun last, if it still lives.
     FakeExport* movieExport() const { return m_export; }
 
+    OSErr metaDataStatus = kNoErr;                                            // what copying the tags answers
+    std::set<std::pair<QTMetaDataItem, std::uint32_t>> unreadableProperties;  // by item, counted from 1, and property
+    std::size_t metaDataInUse() const { return m_metaData.count(); }          // copies that have not been released
+
     // The movie opened last, if it still lives.
     FakeMovie* movie() const;
 
     Result<std::unique_ptr<QTMovie>> movieWithFile(const std::string& path) override;
-    std::vector<MetaDataItem> QTCopyMovieMetaData(Movie movie) override;
     std::int32_t GetMovieDuration(Movie movie) override;
     std::int32_t GetMovieTime(Movie movie) override;
     void SetMovieTimeValue(Movie movie, std::int32_t time) override;
@@ -120,6 +131,13 @@ public:
     OSErr GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, QTAudioVolumeLevels& averagePower,
                                     QTAudioVolumeLevels& peakHold) override;
     OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, QTAudioFrequencyLevels& levels) override;
+    OSErr QTCopyMovieMetaData(Movie movie, QTMetaDataRef& metaData) override;
+    OSErr QTMetaDataGetNextItem(QTMetaDataRef metaData, std::uint32_t storageFormat, QTMetaDataItem current,
+                                std::uint32_t keyFormat, QTMetaDataItem& next) override;
+    OSErr QTMetaDataGetItemProperty(QTMetaDataRef metaData, QTMetaDataItem item, std::uint32_t propertyClass,
+                                    std::uint32_t propertyId, std::size_t size, void* value,
+                                    std::size_t& sizeUsed) override;
+    void QTMetaDataRelease(QTMetaDataRef metaData) override { m_metaData.release(metaData); }
 
 private:
     friend class FakeMovie;
@@ -131,6 +149,7 @@ private:
     std::map<Movie, FakeMovie*> m_living;
     Movie m_lastHandle = 0;
     FakeExport* m_export = nullptr;
+    MetaDataCopies m_metaData;
 };
 
 }  // namespace qm
