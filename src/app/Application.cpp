@@ -44,6 +44,7 @@ Application::Application(int& argc, char** argv)
       m_audioRecord(m_capture),
       m_window(m_outlets, &m_controller),
       m_levelMeters(m_outlets, &m_window),
+      m_trackInfo(m_outlets, &m_window),
       m_video(m_outlets, &m_window),
       m_export(m_outlets, m_window.actions(), &m_window),
       m_recording(m_outlets, m_window.actions(), &m_window,

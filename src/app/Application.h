@@ -14,6 +14,7 @@
 #include "ui/windows/MainWindow.h"
 #include "ui/windows/MainWindowState.h"
 #include "ui/windows/RecorderWindows.h"
+#include "ui/windows/TrackInfoPanel.h"
 #include "ui/windows/VideoPanel.h"
 #include "update/SoftwareUpdater.h"
 
@@ -47,6 +48,7 @@ private:
     AudioRecordOutlets m_audioRecordOutlets;
     MainWindow m_window;
     LevelMetersPanel m_levelMeters;
+    TrackInfoPanel m_trackInfo;
     VideoPanel m_video;
     ExportPanel m_export;
     RecordingWindow m_recording;

@@ -125,6 +125,8 @@ public slots:
     void trebleMin() { m_tone.trebleMin(); }
 
     void displayLevels() { m_levels.displayLevels(); }
+    void displayInfo() { m_info.displayInfo(); }
+    void displayTrackFormat() { m_info.displayTrackFormat(); }
 
     void loopSwitch() { m_loop.loopSwitch(); }
     void markAUpdate() { m_loop.markAUpdate(); }

@@ -219,6 +219,14 @@ void addWindow(Rows& rows) {
                     kOnce,
                     "Show or hide the level meters [Ctrl+1]",
                     "Level meters"});
+    rows.push_back({"displayInfo",
+                    "Window",
+                    "",
+                    "Track Information",
+                    {ctrl(Qt::Key_2), ctrl(Qt::Key_I)},
+                    kOnce,
+                    "Show or hide what the track says of itself [Ctrl+2 or Ctrl+I]",
+                    "Track information"});
     rows.push_back({"displayVideo", "Window", "", "Video", {ctrl(Qt::Key_3)}, kOnce, "", "", kWindow});
     rows.push_back({"audioRecordOpen",
                     "Window",
@@ -229,6 +237,7 @@ void addWindow(Rows& rows) {
                     "Show the recording window [Ctrl+4]",
                     "Recording"});
     rows.push_back({"displayAudioRecordWindow", "Window", "", "Recorder", {ctrl(Qt::Key_5)}, kOnce, "", "", kRecorder});
+    rows.push_back({"displayTrackFormat", "Window", "", "Track Format", {ctrlShift(Qt::Key_F)}, kOnce, "", ""});
     rows.push_back({"toggleToolbar", "Window", "", "Show Toolbar", {ctrlShift(Qt::Key_T)}, kOnce, "", "", kWindow});
 }
 

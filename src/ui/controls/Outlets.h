@@ -91,6 +91,7 @@ struct Outlets {
     QLabel* audioLevelLeft = nullptr;
     QLabel* audioLevelRight = nullptr;
 
+    QWidget* trackInfoWindow = nullptr;
     QLabel* copyright = nullptr;
     QLabel* formatInInfo = nullptr;
     QLabel* duration = nullptr;

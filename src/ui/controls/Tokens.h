@@ -50,6 +50,7 @@ inline const QColor kScaleGreen{0x00, 0xFF, 0x00};
 inline const QColor kChip{255, 255, 255, 22};
 inline const QColor kChipHover{255, 255, 255, 38};
 inline const QColor kChipPressed{0, 0, 0, 89};
+inline const QColor kSelection{0x3F, 0xD2, 0xE2, 77};
 inline const QColor kFocus{0xBD, 0xF6, 0xFC};
 inline const QColor kNeutralBar{0x8A, 0x91, 0x99};
 

@@ -15,13 +15,10 @@ struct Tool {
     const char* icon;
 };
 
-constexpr Tool kTools[] = {{"openFile", "Open…", "qm_open.png"},
-                           {"clearList", "Clear List", "qm_clear.png"},
-                           {"", "", ""},
-                           {"exportMovie", "Export…", "qm_export.png"},
-                           {"", "", ""},
-                           {"displayLevels", "Meters", "qm_meters.png"},
-                           {"audioRecordOpen", "Recording…", "qm_record.png"}};
+constexpr Tool kTools[] = {
+    {"openFile", "Open…", "qm_open.png"},         {"clearList", "Clear List", "qm_clear.png"},       {"", "", ""},
+    {"displayInfo", "Info", "qm_info.png"},       {"exportMovie", "Export…", "qm_export.png"},       {"", "", ""},
+    {"displayLevels", "Meters", "qm_meters.png"}, {"audioRecordOpen", "Recording…", "qm_record.png"}};
 
 class Separator : public QWidget {
 public:

@@ -101,11 +101,9 @@ MainWindow::MainWindow(Outlets& outlets, QObject* controller)
     setMinimumSize(kWidth, kMinimumHeight + menuHeight);
     resize(kWidth, kHeight + menuHeight);
     new FocusRing(this);
-    if (QAction* action = m_actions->action(QStringLiteral("toggleToolbar"))) {
-        action->setCheckable(true);
-        action->setChecked(true);
-    }
-    m_actions->action(QStringLiteral("displayLevels"))->setCheckable(true);
+    for (const char* slot : {"toggleToolbar", "displayLevels", "displayInfo", "displayTrackFormat"})
+        m_actions->action(QString::fromLatin1(slot))->setCheckable(true);
+    m_actions->action(QStringLiteral("toggleToolbar"))->setChecked(true);
     const auto pulse = [this](const QString& slot) {
         if (slot == u"playForward" || slot == u"toggleStartStop") m_grid->playList->pulseDropArea();
     };
@@ -119,7 +117,7 @@ void MainWindow::setTabOrderOfAreas() {
         setTabOrder(last, next);
         last = next;
     };
-    for (const char* slot : {"openFile", "clearList", "displayLevels", "audioRecordOpen"})
+    for (const char* slot : {"openFile", "clearList", "displayInfo", "exportMovie", "displayLevels", "audioRecordOpen"})
         if (QWidget* tool = m_tools->tool(QString::fromLatin1(slot))) chain(tool);
     chain(m_outlets.playList);
     const auto chainChildren = [&](QWidget* area) {

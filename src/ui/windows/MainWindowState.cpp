@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QFileInfo>
+#include <QLabel>
 #include <QStringList>
 #include <algorithm>
 #include <optional>
@@ -175,6 +176,7 @@ void MainWindowState::refreshDimming() {
     if (ToolButton* exporting = m_window.tools().tool(QStringLiteral("exportMovie")))
         exporting->setDimmed(nothingLoaded);
     if (ToolButton* clear = m_window.tools().tool(QStringLiteral("clearList"))) clear->setDimmed(m_list.count() == 0);
+    if (ToolButton* info = m_window.tools().tool(QStringLiteral("displayInfo"))) info->setDimmed(nothingLoaded);
 }
 
 void MainWindowState::refreshRecording() {
@@ -184,14 +186,18 @@ void MainWindowState::refreshRecording() {
         if (control->accessibleDescription() != spoken) control->setAccessibleDescription(spoken);
 }
 
-// The tool is lit and the menu item checked while the panel is shown, also when it was closed by its frame.
+// The tool is lit and the menu item checked while what they show is shown, also when it was closed by its frame.
 void MainWindowState::refreshPanelSigns() {
-    const QString slot = QStringLiteral("displayLevels");
-    const bool shown = m_outlets.audioLevelsPanel && m_outlets.audioLevelsPanel->isVisible();
-    if (QAction* action = m_window.actions().action(slot)) action->setChecked(shown);
-    if (ToolButton* tool = m_window.tools().tool(slot)) tool->setOn(shown);
-    const bool recordingShown = m_outlets.audioRecordingWindow && m_outlets.audioRecordingWindow->isVisible();
-    if (ToolButton* tool = m_window.tools().tool(QStringLiteral("audioRecordOpen"))) tool->setOn(recordingShown);
+    const auto sign = [this](const char* name, bool shown) {
+        const QString slot = QString::fromLatin1(name);
+        if (QAction* action = m_window.actions().action(slot)) action->setChecked(shown);
+        if (ToolButton* tool = m_window.tools().tool(slot)) tool->setOn(shown);
+    };
+    const auto isShown = [](const QWidget* panel) { return panel && panel->isVisible(); };
+    sign("displayLevels", isShown(m_outlets.audioLevelsPanel));
+    sign("displayInfo", isShown(m_outlets.trackInfoWindow));
+    sign("displayTrackFormat", !m_outlets.format->isHidden());
+    sign("audioRecordOpen", isShown(m_outlets.audioRecordingWindow));
     const bool hasVideo = m_outlets.movieView && m_outlets.movieView->movie();
     if (QAction* action = m_window.actions().action(QStringLiteral("displayVideo"))) action->setEnabled(hasVideo);
 }
