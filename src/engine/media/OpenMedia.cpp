@@ -52,46 +52,6 @@ double startOf(const AVStream& stream) {
     return stream.start_time == AV_NOPTS_VALUE ? 0 : static_cast<double>(stream.start_time) * av_q2d(stream.time_base);
 }
 
-struct PlannedTrack {
-    int stream;
-    SoundTrack sound;
-};
-
-// What the demuxer knows of a track, put right by what is known of it otherwise: how it is heard, or the size of its
-// pictures, which the demuxer leaves to a decoder for some codecs.
-std::optional<std::string> formatOf(const AVStream& stream, const SoundTrack* heard, const MovieFacts& facts) {
-    const ParametersPtr parameters = copyParameters(*stream.codecpar);
-    if (heard) {
-        parameters->sample_rate = heard->sampleRate;
-        if (parameters->ch_layout.nb_channels != heard->channels) {
-            av_channel_layout_default(&parameters->ch_layout, heard->channels);
-        }
-    }
-    for (const MovieTrackFacts& track : facts.tracks) {
-        if (parameters->width == 0 && track.id == static_cast<std::uint32_t>(stream.id)) {
-            parameters->width = track.width;
-            parameters->height = track.height;
-        }
-    }
-    return formatSummary(*parameters);
-}
-
-std::vector<std::optional<std::string>> trackFormats(const AVFormatContext& context,
-                                                     const std::vector<PlannedTrack>& planned,
-                                                     const MovieFacts& facts) {
-    std::vector<std::optional<std::string>> formats;
-    for (int i = 0; i < static_cast<int>(context.nb_streams); ++i) {
-        const AVStream& stream = *context.streams[i];
-        if (stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO && !isMovingPicture(stream)) {
-            continue;
-        }
-        const auto heard =
-            std::find_if(planned.begin(), planned.end(), [&](const PlannedTrack& track) { return track.stream == i; });
-        formats.push_back(formatOf(stream, heard == planned.end() ? nullptr : &heard->sound, facts));
-    }
-    return formats;
-}
-
 Result<OpenedMedia> completed(OpenedMedia media, const std::string& path) {
     media.description.hasSound = media.sound != nullptr;
     if (!media.description.hasSound && !media.description.hasVideo) {
