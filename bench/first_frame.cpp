@@ -4,6 +4,7 @@
 // and resident memory in MiB, so many seconds after the first frame. Needs a screen of its own.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -16,8 +17,10 @@
 #include <cstring>
 #include <ctime>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 extern char** environ;
 
@@ -33,18 +36,33 @@ double milliseconds(Clock::duration time) {
     return std::chrono::duration<double, std::milli>(time).count();
 }
 
-// The first mapped window with that title; 0 while there is none.
-Window mappedWindow(Display* display, const char* title) {
+bool hasTitle(Display* display, Window window, const char* title) {
+    XTextProperty name{};
+    if (XGetWMName(display, window, &name) == 0 || !name.value) return false;
+    const bool same = std::strcmp(reinterpret_cast<const char*>(name.value), title) == 0;
+    XFree(name.value);
+    return same;
+}
+
+struct MappedWindow {
+    Window window;
+    Clock::time_point at;
+};
+
+// The mapped window with that title, which it may get only later; nothing while there is none.
+std::optional<MappedWindow> findMapped(Display* display, const char* title, std::vector<MappedWindow>& mapped) {
     while (XPending(display) > 0) {
         XEvent event;
         XNextEvent(display, &event);
-        char* name = nullptr;
-        if (event.type != MapNotify || !XFetchName(display, event.xmap.window, &name)) continue;
-        const bool found = std::strcmp(name, title) == 0;
-        XFree(name);
-        if (found) return event.xmap.window;
+        if (event.type == MapNotify) mapped.push_back({event.xmap.window, Clock::now()});
     }
-    return 0;
+    for (const MappedWindow& each : mapped)
+        if (hasTitle(display, each.window, title)) return each;
+    return std::nullopt;
+}
+
+int ignoreError(Display*, XErrorEvent*) {
+    return 0;  // a window may vanish while it is looked at
 }
 
 bool isPainted(Display* display, int x, int y, int width, int height) {
@@ -89,6 +107,7 @@ double residentMiB(pid_t process) {
 Display* openScreen() {
     Display* display = XOpenDisplay(nullptr);
     if (!display) return nullptr;
+    XSetErrorHandler(ignoreError);
     XSetWindowBackground(display, DefaultRootWindow(display), kUnpainted);
     XClearWindow(display, DefaultRootWindow(display));
     XSelectInput(display, DefaultRootWindow(display), SubstructureNotifyMask);
@@ -96,26 +115,37 @@ Display* openScreen() {
     return display;
 }
 
+// Without its standard output, which is ours. 0, with a line, when it cannot be started.
+pid_t startProgram(char** command) {
+    pid_t process = 0;
+    posix_spawn_file_actions_t silent;
+    posix_spawn_file_actions_init(&silent);
+    posix_spawn_file_actions_addopen(&silent, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    const int error = posix_spawn(&process, command[0], &silent, nullptr, command, environ);
+    posix_spawn_file_actions_destroy(&silent);
+    if (error == 0) return process;
+    std::fprintf(stderr, "%s: %s\n", command[0], std::strerror(error));
+    return 0;
+}
+
 int measure(Display* display, double settle, char** command) {
     const char* title = command[0];
     const auto begin = Clock::now();
-    pid_t process = 0;
-    if (posix_spawn(&process, command[1], nullptr, nullptr, command + 1, environ) != 0) {
-        std::perror(command[1]);
-        return 1;
-    }
-    Window window = 0;
-    Clock::time_point mapped, painted;
+    const pid_t process = startProgram(command + 1);
+    if (process == 0) return 1;
+    std::vector<MappedWindow> all;
+    std::optional<MappedWindow> found;
+    Clock::time_point painted;
     bool seen = false;
     while (!seen && Clock::now() - begin < kPatience) {
-        if (window == 0 && (window = mappedWindow(display, title)) != 0) mapped = Clock::now();
-        if (window != 0 && (seen = isPainted(display, window))) painted = Clock::now();
+        if (!found) found = findMapped(display, title, all);
+        if (found && (seen = isPainted(display, found->window))) painted = Clock::now();
         if (!seen) std::this_thread::sleep_for(kBetweenLooks);
     }
     const double processor = processorMilliseconds(process);
     std::this_thread::sleep_for(std::chrono::duration<double>(settle));
     if (seen)
-        std::printf("%.1f %.1f %.1f %.1f\n", milliseconds(mapped - begin), milliseconds(painted - begin), processor,
+        std::printf("%.1f %.1f %.1f %.1f\n", milliseconds(found->at - begin), milliseconds(painted - begin), processor,
                     residentMiB(process));
     kill(process, SIGKILL);
     waitpid(process, nullptr, 0);
