@@ -25,8 +25,20 @@ void writeAtomically(const QByteArray& content, const QString& path) {
     qmLog(QStringLiteral("downloadNewDiscImage: cannot write %1: %2").arg(path, file.errorString()).toStdString());
 }
 
+// What stands between this machine and the network may answer with a page of its own.
+bool isWebPage(const QByteArray& content) {
+    const QByteArray start = content.left(1024).trimmed().toLower();
+    return start.startsWith("<!doctype html") || start.startsWith("<html");
+}
+
+Result<QByteArray> fetchImage(const Fetch& fetch, const QUrl& image) {
+    Result<QByteArray> content = fetch(image, kImageLimits);
+    if (content && isWebPage(content.value())) return Error{ErrorCategory::Damaged, "it is a web page"};
+    return content;
+}
+
 void fetchAndWrite(const Fetch& fetch, const QUrl& image, const QString& path) {
-    const Result<QByteArray> content = fetch(image, kImageLimits);
+    const Result<QByteArray> content = fetchImage(fetch, image);
     if (content)
         writeAtomically(content.value(), path);
     else

@@ -20,7 +20,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr FetchLimits kDescriptionLimits{10s, 10s, 30s, qint64(256) << 10};
+constexpr FetchLimits kDescriptionLimits{10s, 10s, 30s, qint64(256) << 10, true};
 
 UpdateDescription latestDescription(const Fetch& fetch) {
     const QUrl url = updateUrl(kDescriptionPath);

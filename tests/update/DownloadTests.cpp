@@ -92,6 +92,17 @@ TEST_CASE_FIXTURE(Desktop, "a failed download writes nothing, and ends as any ot
     }
 }
 
+TEST_CASE_FIXTURE(Desktop, "a web page in the place of the image is a failed download") {
+    putImage("former");
+    const auto updater = checked(description(6, 0, 0));
+    for (const char* page : {"<html><body>Log in first</body></html>", " \r\n<!DOCTYPE HTML>\n<title>Log in</title>"}) {
+        answer = [page] { return QByteArray(page); };
+        updater->doDownloadUpdate();
+        CHECK(imageContent() == "former");
+        CHECK(updater->updateMsg->text() == kDownloaded);
+    }
+}
+
 TEST_CASE_FIXTURE(Desktop, "an image that cannot be written leaves a log line") {
     QFile inTheWay(home.path() + QStringLiteral("/Desktop"));
     REQUIRE(inTheWay.open(QIODevice::WriteOnly));

@@ -97,9 +97,11 @@ QByteArray Fetching::flaw() const {
     if (status != kSuccess) return "the server answers " + QByteArray::number(status);
     if (m_reply->hasRawHeader("Content-Encoding") && m_reply->rawHeader("Content-Encoding").toLower() != "identity")
         return "it is packed";
-    // Without a length the whole cannot be told from a part.
-    if (m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong() != content.size())
-        return "it is not complete";
+    const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
+    if (length.isValid() && length.toLongLong() != content.size()) return "it is not complete";
+    // When a connection breaks between two chunks, the toolkit may take that for the end.
+    const bool chunked = m_reply->rawHeader("Transfer-Encoding").toLower().contains("chunked");
+    if (chunked && !m_limits.showsItsEnd) return "its end cannot be told";
     return content.isEmpty() ? "it is empty" : QByteArray();
 }
 

@@ -13,7 +13,7 @@ constexpr qint64 kFullEnough = 1 << 20;  // waiting to be sent
 
 Answer page(const QByteArray& content, int status, const QByteArray& moreHeaders) {
     return {"HTTP/1.1 " + QByteArray::number(status) + " Answer\r\nContent-Length: " +
-            QByteArray::number(content.size()) + "\r\n" + moreHeaders + "\r\n" + content};
+            QByteArray::number(content.size()) + "\r\nConnection: close\r\n" + moreHeaders + "\r\n" + content};
 }
 
 Answer redirection(const QByteArray& location) {
