@@ -38,6 +38,10 @@ void ProgressBar::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius - 0.5, kRadius - 0.5);
     painter.setClipPath(groove);
     painter.setPen(Qt::NoPen);
+    paintFilling(painter);
+}
+
+void ProgressBar::paintFilling(QPainter& painter) {
     painter.setBrush(tokens::kAqua);
     const double filled = static_cast<double>(width()) * value() / kWhole;
     painter.drawRoundedRect(QRectF(0, 0, filled, height()), kRadius, kRadius);

@@ -15,6 +15,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent*) override;
+    virtual void paintFilling(QPainter& painter);  // the groove is painted, and nothing can be painted beside it
 };
 
 }  // namespace qm

@@ -2,7 +2,6 @@
 
 #include <QLinearGradient>
 #include <QPainter>
-#include <QPainterPath>
 
 #include "ui/controls/Tokens.h"
 
@@ -10,18 +9,14 @@ namespace qm {
 
 namespace {
 
-constexpr int kHeight = 6;
-constexpr double kRadius = kHeight / 2.0;
 constexpr double kLightWidth = 0.38;  // of the bar
 constexpr int kStepMilliseconds = 33;
 constexpr int kRunMilliseconds = 1600;  // through the whole bar
 
 }  // namespace
 
-ProgressIndicator::ProgressIndicator(QWidget* parent) : QProgressBar(parent) {
+ProgressIndicator::ProgressIndicator(QWidget* parent) : ProgressBar(parent) {
     setRange(0, 0);
-    setTextVisible(false);
-    setFixedHeight(kHeight);
     m_timer.setInterval(kStepMilliseconds);
     connect(&m_timer, &QTimer::timeout, this, qOverload<>(&QWidget::update));
 }
@@ -36,14 +31,7 @@ void ProgressIndicator::stopAnimation() {
     update();
 }
 
-void ProgressIndicator::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath groove;
-    groove.addRoundedRect(rect(), kRadius, kRadius);
-    painter.fillPath(groove, QColor(0, 0, 0, 128));
-    painter.setPen(QPen(tokens::kLine, 1));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius - 0.5, kRadius - 0.5);
+void ProgressIndicator::paintFilling(QPainter& painter) {
     if (!isAnimating()) return;
     const double part = static_cast<double>(m_running.elapsed() % kRunMilliseconds) / kRunMilliseconds;
     const double light = width() * kLightWidth;
@@ -52,7 +40,6 @@ void ProgressIndicator::paintEvent(QPaintEvent*) {
     QColor dark = tokens::kAqua;
     dark.setAlpha(0);
     shine.setStops({{0, dark}, {0.3, tokens::kAqua}, {0.7, tokens::kAqua}, {1, dark}});
-    painter.setClipPath(groove);
     painter.fillRect(QRectF(left, 0, light, height()), shine);
 }
 

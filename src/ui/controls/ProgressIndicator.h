@@ -3,12 +3,13 @@
 #pragma once
 
 #include <QElapsedTimer>
-#include <QProgressBar>
 #include <QTimer>
+
+#include "ui/controls/ProgressBar.h"
 
 namespace qm {
 
-class ProgressIndicator : public QProgressBar {
+class ProgressIndicator : public ProgressBar {
     Q_OBJECT
 
 public:
@@ -19,7 +20,7 @@ public:
     bool isAnimating() const { return m_timer.isActive(); }
 
 protected:
-    void paintEvent(QPaintEvent*) override;
+    void paintFilling(QPainter& painter) override;
 
 private:
     QTimer m_timer;
