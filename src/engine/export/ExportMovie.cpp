@@ -79,12 +79,15 @@ public:
         : m_media(std::move(tracks)), m_monitor(monitor), m_seconds(lengthOf(m_media)), m_writer(target) {}
 
     std::optional<Error> run() {
+        if (m_media.demuxer) {
+            m_writer.setTags(m_media.demuxer->context().metadata);
+        }
+        if (m_media.pictures.empty()) {
+            m_media.demuxer.reset();  // its tables of a long file are large
+        }
         gatherTracks();
         if (m_lines.empty()) {
             return Error{ErrorCategory::Unsupported, "no track of it can be written"};
-        }
-        if (m_media.demuxer) {
-            m_writer.setTags(m_media.demuxer->context().metadata);
         }
         std::optional<Error> failure = m_writer.begin();
         while (!failure && !m_lines.empty()) {
