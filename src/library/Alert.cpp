@@ -1,12 +1,39 @@
 #include "library/Alert.h"
 
+#include <QEvent>
+#include <QLabel>
+#include <QLayout>
 #include <QMessageBox>
 #include <QPushButton>
 
 namespace qm {
 
+namespace {
+
+constexpr int kWidth = 420;  // pixels
+
+// Of one width, whatever it says: the message is broken between words. On its own a message box cuts it.
+class AlertBox : public QMessageBox {
+public:
+    using QMessageBox::QMessageBox;
+
+protected:
+    void showEvent(QShowEvent* event) override {
+        QMessageBox::showEvent(event);
+        if (auto* message = findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) message->setWordWrap(true);
+        layout()->activate();
+        setFixedSize(kWidth, layout()->totalHeightForWidth(kWidth));
+    }
+
+    bool event(QEvent* event) override {
+        return event->type() == QEvent::LayoutRequest ? QDialog::event(event) : QMessageBox::event(event);
+    }
+};
+
+}  // namespace
+
 int runWarningAlert(QWidget* parent, const QString& message, const QStringList& buttons, const QString& information) {
-    QMessageBox box(QMessageBox::Warning, QString(), message, QMessageBox::NoButton, parent);
+    AlertBox box(QMessageBox::Warning, QString(), message, QMessageBox::NoButton, parent);
     box.setInformativeText(information);
     QList<QPushButton*> added;
     for (const QString& title : buttons) {

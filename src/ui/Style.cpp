@@ -45,8 +45,8 @@ QMenu::right-arrow { width: 10px; height: 10px; }
 QMenu::indicator { width: 14px; height: 14px; margin-left: 4px; }
 QMessageBox { background: qlineargradient(x1: 0, y1: 0, x2: 0, y2: 1, stop: 0 #141516, stop: 1 #2B2C2E); }
 QMessageBox QLabel { color: #F3F5F7; }
-QMessageBox QLabel#qt_msgbox_label { font-size: 15px; font-weight: 600; min-width: 338px; min-height: 48px; }
-QMessageBox QLabel#qt_msgbox_informativelabel { color: #B9C0C8; font-size: 13px; min-width: 338px; }
+QMessageBox QLabel#qt_msgbox_label { font-size: 15px; font-weight: 600; min-width: 320px; min-height: 48px; }
+QMessageBox QLabel#qt_msgbox_informativelabel { color: #B9C0C8; font-size: 13px; min-width: 320px; }
 QMessageBox QPushButton { background: rgba(255, 255, 255, 38); color: #F3F5F7; border: 1px solid rgba(255, 255, 255, 26);
   border-radius: 6px; min-height: 20px; padding: 5px 16px; min-width: 50px; }
 QMessageBox QPushButton:hover { background: rgba(255, 255, 255, 54); }

@@ -23,7 +23,10 @@ void CopiedPictures::describe(AVStream& stream) const {
     stream.codecpar->codec_tag = 0;
     stream.time_base = source.time_base;
     stream.avg_frame_rate = pictureRate(source);
-    stream.sample_aspect_ratio = source.sample_aspect_ratio;
+    if (source.sample_aspect_ratio.num > 0) {  // the container's word counts more than the codec's
+        stream.codecpar->sample_aspect_ratio = source.sample_aspect_ratio;
+    }
+    stream.sample_aspect_ratio = stream.codecpar->sample_aspect_ratio;
     copyTurn(source, stream);
 }
 

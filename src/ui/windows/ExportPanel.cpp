@@ -20,6 +20,7 @@ constexpr int kWidth = 420, kHeight = 154;
 constexpr int kSide = 20, kInside = kWidth - 2 * kSide;
 constexpr int kNameTop = 20, kNameHeight = 21, kHintTop = 44, kHintHeight = 18;
 constexpr int kBarTop = 78, kButtonTop = 106;
+constexpr int kAboveBottom = 56;  // of the main window
 
 }  // namespace
 
@@ -46,6 +47,12 @@ ExportPanel::ExportPanel(Outlets& outlets, ActionTable& actions, QWidget* mainWi
     outlets.exportPanel = this;
     outlets.exportName = name;
     outlets.exportProgress = bar;
+}
+
+// Over the play list, where nothing moves.
+QPoint ExportPanel::firstPlace() const {
+    const QRect window = parentWidget()->frameGeometry();
+    return {window.center().x() - width() / 2, window.bottom() + 1 - kAboveBottom - height()};
 }
 
 void ExportPanel::closeEvent(QCloseEvent* event) {

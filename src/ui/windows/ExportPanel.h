@@ -15,6 +15,7 @@ public:
     ExportPanel(Outlets& outlets, ActionTable& actions, QWidget* mainWindow);
 
 protected:
+    QPoint firstPlace() const override;
     void closeEvent(QCloseEvent* event) override;
     void paintEvent(QPaintEvent*) override;
 

@@ -25,8 +25,9 @@ protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
+    virtual QPoint firstPlace() const;
+
 private:
-    QPoint firstPlace() const;
     const ToolPanel* panelAt(const QRect& place) const;
 
     std::optional<QPoint> m_place;  // where it was when it was last hidden

@@ -81,6 +81,15 @@ TEST_CASE("pictures that it does not hold, or whose times are not known, are cod
     checkFilm(folder, filmed(folder, "c.avi", "-c:v ffv1 -c:a pcm_s16le"), "h264");
 }
 
+TEST_CASE("the shape of the pixels that the container states goes along, whatever the codec says") {
+    NEEDS_ENCODER();
+    const TemporaryFolder folder;
+    const std::string source = filmed(folder, "square.mov", "-c:v libx264 -vf setsar=1 -an");
+    const std::string wide = folder.file("wide.mov");
+    REQUIRE(encode("-i '" + source + "' -c copy -aspect 4:1", wide));
+    CHECK(probed(exported(folder, wide), "stream=sample_aspect_ratio") == probed(wide, "stream=sample_aspect_ratio"));
+}
+
 TEST_CASE("a silent film goes along, and so does the way it is held") {
     NEEDS_ENCODER();
     const TemporaryFolder folder;
