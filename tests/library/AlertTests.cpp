@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
@@ -52,6 +53,23 @@ TEST_CASE("escape and closing the alert are not the first button") {
               QApplication::sendEvent(&box, &escape);
           }) == 1001);
     CHECK(runAlert([](QMessageBox& box) { box.close(); }) == 1001);
+}
+
+TEST_CASE("the alert has one width, and a long message is broken between words") {
+    QTimer::singleShot(0, [] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        REQUIRE(box != nullptr);
+        for (int i = 0; i < 3; ++i) QApplication::processEvents();
+        CHECK(box->width() == 420);
+        auto* message = box->findChild<QLabel*>("qt_msgbox_label");
+        REQUIRE(message != nullptr);
+        CHECK(message->wordWrap());
+        CHECK(message->height() >= message->heightForWidth(message->width()));
+        CHECK(message->heightForWidth(message->width()) > message->fontMetrics().height() * 3 / 2);
+        box->close();
+    });
+    runWarningAlert(nullptr, "This file contains DRM protection, added by the producer of the audio/video.", {"Cancel"},
+                    "It cannot be edited.");
 }
 
 TEST_CASE("more can be said below the message, and one button is enough") {
