@@ -1,5 +1,6 @@
 #include "ui/controls/Card.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -9,9 +10,25 @@
 
 namespace qm {
 
-void Card::paintEvent(QPaintEvent*) {
+namespace {
+
+constexpr int kBand = 24;  // rows
+
+}  // namespace
+
+// In bands: the toolkit shares the rows of a tall shape out among threads, and waiting for those takes longer.
+void Card::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    for (int top = 0; top < height(); top += kBand) {
+        const QRect band(0, top, width(), kBand);
+        if (!event->region().intersects(band)) continue;
+        painter.setClipRect(band);
+        paintGround(painter);
+    }
+}
+
+void Card::paintGround(QPainter& painter) const {
     painter.setPen(Qt::NoPen);
     painter.setBrush(tokens::kWell);
     painter.drawRoundedRect(rect(), tokens::kCardRadius, tokens::kCardRadius);

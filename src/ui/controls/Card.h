@@ -15,6 +15,9 @@ public:
 
 protected:
     void paintEvent(QPaintEvent*) override;
+
+private:
+    void paintGround(QPainter& painter) const;
 };
 
 class StateTag : public QWidget {
