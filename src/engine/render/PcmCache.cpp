@@ -10,7 +10,8 @@ namespace qm {
 namespace {
 
 constexpr std::int64_t kReadAheadChunks = 12;
-constexpr std::int64_t kBackwardGroup = 4;  // chunks decoded in one forward sweep when playing backward
+constexpr std::int64_t kBackwardGroup = 8;  // chunks decoded in one forward sweep when playing backward
+constexpr std::int64_t kBeyondSeam = 5;     // chunks of a looped passage that is too long to be kept
 
 }  // namespace
 
@@ -110,6 +111,10 @@ bool PcmCache::inLoop(std::int64_t chunk) const {
     return chunk * kChunkFrames < m_outlook.loopEnd && (chunk + 1) * kChunkFrames > m_outlook.loopBegin;
 }
 
+bool PcmCache::isWaitedForElsewhere(const Work& work) const {
+    return (m_demand < work.first || m_demand > work.last) && m_demand < chunkCount() && !m_chunks.contains(m_demand);
+}
+
 std::optional<PcmCache::Work> PcmCache::firstMissing(std::int64_t from, std::int64_t to) const {
     for (std::int64_t n = std::max<std::int64_t>(from, 0); n <= std::min(to, chunkCount() - 1); ++n)
         if (!m_chunks.contains(n)) return Work{n, n};
@@ -124,13 +129,14 @@ std::optional<PcmCache::Work> PcmCache::nextWork() const {
         if (number < 0) break;
         if (m_chunks.contains(number)) continue;
         if (!m_outlook.backward) return Work{number, number};
-        return Work{std::max<std::int64_t>(number - kBackwardGroup + 1, 0), number};
+        const std::int64_t group = std::min(2 * d, kBackwardGroup);  // what is close is not to wait for what is far
+        return Work{std::max<std::int64_t>(number - group + 1, 0), number};
     }
     if (m_outlook.loopEnd <= m_outlook.loopBegin) return std::nullopt;
     const std::int64_t begin = m_outlook.loopBegin / kChunkFrames;
     const std::int64_t end = (m_outlook.loopEnd - 1) / kChunkFrames;
     if (loopFits()) return firstMissing(begin, end);
-    return m_outlook.backward ? firstMissing(end - kBackwardGroup, end) : firstMissing(begin, begin + kBackwardGroup);
+    return m_outlook.backward ? firstMissing(end - kBeyondSeam + 1, end) : firstMissing(begin, begin + kBeyondSeam - 1);
 }
 
 void PcmCache::decode() {
@@ -142,6 +148,7 @@ void PcmCache::decode() {
         if (m_closing) return;
         for (std::int64_t number = work->first; number <= work->last && !m_closing; ++number) {
             if (m_chunks.contains(number)) continue;
+            if (isWaitedForElsewhere(*work)) break;
             lock.unlock();
             auto chunk = decodeChunk(number);
             lock.lock();

@@ -66,6 +66,7 @@ private:
     std::shared_ptr<const Chunk> chunkAt(std::int64_t number);
     std::optional<Work> nextWork() const;
     std::optional<Work> firstMissing(std::int64_t from, std::int64_t to) const;
+    bool isWaitedForElsewhere(const Work& work) const;
     std::int64_t ahead(std::int64_t chunk, std::int64_t distance) const;
     bool inLoop(std::int64_t chunk) const;
     bool loopFits() const;

@@ -118,36 +118,3 @@ TEST_CASE("a seam that is continuous already is left bit for bit as it is") {
     for (std::size_t i = 0; i < out.size(); ++i) wrong += !(out[i] == wave(std::int64_t(i)));
     CHECK(wrong == 0);
 }
-
-TEST_CASE("memory stays within the budget however much is read") {
-    const std::int64_t length = 400 * PcmCache::kChunkFrames;
-    const std::size_t budget = 40 * PcmCache::kChunkFrames * sizeof(StereoFrame);
-    PcmCache cache(std::make_unique<ComputedSound>(length, codedFrame), budget);
-    std::vector<StereoFrame> out(PcmCache::kChunkFrames);
-    for (std::int64_t n = 0; n < length; n += PcmCache::kChunkFrames) {
-        REQUIRE(cache.read(n, out));
-        REQUIRE(cache.residentBytes() <= budget);
-    }
-    CHECK(frameOf(out[0].left) == (length - PcmCache::kChunkFrames) % kCodeWrap);
-}
-
-TEST_CASE("an interrupted read gives up instead of waiting for a decoder that hangs") {
-    struct Hanging : ComputedSound {
-        Hanging() : ComputedSound(100000, codedFrame) {}
-        bool read(std::int64_t first, float* stereo, std::size_t count) override {
-            while (!released) std::this_thread::yield();
-            return ComputedSound::read(first, stereo, count);
-        }
-        std::atomic<bool> released{false};
-    };
-    auto sound = std::make_unique<Hanging>();
-    Hanging& hanging = *sound;
-    PcmCache cache(std::move(sound));
-    std::vector<StereoFrame> out(10);
-    std::thread user([&] { cache.interrupt(); });
-    CHECK_FALSE(cache.read(0, out));
-    user.join();
-    hanging.released = true;
-    cache.resume();
-    CHECK(cache.read(0, out));
-}
