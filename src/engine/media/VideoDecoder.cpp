@@ -178,11 +178,16 @@ VideoReader::Outcome VideoDecoder::decode(double wantedFrom) {
     return Outcome::Working;
 }
 
+// Some containers count pictures as they are decoded: they are shown earlier by as many as the codec holds back.
+double VideoDecoder::heldBack() const {
+    return m_format == "avi" ? m_codec->has_b_frames * m_usualDuration : 0;
+}
+
 // False for a picture that does not come after the one before it.
 bool VideoDecoder::takeFrame() {
     const std::int64_t stamp = m_frame->best_effort_timestamp;
     const double usual = m_hasLast ? m_last + m_usualDuration : 0;
-    const double seconds = stamp == AV_NOPTS_VALUE ? usual : secondsOf(stamp);
+    const double seconds = stamp == AV_NOPTS_VALUE ? usual : secondsOf(stamp) - heldBack();
     if (m_hasLast && seconds <= m_last) {
         return false;
     }

@@ -29,6 +29,7 @@ private:
     bool landAt(double seconds, double target);
     Outcome decode(double wantedFrom);
     bool takeFrame();
+    double heldBack() const;  // seconds
     void leaveOutUnreferenced(const AVPacket& packet, double wantedFrom);
     double secondsOf(std::int64_t timestamp) const;
     std::int64_t stampOf(double seconds) const;

@@ -20,7 +20,7 @@ struct Coding {
     const char* rate;
     double perSecond;
     const char* options;
-    double first = 0;  // seconds: where the container tells only when a picture is decoded, or the sound is padded
+    double first = 0;  // seconds: where the sound is padded
 };
 
 const Coding kCodings[] = {
@@ -29,7 +29,8 @@ const Coding kCodings[] = {
     {"long.mov", "24", 24, "-c:v libx264 -bf 3 -g 500 -c:a pcm_s16le"},
     {"m.avi", "25", 25, "-c:v mjpeg -q:v 2 -pix_fmt yuvj420p -c:a pcm_s16le"},
     {"x.avi", "25", 25, "-c:v mpeg4 -q:v 2 -g 20 -c:a pcm_s16le"},
-    {"bx.avi", "25", 25, "-c:v mpeg4 -bf 2 -q:v 2 -g 20 -c:a pcm_s16le", 0.04},
+    {"bx.avi", "25", 25, "-c:v mpeg4 -bf 2 -q:v 2 -g 20 -c:a pcm_s16le"},
+    {"bh.avi", "25", 25, "-c:v libx264 -bf 3 -g 30 -pix_fmt yuv420p -c:a pcm_s16le"},
     {"w.wmv", "25", 25, "-c:v wmv2 -q:v 2 -g 20 -c:a wmav2", 0.046},
     {"v.mov", "25", 25, "-c:v mpeg4 -bf 2 -q:v 2 -g 12 -c:a aac"},
 };
