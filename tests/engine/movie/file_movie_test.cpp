@@ -1,77 +1,13 @@
 #include <doctest/doctest.h>
 
-#include <chrono>
-#include <thread>
 #include <vector>
 
-#include "engine/movie/FileMovie.h"
-#include "support/Signals.h"
+#include "engine/movie/SteppedPlayer.h"
 
 using namespace qm;
 using namespace qm::test;
 
 namespace {
-
-constexpr int kRate = 44100;
-
-// A movie of coded frames on a device that plays only what the test asks for.
-struct Player {
-    explicit Player(std::int64_t length = 10 * kRate, std::function<StereoFrame(std::int64_t)> sound = codedFrame,
-                    double preferredRate = 1) {
-        OpenedMedia media;
-        media.description.preferredRate = preferredRate;
-        media.description.displayName = "coded";
-        media.description.hasSound = true;
-        media.sound = std::make_unique<ComputedSound>(length, std::move(sound));
-        movie = std::make_unique<FileMovie>(1, std::make_shared<MovieRegistry>(), std::move(media),
-                                            [this](int, OutputSource& source) -> Result<std::unique_ptr<AudioOutput>> {
-                                                auto stepped = std::make_unique<SteppedOutput>(source);
-                                                device = stepped.get();
-                                                return std::unique_ptr<AudioOutput>(std::move(stepped));
-                                            });
-        settle();
-    }
-
-    // Waits until the newest request is in force.
-    void settle() const {
-        waitFor([&] { return movie->renderThread().isCaughtUp(); });
-    }
-
-    // Plays in callbacks of 100 frames, each when its sound is ready, or when it has not come for a while.
-    std::vector<StereoFrame> play(std::size_t frames, int patience = 300) {
-        std::vector<StereoFrame> sound(frames);
-        for (std::size_t done = 0; done < frames; done += 100) {
-            waitFor(
-                [&] {
-                    const RenderThread& render = movie->renderThread();
-                    return render.framesReady() >= 3000 || (render.framesReady() >= 200 && render.isCaughtUp());
-                },
-                patience);
-            device->step(std::span(sound).subspan(done, std::min<std::size_t>(100, frames - done)));
-        }
-        return sound;
-    }
-
-    // Play pressed and, so that the device pulls from the first frame on, waited for.
-    void start(float rate = 1) {
-        movie->play();
-        movie->setRate(rate);
-        settle();
-    }
-
-    static void waitFor(const std::function<bool()>& condition, int attempts = 20000) {
-        for (int i = 0; i < attempts && !condition(); ++i) std::this_thread::sleep_for(std::chrono::microseconds(500));
-    }
-
-    std::int64_t now() const { return movie->currentTime().timeValue; }
-
-    SteppedOutput* device = nullptr;
-    std::unique_ptr<FileMovie> movie;
-};
-
-QTTime at(std::int64_t frames) {
-    return {frames, kRate, 0};
-}
 
 // The frames heard at full level, without the silence and the ramps around them.
 std::vector<std::int64_t> heard(const std::vector<StereoFrame>& sound) {
@@ -85,6 +21,19 @@ int breaks(const std::vector<std::int64_t>& frames, std::int64_t step = 1) {
     int count = 0;
     for (std::size_t i = 1; i < frames.size(); ++i) count += frames[i] - frames[i - 1] != step;
     return count;
+}
+
+// The longest run of frames in which nothing is louder than `level`, as whole looks of three milliseconds.
+std::size_t longestQuiet(const std::vector<StereoFrame>& sound, float level) {
+    constexpr std::size_t kLook = 132;  // more than a period of the tone
+    std::size_t longest = 0, run = 0;
+    for (std::size_t i = 0; i + kLook <= sound.size(); i += kLook) {
+        float peak = 0;
+        for (std::size_t k = i; k < i + kLook; ++k) peak = std::max(peak, std::abs(sound[k].left));
+        run = peak < level ? run + kLook : 0;
+        longest = std::max(longest, run);
+    }
+    return longest;
 }
 
 std::vector<std::int64_t> settled(const std::vector<StereoFrame>& sound, std::size_t skip = 128) {
@@ -384,11 +333,56 @@ TEST_CASE("changing the speed goes on from what is heard, without silence or a j
     }
 }
 
+TEST_CASE("changing the pitch goes on from what is heard, without silence or a jump, at any speed") {
+    for (const float rate : {1.0f, 0.5f, -0.75f}) {
+        Player p(20 * kRate, [](std::int64_t n) { return toneFrame(n, 441); });
+        p.movie->setCurrentTime(at(10 * kRate));
+        p.start(rate);
+        p.play(20000);
+        for (const float cents : {100.0f, -700.0f, 1200.0f, 0.0f, 37.0f}) {
+            CAPTURE(rate);
+            CAPTURE(cents);
+            const std::int64_t before = p.now();
+            p.movie->setPitch(cents);
+            const auto sound = p.play(8000, 20000);
+            CHECK(longestQuiet(sound, 0.1f) == 0);
+            CHECK(std::abs(double(p.now() - before) - 8000 * double(rate)) < 1500);
+        }
+    }
+}
+
 TEST_CASE("the position keeps step with a slowed track") {
     Player p;
     p.start(0.5f);
     p.play(128 + 40000);
     CHECK(std::abs(p.now() - 20000) < 3);
+}
+
+TEST_CASE("pitch, tone and balance set while paused are in force when play goes on") {
+    Player p(20 * kRate, [](std::int64_t n) { return toneFrame(n, 80); });
+    p.start();
+    p.play(20000);
+    p.movie->stop();
+    p.settle();
+    p.play(3000);
+    p.movie->setPitch(1200);
+    p.movie->setTone({0, 128});
+    p.movie->setBalance(1);
+    p.settle();
+    p.start();
+    p.play(4000);
+    const auto sound = p.play(kRate);
+    float loudest = 0;
+    int rises = 0, left = 0;
+    for (std::size_t i = 1; i < sound.size(); ++i) {
+        left += sound[i].left != 0;
+        loudest = std::max(loudest, sound[i].right);
+        rises += sound[i - 1].right < 0 && sound[i].right >= 0;
+    }
+    CHECK(left == 0);
+    CHECK(std::abs(rises - 160) <= 1);  // an octave above
+    CHECK(loudest < 0.16f);             // the bass is down by more than eight decibels
+    CHECK(loudest > 0.05f);
 }
 
 TEST_CASE("gain, balance and mute act on the sound that is played") {

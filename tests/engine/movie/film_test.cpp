@@ -1,0 +1,118 @@
+#include <doctest/doctest.h>
+
+#include <cmath>
+
+#include "engine/media/MediaFiles.h"
+#include "engine/movie/SteppedPlayer.h"
+#include "engine/video/Films.h"
+
+using namespace qm;
+using namespace qm::test;
+
+namespace {
+
+constexpr double kPerSecond = 25;
+constexpr int kPictures = 150;
+
+// A film of numbered pictures that is watched while the test lets time go on.
+struct WatchedFilm {
+    explicit WatchedFilm(const std::string& path) : player(open(path)) { player.movie->setWatched(true); }
+
+    static OpenedMedia open(const std::string& path) {
+        auto opened = openMedia(path);
+        REQUIRE(opened);
+        REQUIRE(opened.value().openVideo);
+        return std::move(opened.value());
+    }
+
+    double heardSeconds() const {
+        const QTTime time = player.movie->currentTime();
+        return double(time.timeValue) / time.timeScale;
+    }
+
+    int shownNumber() const {
+        const auto picture = player.movie->currentPicture();
+        return picture ? numberOf(*picture) : -1;
+    }
+
+    // How far the picture that comes to be shown is from the moment that is heard, in seconds of the film.
+    double distance() const {
+        const double now = heardSeconds();
+        const int right = std::min(int(std::floor(now * kPerSecond + 0.05)), kPictures - 1);
+        Player::waitFor([&] { return shownNumber() == right; }, 4000);
+        const int shown = shownNumber();
+        if (shown == right || shown == right - 1 || shown == right + 1) {
+            const double begin = shown / kPerSecond, end = begin + 1 / kPerSecond;
+            return std::max({begin - now, shown == kPictures - 1 ? 0 : now - end, 0.0});
+        }
+        return 1;
+    }
+
+    double farthestOver(double seconds) {
+        double farthest = 0;
+        for (double done = 0; done < seconds; done += 0.13) {
+            player.play(static_cast<std::size_t>(0.13 * player.movie->duration().timeScale));
+            farthest = std::max(farthest, distance());
+        }
+        return farthest;
+    }
+
+    void seekTo(double seconds) {
+        const auto scale = player.movie->duration().timeScale;
+        player.movie->setCurrentTime({std::llround(seconds * scale), scale, 0});
+        player.settle();
+    }
+
+    void loop(double from, double to) {
+        const auto scale = player.movie->duration().timeScale;
+        player.movie->setSelectionAttribute(
+            {{std::llround(from * scale), scale, 0}, {std::llround((to - from) * scale), scale, 0}});
+        player.movie->setLoopsAttribute(true);
+        player.movie->setPlaysSelectionOnlyAttribute(true);
+        player.settle();
+    }
+
+    Player player;
+};
+
+}  // namespace
+
+TEST_CASE("the picture of a film is that of the moment being heard: playing, backward, after jumps, looped, paused") {
+    if (!hasEncoder()) return;
+    const TemporaryFolder folder;
+    const std::pair<const char*, const char*> codings[] = {
+        {"b.mp4", "-c:v libx264 -bf 3 -g 40 -c:a aac"},
+        {"long.mov", "-c:v libx264 -bf 3 -g 500 -c:a pcm_s16le"},
+        {"b.avi", "-c:v mpeg4 -bf 2 -q:v 2 -g 20 -c:a pcm_s16le"},
+    };
+    for (const auto& [name, coding] : codings) {
+        CAPTURE(name);
+        const std::string path = folder.file(name);
+        REQUIRE(makeFilm(path, kPictures, "25", coding));
+        WatchedFilm film(path);
+
+        film.seekTo(2.01);
+        CHECK(film.distance() == 0);  // while it stands still
+        film.player.start(1);
+        CHECK(film.farthestOver(1) < 0.04);
+        film.player.movie->setRate(-1);
+        CHECK(film.farthestOver(1) < 0.04);
+        film.seekTo(4.61);
+        CHECK(film.farthestOver(0.5) < 0.04);
+        film.player.movie->setRate(0.5f);
+        CHECK(film.farthestOver(0.5) < 0.04);
+        film.loop(1.1, 1.9);
+        CHECK(film.farthestOver(2) < 0.04);
+        film.player.movie->setRate(-2);
+        CHECK(film.farthestOver(1) < 0.04);
+        film.player.movie->setLoopsAttribute(false);
+        film.player.movie->setPlaysSelectionOnlyAttribute(false);
+        film.player.movie->stop();
+        film.player.settle();
+        film.player.play(3000);
+        film.seekTo(0.33);
+        CHECK(film.distance() == 0);
+        film.seekTo(5.5);
+        CHECK(film.distance() == 0);
+    }
+}
