@@ -321,6 +321,20 @@ TEST_CASE("loop times turn amber when a mark leaves the track's ends, and the st
     CHECK(living.outlets.cueSlider->loopRegion()->first == 15000);
 }
 
+TEST_CASE("a loop switched on without a selected row shows nowhere in the window") {
+    LivingWindow living;
+    living.loadTrack();
+    living.outlets.playList->selectRowIndex(-1);
+    living.state.refresh();
+    const QImage before = living.window.grab().toImage();
+    living.controller.loopSwitch();
+    REQUIRE(living.controller.isLooping);
+    living.state.refresh();
+    CHECK_FALSE(living.outlets.waveformStrip->isLooping());
+    CHECK_FALSE(living.outlets.cueSlider->loopRegion());
+    CHECK(living.window.grab().toImage() == before);
+}
+
 TEST_CASE("the position slider is locked while the loop is on and B is set") {
     LivingWindow living;
     living.loadTrack();
