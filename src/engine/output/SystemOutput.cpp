@@ -48,6 +48,10 @@ public:
 
 private:
     static long dataCallback(cubeb_stream*, void* user, const void*, void* output, long frames) {
+        // The library's threads inherit the urgency of the one that opened the output, which is less.
+        thread_local bool preferred = false;
+        if (!preferred) preferThisThread(Urgency::Now);
+        preferred = true;
         auto* self = static_cast<SystemOutput*>(user);
         self->m_source.fill({static_cast<StereoFrame*>(output), static_cast<std::size_t>(frames)});
         self->m_handedOut += frames;
@@ -55,7 +59,6 @@ private:
     }
 
     static void stateCallback(cubeb_stream*, void* user, cubeb_state state) {
-        if (state == CUBEB_STATE_STARTED) preferThisThread(Urgency::Now);
         if (state == CUBEB_STATE_ERROR) static_cast<SystemOutput*>(user)->m_failed = true;
     }
 
