@@ -1,7 +1,8 @@
 // Drives a movie on the system's sound device with random actions and watches it: bench_soak FILE MINUTES [SEED]
 // Reports underruns, the largest error of the position against the clock while nothing is changed, and how much memory
-// grew after the first minute. Ends with status 1 when something is wrong: an underrun, 10 ms of error, 8 MiB of
-// growth.
+// grew after the first minute, when the whole file has been decoded once. Each underrun and each error of the position
+// over a millisecond is a line of its own. Ends with status 1 when something is wrong: an underrun, 10 ms of error,
+// 8 MiB of growth.
 #include <chrono>
 #include <cmath>
 #include <cstdio>
@@ -23,6 +24,7 @@ public:
         : m_engine(engine), m_movie(movie), m_length(movie.duration()), m_random(seed) {}
 
     void run(double minutes) {
+        decodeAll();
         m_movie.setVolume(0.5f);
         m_movie.play();
         m_movie.setRate(1);
@@ -30,8 +32,10 @@ public:
         double early = 0;
         while (minutesSince(begin) < minutes) {
             act();
+            awaitSound();
             sleep(chance(0.2, 0.8));
             if (m_playing && m_rate != 0) watchPosition();
+            watchUnderruns(begin);
             if (early == 0 && minutesSince(begin) > std::min(1.0, minutes / 2)) early = qm::bench::residentMiB();
         }
         growth = qm::bench::residentMiB() - early;
@@ -51,9 +55,34 @@ private:
         return {static_cast<std::int64_t>(part * double(m_length.timeValue)), m_length.timeScale, 0};
     }
 
+    // Until the newest request is in force.
+    void awaitSound() const {
+        while (!m_movie.renderThread().isCaughtUp()) sleep(0.005);
+    }
+
+    // So that a cache that fills is not taken for a leak.
+    void decodeAll() {
+        constexpr double kStep = 2;  // seconds, less than is read ahead
+        const double length = double(m_length.timeValue) / m_length.timeScale;
+        for (double second = 0; second < length; second += kStep) {
+            m_movie.setCurrentTime(at(second / length));
+            awaitSound();
+        }
+        m_movie.setCurrentTime(at(0));
+    }
+
+    void watchUnderruns(Clock::time_point begin) {
+        const std::uint32_t now = m_movie.renderThread().underruns();
+        if (now != m_underruns)
+            std::printf("%.1f s: %u underruns after action %d, rate %.2f, cents %.0f\n", 60 * minutesSince(begin),
+                        now - m_underruns, m_action, double(m_rate), double(m_cents));
+        m_underruns = now;
+    }
+
     void act() {
         ++actions;
-        switch (m_random() % 10) {
+        m_action = static_cast<int>(m_random() % 10);
+        switch (m_action) {
             case 0:
                 m_playing = false;
                 m_movie.stop();
@@ -74,7 +103,8 @@ private:
                 m_movie.setRate(1);
                 break;
             case 5:
-                m_movie.setPitch(static_cast<float>(m_random() % 2 ? 0 : chance(-1200, 1200)));
+                m_cents = static_cast<float>(m_random() % 2 ? 0 : chance(-1200, 1200));
+                m_movie.setPitch(m_cents);
                 break;
             case 6:
                 m_movie.setTone({static_cast<std::int16_t>(chance(0, 256)), 128});
@@ -99,25 +129,41 @@ private:
         m_movie.setPlaysSelectionOnlyAttribute(m_loops);
     }
 
+    // A position and between which times it was asked for, in seconds: on a busy machine they lie apart.
+    struct Look {
+        double earliest, position, latest;
+    };
+    Look look() const {
+        const auto seconds = [] { return std::chrono::duration<double>(Clock::now().time_since_epoch()).count(); };
+        const double earliest = seconds(), position = now();
+        return {earliest, position, seconds()};
+    }
+
     // The position has to move by the rate while nothing is done, folded at the wraps, until it meets an end.
     void watchPosition() {
-        const auto begin = Clock::now();
-        const double from = now();
+        const Look from = look();
         sleep(0.25);
-        const double to = now();
-        const double elapsed = std::chrono::duration<double>(Clock::now() - begin).count();
+        const Look to = look();
         if (m_engine.IsMovieDone(m_movie.quickTimeMovie())) return;
-        const double off = to - from - m_rate * elapsed;
+        const double middle = (to.earliest + to.latest - from.earliest - from.latest) / 2;
+        const double unknown = (to.latest - to.earliest + from.latest - from.earliest) / 2;
+        double off = to.position - from.position - m_rate * middle;
+        if (m_period > 0) off = std::remainder(off, m_period);
+        const double error = std::max(std::abs(off) - std::abs(m_rate) * unknown, 0.0) * 1e3;
+        if (error > 1)
+            std::printf("position %.3f to %.3f s, off by %.2f ms after action %d, rate %.2f, period %.3f s\n",
+                        from.position, to.position, error, m_action, double(m_rate), m_period);
         ++watched;
-        worstMilliseconds =
-            std::max(worstMilliseconds, std::abs(m_period > 0 ? std::remainder(off, m_period) : off) * 1e3);
+        worstMilliseconds = std::max(worstMilliseconds, error);
     }
 
     qm::FileEngine& m_engine;
     qm::FileMovie& m_movie;
     const qm::QTTime m_length;
     std::mt19937 m_random;
-    float m_rate = 1;
+    float m_rate = 1, m_cents = 0;
+    int m_action = 0;
+    std::uint32_t m_underruns = 0;
     bool m_playing = true;
     bool m_loops = false;
     double m_period = 0;  // seconds; 0 while not looping
@@ -134,6 +180,7 @@ int main(int argc, char** argv) {
     auto opened = engine.movieWithFile(argv[1]);
     if (!opened) return 2;
     auto& movie = static_cast<qm::FileMovie&>(*opened.value());
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
     Soak soak(engine, movie, argc > 3 ? static_cast<unsigned>(std::atoi(argv[3])) : 1u);
     soak.run(std::atof(argv[2]));
     const std::uint32_t underruns = movie.renderThread().underruns();
