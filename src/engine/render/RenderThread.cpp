@@ -105,8 +105,9 @@ void RenderThread::run() {
         watchDevice();
         watchUnderruns();
         const Shape shape = shapeOf(request);
+        m_spliceWaits = false;
         if (needsSplice(request, shape)) spliceTo(request, shape);
-        if (m_shapeValid) applyRunning();
+        if (m_shapeValid && !m_spliceWaits) applyRunning();
         fillLane();
         if (!m_deviceStarted) m_output.settleWhileStopped();
     }
@@ -116,7 +117,7 @@ void RenderThread::run() {
 bool RenderThread::waitForWork(Request& request) {
     std::unique_lock lock(m_mutex);
     const bool starting = m_request.playing && m_request.rate != 0 && !m_output.isRunning();
-    const bool busy = !m_shapeValid || wantsFrames() || starting;
+    const bool busy = !m_shapeValid || m_spliceWaits || wantsFrames() || starting;
     if (!busy && m_requestCount == m_seenRequests && !m_closing) {
         m_caughtUpWith = m_seenRequests;
         const auto patience = m_deviceStarted ? std::chrono::milliseconds(10) : std::chrono::milliseconds(500);
@@ -154,9 +155,9 @@ bool RenderThread::needsSplice(const Request& request, const Shape& shape) const
 void RenderThread::spliceTo(const Request& request, const Shape& shape) {
     if (!m_deviceStarted) m_output.settleWhileStopped();
     Lane* idle = m_output.idleLane();
-    if (idle == nullptr) {
-        m_shapeValid = false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    m_spliceWaits = idle == nullptr;
+    if (m_spliceWaits) {  // for the one before it; what that one plays is kept filled meanwhile
+        if (!m_shapeValid || !wantsFrames()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
         return;
     }
     const Lane& lane = m_output.activeLane();

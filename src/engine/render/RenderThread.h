@@ -105,6 +105,7 @@ private:
     Renderer m_renderer;
     Shape m_shape;
     bool m_shapeValid = false;    // false: whatever is asked for must be rendered anew
+    bool m_spliceWaits = false;   // the last splice is still under way, and the next one is wanted already
     bool m_outsideRange = false;  // paused outside the loop's range: it is entered when play begins
     std::uint64_t m_seenRequests = 0;
     std::int64_t m_laneFrames = 0;  // length of the lane being written, when it has one
