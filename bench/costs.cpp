@@ -71,7 +71,7 @@ private:
 void awaitDecoder() {
     for (long before = -1; before != framesDecoded;) {
         before = framesDecoded;
-        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
     }
 }
 
@@ -105,6 +105,20 @@ void measureReversal(qm::PcmCache& cache) {
                 framesDecoded - decoded, allocationsHere - allocated - own);
 }
 
+// What was decoded when the first sound of a track played backward from its end was there.
+void measureStartFromTheEnd(const std::string& path) {
+    auto opened = qm::openMedia(path);
+    const long decoded = framesDecoded;
+    const auto begin = std::chrono::steady_clock::now();
+    qm::PcmCache cache(std::make_unique<CountedReader>(std::move(opened.value().sound)));
+    Playing playing(cache);
+    playing.begin(cache.length(), true, false, 1);
+    playing.play(0.02);
+    const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - begin;
+    std::printf("  the first sound from the end backward: frames decoded %ld, after %.1f ms\n", framesDecoded - decoded,
+                took.count());
+}
+
 int measure(const std::string& path) {
     const double before = residentMiB();
     auto opened = qm::openMedia(path);
@@ -121,6 +135,7 @@ int measure(const std::string& path) {
         measureWraps(cache, speed, true);
     }
     measureReversal(cache);
+    measureStartFromTheEnd(path);
     Playing playing(cache);
     playing.begin(0, false, false, 1);
     playing.play(double(cache.length()) / cache.sampleRate());
