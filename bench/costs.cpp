@@ -5,12 +5,12 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <new>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "Memory.h"
 #include "engine/media/SoundReader.h"
 #include "engine/render/PcmCache.h"
 #include "engine/render/Renderer.h"
@@ -34,13 +34,6 @@ public:
 private:
     std::unique_ptr<qm::SoundReader> m_reader;
 };
-
-double residentMiB() {
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.starts_with("VmRSS:")) return std::stod(line.substr(6)) / 1024;
-    return 0;
-}
 
 class Playing {
 public:
@@ -120,7 +113,7 @@ void measureStartFromTheEnd(const std::string& path) {
 }
 
 int measure(const std::string& path) {
-    const double before = residentMiB();
+    const double before = qm::bench::residentMiB();
     auto opened = qm::openMedia(path);
     if (!opened || !opened.value().sound) {
         std::fprintf(stderr, "%s: cannot be opened\n", path.c_str());
@@ -129,7 +122,7 @@ int measure(const std::string& path) {
     qm::PcmCache cache(std::make_unique<CountedReader>(std::move(opened.value().sound)));
     std::printf("%s: %.0f s long\n", path.c_str(), double(cache.length()) / cache.sampleRate());
     awaitDecoder();
-    const double open = residentMiB();
+    const double open = qm::bench::residentMiB();
     for (const double speed : {1.0, 0.5}) {
         measureWraps(cache, speed, false);
         measureWraps(cache, speed, true);
@@ -140,7 +133,7 @@ int measure(const std::string& path) {
     playing.begin(0, false, false, 1);
     playing.play(double(cache.length()) / cache.sampleRate());
     std::printf("  memory: %.1f MiB more when opened, %.1f MiB more when all of it has been played\n", open - before,
-                residentMiB() - before);
+                qm::bench::residentMiB() - before);
     return 0;
 }
 
