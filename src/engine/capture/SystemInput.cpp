@@ -1,14 +1,15 @@
 // The system's default input through cubeb. What was learnt about the library:
 // - a server without any microphone offers what it plays itself as its default input, which is none;
-// - when a microphone vanishes, a server may go on with another input, even with that one, and say nothing of it: so a
-//   stream stays with its device, and ends with it;
+// - when a microphone vanishes, a server may go on with another input, even with that one, and the stream says nothing
+//   of it: so the device is watched;
 // - after an error neither stream nor context is of use any more: the owner drops the whole input and opens another.
+#include <algorithm>
 #include <atomic>
+#include <memory>
 #include <optional>
-#include <string>
 
+#include "engine/capture/CubebDevices.h"
 #include "engine/capture/SoundInput.h"
-#include "engine/output/CubebHandles.h"
 #include "engine/realtime/ThreadPriority.h"
 
 namespace qm {
@@ -18,30 +19,17 @@ namespace {
 constexpr double kLatencySeconds = 0.025;
 constexpr int kHighestRate = 48000, kUsualRate = 48000;
 
-struct Preferred {
-    std::string id;
-    int sampleRate;
-};
-
-// The device that the user has chosen among those of a kind.
-std::optional<Preferred> preferredDevice(cubeb* context, cubeb_device_type type) {
-    cubeb_device_collection devices{};
-    if (cubeb_enumerate_devices(context, type, &devices) != CUBEB_OK) return std::nullopt;
-    std::optional<Preferred> preferred;
-    for (std::size_t i = 0; i < devices.count; ++i) {
-        const cubeb_device_info& device = devices.device[i];
-        if (preferred || device.preferred == CUBEB_DEVICE_PREF_NONE || device.state != CUBEB_DEVICE_STATE_ENABLED)
-            continue;
-        preferred = Preferred{device.device_id ? device.device_id : "", static_cast<int>(device.default_rate)};
-    }
-    cubeb_device_collection_destroy(context, &devices);
-    return preferred;
+std::optional<CubebDevice> preferredOf(cubeb* context, cubeb_device_type type) {
+    const auto devices = devicesOf(context, type);
+    const auto found =
+        std::find_if(devices.begin(), devices.end(), [](const CubebDevice& device) { return device.preferred; });
+    return found == devices.end() ? std::nullopt : std::optional(*found);
 }
 
-std::optional<Preferred> preferredInput(cubeb* context) {
-    const auto input = preferredDevice(context, CUBEB_DEVICE_TYPE_INPUT);
+std::optional<CubebDevice> preferredInput(cubeb* context) {
+    const auto input = preferredOf(context, CUBEB_DEVICE_TYPE_INPUT);
     if (!input) return std::nullopt;
-    const auto output = preferredDevice(context, CUBEB_DEVICE_TYPE_OUTPUT);
+    const auto output = preferredOf(context, CUBEB_DEVICE_TYPE_OUTPUT);
     if (output && input->id == output->id + ".monitor") return std::nullopt;
     return input;
 }
@@ -62,14 +50,15 @@ public:
         if (!device) return false;
         m_sampleRate = recordingRate(device->sampleRate);
         cubeb_stream_params parameters = stereoFloat(m_sampleRate);
-        parameters.prefs = CUBEB_STREAM_PREF_DISABLE_DEVICE_SWITCHING;
         const std::uint32_t latency = latencyOf(m_context.get(), parameters, kLatencySeconds);
         if (latency == 0) return false;
         cubeb_stream* stream = nullptr;
         const int opened = cubeb_stream_init(m_context.get(), &stream, "Recording", nullptr, &parameters, nullptr,
                                              nullptr, latency, dataCallback, stateCallback, this);
         m_stream.reset(stream);
-        return opened == CUBEB_OK;
+        if (opened != CUBEB_OK) return false;
+        m_watch = std::make_unique<InputWatch>(m_context.get(), device->id, [this] { lose(); });
+        return true;
     }
 
     int sampleRate() const override { return m_sampleRate; }
@@ -83,11 +72,13 @@ private:
     }
 
     static void stateCallback(cubeb_stream*, void* user, cubeb_state state) {
-        auto* self = static_cast<SystemInput*>(user);
         if (state == CUBEB_STATE_STARTED) preferThisThread(Urgency::Next);
-        if (state != CUBEB_STATE_ERROR) return;
-        self->m_lost = true;
-        self->m_sink.inputLost();
+        if (state == CUBEB_STATE_ERROR) static_cast<SystemInput*>(user)->lose();
+    }
+
+    void lose() noexcept {
+        m_lost = true;
+        m_sink.inputLost();
     }
 
     InputSink& m_sink;
@@ -95,6 +86,7 @@ private:
     std::atomic<bool> m_lost{false};
     CubebContext m_context;  // outlives the stream, which is taken down first: its callbacks use all of the above
     CubebStream m_stream;
+    std::unique_ptr<InputWatch> m_watch;
 };
 
 }  // namespace
