@@ -84,6 +84,7 @@ quit_by_key
 sed -i '/^SoftwareUpdateCheck=/d; /^\[General\]/a SoftwareUpdateCheck=false' "$settings"
 rm "$server_folder/requests"
 start
+expect_no_text "/proc/$player_pid/maps" libQt6Network  # the start does not pay for what it may not need
 click $help_x $menu_y
 press Down Return
 wait_until "the check that was asked for is finished" checks_finished 2

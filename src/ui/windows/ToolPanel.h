@@ -14,8 +14,7 @@ class ToolPanel : public QWidget {
 
 public:
     enum class Keys {
-        PassedOn,  // the keys of the main window's menus work here too, and showing the panel leaves them where they
-                   // are
+        PassedOn,  // the main window's keys work here too, and showing the panel leaves them there
         Own
     };
 
