@@ -71,10 +71,12 @@ TargetFile::~TargetFile() {
 
 std::optional<Error> TargetFile::commit() {
     if (::fsync(m_descriptor) != 0) return systemError(errno);
-    const std::lock_guard lock(m_mutex);
-    if (m_state != State::Open) return Error{ErrorCategory::Unreadable, "cancelled"};
-    if (std::rename(m_temporary.c_str(), m_target.c_str()) != 0) return systemError(errno);
-    m_state = State::Committed;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_state != State::Open) return Error{ErrorCategory::Unreadable, "cancelled"};
+        if (std::rename(m_temporary.c_str(), m_target.c_str()) != 0) return systemError(errno);
+        m_state = State::Committed;
+    }
     synchroniseFolder(folderOf(m_target));
     return std::nullopt;
 }
