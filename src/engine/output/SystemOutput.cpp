@@ -33,6 +33,7 @@ public:
     }
 
     bool start() override {
+        m_preferred = false;  // the thread may be another one each time
         if (!m_failed && cubeb_stream_start(m_stream.get()) != CUBEB_OK) m_failed = true;
         return !m_failed;
     }
@@ -48,11 +49,9 @@ public:
 
 private:
     static long dataCallback(cubeb_stream*, void* user, const void*, void* output, long frames) {
-        // The library's threads inherit the urgency of the one that opened the output, which is less.
-        thread_local bool preferred = false;
-        if (!preferred) preferThisThread(Urgency::Now);
-        preferred = true;
         auto* self = static_cast<SystemOutput*>(user);
+        // The library's thread inherits the urgency of the one that opened the output, which is less.
+        if (!self->m_preferred.exchange(true)) preferThisThread(Urgency::Now);
         self->m_source.fill({static_cast<StereoFrame*>(output), static_cast<std::size_t>(frames)});
         self->m_handedOut += frames;
         return frames;
@@ -65,6 +64,7 @@ private:
     OutputSource& m_source;
     std::atomic<std::int64_t> m_handedOut{0};
     std::atomic<bool> m_failed{false};
+    std::atomic<bool> m_preferred{false};  // the callback's thread has been told of its urgency
     CubebContext m_context;  // outlives the stream, which is taken down first: its callbacks use all of the above
     CubebStream m_stream;
 };
