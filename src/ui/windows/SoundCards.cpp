@@ -2,6 +2,7 @@
 
 #include <QBoxLayout>
 #include <QGridLayout>
+#include <algorithm>
 
 #include "ui/controls/Fonts.h"
 #include "ui/controls/ImageButton.h"
@@ -20,6 +21,7 @@ constexpr int kValueWidth = 126, kTightValueWidth = 66, kValueHeight = 26;
 constexpr int kSide = 12, kScaleNarrower = 2;
 constexpr int kTop = 10, kRoomyTop = 14;
 constexpr int kHeadGap = 6, kButtonsGap = 7, kButtonSpacing = 6;
+constexpr int kToneTitleWidth = 52;  // more in a wide typeface
 constexpr double kOctaveTick = 5, kSemitoneTick = 3;
 
 TitleButton* makeValue(const char* name, const char* title, const char* slot, int width, ActionTable& actions) {
@@ -205,7 +207,7 @@ ChipButton* makeExtreme(const char* text, const char* icon, const char* slot, Ac
 
 void addToneRow(QGridLayout* grid, int line, const ToneRow& row, ActionTable& actions) {
     auto* title = new TextLabel(QString::fromLatin1(row.title), uiFont(13, 500), tokens::kRowText);
-    title->setFixedWidth(52);
+    title->setFixedWidth(std::max(kToneTitleWidth, title->sizeHint().width()));
     Slider* slider = makeSlider(row.sliderName, row.minimum, row.maximum, row.value, row.step, row.sliderSlot, actions);
     slider->setResetValue(row.fillFrom);
     slider->setDoubleClickValue(row.value);
