@@ -11,6 +11,7 @@
 
 #include "engine/api/Log.h"
 #include "library/SupportFolder.h"
+#include "ui/controls/FlippedRect.h"
 
 namespace qm {
 
@@ -18,11 +19,6 @@ namespace {
 
 constexpr int kFarthest = 1'000'000;  // pixels; beyond it a number is damage, not a place
 constexpr qint64 kLongestFile = 4096;
-
-// Turns a rectangle between counting y from the top and counting it from the bottom of the primary screen.
-QRect flipped(const QRect& rect, const QRect& primary) {
-    return {rect.x(), primary.y() + primary.height() - rect.y() - rect.height(), rect.width(), rect.height()};
-}
 
 qint64 area(const QRect& rect) {
     return rect.isEmpty() ? 0 : qint64(rect.width()) * rect.height();
@@ -60,7 +56,7 @@ QString windowPositionPath() {
 
 QString savedFrameString(const QRect& window, const QRect& screen, const QRect& primary) {
     QString text;
-    for (const QRect& rect : {flipped(window, primary), flipped(screen, primary)}) {
+    for (const QRect& rect : {flippedRect(window, primary), flippedRect(screen, primary)}) {
         text += QStringLiteral("%1 %2 %3 %4 ").arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height());
     }
     return text;
@@ -78,7 +74,7 @@ std::optional<QRect> frameFromSavedString(const QString& text, QSize minimum, co
     }
     const QRect saved(numbers[0], numbers[1], numbers[2], numbers[3]);
     if (saved.isEmpty() || saved.width() < minimum.width() || saved.height() < minimum.height()) return std::nullopt;
-    const QRect frame = flipped(saved, primary);
+    const QRect frame = flippedRect(saved, primary);
     const auto best = std::max_element(screens.begin(), screens.end(), [&frame](const QRect& a, const QRect& b) {
         return area(a.intersected(frame)) < area(b.intersected(frame));
     });

@@ -3,12 +3,12 @@
 #include <QBoxLayout>
 #include <QLabel>
 #include <QPainter>
-#include <QStyle>
 #include <cmath>
 #include <vector>
 
 #include "ui/controls/Card.h"
 #include "ui/controls/Fonts.h"
+#include "ui/controls/Motion.h"
 #include "ui/controls/NamedImage.h"
 #include "ui/controls/Tokens.h"
 
@@ -120,7 +120,7 @@ void EmptyListView::resizeEvent(QResizeEvent*) {
 }
 
 void EmptyListView::pulse() {
-    if (style()->styleHint(QStyle::SH_Widget_Animate, nullptr, this)) m_pulse.start();
+    if (motionIsWanted(*this)) m_pulse.start();
 }
 
 void EmptyListView::paintEvent(QPaintEvent*) {

@@ -29,7 +29,7 @@ private:
 
     PushButton* m_open = nullptr;
     QWidget* m_column = nullptr;
-    QVariantAnimation m_pulse;
+    QVariantAnimation m_pulse{this};
 };
 
 }  // namespace qm

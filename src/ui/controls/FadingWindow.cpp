@@ -3,6 +3,8 @@
 #include <QCloseEvent>
 #include <algorithm>
 
+#include "ui/controls/WindowOrder.h"
+
 namespace qm {
 
 void FadingWindow::setAlphaValue(double alpha) {
@@ -12,9 +14,7 @@ void FadingWindow::setAlphaValue(double alpha) {
 
 void FadingWindow::makeKeyAndOrderFront() {
     keyWindow = true;
-    show();
-    raise();
-    activateWindow();
+    qm::makeKeyAndOrderFront(*this);
     emit madeKey();
 }
 
