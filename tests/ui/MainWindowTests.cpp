@@ -233,6 +233,25 @@ TEST_CASE("the background goes from dark grey at the bottom to black at the top"
     CHECK(image.pixelColor(10, 299).red() == image.pixelColor(10, 299).blue());
 }
 
+TEST_CASE("the background's corners are cut by one pixel, and a part that is drawn alone is part of the whole") {
+    BackgroundViewBlack ground;
+    ground.resize(20, 300);
+    QImage whole(ground.size(), QImage::Format_RGB32), part(ground.size(), QImage::Format_RGB32);
+    whole.fill(Qt::red);
+    part.fill(Qt::red);
+    ground.render(&whole, {}, {}, QWidget::RenderFlags());
+    const QRect dirty(0, 200, 20, 10);
+    ground.render(&part, dirty.topLeft(), dirty, QWidget::RenderFlags());
+    CHECK(part.copy(dirty) == whole.copy(dirty));
+    CHECK(part.pixelColor(10, 199) == QColor(Qt::red));
+    for (const QPoint corner : {QPoint(0, 0), QPoint(19, 0), QPoint(0, 299), QPoint(19, 299)}) {
+        const int inward = corner.x() == 0 ? 1 : -1;
+        CHECK(whole.pixelColor(corner).red() > whole.pixelColor(corner + QPoint(inward, 0)).red() + 30);
+        CHECK(whole.pixelColor(corner).red() < 0xA0);
+    }
+    CHECK(whole.pixelColor(0, 150).red() < 0x55);
+}
+
 TEST_CASE("with nothing loaded all that needs a track is dimmed, and only drawn so") {
     LivingWindow living;
     living.state.refresh();

@@ -1,0 +1,62 @@
+#include "ui/controls/EmptyListView.h"
+
+#include <QVariantAnimation>
+
+#include "support/widgets/ControllerFixture.h"
+#include "ui/windows/MainWindow.h"
+
+using namespace qm;
+
+namespace {
+
+struct EmptyWindow {
+    ControllerFixture fixture;
+    QMController& controller = fixture.init();
+    Outlets outlets;
+    MainWindow window{outlets, &controller};
+    EmptyListView* dropArea = window.findChild<EmptyListView*>();
+    QVariantAnimation* pulse = dropArea->findChild<QVariantAnimation*>();
+
+    EmptyWindow() {
+        controller.awakeFromNib(outlets);
+        window.show();
+    }
+    bool isPulsing() const { return pulse->state() == QAbstractAnimation::Running; }
+};
+
+QColor middle(EmptyListView& view) {
+    QImage image(view.size(), QImage::Format_ARGB32);
+    image.fill(Qt::black);
+    view.render(&image, {}, {}, QWidget::RenderFlags());
+    return image.pixelColor(20, view.height() / 2);
+}
+
+}  // namespace
+
+TEST_CASE_FIXTURE(EmptyWindow,
+                  "playing forward with an empty list makes the drop area pulse twice, then it is as before") {
+    REQUIRE(dropArea->isVisible());
+    const QColor calm = middle(*dropArea);
+    for (const char* slot : {"playForward", "toggleStartStop"}) {
+        window.actions().send(QString::fromLatin1(slot));
+        REQUIRE(isPulsing());
+        for (const int loop : {0, 1}) {
+            pulse->setCurrentTime(loop * 240 + 120);
+            CHECK(middle(*dropArea).blue() > calm.blue());
+            CHECK(middle(*dropArea).blue() > middle(*dropArea).red());
+        }
+        pulse->setCurrentTime(480);
+        CHECK_FALSE(isPulsing());
+        CHECK(middle(*dropArea) == calm);
+    }
+}
+
+TEST_CASE_FIXTURE(EmptyWindow, "other actions do not make the drop area pulse, nor playing with a list") {
+    window.actions().send(QStringLiteral("playBackward"));
+    CHECK_FALSE(isPulsing());
+    controller.insertEntry(0, {QStringLiteral("/music/a.mp3"), QStringLiteral(" "), QStringLiteral(" "),
+                               QStringLiteral("A"), 60000, 600, 128, 128, 0, 60000});
+    outlets.playList->reloadData();
+    window.actions().send(QStringLiteral("playForward"));
+    CHECK_FALSE(isPulsing());
+}
