@@ -13,7 +13,9 @@ namespace {
 constexpr int kReach = 6;  // the ring lies within this distance of the control's edges
 }
 
-FocusRing::FocusRing(QWidget* window) : QWidget(window) {
+FocusRing::FocusRing(QWidget* window) : FocusRing(window, tokens::kFocus) {}
+
+FocusRing::FocusRing(QWidget* window, const QColor& color) : QWidget(window), m_color(color) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setAttribute(Qt::WA_NoSystemBackground);
     setFocusPolicy(Qt::NoFocus);
@@ -52,7 +54,7 @@ void FocusRing::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(kReach, kReach);
-    painter.setPen(QPen(tokens::kFocus, 2));
+    painter.setPen(QPen(m_color, 2));
     painter.drawPath(shape->focusPath());
 }
 

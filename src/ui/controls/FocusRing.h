@@ -2,6 +2,7 @@
 // shows it by being a FocusShape. Main thread only.
 #pragma once
 
+#include <QColor>
 #include <QPainterPath>
 #include <QPointer>
 #include <QWidget>
@@ -19,6 +20,7 @@ class FocusRing : public QWidget {
 
 public:
     explicit FocusRing(QWidget* window);
+    FocusRing(QWidget* window, const QColor& color);
     QWidget* followedWidget() const { return m_followed; }
 
 protected:
@@ -30,6 +32,7 @@ private:
     void place();
 
     QPointer<QWidget> m_followed;
+    QColor m_color;
 };
 
 }  // namespace qm

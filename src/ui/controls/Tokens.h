@@ -46,6 +46,13 @@ inline const QColor kScaleWhite{0xFF, 0xFF, 0xFF};
 inline const QColor kScaleOrange{0xFF, 0x80, 0x00};
 inline const QColor kScaleGreen{0x00, 0xFF, 0x00};
 
+// On white paper
+inline const QColor kPaperText{0x16, 0x18, 0x1B};
+inline const QColor kPaperText2{0x56, 0x5D, 0x64};
+inline const QColor kPaperText3{0x2B, 0x2F, 0x33};
+inline const QColor kLink{0x0B, 0x6B, 0x78};
+inline const QColor kLinkPressed{0x07, 0x48, 0x51};
+
 // Chips, faces, focus
 inline const QColor kChip{255, 255, 255, 22};
 inline const QColor kChipHover{255, 255, 255, 38};
