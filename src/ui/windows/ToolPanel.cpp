@@ -23,13 +23,17 @@ ToolPanel::ToolPanel(const QString& title, QWidget* mainWindow, Keys keys)
         connect(new QShortcut(key, this), &QShortcut::activated, this, &QWidget::close);
 }
 
-// Beside the main window if there is room, at the screen's edge otherwise, and below the panels that are there.
+// Beside the main window if there is room, at the screen's edge otherwise, and below the panels that are there; with
+// keys of its own, in front of the main window.
 QPoint ToolPanel::firstPlace() const {
-    const QRect beside = parentWidget()->frameGeometry();
+    const QRect main = parentWidget()->frameGeometry();
     const QRect room = parentWidget()->screen()->availableGeometry();
+    const bool inFront = windowType() == Qt::Dialog;
+    const int left = inFront ? main.center().x() - width() / 2 : main.right() + 1 + kGap;
+    const int top = inFront ? main.top() + (main.height() - height()) / 3 : main.top();
     const int rightmost = std::max(room.left(), room.right() + 1 - width());
-    const QPoint first(std::clamp(beside.right() + 1 + kGap, room.left(), rightmost),
-                       std::max(room.top(), beside.top()));
+    const QPoint first(std::clamp(left, room.left(), rightmost), std::max(room.top(), top));
+    if (inFront) return first;
     QRect place(first, size());
     for (const ToolPanel* panel = panelAt(place); panel; panel = panelAt(place))
         place.moveTop(panel->frameGeometry().bottom() + 1 + kGap);
@@ -47,6 +51,7 @@ void ToolPanel::showEvent(QShowEvent* event) {
     if (!event->spontaneous()) {
         if (!m_place && parentWidget()) m_place = firstPlace();
         if (m_place) move(*m_place);
+        if (!focusWidget()) setFocus(Qt::OtherFocusReason);  // no control is marked before the user comes to it
     }
     QWidget::showEvent(event);
 }

@@ -15,7 +15,7 @@ class ToolPanel : public QWidget {
 public:
     enum class Keys {
         PassedOn,  // the main window's keys work here too, and showing the panel leaves them there
-        Own
+        Own        // and the panel first stands in front of the main window
     };
 
     ToolPanel(const QString& title, QWidget* mainWindow, Keys keys = Keys::PassedOn);
