@@ -51,6 +51,8 @@ Application::Application(int& argc, char** argv)
                   [this] { return signsOf(m_controller, m_controller.isRecording); }),
       m_recorder(m_audioRecordOutlets, m_window.actions(), &m_window,
                  [this] { return signsOf(m_audioRecord, m_audioRecord.recordingStatus); }),
+      m_preferences(m_outlets, m_window.actions(), &m_window),
+      m_about(m_outlets, &m_window),
       m_state(m_window, m_controller, m_controller, m_outlets) {
     m_window.actions().setReceiver(ActionRow::Recorder, &m_audioRecord);
     m_controller.setExit([this](int status) { end(status); });

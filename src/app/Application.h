@@ -9,10 +9,12 @@
 #include "app/Prefs.h"
 #include "app/QMController.h"
 #include "ui/controls/Outlets.h"
+#include "ui/windows/AboutPanel.h"
 #include "ui/windows/ExportPanel.h"
 #include "ui/windows/LevelMetersPanel.h"
 #include "ui/windows/MainWindow.h"
 #include "ui/windows/MainWindowState.h"
+#include "ui/windows/PreferencesWindow.h"
 #include "ui/windows/RecorderWindows.h"
 #include "ui/windows/TrackInfoPanel.h"
 #include "ui/windows/VideoPanel.h"
@@ -53,6 +55,8 @@ private:
     ExportPanel m_export;
     RecordingWindow m_recording;
     RecorderWindow m_recorder;
+    PreferencesWindow m_preferences;
+    AboutPanel m_about;
     MainWindowState m_state;
     std::unique_ptr<QSocketNotifier> m_signalNotifier;
 };

@@ -8,6 +8,15 @@
 
 namespace qm {
 
+// The keys; there are no others.
+namespace prefkeys {
+inline constexpr QLatin1String kAudioLevels("AudioLevels");                  // bool: level indicators on
+inline constexpr QLatin1String kSoftwareUpdateCheck("SoftwareUpdateCheck");  // bool; absent means true
+inline constexpr QLatin1String kTextColor("TextColor");                      // integer 0 to 3
+inline constexpr QLatin1String kDefaultAudioLevel("DefaultAudioLevel");      // float, a gain; 0 means not set
+inline constexpr QLatin1String kToolbarOpen("ToolbarOpen");                  // bool; written only
+}  // namespace prefkeys
+
 class Prefs {
 public:
     Prefs();                              // the user's own store

@@ -2,13 +2,13 @@
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QLabel>
 #include <QScrollBar>
 #include <cstdlib>
 
 #include "app/WindowPosition.h"
-#include "player/OutletSetters.h"
-#include "ui/TextColor.h"
 #include "ui/controls/FadingWindow.h"
+#include "ui/controls/PlayListView.h"
 #include "ui/controls/RoundedBox.h"
 
 namespace qm {
@@ -16,7 +16,6 @@ namespace qm {
 namespace {
 
 constexpr double kControlFontPoints = 13;
-constexpr float kGainWithoutDefault = 0.5f;
 constexpr double kLevelsBoxRadius = 5;
 
 TextAttributes controlContentAttributes() {
@@ -39,6 +38,8 @@ QMController::QMController(MediaEngine& engine, CaptureEngine& capture, Prefs& s
       m_tone(*this, *this, *this, engine),
       m_volume(*this, *this, engine, m_speed, m_pitch, m_tone),
       m_levels(*this, *this, *this, engine),
+      m_preferences(*this, *this, prefs, m_volume, m_levels),
+      m_panes(*this, images),
       m_metadata(engine),
       m_loader(*this, *this, *this, engine, m_clock, m_tone, m_metadata, meterHooks()),
       m_table(*this, *this, *this, m_loader, m_loop, m_info),
@@ -51,13 +52,12 @@ QMController::QMController(MediaEngine& engine, CaptureEngine& capture, Prefs& s
     nonM4aIcon = images(QStringLiteral("type_aiff.png"));
     videoIcon = images(QStringLiteral("type_VIDEO"));
     m_file.loadPlayList();
-    if (!prefs.contains(QStringLiteral("AudioLevels"))) prefs.setBool(QStringLiteral("AudioLevels"), true);
+    m_preferences.storeMissingAudioLevels();
     controlColorAttributes = controlContentAttributes();
 }
 
 LevelMeterHooks QMController::meterHooks() {
-    return {[this] { return prefs.boolForKey(QStringLiteral("AudioLevels")); },
-            [this](bool on) { switchAudioLevels(on); }};
+    return {[this] { return prefs.boolForKey(prefkeys::kAudioLevels); }, [this](bool on) { switchAudioLevels(on); }};
 }
 
 void QMController::awakeFromNib(const Outlets& outlets) {
@@ -66,14 +66,25 @@ void QMController::awakeFromNib(const Outlets& outlets) {
     m_chrome.startFadeIn();
     if (playList) connect(playList, &PlayListView::rowActivated, this, &QMController::rowDoubleClicked);
     m_levels.prepare();
+    m_panes.buildToolbar();
     if (mainWindow) restoreWindowPosition(*mainWindow);
+    setUpFields();
     setUpPlayList();
     if (levelsBox) levelsBox->setCornerRadius(kLevelsBoxRadius);
-    applyTextColor(*this, textColorForChoice(prefs.integerForKey(QStringLiteral("TextColor"))));
+    m_preferences.applyStoredTextColor();
+    m_chrome.setAboutPanelBackground();
     nudgeSecondColumn();
-    applyDefaultGain();
-    if (audioLevelsPanel) audioLevelsPanel->setVisible(prefs.boolForKey(QStringLiteral("AudioLevels")));
+    m_preferences.applyDefaultGain();
+    m_preferences.orderLevelsPanel();
+    m_chrome.setTrackInfoWindowBackground();
     if (mainWindow) mainWindow->willClose = [this] { windowWillClose(mainWindow); };
+}
+
+// Numbers in the size field have their thousands grouped and no decimals; text set by the program stands as it is.
+void QMController::setUpFields() {
+    if (!movieSize) return;
+    movieSize->setProperty("numberFormat", QStringLiteral("#,###"));
+    movieSize->setProperty("allowsDecimals", false);
 }
 
 void QMController::setUpPlayList() {
@@ -94,16 +105,8 @@ void QMController::nudgeSecondColumn() {
     playList->setColumnWidth(column, playList->columnWidth(column) + 1);
 }
 
-// A stored 0 means the same as none. The gain reaches a movie with the first load.
-void QMController::applyDefaultGain() {
-    const float level = prefs.floatForKey(QStringLiteral("DefaultAudioLevel"));
-    gain = level == 0.0f ? kGainWithoutDefault : level;
-    showValue(gainSlider, gain);
-    if (level != 0.0f) m_volume.showGainTitle();
-}
-
 void QMController::applicationWillTerminate() {
-    prefs.setBool(QStringLiteral("ToolbarOpen"), toolbar && !toolbar->isHidden());
+    prefs.setBool(prefkeys::kToolbarOpen, toolbar && !toolbar->isHidden());
     m_file.savePlayList();
     cleanupWhenClosing();
 }

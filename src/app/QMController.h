@@ -3,7 +3,6 @@
 // Main thread only. Nothing here reports an error: an action that cannot be done does nothing.
 #pragma once
 
-#include <QImage>
 #include <QObject>
 #include <functional>
 
@@ -26,13 +25,12 @@
 #include "sound/ToneControl.h"
 #include "sound/VolumeControl.h"
 #include "ui/PlayerAlert.h"
+#include "ui/PreferencePanes.h"
+#include "ui/Preferences.h"
 #include "ui/WindowChrome.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
-
-// Finds an image of the program by its name; null if there is none.
-using ImageProvider = std::function<QImage(const QString& name)>;
 
 class QMController : public QObject,
                      public PlayerState,
@@ -74,6 +72,7 @@ public:
     void captureOutputDidFinishRecordingToOutputFileAtURLForConnectionsDueToError(const QUrl& file) {
         m_recorder.captureOutputDidFinishRecording(file);
     }
+    PreferencePanes& preferencePanes() { return m_panes; }
 
 public slots:
     void playForward() { m_transport.playForward(); }
@@ -151,11 +150,21 @@ public slots:
         if (m_makeManualUpdater) m_makeManualUpdater();
     }
 
+    void displayAboutPanel() { m_chrome.displayAboutPanel(); }
+    void openPrefsWindow() { m_preferences.openPrefsWindow(); }
+    void toggleGeneralPreferenceView() { m_panes.toggleGeneralPreferenceView(); }
+    void toggleUpdatePreferenceView() { m_panes.toggleUpdatePreferenceView(); }
+    void toggleAudioDefaultPreferenceView() { m_panes.toggleAudioDefaultPreferenceView(); }
+    void toggleAudioLevelsPref() { m_preferences.toggleAudioLevelsPref(); }
+    void toggleSoftwareUpdateCheck() { m_preferences.toggleSoftwareUpdateCheck(); }
+    void toggleTextColor() { m_preferences.toggleTextColor(); }
+    void updateDefaultAudioPref() { m_preferences.updateDefaultAudioPref(); }
+
 private:
     LevelMeterHooks meterHooks();
+    void setUpFields();
     void setUpPlayList();
     void nudgeSecondColumn();
-    void applyDefaultGain();
     void cleanupWhenClosing();
 
     Prefs& prefs;
@@ -172,6 +181,8 @@ private:
     ToneControl m_tone;
     VolumeControl m_volume;
     LevelMeters m_levels;
+    Preferences m_preferences;
+    PreferencePanes m_panes;
     TrackMetadata m_metadata;
     TrackLoader m_loader;
     PlayListTable m_table;

@@ -67,7 +67,18 @@ void addFileAndEdit(Rows& rows) {
                               {ctrlShift(Qt::Key_Delete)},
                               kOnce,
                               "Remove all tracks from the list; the files stay on disk [Ctrl+Shift+Del]",
-                              "Clear list"}});
+                              "Clear list"},
+                             {"openPrefsWindow",
+                              "Edit",
+                              "",
+                              "Preferences…",
+                              {ctrl(Qt::Key_Comma)},
+                              kOnce,
+                              "Preferences [Ctrl+,]",
+                              "Preferences",
+                              kController,
+                              "",
+                              true}});
 }
 
 void addPlayback(Rows& rows) {
@@ -243,6 +254,7 @@ void addWindow(Rows& rows) {
 
 void addHelp(Rows& rows) {
     rows.push_back({"checkSoftwareUpdate", "Help", "", "Check for Updates…", {}, kOnce, "", ""});
+    rows.push_back({"displayAboutPanel", "Help", "", "About Quillmere", {}, kOnce, "", ""});
 }
 
 void addRecorderButtons(Rows& rows) {
@@ -262,6 +274,23 @@ void addSliders(Rows& rows) {
                              sliderRow("bassUpdate", "Bass", "Bass"), sliderRow("trebleUpdate", "Treble", "Treble")});
 }
 
+ActionRow preferenceRow(const char* slot, const char* tooltip, const char* accessibleName) {
+    return {slot, "", "", "", {}, kOnce, tooltip, accessibleName};
+}
+
+void addPreferences(Rows& rows) {
+    rows.insert(rows.end(),
+                {preferenceRow("toggleGeneralPreferenceView", "Turn on/off the audio level indicators.", "General"),
+                 preferenceRow("toggleUpdatePreferenceView", "Turn on/off the automatic software update check.",
+                               "Software Update"),
+                 preferenceRow("toggleAudioDefaultPreferenceView", "Set the audio level used when Quillmere starts up.",
+                               "Volume"),
+                 preferenceRow("toggleAudioLevelsPref", "", "Show level indicators"),
+                 preferenceRow("toggleTextColor", "", "Colour of scale labels"),
+                 preferenceRow("toggleSoftwareUpdateCheck", "", "Check for updates when Quillmere starts"),
+                 preferenceRow("updateDefaultAudioPref", "", "Use current gain")});
+}
+
 }  // namespace
 
 const std::vector<ActionRow>& actionRows() {
@@ -277,6 +306,7 @@ const std::vector<ActionRow>& actionRows() {
         addHelp(all);
         addRecorderButtons(all);
         addSliders(all);
+        addPreferences(all);
         return all;
     }();
     return rows;

@@ -2,6 +2,7 @@
 
 #include <QLabel>
 
+#include "ui/controls/ScaleSample.h"
 #include "ui/controls/Tokens.h"
 
 namespace qm {
@@ -30,6 +31,7 @@ void applyTextColor(const Outlets& o, const QColor& color) {
         palette.setColor(QPalette::WindowText, color);
         label->setPalette(palette);
     }
+    if (o.scaleSample) o.scaleSample->setTextColor(color);
 }
 
 }  // namespace qm

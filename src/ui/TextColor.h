@@ -10,7 +10,8 @@ namespace qm {
 // 0 cyan, 1 white, 2 orange, any other value green.
 QColor textColorForChoice(int choice);
 
-// Gives the colour to the read-outs and labels that are there; the titles of the reset buttons keep theirs.
+// Gives the colour to the read-outs and labels that are there, in their order, and to the sample of them; the titles
+// of the reset buttons keep theirs.
 void applyTextColor(const Outlets& outlets, const QColor& color);
 
 }  // namespace qm

@@ -2,6 +2,8 @@
 
 #include <QTimer>
 
+#include "ui/controls/WindowOrder.h"
+
 #include "ui/controls/FadingWindow.h"
 
 namespace qm {
@@ -11,6 +13,15 @@ namespace {
 constexpr int kStepMilliseconds = 50;
 constexpr double kAlphaStep = 0.05;
 constexpr double kAlphaEnd = 1.1;
+
+void setBackgroundColor(QWidget* panel, const QColor& color) {
+    if (!panel) return;
+    QPalette palette = panel->palette();
+    palette.setColor(QPalette::Window, color);
+    panel->setPalette(palette);
+    panel->setAutoFillBackground(true);
+    panel->setProperty("backgroundColor", color);
+}
 
 }  // namespace
 
@@ -36,6 +47,18 @@ void WindowChrome::fadeinMainWindow() {
     }
     if (m_state.fadeInTimer) m_state.fadeInTimer->stop();
     window->makeKeyAndOrderFront();
+}
+
+void WindowChrome::setAboutPanelBackground() {
+    setBackgroundColor(m_outlets.aboutPanel, Qt::white);
+}
+
+void WindowChrome::setTrackInfoWindowBackground() {
+    setBackgroundColor(m_outlets.trackInfoWindow, Qt::black);
+}
+
+void WindowChrome::displayAboutPanel() {
+    if (m_outlets.aboutPanel) makeKeyAndOrderFront(*m_outlets.aboutPanel);
 }
 
 }  // namespace qm

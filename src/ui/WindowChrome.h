@@ -1,4 +1,5 @@
-// The main window's fade-in at start-up. Main thread only; without a main window nothing happens.
+// The look of the windows around the player: the main window's fade-in at start-up, the grounds of the panels, and the
+// about panel. Main thread only; without its window a function does nothing.
 #pragma once
 
 #include "app/PlayerState.h"
@@ -15,6 +16,10 @@ public:
 
     // One step. The window is given alpha values beyond 1 and becomes the key window when the next would be 1.1.
     void fadeinMainWindow();
+
+    void setAboutPanelBackground();       // white
+    void setTrackInfoWindowBackground();  // black
+    void displayAboutPanel();
 
 private:
     PlayerState& m_state;

@@ -12,7 +12,7 @@ engine/             ^engine/
 ui/controls/        ^(ui/controls/|engine/api/|app/PlayerState\.h)
 ui/windows/         ^(ui/|library/|player/|sound/|record/|update/|engine/api/|app/PlayerState\.h)
 app/                ^(app/|ui/|library/|player/|sound/|record/|update/|engine/api/)
-subject/            ^(ui/[A-Z]|ui/controls/|library/|player/|sound/|record/|update/|engine/api/|app/PlayerState\.h)
+subject/            ^(ui/[A-Z]|ui/controls/|library/|player/|sound/|record/|update/|engine/api/|app/(PlayerState|Prefs)\.h)
 '
 
 # External headers that only some folders may include: header pattern, including files' pattern.

@@ -243,6 +243,12 @@ TEST_CASE_FIXTURE(ControllerFixture, "the play list is dressed, takes files and 
     CHECK(outlets.playList->verticalScrollBarPolicy() != Qt::ScrollBarAlwaysOff);
 }
 
+TEST_CASE_FIXTURE(ControllerFixture, "the size field groups the thousands of numbers and shows no decimals") {
+    start();
+    CHECK(outlets.movieSize->property("numberFormat") == "#,###");
+    CHECK(outlets.movieSize->property("allowsDecimals") == false);
+}
+
 TEST_CASE_FIXTURE(ControllerFixture, "start-up leaves the second column as wide as it was laid out") {
     startWithRows({"/music/one.wav"});
     outlets.playList->resize(900, 300);

@@ -6,8 +6,12 @@
 #include <QImage>
 #include <QPixmap>
 #include <QString>
+#include <functional>
 
 namespace qm {
+
+// Finds an image of the program by its name; null if there is none.
+using ImageProvider = std::function<QImage(const QString& name)>;
 
 // The image as drawn for plain (1x) or, with `deviceScale` above 1, for doubled screens; devicePixelRatio is set.
 QImage namedImage(const QString& name, double deviceScale = 1.0);

@@ -7,13 +7,17 @@ class QWidget;
 
 namespace qm {
 
+class CheckBox;
 class ImageButton;
 class ImageView;
 class MeterView;
 class MovieView;
+class PaneToolbar;
 class PlayListView;
 class ProgressBar;
+class RadioTiles;
 class RoundedBox;
+class ScaleSample;
 class Slider;
 class TimeLabel;
 class TitleButton;
@@ -101,6 +105,18 @@ struct Outlets {
     QWidget* exportPanel = nullptr;
     QLabel* exportName = nullptr;
     ProgressBar* exportProgress = nullptr;
+
+    QWidget* aboutPanel = nullptr;
+    QWidget* prefsWindow = nullptr;
+    PaneToolbar* prefsToolbar = nullptr;
+    QWidget* activePrefContentView = nullptr;  // holds the pane that is shown
+    QWidget* generalPrefView = nullptr;
+    QWidget* updatePrefView = nullptr;
+    QWidget* audioDefaultPrefView = nullptr;
+    CheckBox* audioLevelsPref = nullptr;
+    RadioTiles* colorMatrix = nullptr;
+    ScaleSample* scaleSample = nullptr;
+    CheckBox* autoCheckForUpdatesPref = nullptr;
 };
 
 }  // namespace qm

@@ -10,15 +10,21 @@ namespace qm {
 namespace {
 
 struct Tool {
-    const char* slot;  // "" for a separator
+    const char* slot;  // "" for a line between tools, "-" for the free space
     const char* text;
     const char* icon;
 };
 
-constexpr Tool kTools[] = {
-    {"openFile", "Open…", "qm_open.png"},         {"clearList", "Clear List", "qm_clear.png"},       {"", "", ""},
-    {"displayInfo", "Info", "qm_info.png"},       {"exportMovie", "Export…", "qm_export.png"},       {"", "", ""},
-    {"displayLevels", "Meters", "qm_meters.png"}, {"audioRecordOpen", "Recording…", "qm_record.png"}};
+constexpr Tool kTools[] = {{"openFile", "Open…", "qm_open.png"},
+                           {"clearList", "Clear List", "qm_clear.png"},
+                           {"", "", ""},
+                           {"displayInfo", "Info", "qm_info.png"},
+                           {"exportMovie", "Export…", "qm_export.png"},
+                           {"", "", ""},
+                           {"displayLevels", "Meters", "qm_meters.png"},
+                           {"audioRecordOpen", "Recording…", "qm_record.png"},
+                           {"-", "", ""},
+                           {"openPrefsWindow", "Preferences", "qm_prefs.png"}};
 
 class Separator : public QWidget {
 public:
@@ -41,6 +47,10 @@ MainToolbar::MainToolbar(ActionTable& actions, QWidget* parent) : QWidget(parent
             row->addWidget(new Separator);
             continue;
         }
+        if (*tool.slot == '-') {
+            row->addStretch();
+            continue;
+        }
         const QString slot = QString::fromLatin1(tool.slot);
         auto* button = new ToolButton(tr(tool.text), QString::fromLatin1(tool.icon));
         button->setObjectName(slot);
@@ -48,7 +58,6 @@ MainToolbar::MainToolbar(ActionTable& actions, QWidget* parent) : QWidget(parent
         m_tools.insert(slot, button);
         row->addWidget(button);
     }
-    row->addStretch();
 }
 
 void MainToolbar::paintEvent(QPaintEvent*) {

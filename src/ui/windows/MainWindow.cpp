@@ -101,7 +101,7 @@ MainWindow::MainWindow(Outlets& outlets, QObject* controller)
     setMinimumSize(kWidth, kMinimumHeight + menuHeight);
     resize(kWidth, kHeight + menuHeight);
     new FocusRing(this);
-    for (const char* slot : {"toggleToolbar", "displayLevels", "displayInfo", "displayTrackFormat"})
+    for (const char* slot : {"toggleToolbar", "displayLevels", "displayInfo", "displayTrackFormat", "openPrefsWindow"})
         m_actions->action(QString::fromLatin1(slot))->setCheckable(true);
     m_actions->action(QStringLiteral("toggleToolbar"))->setChecked(true);
     const auto pulse = [this](const QString& slot) {
@@ -117,7 +117,8 @@ void MainWindow::setTabOrderOfAreas() {
         setTabOrder(last, next);
         last = next;
     };
-    for (const char* slot : {"openFile", "clearList", "displayInfo", "exportMovie", "displayLevels", "audioRecordOpen"})
+    for (const char* slot :
+         {"openFile", "clearList", "displayInfo", "exportMovie", "displayLevels", "audioRecordOpen", "openPrefsWindow"})
         if (QWidget* tool = m_tools->tool(QString::fromLatin1(slot))) chain(tool);
     chain(m_outlets.playList);
     const auto chainChildren = [&](QWidget* area) {

@@ -198,6 +198,7 @@ void MainWindowState::refreshPanelSigns() {
     sign("displayInfo", isShown(m_outlets.trackInfoWindow));
     sign("displayTrackFormat", !m_outlets.format->isHidden());
     sign("audioRecordOpen", isShown(m_outlets.audioRecordingWindow));
+    sign("openPrefsWindow", isShown(m_outlets.prefsWindow));
     const bool hasVideo = m_outlets.movieView && m_outlets.movieView->movie();
     if (QAction* action = m_window.actions().action(QStringLiteral("displayVideo"))) action->setEnabled(hasVideo);
 }

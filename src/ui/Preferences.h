@@ -1,0 +1,40 @@
+// The stored settings as the user and the program meet them: the start-up steps that read them, and the actions of the
+// preferences window, which write each change at once. Decisions are made on what is stored, never on what a control
+// shows. Main thread only; nothing here reports an error.
+#pragma once
+
+#include "app/PlayerState.h"
+#include "app/Prefs.h"
+#include "sound/LevelMeters.h"
+#include "sound/VolumeControl.h"
+#include "ui/controls/Outlets.h"
+
+namespace qm {
+
+class Preferences {
+public:
+    Preferences(PlayerState& state, const Outlets& outlets, Prefs& prefs, VolumeControl& volume, LevelMeters& levels);
+
+    // The steps of start-up.
+    void storeMissingAudioLevels();
+    void applyStoredTextColor();
+    void applyDefaultGain();
+    void orderLevelsPanel();
+
+    void openPrefsWindow();  // closes it when it is open
+    void toggleAudioLevelsPref();
+    void toggleSoftwareUpdateCheck();
+    void toggleTextColor();
+    void updateDefaultAudioPref();
+
+private:
+    void showStored(CheckBox* box, const QString& key) const;
+
+    PlayerState& m_state;
+    const Outlets& m_outlets;
+    Prefs& prefs;
+    VolumeControl& m_volume;
+    LevelMeters& m_levels;
+};
+
+}  // namespace qm

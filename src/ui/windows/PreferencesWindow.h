@@ -1,0 +1,42 @@
+// The preferences window: its toolbar, the three panes and their controls. Which pane is shown, and how large the
+// window is, is decided by whoever fills `activePrefContentView`. Main thread only.
+#pragma once
+
+#include <QTimer>
+
+#include "ui/ActionTable.h"
+#include "ui/controls/Outlets.h"
+#include "ui/windows/ToolPanel.h"
+
+class QVBoxLayout;
+
+namespace qm {
+
+class TextLabel;
+
+class PreferencesWindow : public ToolPanel {
+    Q_OBJECT
+
+public:
+    PreferencesWindow(Outlets& outlets, ActionTable& actions, QWidget* mainWindow);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    QWidget* makeGeneralPane();
+    QWidget* makeUpdatePane();
+    QWidget* makeVolumePane();
+    void showGain();
+
+    Outlets& m_outlets;
+    ActionTable& m_actions;
+    QWidget* m_content;  // everything below the toolbar
+    TextLabel* m_gain = nullptr;
+    QTimer m_gainTimer{this};
+};
+
+}  // namespace qm
