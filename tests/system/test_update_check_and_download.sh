@@ -1,6 +1,7 @@
 #!/bin/bash
 # A start that hears of a newer release says so in a panel; the download keeps the window drawn but hears nobody, and puts
-# the whole image on the desktop. With the check switched off a start asks no server, and the menu's command does.
+# the whole image on the desktop. With the check switched off a start asks no server, and the menu's command does. A
+# program that is ended in the middle of a download ends, and leaves nothing of it.
 . "$(dirname "$0")/lib.sh"
 
 help_x=347 menu_y=13  # the Help menu in the menu bar
@@ -94,3 +95,13 @@ xdotool windowfocus --sync "$player_window"
 quit_by_key
 expect "requests" "$(wc -l <"$server_folder/requests")" -eq 1
 checks_finished 2 || fail "a check that was switched off ran"
+
+sed -i 's/^SoftwareUpdateCheck=.*/SoftwareUpdateCheck=true/' "$settings"
+rm "$image" "$server_folder/go" "$server_folder/requests"
+start
+wait_until "the newer release is announced" panel_has_keys
+press Return
+wait_until "the image is asked for" was_asked_for /Download/Quillmere.dmg
+kill "$player_pid"
+end_with_status_0
+expect "files on the desktop" "$(find "$HOME/Desktop" -type f | wc -l)" -eq 0
