@@ -4,6 +4,7 @@
 #include "library/PlayListCells.h"
 #include "player/OutletSetters.h"
 #include "player/TransportImages.h"
+#include "ui/ReadableForms.h"
 #include "ui/controls/FadingWindow.h"
 
 namespace qm {
@@ -16,6 +17,14 @@ QString columnIdentifier(int column) {
 
 bool isTimeColumn(const QString& column) {
     return column == u"IBduration" || column == u"IBmarkA" || column == u"IBmarkB";
+}
+
+QString spokenName(const QString& name, const QString& none) {
+    return name.trimmed().isEmpty() ? none : name;
+}
+
+QString spokenTimeOf(std::int64_t value, std::int32_t scale) {
+    return scale > 0 ? spokenDuration(static_cast<double>(value) / scale) : PlayListTable::tr("unknown");
 }
 
 }  // namespace
@@ -65,6 +74,21 @@ QVariant PlayListTable::objectValue(const QString& column, int row) const {
     return {};
 }
 
+// The title's cell is the one that has the focus: it speaks for its row.
+QString PlayListTable::spokenCell(const QString& column, int row) const {
+    const auto i = static_cast<std::size_t>(row);
+    const std::int32_t scale = m_list.timescaleArray[i];
+    if (column == u"IBicon") return iconForTrack(m_list.trackArray[i]) == TrackIcon::Video ? tr("video") : tr("audio");
+    if (column == u"IBartist") return spokenName(m_list.artistArray[i], tr("no artist"));
+    if (column == u"IBalbum") return spokenName(m_list.albumArray[i], tr("no album"));
+    if (column == u"IBduration") return spokenTimeOf(m_list.durations[i], scale);
+    if (column == u"IBmarkA") return spokenTimeOf(m_list.markAarray[i], scale);
+    if (column == u"IBmarkB") return spokenTimeOf(m_list.markBarray[i], scale);
+    return QStringLiteral("%1, %2, %3")
+        .arg(m_list.displayNamesArray[i], spokenCell(QStringLiteral("IBartist"), row),
+             spokenCell(QStringLiteral("IBduration"), row));
+}
+
 QVariant PlayListTable::icon(int row) const {
     switch (iconForTrack(m_list.trackArray[static_cast<std::size_t>(row)])) {
         case TrackIcon::Track:
@@ -109,7 +133,7 @@ QVariant PlayListTable::data(const QModelIndex& index, int role) const {
         case Qt::ToolTipRole:
             return m_list.trackArray[static_cast<std::size_t>(row)];
         case Qt::AccessibleTextRole:
-            return column == u"IBicon" ? QVariant() : objectValue(column, row);
+            return spokenCell(column, row);
         case Qt::TextAlignmentRole:
             return QVariant::fromValue((isTimeColumn(column) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
         case LoadedTrackRole:
@@ -123,6 +147,10 @@ QVariant PlayListTable::data(const QModelIndex& index, int role) const {
 
 QVariant PlayListTable::headerData(int section, Qt::Orientation orientation, int role) const {
     static const QStringList titles = {QString(), "Title", "Artist", "Album", "Duration", "Mark A", "Mark B"};
+    if (role == Qt::AccessibleTextRole) {
+        if (orientation == Qt::Vertical) return tr("Track %1").arg(section + 1);
+        return section == 0 ? tr("Kind") : headerData(section, orientation, Qt::DisplayRole);
+    }
     if (orientation != Qt::Horizontal || section < 0 || section >= titles.size()) return {};
     if (role == Qt::DisplayRole) return titles[section];
     if (role == Qt::TextAlignmentRole)

@@ -37,7 +37,7 @@ void ActionTable::buildMenus() {
 
 QMenu* ActionTable::menuFor(const ActionRow& row) {
     QMenu*& menu = m_menus[QString::fromUtf8(row.menu)];
-    if (!menu) menu = m_window->menuBar()->addMenu(tr(row.menu));
+    if (!menu) menu = m_window->menuBar()->addMenu(u'&' + tr(row.menu));
     if (*row.submenu == '\0') return menu;
     QMenu*& submenu = m_menus[QString::fromUtf8(row.menu) + u'/' + QString::fromUtf8(row.submenu)];
     if (!submenu) submenu = menu->addMenu(tr(row.submenu));

@@ -16,6 +16,7 @@
 #include <QToolTip>
 #include <algorithm>
 
+#include "ui/controls/ControlAccess.h"
 #include "ui/controls/Fonts.h"
 #include "ui/controls/NamedImage.h"
 #include "ui/controls/Tokens.h"
@@ -262,6 +263,7 @@ std::unique_ptr<QStyle> makeStyle() {
 }
 
 void applyStyle() {
+    makeControlsAccessible();
     QApplication::setStyle(makeStyle().release());
     QApplication::setPalette(darkPalette());
     QApplication::setFont(uiFont(13));

@@ -121,7 +121,7 @@ TEST_CASE("the menus stand in order and carry the table's words, keys and repeat
     MainWindow window(outlets, &controller);
     QStringList menus;
     for (const QAction* action : window.menuBar()->actions()) menus << action->text();
-    CHECK(menus == QStringList{"File", "Edit", "Playback", "Sound", "Loop", "Window", "Help"});
+    CHECK(menus == QStringList{"&File", "&Edit", "&Playback", "&Sound", "&Loop", "&Window", "&Help"});
     for (const ActionRow& row : actionRows()) {
         CAPTURE(row.slot);
         const QAction* action = window.actions().action(QString::fromLatin1(row.slot));

@@ -1,7 +1,7 @@
 #include <doctest/doctest.h>
 
 #include "support/widgets/TestText.h"
-#include "ui/windows/ReadableForms.h"
+#include "ui/ReadableForms.h"
 
 using namespace qm;
 

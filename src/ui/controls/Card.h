@@ -42,6 +42,7 @@ class KeyCap : public QWidget {
 
 public:
     explicit KeyCap(const QString& key, QWidget* parent = nullptr);
+    QString text() const { return m_key; }
     QSize sizeHint() const override;
 
 protected:

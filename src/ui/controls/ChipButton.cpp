@@ -55,7 +55,7 @@ ChipButton::ChipButton(const QString& text, const QString& iconName, QWidget* pa
 void ChipButton::setLit(bool lit) {
     if (m_lit == lit) return;
     m_lit = lit;
-    update();
+    onStateChanged();
 }
 
 void ChipButton::setQuiet(bool quiet) {
@@ -87,7 +87,7 @@ QSize ChipButton::sizeHint() const {
 
 void ChipButton::paintGround(QPainter& painter, const QRectF& face) const {
     if (m_quiet && !isHovered() && !isDown()) return;
-    if (m_lit) {
+    if (isLit()) {
         fillRounded(painter, face, QColor(63, 210, 226, isDown() ? 30 : isHovered() ? 70 : 51));
         strokeRounded(painter, face, tokens::kAqua, 1.5);
         return;
@@ -108,7 +108,7 @@ void ChipButton::paintEvent(QPaintEvent*) {
     const double drop = isDown() ? 1 : 0;
     paintGround(painter, QRectF(rect()).adjusted(0, drop, 0, 0));
     double x = (width() - contentWidth()) / 2;
-    const QColor ink = m_lit || (m_quiet && isHovered()) ? tokens::kWhite : m_ink;
+    const QColor ink = isLit() || (m_quiet && isHovered()) ? tokens::kWhite : m_ink;
     if (!m_iconName.isEmpty()) {
         if (text().isEmpty()) x = std::round(x);
         const QPixmap icon = lineIcon(m_iconName, kChipIcon, ink, devicePixelRatioF());
@@ -129,7 +129,7 @@ ToolButton::ToolButton(const QString& text, const QString& iconName, QWidget* pa
 void ToolButton::setOn(bool on) {
     if (m_on == on) return;
     m_on = on;
-    update();
+    onStateChanged();
 }
 
 QSize ToolButton::sizeHint() const {
@@ -143,14 +143,14 @@ void ToolButton::paintEvent(QPaintEvent*) {
     const double drop = isDown() ? 1 : 0;
     if (isDown())
         fillRounded(painter, rect(), tokens::kChipPressed);
-    else if (m_on)
+    else if (isOn())
         fillRounded(painter, rect(), QColor(63, 210, 226, 38));
     else if (isHovered())
         fillRounded(painter, rect(), tokens::kChipHover);
-    const QPixmap icon = lineIcon(m_iconName, kToolIcon, m_on ? tokens::kAqua : tokens::kIcon, devicePixelRatioF());
+    const QPixmap icon = lineIcon(m_iconName, kToolIcon, isOn() ? tokens::kAqua : tokens::kIcon, devicePixelRatioF());
     painter.drawPixmap(QPointF(kToolPadding, (height() - kToolIcon) / 2 + drop), icon);
     painter.setFont(font());
-    painter.setPen(m_on ? tokens::kWhite : tokens::kMenuText);
+    painter.setPen(isOn() ? tokens::kWhite : tokens::kMenuText);
     drawText(painter, kToolPadding + kToolIcon + kToolGap, height(), drop, text());
 }
 

@@ -15,7 +15,8 @@ public:
     explicit ChipButton(const QString& text, const QString& iconName = {}, QWidget* parent = nullptr);
 
     void setLit(bool lit);
-    bool isLit() const { return m_lit; }
+    bool isLit() const { return m_lit.value_or(false); }
+    std::optional<bool> onState() const override { return m_lit; }
     void setQuiet(bool quiet);  // no ground at rest
     void setTextSize(double pixels);
     void setInk(const QColor& color, int weight);
@@ -32,7 +33,7 @@ private:
 
     QString m_iconName;
     QColor m_ink;
-    bool m_lit = false;
+    std::optional<bool> m_lit;  // none for a chip that names no value
     bool m_quiet = false;
 };
 
@@ -43,7 +44,8 @@ class ToolButton : public FaceButton {
 public:
     ToolButton(const QString& text, const QString& iconName, QWidget* parent = nullptr);
     void setOn(bool on);
-    bool isOn() const { return m_on; }
+    bool isOn() const { return m_on.value_or(false); }
+    std::optional<bool> onState() const override { return m_on; }
     QSize sizeHint() const override;
 
 protected:
@@ -51,7 +53,7 @@ protected:
 
 private:
     QString m_iconName;
-    bool m_on = false;
+    std::optional<bool> m_on;  // none for a tool that opens no panel
 };
 
 // A full-size push button; the primary one is filled with aqua, and there is at most one of those in a window.

@@ -1,5 +1,6 @@
 #include "ui/controls/FaceButton.h"
 
+#include <QAccessible>
 #include <QKeyEvent>
 
 #include "ui/controls/Tokens.h"
@@ -24,6 +25,16 @@ QPainterPath FaceButton::focusPath() const {
     const double radius = tokens::kChipRadius + kOut;
     path.addRoundedRect(QRectF(rect()).adjusted(-kOut, -kOut, kOut, kOut), radius, radius);
     return path;
+}
+
+void FaceButton::onStateChanged() {
+    if (QAccessible::isActive()) {
+        QAccessible::State on;
+        on.checked = true;
+        QAccessibleStateChangeEvent changed(this, on);
+        QAccessible::updateAccessibility(&changed);
+    }
+    update();
 }
 
 double FaceButton::drawingOpacity() const {

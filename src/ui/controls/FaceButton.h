@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <optional>
 
 #include "ui/controls/FocusRing.h"
 
@@ -17,9 +18,13 @@ public:
     void setDimmed(bool dimmed);  // drawn faint; the button still works
     bool isDimmed() const { return m_dimmed; }
 
+    // For a button that says more than that it can be pressed: whether what it stands for is on.
+    virtual std::optional<bool> onState() const { return std::nullopt; }
+
     QPainterPath focusPath() const override;
 
 protected:
+    void onStateChanged();  // tells assistive tools and draws again
     bool isHovered() const { return underMouse() && isEnabled(); }
     double drawingOpacity() const;
     void keyPressEvent(QKeyEvent*) override;

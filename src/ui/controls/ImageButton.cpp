@@ -26,7 +26,13 @@ void ImageButton::setImageName(const QString& name) {
         m_canvas = canvas;
         updateGeometry();
     }
-    update();
+    onStateChanged();
+}
+
+std::optional<bool> ImageButton::onState() const {
+    if (m_imageName.endsWith(u"_on.png")) return true;
+    if (m_imageName.endsWith(u"_off.png")) return false;
+    return std::nullopt;
 }
 
 QPainterPath ImageButton::facePath(double grow) const {

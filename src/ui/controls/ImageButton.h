@@ -18,6 +18,8 @@ public:
     void setImageName(const QString& name);
     QString imageName() const { return m_imageName; }
 
+    std::optional<bool> onState() const override;  // by the name of its picture, if there is one for on and one for off
+
     QPainterPath focusPath() const override;
     QSize sizeHint() const override { return m_canvas; }
     QSize minimumSizeHint() const override { return m_canvas; }

@@ -165,10 +165,11 @@ void PlayListView::updateEmptyState() {
 void PlayListView::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
     QPainter painter(viewport());
-    if (m_focusInRow && hasFocus() && selectedRow() >= 0) {
-        const int top = rowViewportPosition(selectedRow());
+    if (m_focusInRow && hasFocus()) {
+        QRectF ringed = viewport()->rect();  // the whole list, as long as no row stands for it
+        if (selectedRow() >= 0) ringed = QRectF(0, rowViewportPosition(selectedRow()), ringed.width(), kRowHeight);
         painter.setPen(QPen(tokens::kFocus, 2));
-        painter.drawRect(QRectF(1, top + 1, viewport()->width() - 2, kRowHeight - 2));
+        painter.drawRect(ringed.adjusted(1, 1, -1, -1));
     }
     if (!m_dropMarker) return;
     painter.setPen(QPen(tokens::kAqua, 2));

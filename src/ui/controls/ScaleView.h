@@ -26,6 +26,7 @@ class ScaleView : public QWidget {
 
 public:
     ScaleView(Slider* slider, const std::vector<ScaleLabel>& labels, QWidget* parent = nullptr);
+    Slider* slider() const { return m_slider; }
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "ui/controls/SliderAccess.h"
 #include "ui/controls/Tokens.h"
 #include "ui/controls/ValueBubble.h"
 
@@ -30,7 +29,6 @@ QColor black(double opacity) {
 }  // namespace
 
 Slider::Slider(QWidget* parent) : QWidget(parent) {
-    makeSlidersAccessible();
     setFocusPolicy(Qt::TabFocus);
     setMouseTracking(true);
     m_bubbleDelay.setSingleShot(true);
@@ -216,6 +214,10 @@ void Slider::paintKnob(QPainter& painter) const {
 
 void Slider::moveByUser(double value) {
     setValue(value);
+    if (QAccessible::isActive()) {
+        QAccessibleEvent spoken(this, QAccessible::DescriptionChanged);
+        QAccessible::updateAccessibility(&spoken);
+    }
     emit action();
 }
 

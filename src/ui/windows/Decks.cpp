@@ -42,6 +42,7 @@ void dimAll(const std::vector<FaceButton*>& buttons, bool dimmed) {
 }  // namespace
 
 TransportDeck::TransportDeck(Outlets& outlets, ActionTable& actions, QWidget* parent) : Card(parent) {
+    setAccessibleName(tr("Transport"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(1, 1, 1, 1);
     column->setSpacing(0);
@@ -111,6 +112,7 @@ void TransportDeck::setDimmed(bool dimmed) {
 }
 
 LoopDeck::LoopDeck(Outlets& outlets, ActionTable& actions, QWidget* parent) : Card(parent) {
+    setAccessibleName(tr("Loop"));
     outlets.markAButton = makeFace("markAButton", "db_set_in_off.png", "markAUpdate", actions);
     outlets.loopButton = makeFace("loopButton", "db_loop_off.png", "loopSwitch", actions);
     outlets.markBButton = makeFace("markBButton", "db_set_out_off.png", "markBUpdate", actions);

@@ -54,6 +54,7 @@ HeroView::HeroView(Outlets& outlets, QWidget* parent)
     m_outlets.timecode->setAccessibleName(tr("Elapsed time"));
     m_outlets.timeRemaining->setAccessibleName(tr("Remaining time"));
     m_outlets.waveformStrip = named(new WaveformStrip(this), "waveformStrip");
+    m_outlets.waveformStrip->setAccessibleName(tr("Picture of the position slider"));
     m_outlets.cueSlider = named(new Slider(this), "cueSlider");
     SliderLook look;
     look.grooveHeight = 6;

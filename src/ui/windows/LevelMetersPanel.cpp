@@ -86,7 +86,7 @@ void LevelMetersPanel::build(const Column& column) {
 
     auto* view = new MeterView(m_box);
     view->setObjectName(QString::fromLatin1(column.viewName));
-    view->setAccessibleName(column.name);
+    view->setAccessibleName(tr("%1 level bars").arg(column.name));
     view->move(static_cast<int>(std::lround(bars.left() - 0.1)), kBarsTop);
     *column.view = view;
 

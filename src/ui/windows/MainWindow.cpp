@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QBoxLayout>
 #include <QMenuBar>
+#include <QShortcut>
 #include <algorithm>
 #include <utility>
 
@@ -83,6 +84,7 @@ MainWindow::MainWindow(Outlets& outlets, QObject* controller)
     setObjectName(QStringLiteral("mainWindow"));
     setWindowTitle(QStringLiteral("Quillmere"));
     m_actions->buildMenus();
+    menuBar()->setAccessibleName(tr("Menus"));
     auto* content = new QWidget;
     auto* column = new QVBoxLayout(content);
     column->setContentsMargins(0, 0, 0, 0);
@@ -109,6 +111,7 @@ MainWindow::MainWindow(Outlets& outlets, QObject* controller)
     };
     connect(m_actions, &ActionTable::sent, this, pulse);
     setTabOrderOfAreas();
+    openMenuByKey();
 }
 
 void MainWindow::setTabOrderOfAreas() {
@@ -117,13 +120,12 @@ void MainWindow::setTabOrderOfAreas() {
         setTabOrder(last, next);
         last = next;
     };
-    for (const char* slot :
-         {"openFile", "clearList", "displayInfo", "exportMovie", "displayLevels", "audioRecordOpen", "openPrefsWindow"})
-        if (QWidget* tool = m_tools->tool(QString::fromLatin1(slot))) chain(tool);
-    chain(m_outlets.playList);
     const auto chainChildren = [&](QWidget* area) {
         for (FaceButton* button : area->findChildren<FaceButton*>()) chain(button);
     };
+    chainChildren(m_tools);
+    chain(m_outlets.playList);
+    chainChildren(m_grid->playList);
     chainChildren(m_grid->transport);
     for (QWidget* control : {static_cast<QWidget*>(m_outlets.markAButton), static_cast<QWidget*>(m_outlets.loopButton),
                              static_cast<QWidget*>(m_outlets.markBButton), m_outlets.resetMarksButton})
@@ -154,6 +156,16 @@ void MainWindow::setTabOrderOfAreas() {
         chain(row.reset);
     }
     chainChildren(m_grid->bar);
+}
+
+// As on other desktops; Alt alone would take the player's keys away whenever it is touched.
+void MainWindow::openMenuByKey() {
+    auto* key = new QShortcut(QKeySequence(Qt::Key_F10), this);
+    connect(key, &QShortcut::activated, this, [this] {
+        QAction* first = menuBar()->actions().value(0);
+        if (!first || menuBar()->isNativeMenuBar()) return;
+        menuBar()->setActiveAction(first);
+    });
 }
 
 void MainWindow::toggleToolbar() {

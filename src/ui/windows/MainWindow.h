@@ -69,6 +69,7 @@ protected:
 
 private:
     void setTabOrderOfAreas();
+    void openMenuByKey();
 
     ActionTable* m_actions;
     MainToolbar* m_tools;

@@ -1,13 +1,13 @@
 #include "ui/windows/MainWindowState.h"
 
 #include <QAction>
-#include <QFileInfo>
 #include <QLabel>
 #include <QStringList>
 #include <algorithm>
 #include <optional>
 #include <utility>
 
+#include "ui/ReadableForms.h"
 #include "ui/controls/ImageButton.h"
 #include "ui/controls/ImageView.h"
 #include "ui/controls/MovieView.h"
@@ -21,7 +21,6 @@
 #include "ui/windows/MainToolbar.h"
 #include "ui/windows/MainWindow.h"
 #include "ui/windows/PlayListCard.h"
-#include "ui/windows/ReadableForms.h"
 #include "ui/windows/SoundCards.h"
 
 namespace qm {
@@ -30,6 +29,14 @@ namespace {
 
 constexpr int kRefreshMilliseconds = 100;
 constexpr double kRestOpacity = 0.7;
+
+QString spokenMark(std::int64_t mark, std::int32_t scale) {
+    return scale > 0 ? spokenDuration(static_cast<double>(mark) / scale) : QString();
+}
+
+void describe(QWidget& control, const QString& description) {
+    if (control.accessibleDescription() != description) control.setAccessibleDescription(description);
+}
 
 QColor restColor(bool loaded) {
     QColor color = tokens::kText3;
@@ -41,7 +48,12 @@ QColor restColor(bool loaded) {
 
 MainWindowState::MainWindowState(MainWindow& window, const PlayerState& state, const PlayListArrays& list,
                                  const Outlets& outlets)
-    : QObject(&window), m_window(window), m_state(state), m_list(list), m_outlets(outlets) {
+    : QObject(&window),
+      m_window(window),
+      m_state(state),
+      m_list(list),
+      m_outlets(outlets),
+      m_loaded(state, list, outlets) {
     m_timer.setInterval(kRefreshMilliseconds);
     connect(&m_timer, &QTimer::timeout, this, &MainWindowState::refresh);
     connect(&window.actions(), &ActionTable::sent, this, &MainWindowState::refresh);
@@ -67,20 +79,6 @@ void MainWindowState::refresh() {
     m_window.grid().speed->showRate(m_state.rate);
 }
 
-int MainWindowState::loadedRow() const {
-    if (!m_state.qtMovie) return -1;
-    const auto fits = [this](int row) {
-        return row >= 0 && row < m_list.count() && m_list.trackArray[static_cast<size_t>(row)] == m_state.loadedPath;
-    };
-    const int selected = m_outlets.playList->selectedRow();
-    if (fits(selected)) return selected;
-    if (fits(m_rowHint)) return m_rowHint;
-    const auto& tracks = m_list.trackArray;
-    const auto found = std::find(tracks.begin(), tracks.end(), m_state.loadedPath);
-    m_rowHint = found == tracks.end() ? -1 : static_cast<int>(found - tracks.begin());
-    return m_rowHint;
-}
-
 double MainWindowState::secondsOf(double value) const {
     const long scale = m_state.qtMovie ? m_state.qtMovie->timeScaleAttribute().value_or(0) : 0;
     return scale > 0 ? value / static_cast<double>(scale) : 0;
@@ -96,16 +94,8 @@ bool MainWindowState::marksChanged(int row) const {
     return row >= 0 && (m_list.markAarray[i] != 0 || m_list.markBarray[i] != m_list.durations[i]);
 }
 
-QString MainWindowState::trackTitle(int row) const {
-    if (row >= 0) return m_list.displayNamesArray[static_cast<size_t>(row)];
-    if (const auto name = m_state.qtMovie->displayNameAttribute()) return QString::fromStdString(*name);
-    return QFileInfo(m_state.loadedPath).fileName();
-}
-
-QString MainWindowState::trackByLine(int row) const {
-    if (row < 0) return {};
-    QStringList parts = {m_list.artistArray[static_cast<size_t>(row)].trimmed(),
-                         m_list.albumArray[static_cast<size_t>(row)].trimmed()};
+QString MainWindowState::trackByLine() const {
+    QStringList parts = {m_loaded.artist(), m_loaded.album()};
     parts.removeAll(QString());
     return parts.join(QStringLiteral(" — "));
 }
@@ -113,8 +103,7 @@ QString MainWindowState::trackByLine(int row) const {
 void MainWindowState::refreshHero() {
     HeroView& hero = *m_window.grid().hero;
     if (m_state.qtMovie) {
-        const int row = loadedRow();
-        hero.showTrack(trackTitle(row), trackByLine(row), true);
+        hero.showTrack(m_loaded.title(), trackByLine(), true);
     } else {
         hero.showTrack(tr("No track loaded"),
                        m_list.count() > 0 ? tr("Double-click a track to play it.")
@@ -140,7 +129,7 @@ void MainWindowState::refreshPositionSlider() {
 void MainWindowState::refreshStrip() {
     WaveformStrip& strip = *m_outlets.waveformStrip;
     Slider& cue = *m_outlets.cueSlider;
-    const int row = loadedRow();
+    const int row = m_loaded.row();
     std::optional<std::pair<double, double>> marks;
     if (row >= 0 && (loopShows() || marksChanged(row))) {
         const auto i = static_cast<size_t>(row);
@@ -163,6 +152,8 @@ void MainWindowState::refreshLoopTimes() {
     const bool shown = loaded && row >= 0 && row < m_list.count();
     const bool a = shown && m_list.markAarray[i] != 0;
     const bool b = shown && m_list.markBarray[i] != m_list.durations[i];
+    describe(*m_outlets.markAButton, shown ? spokenMark(m_list.markAarray[i], m_list.timescaleArray[i]) : QString());
+    describe(*m_outlets.markBButton, shown ? spokenMark(m_list.markBarray[i], m_list.timescaleArray[i]) : QString());
     m_outlets.loopIn->setTextColor(a ? tokens::kAmberHigh : restColor(loaded));
     m_outlets.loopOut->setTextColor(b ? tokens::kAmberHigh : restColor(loaded));
 }

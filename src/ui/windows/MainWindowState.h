@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include "app/PlayerState.h"
+#include "library/LoadedTrack.h"
 #include "library/PlayListArrays.h"
 #include "ui/controls/Outlets.h"
 
@@ -24,8 +25,6 @@ public:
     void start();    // refreshing by timer
     void refresh();  // now
 
-    int loadedRow() const;  // the row of the loaded track, the selected one if it fits; -1 none
-
 private:
     void refreshHero();
     void refreshStrip();
@@ -35,8 +34,7 @@ private:
     void refreshPlayList();
     void refreshPanelSigns();
     void refreshRecording();
-    QString trackTitle(int row) const;
-    QString trackByLine(int row) const;
+    QString trackByLine() const;
     bool loopShows() const;
     bool marksChanged(int row) const;
     double secondsOf(double value) const;  // of the position slider's value
@@ -45,8 +43,8 @@ private:
     const PlayerState& m_state;
     const PlayListArrays& m_list;
     const Outlets& m_outlets;
+    LoadedTrack m_loaded;
     QTimer m_timer;
-    mutable int m_rowHint = -1;
     QString m_shownPath;
 };
 

@@ -25,6 +25,7 @@ protected:
 }  // namespace
 
 PlayListCard::PlayListCard(Outlets& outlets, ActionTable& actions, QWidget* parent) : Card(parent) {
+    setAccessibleName(tr("Tracks"));
     outlets.playList = new PlayListView;
     outlets.playList->setObjectName(QStringLiteral("playList"));
     outlets.playList->setAccessibleName(tr("Play list"));
@@ -58,10 +59,12 @@ QWidget* PlayListCard::makeFooter(Outlets& outlets, ActionTable& actions) {
     outlets.trackTotal = new TextLabel(QStringLiteral("0 items"), uiFont(kFooterText), tokens::kText);
     outlets.trackTotal->setObjectName(QStringLiteral("trackTotal"));
     row->addWidget(outlets.trackTotal);
+    outlets.trackTotal->setAccessibleName(tr("Tracks in the list"));
     auto* format = new TextLabel(QString(), uiFont(kFooterText), tokens::kText2);
     format->setObjectName(QStringLiteral("format"));
     format->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     format->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    format->setAccessibleName(tr("Track format"));
     outlets.format = format;
     row->addWidget(format, 1);
     return footer;

@@ -4,6 +4,7 @@
 #include <QGridLayout>
 #include <algorithm>
 
+#include "ui/ReadableForms.h"
 #include "ui/controls/Fonts.h"
 #include "ui/controls/ImageButton.h"
 #include "ui/controls/ImageView.h"
@@ -11,7 +12,6 @@
 #include "ui/controls/Slider.h"
 #include "ui/controls/TitleButton.h"
 #include "ui/controls/Tokens.h"
-#include "ui/windows/ReadableForms.h"
 
 namespace qm {
 
@@ -104,6 +104,7 @@ void ScaleCard::setRoomy(bool roomy) {
 }
 
 SpeedCard::SpeedCard(Outlets& o, ActionTable& actions, QWidget* parent) : ScaleCard(parent) {
+    setAccessibleName(tr("Speed"));
     o.speedResetButton = makeValue("speedResetButton", "1.0", "speedReset", kValueWidth, actions);
     QWidget* head = makeHead(&o.speedTitle, "speedTitle", tr("Speed"), o.speedResetButton);
     o.speedSlider = makeSlider("speedSlider", -2.5, 2.5, 1.0, 0.05, "speedUpdate", actions);
@@ -151,6 +152,7 @@ void SpeedCard::showRate(float rate) {
 }
 
 PitchCard::PitchCard(Outlets& o, ActionTable& actions, QWidget* parent) : ScaleCard(parent) {
+    setAccessibleName(tr("Pitch"));
     o.pitchResetButton = makeValue("pitchResetButton", "0", "pitchReset", kValueWidth, actions);
     QWidget* head = makeHead(&o.pitchTitle, "pitchTitle", tr("Pitch"), o.pitchResetButton);
     o.pitchSlider = makeSlider("pitchSlider", -1200, 1200, 0, 100, "pitchUpdate", actions);
@@ -232,6 +234,7 @@ void addToneRow(QGridLayout* grid, int line, const ToneRow& row, ActionTable& ac
 }  // namespace
 
 ToneCard::ToneCard(Outlets& o, ActionTable& actions, QWidget* parent) : Card(parent) {
+    setAccessibleName(tr("Volume and tone"));
     const ToneRow rows[] = {
         {"Gain", "volumeMin", "", "volumeMax", "", &o.gainSlider, "gainSlider", 0, 1, 0.5, 0, 0.02, "gainUpdate",
          &o.gainResetButton, "gainResetButton", "0.5", "gainReset", readableGain, spokenGain},
@@ -252,6 +255,7 @@ ToneCard::ToneCard(Outlets& o, ActionTable& actions, QWidget* parent) : Card(par
 }
 
 RecordBar::RecordBar(Outlets& o, ActionTable& actions, QWidget* parent) : Card(parent) {
+    setAccessibleName(tr("Whole sound and recording"));
     o.audioRecordStatus = new ImageView(QStringLiteral("db_rec_ind_off.png"));
     o.audioRecordStatus->setObjectName(QStringLiteral("audioRecordStatus"));
     o.audioRecordStatus->setAccessibleName(tr("Recording light"));

@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <clocale>
 
+#include "ui/controls/ControlAccess.h"
+
 int main(int argc, char** argv) {
     QTemporaryDir home;
     qputenv("HOME", home.path().toUtf8());
@@ -13,6 +15,7 @@ int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    qm::makeControlsAccessible();
     std::setlocale(LC_NUMERIC, "C");
 
     doctest::Context context;

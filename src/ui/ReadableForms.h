@@ -1,4 +1,5 @@
-// Slider values in words: the short form of the bubble, and the spoken form for assistive tools. Any thread.
+// Values and times in words: the short form of the sliders' bubble, and the spoken form for assistive tools. Any
+// thread.
 #pragma once
 
 #include <QString>
@@ -17,6 +18,7 @@ QString readableTone(double value);       // "148 of 256"
 QString spokenTone(double value);
 QString readableTime(double seconds);                  // "1:23.4"
 QString spokenTime(double seconds, double ofSeconds);  // "1 minute 23 seconds of 4 minutes 12"
+QString spokenDuration(double seconds);                // "4 minutes 12 seconds"
 
 // At most two decimals and none that are zero; a minus sign, not a hyphen.
 QString shortNumber(double value);

@@ -1,4 +1,4 @@
-#include "ui/windows/ReadableForms.h"
+#include "ui/ReadableForms.h"
 
 #include <cmath>
 
@@ -19,13 +19,15 @@ int percent(double part) {
     return static_cast<int>(std::lround(std::abs(part) * 100));
 }
 
+QString countOf(long long number, const char* unit) {
+    return QStringLiteral("%1 %2%3").arg(number).arg(unit).arg(number == 1 ? "" : "s");
+}
+
 QString minutesAndSeconds(double seconds, bool namesUnit) {
     const auto whole = static_cast<long long>(std::max(0.0, seconds));
     const long long minutes = whole / 60, rest = whole % 60;
-    const QString secondText = QStringLiteral("%1 second%2").arg(rest).arg(rest == 1 ? "" : "s");
-    if (minutes == 0) return secondText;
-    if (!namesUnit) return QStringLiteral("%1 minute%2 %3").arg(minutes).arg(minutes == 1 ? "" : "s").arg(rest);
-    return QStringLiteral("%1 minute%2 %3").arg(minutes).arg(minutes == 1 ? "" : "s").arg(secondText);
+    if (minutes == 0) return countOf(rest, "second");
+    return countOf(minutes, "minute") + u' ' + (namesUnit ? countOf(rest, "second") : QString::number(rest));
 }
 
 }  // namespace
@@ -87,6 +89,10 @@ QString readableTime(double seconds) {
 
 QString spokenTime(double seconds, double ofSeconds) {
     return QStringLiteral("%1 of %2").arg(minutesAndSeconds(seconds, true), minutesAndSeconds(ofSeconds, false));
+}
+
+QString spokenDuration(double seconds) {
+    return minutesAndSeconds(seconds, true);
 }
 
 QString speedTag(double rate) {

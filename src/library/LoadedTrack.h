@@ -1,0 +1,33 @@
+// The loaded track as the play list knows it. Reads only; main thread only.
+#pragma once
+
+#include <QString>
+
+#include "app/PlayerState.h"
+#include "library/PlayListArrays.h"
+#include "ui/controls/Outlets.h"
+
+namespace qm {
+
+class LoadedTrack {
+public:
+    LoadedTrack(const PlayerState& state, const PlayListArrays& list, const Outlets& outlets);
+
+    int row() const;  // the selected row if the track stands there, else the first where it does; -1 none
+
+    // Without a row the title is what the file itself says; unknown names are empty, and so is all of it without a
+    // loaded track.
+    QString title() const;
+    QString artist() const;
+    QString album() const;
+
+private:
+    QString nameIn(const std::vector<QString>& names) const;
+
+    const PlayerState& m_state;
+    const PlayListArrays& m_list;
+    const Outlets& m_outlets;
+    mutable int m_rowHint = -1;  // where it was found last
+};
+
+}  // namespace qm

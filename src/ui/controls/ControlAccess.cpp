@@ -1,0 +1,140 @@
+#include "ui/controls/ControlAccess.h"
+
+#include <QAccessibleWidget>
+
+#include "ui/controls/Card.h"
+#include "ui/controls/FaceButton.h"
+#include "ui/controls/MeterView.h"
+#include "ui/controls/MovieView.h"
+#include "ui/controls/ScaleView.h"
+#include "ui/controls/Slider.h"
+#include "ui/controls/TimeLabel.h"
+#include "ui/controls/WaveformStrip.h"
+
+namespace qm {
+
+namespace {
+
+// A slider says its value in words as its description too: the bus has no other place for words beside a number.
+class SliderAccess : public QAccessibleWidget, public QAccessibleValueInterface {
+public:
+    explicit SliderAccess(Slider* slider) : QAccessibleWidget(slider, QAccessible::Slider), m_slider(slider) {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
+        return QAccessibleWidget::interface_cast(type);
+    }
+
+    QString text(QAccessible::Text kind) const override {
+        const bool speaks = kind == QAccessible::Value || kind == QAccessible::Description;
+        return speaks ? m_slider->spokenValue() : QAccessibleWidget::text(kind);
+    }
+
+    QVariant currentValue() const override { return m_slider->value(); }
+    QVariant minimumValue() const override { return m_slider->minimum(); }
+    QVariant maximumValue() const override { return m_slider->maximum(); }
+    QVariant minimumStepSize() const override { return m_slider->step(); }
+    void setCurrentValue(const QVariant& value) override { m_slider->moveByUser(value.toDouble()); }
+
+private:
+    Slider* m_slider;
+};
+
+class ButtonAccess : public QAccessibleWidget {
+public:
+    explicit ButtonAccess(FaceButton* button) : QAccessibleWidget(button, QAccessible::Button), m_button(button) {}
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.pressed = m_button->isDown();
+        state.checkable = m_button->onState().has_value();
+        state.checked = m_button->onState().value_or(false);
+        return state;
+    }
+
+    QString text(QAccessible::Text kind) const override {
+        if (kind == QAccessible::Name && m_button->accessibleName().isEmpty()) return m_button->text();
+        if (kind == QAccessible::Value && m_button->onState())
+            return *m_button->onState() ? FaceButton::tr("on") : FaceButton::tr("off");
+        return QAccessibleWidget::text(kind);
+    }
+
+    QStringList actionNames() const override { return QStringList(pressAction()) + QAccessibleWidget::actionNames(); }
+
+    // Pressed when the tool has its answer: what the button does may open a dialog and take its time.
+    void doAction(const QString& name) override {
+        if (name == pressAction())
+            QMetaObject::invokeMethod(m_button, &QAbstractButton::click, Qt::QueuedConnection);
+        else
+            QAccessibleWidget::doAction(name);
+    }
+
+private:
+    FaceButton* m_button;
+};
+
+// A text whose control has a name of its own says the name, and what it shows as its value.
+template <typename Label>
+class TextAccess : public QAccessibleWidget {
+public:
+    explicit TextAccess(Label* label) : QAccessibleWidget(label, QAccessible::StaticText), m_label(label) {}
+
+    QString text(QAccessible::Text kind) const override {
+        const bool named = !m_label->accessibleName().isEmpty();
+        if (kind == QAccessible::Name) return named ? m_label->accessibleName() : m_label->text();
+        if (kind == QAccessible::Value || kind == QAccessible::Description) return named ? m_label->text() : QString();
+        return QAccessibleWidget::text(kind);
+    }
+
+private:
+    Label* m_label;
+};
+
+// What is only looked at; its parts say nothing.
+class PictureAccess : public QAccessibleWidget {
+public:
+    explicit PictureAccess(QWidget* view) : QAccessibleWidget(view, QAccessible::Graphic) {}
+
+    int childCount() const override { return 0; }
+    QAccessibleInterface* child(int) const override { return nullptr; }
+};
+
+// A slider with its scale is the slider: the figures below it repeat what its value says.
+class ScaleAccess : public QAccessibleWidget {
+public:
+    explicit ScaleAccess(ScaleView* scale) : QAccessibleWidget(scale, QAccessible::Client), m_scale(scale) {}
+
+    int childCount() const override { return 1; }
+    QAccessibleInterface* child(int index) const override {
+        return index == 0 ? QAccessible::queryAccessibleInterface(m_scale->slider()) : nullptr;
+    }
+    int indexOfChild(const QAccessibleInterface* child) const override {
+        return child && child->object() == m_scale->slider() ? 0 : -1;
+    }
+
+private:
+    ScaleView* m_scale;
+};
+
+QAccessibleInterface* accessFor(const QString&, QObject* object) {
+    if (auto* slider = qobject_cast<Slider*>(object)) return new SliderAccess(slider);
+    if (auto* button = qobject_cast<FaceButton*>(object)) return new ButtonAccess(button);
+    if (auto* label = qobject_cast<TextLabel*>(object)) return new TextAccess(label);
+    if (auto* label = qobject_cast<TimeLabel*>(object)) return new TextAccess(label);
+    if (auto* tag = qobject_cast<StateTag*>(object)) return new TextAccess(tag);
+    if (auto* cap = qobject_cast<KeyCap*>(object)) return new TextAccess(cap);
+    if (auto* scale = qobject_cast<ScaleView*>(object)) return new ScaleAccess(scale);
+    if (auto* card = qobject_cast<Card*>(object)) return new QAccessibleWidget(card, QAccessible::Grouping);
+    const bool picture =
+        qobject_cast<WaveformStrip*>(object) || qobject_cast<MeterView*>(object) || qobject_cast<MovieView*>(object);
+    return picture ? new PictureAccess(static_cast<QWidget*>(object)) : nullptr;
+}
+
+}  // namespace
+
+void makeControlsAccessible() {
+    static const bool installed = (QAccessible::installFactory(accessFor), true);
+    Q_UNUSED(installed)
+}
+
+}  // namespace qm

@@ -1,0 +1,31 @@
+// The main window over a real controller with a fake engine, offscreen. Main thread only; one at a time.
+#pragma once
+
+#include "support/widgets/ControllerFixture.h"
+#include "ui/windows/MainWindow.h"
+#include "ui/windows/MainWindowState.h"
+
+namespace qm {
+
+struct LivingWindow {
+    ControllerFixture fixture;
+    QMController& controller = fixture.init();
+    Outlets outlets;
+    MainWindow window{outlets, &controller};
+    MainWindowState state{window, controller, controller, outlets};
+
+    LivingWindow() { controller.awakeFromNib(outlets); }
+    void addTrack(const QString& path) {
+        controller.insertEntry(0, {path, QStringLiteral("Marlow Quartet"), QStringLiteral("Night Ferry"),
+                                   QStringLiteral("Blue Lantern"), 60000, 600, 128, 128, 0, 60000});
+        outlets.playList->reloadData();
+    }
+    void loadTrack() {
+        addTrack(QStringLiteral("/music/a.mp3"));
+        outlets.playList->selectRowIndex(0);
+        controller.selectTrack();
+    }
+    MainGrid& grid() { return window.grid(); }
+};
+
+}  // namespace qm
