@@ -253,6 +253,15 @@ void addWindow(Rows& rows) {
 }
 
 void addHelp(Rows& rows) {
+    rows.push_back({"displayShortcuts",
+                    "Help",
+                    "",
+                    "Keyboard Shortcuts",
+                    {key(Qt::Key_F1), ctrl(Qt::Key_Question)},
+                    kOnce,
+                    "",
+                    "",
+                    kWindow});
     rows.push_back({"checkSoftwareUpdate", "Help", "", "Check for Updates…", {}, kOnce, "", ""});
     rows.push_back({"displayAboutPanel", "Help", "", "About Quillmere", {}, kOnce, "", ""});
 }

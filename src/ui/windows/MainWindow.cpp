@@ -16,6 +16,7 @@
 #include "ui/windows/HeroView.h"
 #include "ui/windows/MainToolbar.h"
 #include "ui/windows/PlayListCard.h"
+#include "ui/windows/ShortcutsPanel.h"
 #include "ui/windows/SoundCards.h"
 
 namespace qm {
@@ -177,6 +178,13 @@ void MainWindow::displayVideo() {
     if (!m_outlets.videoPanel) return;
     m_outlets.videoPanel->show();
     m_outlets.videoPanel->raise();
+}
+
+void MainWindow::displayShortcuts() {
+    if (!m_shortcuts) m_shortcuts = new ShortcutsPanel(this);
+    m_shortcuts->show();
+    m_shortcuts->raise();
+    m_shortcuts->activateWindow();
 }
 
 void MainWindow::showEvent(QShowEvent* event) {

@@ -15,6 +15,7 @@ class MainToolbar;
 class PitchCard;
 class PlayListCard;
 class RecordBar;
+class ShortcutsPanel;
 class SpeedCard;
 class ToneCard;
 class TransportDeck;
@@ -58,6 +59,7 @@ public slots:
     void quit() { emit quitRequested(); }
     void toggleToolbar();
     void displayVideo();  // brings the video panel to the front
+    void displayShortcuts();
 
 signals:
     void quitRequested();
@@ -76,6 +78,7 @@ private:
     MainGrid* m_grid;
     Outlets& m_outlets;
     bool m_wasPainted = false;
+    ShortcutsPanel* m_shortcuts = nullptr;  // none until it is asked for
 };
 
 }  // namespace qm

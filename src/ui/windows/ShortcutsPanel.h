@@ -1,0 +1,31 @@
+// The panel that shows every key of the program, made from the action table and grouped as the menus are. It scrolls
+// where the screen is too small for it. Main thread only.
+#pragma once
+
+#include <QKeySequence>
+#include <QStringList>
+
+#include "ui/windows/ToolPanel.h"
+
+class QScrollArea;
+
+namespace qm {
+
+// The caps of one key combination as they stand on a keyboard: "Ctrl", "Shift", "Del".
+QStringList capsOf(const QKeySequence& key);
+
+class ShortcutsPanel : public ToolPanel {
+    Q_OBJECT
+
+public:
+    explicit ShortcutsPanel(QWidget* mainWindow);
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    QScrollArea* m_scroll;
+};
+
+}  // namespace qm
