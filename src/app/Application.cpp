@@ -53,7 +53,9 @@ Application::Application(int& argc, char** argv)
                  [this] { return signsOf(m_audioRecord, m_audioRecord.recordingStatus); }),
       m_preferences(m_outlets, m_window.actions(), &m_window),
       m_about(m_outlets, &m_window),
-      m_state(m_window, m_controller, m_controller, m_outlets) {
+      m_state(m_window, m_controller, m_controller, m_outlets),
+      m_remote(m_controller, m_controller, m_outlets, m_engine, m_window.actions()),
+      m_mpris(m_remote) {
     m_window.actions().setReceiver(ActionRow::Recorder, &m_audioRecord);
     m_controller.setExit([this](int status) { end(status); });
     m_controller.awakeFromNib(m_outlets);
@@ -78,6 +80,7 @@ void Application::connectWindow() {
 void Application::startTheRest() {
     m_engine.load();
     applyWindowIcon();
+    m_mpris.start();
 }
 
 // A request to terminate ends the program as its own Quit does; the signal handler only passes it on.

@@ -8,6 +8,8 @@
 #include "app/DeferredEngine.h"
 #include "app/Prefs.h"
 #include "app/QMController.h"
+#include "remote/MprisService.h"
+#include "remote/RemotePlayer.h"
 #include "ui/controls/Outlets.h"
 #include "ui/windows/AboutPanel.h"
 #include "ui/windows/ExportPanel.h"
@@ -58,6 +60,8 @@ private:
     PreferencesWindow m_preferences;
     AboutPanel m_about;
     MainWindowState m_state;
+    RemotePlayer m_remote;
+    MprisService m_mpris;
     std::unique_ptr<QSocketNotifier> m_signalNotifier;
 };
 

@@ -10,8 +10,9 @@ engine/api/         ^engine/api/
 engine/realtime/    ^engine/realtime/
 engine/             ^engine/
 ui/controls/        ^(ui/controls/|engine/api/|app/PlayerState\.h)
+remote/             ^(remote/|ui/[A-Z]|ui/controls/|library/|player/|sound/|engine/api/|app/PlayerState\.h)
 ui/windows/         ^(ui/|library/|player/|sound/|record/|update/|engine/api/|app/PlayerState\.h)
-app/                ^(app/|ui/|library/|player/|sound/|record/|update/|engine/api/)
+app/                ^(app/|ui/|remote/|library/|player/|sound/|record/|update/|engine/api/)
 subject/            ^(ui/[A-Z]|ui/controls/|library/|player/|sound/|record/|update/|engine/api/|app/(PlayerState|Prefs)\.h)
 '
 
@@ -20,7 +21,8 @@ reserved='
 ^(libav|libsw)          ^engine/(media|export)/
 ^rubberband             ^engine/render/stretch/
 ^cubeb                  ^engine/(output|capture)/
-^(Q[A-Z]|Qt)            ^(app|ui|library|player|sound|record|update)/
+^QDBus                  ^remote/
+^(Q[A-Z]|Qt)            ^(app|ui|library|player|sound|record|update|remote)/
 ^QtWidgets$             ^$
 ^Q(Network|Ssl|Tcp|Http) ^update/network/
 '

@@ -1,0 +1,98 @@
+#include "remote/MprisAdaptors.h"
+
+#include <QDBusConnection>
+
+#include "remote/RemotePlayer.h"
+
+namespace qm {
+
+MprisRoot::MprisRoot(RemotePlayer& player, QObject* parent) : QDBusAbstractAdaptor(parent), m_player(player) {}
+
+QString MprisRoot::identity() const {
+    return QStringLiteral("Quillmere");
+}
+
+QString MprisRoot::desktopEntry() const {
+    return QStringLiteral("quillmere");
+}
+
+QStringList MprisRoot::schemes() const {
+    return {QStringLiteral("file")};
+}
+
+QStringList MprisRoot::mimeTypes() const {
+    return {QStringLiteral("audio/mpeg"),      QStringLiteral("audio/mp4"),   QStringLiteral("audio/x-m4a"),
+            QStringLiteral("audio/x-wav"),     QStringLiteral("audio/wav"),   QStringLiteral("audio/x-aiff"),
+            QStringLiteral("audio/x-aifc"),    QStringLiteral("audio/x-caf"), QStringLiteral("video/mp4"),
+            QStringLiteral("video/quicktime"), QStringLiteral("video/x-m4v"), QStringLiteral("video/x-msvideo"),
+            QStringLiteral("video/x-ms-wmv"),  QStringLiteral("video/dv")};
+}
+
+void MprisRoot::Raise() {
+    m_player.raise();
+}
+
+void MprisRoot::Quit() {
+    m_player.quit();
+}
+
+MprisPlayer::MprisPlayer(RemotePlayer& player, QObject* parent) : QDBusAbstractAdaptor(parent), m_player(player) {
+    connect(&player, &RemotePlayer::seeked, this, &MprisPlayer::Seeked);
+}
+
+QVariant MprisPlayer::read(const char* property) const {
+    return m_player.properties().value(QString::fromLatin1(property));
+}
+
+void MprisPlayer::setRate(double rate) {
+    m_player.setRate(rate);
+}
+
+void MprisPlayer::setVolume(double volume) {
+    m_player.setVolume(volume);
+}
+
+qlonglong MprisPlayer::position() const {
+    return m_player.position();
+}
+
+void MprisPlayer::Play() {
+    m_player.play();
+}
+
+void MprisPlayer::Pause() {
+    m_player.pause();
+}
+
+void MprisPlayer::PlayPause() {
+    m_player.playPause();
+}
+
+void MprisPlayer::Stop() {
+    m_player.stop();
+}
+
+void MprisPlayer::Next() {
+    m_player.next();
+}
+
+void MprisPlayer::Previous() {
+    m_player.previous();
+}
+
+void MprisPlayer::Seek(qlonglong offset) {
+    m_player.seek(offset);
+}
+
+void MprisPlayer::SetPosition(const QDBusObjectPath& trackId, qlonglong target) {
+    m_player.setPosition(trackId.path(), target);
+}
+
+void MprisPlayer::OpenUri(const QString& uri, const QDBusMessage& call) {
+    if (m_player.openUri(uri)) return;
+    call.setDelayedReply(true);
+    QDBusConnection(kBusConnection)
+        .send(call.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("The play list takes no such file.")));
+}
+
+}  // namespace qm

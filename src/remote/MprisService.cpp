@@ -1,0 +1,81 @@
+#include "remote/MprisService.h"
+
+#include <QCoreApplication>
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QFileInfo>
+#include <QThread>
+#include <memory>
+
+#include "engine/api/Log.h"
+#include "remote/MprisAdaptors.h"
+#include "remote/RemotePlayer.h"
+
+namespace qm {
+
+namespace {
+
+const QString kObject = QStringLiteral("/org/mpris/MediaPlayer2");
+const QString kName = QStringLiteral("org.mpris.MediaPlayer2.quillmere");
+constexpr uint kDoNotQueue = 4;                       // the flag of RequestName
+constexpr uint kPrimaryOwner = 1, kAlreadyOwner = 4;  // its answers
+
+// Asked before the library is: without an address it would try to start a bus.
+bool busIsKnown() {
+    return !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS") ||
+           QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
+}
+
+}  // namespace
+
+MprisService::MprisService(RemotePlayer& player) : m_player(player) {
+    new MprisRoot(player, this);
+    new MprisPlayer(player, this);
+    connect(&player, &RemotePlayer::propertiesChanged, this, &MprisService::announce);
+}
+
+void MprisService::start() {
+    if (!busIsKnown()) return qmLog("No session bus: no media keys and no remote control.");
+    const auto bus = std::make_shared<std::optional<QDBusConnection>>();
+    QThread* connecting =
+        QThread::create([bus] { *bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, kBusConnection); });
+    connect(connecting, &QThread::finished, this, [this, bus] { connected(**bus); });
+    connect(connecting, &QThread::finished, connecting, &QObject::deleteLater);
+    connecting->start();
+}
+
+void MprisService::connected(const QDBusConnection& bus) {
+    if (!bus.isConnected())
+        return qmLog("No session bus: no media keys and no remote control. " + bus.lastError().message().toStdString());
+    m_bus = bus;
+    m_bus->registerObject(kObject, this, QDBusConnection::ExportAdaptors);
+    m_player.watch();
+    claimName(kName, true);
+}
+
+// A second instance of the program adds its number to the name.
+void MprisService::claimName(const QString& name, bool mayBeTaken) {
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("RequestName"));
+    call << name << kDoNotQueue;
+    auto* answer = new QDBusPendingCallWatcher(m_bus->asyncCall(call), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, mayBeTaken] {
+        answer->deleteLater();
+        const QDBusPendingReply<uint> reply = *answer;
+        if (reply.isError()) return qmLog("remote: no name on the bus: " + reply.error().message().toStdString());
+        if (reply.value() == kPrimaryOwner || reply.value() == kAlreadyOwner) return;
+        if (mayBeTaken) claimName(kName + QStringLiteral(".instance%1").arg(QCoreApplication::applicationPid()), false);
+    });
+}
+
+void MprisService::announce(const QVariantMap& changed) {
+    QDBusMessage signal = QDBusMessage::createSignal(kObject, QStringLiteral("org.freedesktop.DBus.Properties"),
+                                                     QStringLiteral("PropertiesChanged"));
+    signal << QStringLiteral("org.mpris.MediaPlayer2.Player") << changed << QStringList();
+    if (m_bus) m_bus->send(signal);
+}
+
+}  // namespace qm
