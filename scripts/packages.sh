@@ -16,8 +16,9 @@ window_packages=(qt6-qpa-plugins fonts-inter ca-certificates)
 # To play on a machine without a desktop: a virtual screen, a virtual sound card, keys and clicks, a camera.
 stage_packages=(xvfb xdotool pulseaudio pulseaudio-utils ffmpeg)
 
-# To run the tests: the test framework, the style check, another language's number format, a secure server's key.
-test_packages=(doctest-dev clang-format locales libx11-dev openssl)
+# To run the tests: the test framework, the style check, another language's number format, a secure server's key, a
+# message bus and the accessibility bus.
+test_packages=(doctest-dev clang-format locales libx11-dev openssl dbus-daemon dbus-bin at-spi2-core)
 
 missing_packages() {
     local package

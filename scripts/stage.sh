@@ -201,6 +201,10 @@ windows_named() {
     xdotool search --onlyvisible --all --pid "$player_pid" --name "$1" | sort -u
 }
 
+window_is_shown() {
+    windows_named "$1" | grep -q .
+}
+
 another_window_has_focus() {
     local focus
     focus=$(xdotool getwindowfocus) && [ "$focus" -gt 1 ] && [ "$focus" != "$player_window" ]

@@ -12,6 +12,60 @@ open_test() {
     settings="$XDG_CONFIG_HOME/Quillmere/Quillmere.ini"
 }
 
+# A session bus of the test's own, for remote control and assistive tools. Before start.
+start_bus() {
+    dbus-daemon --session --nofork --nopidfile --address="unix:path=$stage/bus" --print-address=3 \
+        3>"$stage/bus_address" >"$stage/bus.log" 2>&1 </dev/null &
+    bus_pid=$!
+    stage_pids+=("$bus_pid")
+    wait_until "the session bus is up" test -s "$stage/bus_address"
+    DBUS_SESSION_BUS_ADDRESS=$(cat "$stage/bus_address")
+    export DBUS_SESSION_BUS_ADDRESS
+}
+
+# What the program's remote control says and does, by the names of the bus.
+remote=org.mpris.MediaPlayer2.quillmere
+
+bus_call() {  # DESTINATION PATH METHOD ARGUMENTS...
+    dbus-send --print-reply=literal --reply-timeout=20000 --dest="$1" "$2" "$3" "${@:4}"
+}
+
+on_the_bus() {
+    bus_call org.freedesktop.DBus /org/freedesktop/DBus org.freedesktop.DBus.NameHasOwner "string:$remote" | grep -q true
+}
+
+remote_call() {
+    bus_call "$remote" /org/mpris/MediaPlayer2 "org.mpris.MediaPlayer2.$1" "${@:2}"
+}
+
+# read_property NAME [INTERFACE]: the last word of its value.
+read_property() {
+    bus_call "$remote" /org/mpris/MediaPlayer2 org.freedesktop.DBus.Properties.Get \
+        "string:org.mpris.MediaPlayer2${2-.Player}" "string:$1" | awk '{ word = $NF } END { print word }'
+}
+
+property_is() {
+    [ "$(read_property "$1")" = "$2" ]
+}
+
+write_property() {  # NAME NUMBER
+    bus_call "$remote" /org/mpris/MediaPlayer2 org.freedesktop.DBus.Properties.Set \
+        string:org.mpris.MediaPlayer2.Player "string:$1" "variant:double:$2"
+}
+
+metadata() {
+    bus_call "$remote" /org/mpris/MediaPlayer2 org.freedesktop.DBus.Properties.Get \
+        string:org.mpris.MediaPlayer2.Player string:Metadata
+}
+
+loaded_file_is() {
+    metadata | grep -q "file://.*/$1"
+}
+
+track_id() {
+    metadata | grep -o '/org/quillmere/track/[0-9]*'
+}
+
 start() {
     start_player "$programs/quillmere" "$@"
 }

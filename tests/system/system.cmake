@@ -8,7 +8,10 @@ add_executable(drag_source system/drag_source.cpp)
 target_link_libraries(drag_source PRIVATE Qt6::Widgets)
 add_executable(update_server system/update_server.cpp)
 target_link_libraries(update_server PRIVATE network_test_support)
-set_target_properties(close_window drag_source update_server PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+add_executable(accessible_tree system/accessible_tree.cpp)
+target_link_libraries(accessible_tree PRIVATE Qt6::DBus)
+set_target_properties(close_window drag_source update_server accessible_tree PROPERTIES
+                      RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 file(GLOB SYSTEM_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/test_*.sh)
 foreach(script ${SYSTEM_TESTS})

@@ -1,0 +1,188 @@
+// Looks at the program through the accessibility bus, as a screen reader does, and acts through it.
+//   accessible_tree list               every accessible of the program: depth, role, name, description, value, states
+//   accessible_tree check              exit status 1 when a control has no name or a slider no value in words
+//   accessible_tree press NAME         presses the button of that name
+//   accessible_tree set NAME NUMBER    moves the slider of that name
+//   accessible_tree say NAME           its description, or its text where it has none
+//   accessible_tree is NAME STATE      exit status 0 when it has the state
+#include <QCoreApplication>
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTextStream>
+#include <functional>
+#include <optional>
+
+namespace {
+
+const QString kAccessible = QStringLiteral("org.a11y.atspi.Accessible");
+const QString kProperties = QStringLiteral("org.freedesktop.DBus.Properties");
+constexpr int kDeepest = 40;
+
+QTextStream out(stdout);
+QTextStream complaints(stderr);
+
+QDBusConnection accessibilityBus() {
+    const QDBusMessage answer = QDBusConnection::sessionBus().call(
+        QDBusMessage::createMethodCall(QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
+                                       QStringLiteral("org.a11y.Bus"), QStringLiteral("GetAddress")));
+    return QDBusConnection::connectToBus(answer.arguments().value(0).toString(), QStringLiteral("accessibility"));
+}
+
+// One accessible of the program.
+class Node {
+public:
+    Node(const QDBusConnection& bus, const QString& service, const QString& path)
+        : m_bus(bus), m_service(service), m_path(path) {}
+
+    QVariant call(const QString& interface, const char* method, const QVariantList& arguments = {}) const {
+        QDBusMessage message =
+            QDBusMessage::createMethodCall(m_service, m_path, interface, QString::fromLatin1(method));
+        message.setArguments(arguments);
+        return m_bus.call(message).arguments().value(0);
+    }
+
+    QVariant property(const QString& interface, const char* name) const {
+        return call(kProperties, "Get", {interface, QString::fromLatin1(name)}).value<QDBusVariant>().variant();
+    }
+
+    QString path() const { return m_service + m_path; }
+    QString role() const { return call(kAccessible, "GetRoleName").toString(); }
+    QString name() const { return property(kAccessible, "Name").toString(); }
+    QString description() const { return property(kAccessible, "Description").toString(); }
+    QStringList interfaces() const { return call(kAccessible, "GetInterfaces").toStringList(); }
+
+    QVector<Node> children() const {
+        QVector<Node> found;
+        const auto list = call(kAccessible, "GetChildren").value<QDBusArgument>();
+        list.beginArray();
+        while (!list.atEnd()) {
+            QString service;
+            QDBusObjectPath path;
+            list.beginStructure();
+            list >> service >> path;
+            list.endStructure();
+            found.append(Node(m_bus, service, path.path()));
+        }
+        list.endArray();
+        return found;
+    }
+
+    bool has(int state) const {
+        const auto bits = qdbus_cast<QList<uint>>(call(kAccessible, "GetState").value<QDBusArgument>());
+        return state / 32 < bits.size() && (bits[state / 32] >> (state % 32) & 1);
+    }
+
+    std::optional<double> value() const {
+        if (!interfaces().contains(valueInterface())) return std::nullopt;
+        return property(valueInterface(), "CurrentValue").toDouble();
+    }
+
+    void setValue(double value) const {
+        call(kProperties, "Set",
+             {valueInterface(), QStringLiteral("CurrentValue"), QVariant::fromValue(QDBusVariant(value))});
+    }
+
+    void press() const { call(QStringLiteral("org.a11y.atspi.Action"), "DoAction", {0}); }
+
+private:
+    static QString valueInterface() { return QStringLiteral("org.a11y.atspi.Value"); }
+
+    QDBusConnection m_bus;
+    QString m_service;
+    QString m_path;
+};
+
+// The numbers of the states on the bus.
+const QHash<QString, int> kStates = {{"checked", 4},  {"enabled", 8},  {"focusable", 11},
+                                     {"focused", 12}, {"showing", 25}, {"checkable", 41}};
+
+// What holds, parts or decorates, and is never spoken by itself.
+bool isSilent(const QString& role) {
+    static const QSet<QString> silent = {"filler",      "separator",  "unknown", "layered pane", "scroll pane",
+                                         "application", "popup menu", "panel",   "scroll bar",   "redundant object"};
+    return silent.contains(role);
+}
+
+using Visit = std::function<void(const Node&, int depth)>;
+
+void walk(const Node& node, int depth, const Visit& visit) {
+    visit(node, depth);
+    if (depth < kDeepest)
+        for (const Node& child : node.children()) walk(child, depth + 1, visit);
+}
+
+// Every program that the registry knows: on the stage of a test there is one.
+void walkAll(const Visit& visit) {
+    const Node registry(accessibilityBus(), QStringLiteral("org.a11y.atspi.Registry"),
+                        QStringLiteral("/org/a11y/atspi/accessible/root"));
+    for (const Node& program : registry.children()) walk(program, 0, visit);
+}
+
+std::optional<Node> nodeNamed(const QString& name) {
+    std::optional<Node> found;
+    walkAll([&](const Node& node, int) {
+        if (!found && node.name() == name && !isSilent(node.role()) && node.role() != u"label") found = node;
+    });
+    return found;
+}
+
+int list() {
+    walkAll([](const Node& node, int depth) {
+        QStringList states;
+        for (auto state = kStates.begin(); state != kStates.end(); ++state)
+            if (node.has(state.value())) states << state.key();
+        states.sort();
+        out << QString(2 * depth, u' ') << node.role() << " \"" << node.name() << "\" \"" << node.description() << "\"";
+        if (const auto value = node.value()) out << " = " << *value;
+        out << " (" << states.join(u' ') << ")\n";
+    });
+    return 0;
+}
+
+int check() {
+    int visited = 0, sliders = 0, offences = 0;
+    // Words with a number, or a word alone; never the number alone.
+    static const QRegularExpression readable(QStringLiteral("^(centre|.*[0-9].*[a-z].*|[a-z]+ [0-9].*)$"));
+    walkAll([&](const Node& node, int) {
+        ++visited;
+        const QString role = node.role(), name = node.name();
+        if (!isSilent(role) && name.trimmed().isEmpty()) {
+            ++offences;
+            complaints << "a " << role << " without a name: " << node.path() << " \"" << node.description() << "\"\n";
+        }
+        if (role != u"slider") return;
+        ++sliders;
+        if (!node.value() || !readable.match(node.description()).hasMatch()) {
+            ++offences;
+            complaints << "the slider " << name << " says \"" << node.description() << "\"\n";
+        }
+    });
+    out << visited << " accessibles, " << sliders << " sliders, " << offences << " offences\n";
+    return visited > 0 && sliders > 0 && offences == 0 ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    const QString command = arguments.value(1);
+    if (command == u"list") return list();
+    if (command == u"check") return check();
+    const auto node = nodeNamed(arguments.value(2));
+    if (!node) {
+        complaints << "nothing is called " << arguments.value(2) << "\n";
+        return 1;
+    }
+    if (command == u"press") return node->press(), 0;
+    if (command == u"set") return node->setValue(arguments.value(3).toDouble()), 0;
+    if (command == u"say") return out << node->description() << "\n", 0;
+    if (command == u"is") return node->has(kStates.value(arguments.value(3), -1)) ? 0 : 1;
+    complaints << "unknown command " << command << "\n";
+    return 1;
+}
