@@ -1,6 +1,6 @@
 #include "library/Alert.h"
 
-#include <QEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
 #include <QMessageBox>
@@ -30,17 +30,31 @@ protected:
     }
 };
 
+// A hand that wants to play or pause answers no question: Space presses nothing, Return does.
+class SpaceGuard : public QObject {
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease) return false;
+        return static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space;
+    }
+};
+
 }  // namespace
 
 int runWarningAlert(QWidget* parent, const QString& message, const QStringList& buttons, const QString& information) {
     AlertBox box(QMessageBox::Warning, QString(), message, QMessageBox::NoButton, parent);
     box.setInformativeText(information);
     QList<QPushButton*> added;
+    SpaceGuard guard;
     for (const QString& title : buttons) {
         const bool first = added.isEmpty();
         auto* button = new QPushButton(title);
         button->setProperty("destroys", first && buttons.size() > 1);  // it asks before it destroys
         box.addButton(button, first ? QMessageBox::AcceptRole : QMessageBox::RejectRole);
+        button->installEventFilter(&guard);
         added.append(button);
     }
     box.setDefaultButton(added.first());

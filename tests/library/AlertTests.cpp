@@ -83,3 +83,18 @@ TEST_CASE("more can be said below the message, and one button is enough") {
     });
     CHECK(runWarningAlert(nullptr, "It is protected.", {"Cancel"}, "It cannot be edited.") == 1000);
 }
+
+TEST_CASE("space answers nothing, return presses the default button") {
+    CHECK(runAlert([](QMessageBox& box) {
+              for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+                  QKeyEvent space(type, Qt::Key_Space, Qt::NoModifier);
+                  QApplication::sendEvent(button(box, "Clear list"), &space);
+              }
+              CHECK(box.isVisible());
+              button(box, "Cancel")->click();
+          }) == 1001);
+    CHECK(runAlert([](QMessageBox& box) {
+              QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+              QApplication::sendEvent(&box, &enter);
+          }) == 1000);
+}

@@ -11,6 +11,7 @@
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
+#include <QMap>
 #include <QRegularExpression>
 #include <QSet>
 #include <QTextStream>
@@ -32,6 +33,10 @@ QDBusConnection accessibilityBus() {
                                        QStringLiteral("org.a11y.Bus"), QStringLiteral("GetAddress")));
     return QDBusConnection::connectToBus(answer.arguments().value(0).toString(), QStringLiteral("accessibility"));
 }
+
+// The numbers of the states on the bus.
+const QMap<QString, int> kStates = {{"checkable", 41}, {"checked", 4},  {"enabled", 8},
+                                    {"focusable", 11}, {"focused", 12}, {"showing", 25}};
 
 // One accessible of the program.
 class Node {
@@ -72,9 +77,13 @@ public:
         return found;
     }
 
-    bool has(int state) const {
+    QStringList states() const {
         const auto bits = qdbus_cast<QList<uint>>(call(kAccessible, "GetState").value<QDBusArgument>());
-        return state / 32 < bits.size() && (bits[state / 32] >> (state % 32) & 1);
+        QStringList names;
+        for (auto state = kStates.begin(); state != kStates.end(); ++state)
+            if (state.value() / 32 < bits.size() && (bits[state.value() / 32] >> (state.value() % 32) & 1))
+                names << state.key();
+        return names;
     }
 
     std::optional<double> value() const {
@@ -96,10 +105,6 @@ private:
     QString m_service;
     QString m_path;
 };
-
-// The numbers of the states on the bus.
-const QHash<QString, int> kStates = {{"checked", 4},  {"enabled", 8},  {"focusable", 11},
-                                     {"focused", 12}, {"showing", 25}, {"checkable", 41}};
 
 // What holds, parts or decorates, and is never spoken by itself.
 bool isSilent(const QString& role) {
@@ -133,13 +138,9 @@ std::optional<Node> nodeNamed(const QString& name) {
 
 int list() {
     walkAll([](const Node& node, int depth) {
-        QStringList states;
-        for (auto state = kStates.begin(); state != kStates.end(); ++state)
-            if (node.has(state.value())) states << state.key();
-        states.sort();
         out << QString(2 * depth, u' ') << node.role() << " \"" << node.name() << "\" \"" << node.description() << "\"";
         if (const auto value = node.value()) out << " = " << *value;
-        out << " (" << states.join(u' ') << ")\n";
+        out << " (" << node.states().join(u' ') << ")\n";
     });
     return 0;
 }
@@ -151,7 +152,8 @@ int check() {
     walkAll([&](const Node& node, int) {
         ++visited;
         const QString role = node.role(), name = node.name();
-        if (!isSilent(role) && name.trimmed().isEmpty()) {
+        const bool shows = role != u"label" || node.states().contains(QStringLiteral("showing"));
+        if (!isSilent(role) && shows && name.trimmed().isEmpty()) {
             ++offences;
             complaints << "a " << role << " without a name: " << node.path() << " \"" << node.description() << "\"\n";
         }
@@ -182,7 +184,7 @@ int main(int argc, char** argv) {
     if (command == u"press") return node->press(), 0;
     if (command == u"set") return node->setValue(arguments.value(3).toDouble()), 0;
     if (command == u"say") return out << node->description() << "\n", 0;
-    if (command == u"is") return node->has(kStates.value(arguments.value(3), -1)) ? 0 : 1;
+    if (command == u"is") return node->states().contains(arguments.value(3)) ? 0 : 1;
     complaints << "unknown command " << command << "\n";
     return 1;
 }

@@ -41,6 +41,6 @@ wait_until "the position is told" says Position "1 minute 2 seconds of 1 minute 
 tree press "Loop A to B"
 wait_until "the loop is on" tree is "Loop A to B" checked
 tree press "Set A"
-wait_until "the mark's time is told" says "Set A" "1 minute 2 seconds"
+wait_until "the mark's time is told" says "Set A" "on. 1 minute 2 seconds"
 xdotool windowfocus --sync "$player_window"
 quit_by_key

@@ -84,6 +84,7 @@ TEST_CASE("every control of the panels has a name") {
         });
     }
     CHECK(accessOf(outlets.movieView)->role() == QAccessible::Graphic);
+    CHECK(accessOf(&levels)->role() == QAccessible::Dialog);
     CHECK(nameOf(outlets.audioLevelLeft) == "Left level in decibels");
     CHECK(spoken(outlets.audioLevelLeft) == "dB");
 }
@@ -151,8 +152,8 @@ TEST_CASE("the marks' buttons tell the times of the marks") {
     living.loadTrack();
     living.controller.markAarray[0] = 83 * 600;
     living.state.refresh();
-    CHECK(accessOf(living.outlets.markAButton)->text(QAccessible::Description) == "1 minute 23 seconds");
-    CHECK(accessOf(living.outlets.markBButton)->text(QAccessible::Description) == "1 minute 40 seconds");
+    CHECK(accessOf(living.outlets.markAButton)->text(QAccessible::Description) == "off. 1 minute 23 seconds");
+    CHECK(accessOf(living.outlets.markBButton)->text(QAccessible::Description) == "off. 1 minute 40 seconds");
 }
 
 TEST_CASE("a button pressed by an assistive tool does what a click does") {

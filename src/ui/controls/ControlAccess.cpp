@@ -40,6 +40,7 @@ private:
     Slider* m_slider;
 };
 
+// Whether a button is on stands in its description too: not every bus carries that it could be.
 class ButtonAccess : public QAccessibleWidget {
 public:
     explicit ButtonAccess(FaceButton* button) : QAccessibleWidget(button, QAccessible::Button), m_button(button) {}
@@ -54,8 +55,10 @@ public:
 
     QString text(QAccessible::Text kind) const override {
         if (kind == QAccessible::Name && m_button->accessibleName().isEmpty()) return m_button->text();
-        if (kind == QAccessible::Value && m_button->onState())
-            return *m_button->onState() ? FaceButton::tr("on") : FaceButton::tr("off");
+        const QString state = onOrOff();
+        if (kind == QAccessible::Value) return state;
+        if (kind == QAccessible::Description && !state.isEmpty())
+            return state + QStringLiteral(". ") + QAccessibleWidget::text(kind);
         return QAccessibleWidget::text(kind);
     }
 
@@ -70,6 +73,11 @@ public:
     }
 
 private:
+    QString onOrOff() const {
+        if (!m_button->onState()) return {};
+        return *m_button->onState() ? FaceButton::tr("on") : FaceButton::tr("off");
+    }
+
     FaceButton* m_button;
 };
 
@@ -116,7 +124,17 @@ private:
     ScaleView* m_scale;
 };
 
-QAccessibleInterface* accessFor(const QString&, QObject* object) {
+// Whatever nobody knows better: a panel if it is a window, else only a place for others.
+class PlainAccess : public QAccessibleWidget {
+public:
+    using QAccessibleWidget::QAccessibleWidget;
+
+    QAccessible::Role role() const override {
+        return widget()->isWindow() ? QAccessible::Dialog : QAccessibleWidget::role();
+    }
+};
+
+QAccessibleInterface* accessFor(const QString& className, QObject* object) {
     if (auto* slider = qobject_cast<Slider*>(object)) return new SliderAccess(slider);
     if (auto* button = qobject_cast<FaceButton*>(object)) return new ButtonAccess(button);
     if (auto* label = qobject_cast<TextLabel*>(object)) return new TextAccess(label);
@@ -127,7 +145,8 @@ QAccessibleInterface* accessFor(const QString&, QObject* object) {
     if (auto* card = qobject_cast<Card*>(object)) return new QAccessibleWidget(card, QAccessible::Grouping);
     const bool picture =
         qobject_cast<WaveformStrip*>(object) || qobject_cast<MeterView*>(object) || qobject_cast<MovieView*>(object);
-    return picture ? new PictureAccess(static_cast<QWidget*>(object)) : nullptr;
+    if (picture) return new PictureAccess(static_cast<QWidget*>(object));
+    return className == u"QWidget" ? new PlainAccess(static_cast<QWidget*>(object)) : nullptr;
 }
 
 }  // namespace

@@ -33,6 +33,8 @@ void FaceButton::onStateChanged() {
         on.checked = true;
         QAccessibleStateChangeEvent changed(this, on);
         QAccessible::updateAccessibility(&changed);
+        QAccessibleEvent described(this, QAccessible::DescriptionChanged);
+        QAccessible::updateAccessibility(&described);
     }
     update();
 }
