@@ -4,6 +4,8 @@
 
 #include "ui/controls/Card.h"
 #include "ui/controls/FaceButton.h"
+#include "ui/controls/ImageView.h"
+#include "ui/controls/InputLevels.h"
 #include "ui/controls/MeterView.h"
 #include "ui/controls/MovieView.h"
 #include "ui/controls/ScaleView.h"
@@ -143,8 +145,9 @@ QAccessibleInterface* accessFor(const QString& className, QObject* object) {
     if (auto* cap = qobject_cast<KeyCap*>(object)) return new TextAccess(cap);
     if (auto* scale = qobject_cast<ScaleView*>(object)) return new ScaleAccess(scale);
     if (auto* card = qobject_cast<Card*>(object)) return new QAccessibleWidget(card, QAccessible::Grouping);
-    const bool picture =
-        qobject_cast<WaveformStrip*>(object) || qobject_cast<MeterView*>(object) || qobject_cast<MovieView*>(object);
+    const bool picture = qobject_cast<WaveformStrip*>(object) || qobject_cast<ImageView*>(object) ||
+                         qobject_cast<InputLevels*>(object) || qobject_cast<MeterView*>(object) ||
+                         qobject_cast<MovieView*>(object);
     if (picture) return new PictureAccess(static_cast<QWidget*>(object));
     return className == u"QWidget" ? new PlainAccess(static_cast<QWidget*>(object)) : nullptr;
 }

@@ -5,7 +5,6 @@
 #include <QPainter>
 
 #include "ui/controls/ChipButton.h"
-#include "ui/controls/FocusRing.h"
 #include "ui/controls/Fonts.h"
 #include "ui/controls/NamedImage.h"
 #include "ui/controls/ProgressIndicator.h"
@@ -32,7 +31,6 @@ SoftwareUpdatePanel::SoftwareUpdatePanel(UpdateOutlets& outlets, QWidget* mainWi
     setFixedSize(kWidth, kHeight);
     buildTexts(outlets);
     buildButtons(outlets);
-    new FocusRing(this);
     outlets.softwareUpdatePanel = this;
 }
 
