@@ -1,6 +1,7 @@
 // Looks at the program through the accessibility bus, as a screen reader does, and acts through it.
 //   accessible_tree list               every accessible of the program: depth, role, name, description, value, states
-//   accessible_tree check              exit status 1 when a control has no name or a slider no value in words
+//   accessible_tree check              exit status 1 when a control has no name or is not reached by the keyboard, or a
+//                                      slider has no value in words
 //   accessible_tree press NAME         presses the button of that name
 //   accessible_tree set NAME NUMBER    moves the slider of that name
 //   accessible_tree say NAME           its description, or its text where it has none
@@ -113,6 +114,13 @@ bool isSilent(const QString& role) {
     return silent.contains(role);
 }
 
+// What the user presses, moves or types into, and the keyboard has to reach.
+bool isUsed(const QString& role) {
+    static const QSet<QString> used = {"push button", "toggle button", "check box",   "radio button",  "slider",
+                                       "combo box",   "text",          "spin button", "page tab list", "table"};
+    return used.contains(role);
+}
+
 using Visit = std::function<void(const Node&, int depth)>;
 
 void walk(const Node& node, int depth, const Visit& visit) {
@@ -152,10 +160,16 @@ int check() {
     walkAll([&](const Node& node, int) {
         ++visited;
         const QString role = node.role(), name = node.name();
-        const bool shows = role != u"label" || node.states().contains(QStringLiteral("showing"));
+        const QStringList states = node.states();
+        const bool shows = role != u"label" || states.contains(QStringLiteral("showing"));
         if (!isSilent(role) && shows && name.trimmed().isEmpty()) {
             ++offences;
             complaints << "a " << role << " without a name: " << node.path() << " \"" << node.description() << "\"\n";
+        }
+        if (isUsed(role) && states.contains(QStringLiteral("enabled")) &&
+            !states.contains(QStringLiteral("focusable"))) {
+            ++offences;
+            complaints << "the keyboard does not reach the " << role << " " << name << "\n";
         }
         if (role != u"slider") return;
         ++sliders;
