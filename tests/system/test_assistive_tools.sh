@@ -19,7 +19,7 @@ add_track "$stage/song.wav"
 press Down ctrl+Return
 
 # Every window that a key opens is looked at.
-for key in ctrl+1 ctrl+2 ctrl+4 ctrl+5 ctrl+comma F1; do
+for key in ctrl+2 ctrl+4 ctrl+5 ctrl+comma F1; do
     press "$key"
     xdotool windowfocus --sync "$player_window"
 done

@@ -40,7 +40,7 @@ press F10 Down Return
 wait_until "the first item of the first menu opens its panel" another_window_has_focus
 press Escape
 give_keys_to_main_window
-press alt+s Down Down Return
+press alt+s Down Return
 wait_until "the second item of the Sound menu makes it faster" property_is Rate 1.05
 
 # A panel closes by key, and its window's keys are the player's.
