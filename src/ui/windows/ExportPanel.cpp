@@ -6,6 +6,7 @@
 
 #include "ui/controls/Card.h"
 #include "ui/controls/ChipButton.h"
+#include "ui/controls/FocusRing.h"
 #include "ui/controls/Fonts.h"
 #include "ui/controls/ProgressBar.h"
 #include "ui/controls/Tokens.h"
@@ -42,6 +43,7 @@ ExportPanel::ExportPanel(Outlets& outlets, ActionTable& actions, QWidget* mainWi
     cancel->resize(cancel->sizeHint());
     cancel->move(kWidth - kSide - cancel->width(), kButtonTop);
     actions.bind(cancel, QStringLiteral("cancelExport"));
+    new FocusRing(this);
     outlets.exportPanel = this;
     outlets.exportName = name;
     outlets.exportProgress = bar;

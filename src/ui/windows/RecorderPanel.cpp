@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "ui/controls/Card.h"
+#include "ui/controls/FocusRing.h"
 #include "ui/controls/Fonts.h"
 #include "ui/controls/ImageButton.h"
 #include "ui/controls/InputLevels.h"
@@ -71,6 +72,7 @@ RecorderPanel::RecorderPanel(const QString& title, const QString& name, QWidget*
     m_time->setAccessibleName(tr("Recording time"));
     m_timer.setInterval(kRefreshMilliseconds);
     connect(&m_timer, &QTimer::timeout, this, &RecorderPanel::refresh);
+    new FocusRing(this);
 }
 
 void RecorderPanel::buildFoot(int height, const QString& hint) {

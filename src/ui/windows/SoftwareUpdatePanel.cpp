@@ -5,6 +5,7 @@
 #include <QPainter>
 
 #include "ui/controls/ChipButton.h"
+#include "ui/controls/FocusRing.h"
 #include "ui/controls/Fonts.h"
 #include "ui/controls/NamedImage.h"
 #include "ui/controls/ProgressIndicator.h"
@@ -31,6 +32,7 @@ SoftwareUpdatePanel::SoftwareUpdatePanel(UpdateOutlets& outlets, QWidget* mainWi
     setFixedSize(kWidth, kHeight);
     buildTexts(outlets);
     buildButtons(outlets);
+    new FocusRing(this);
     outlets.softwareUpdatePanel = this;
 }
 

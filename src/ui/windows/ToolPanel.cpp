@@ -6,8 +6,6 @@
 #include <QShowEvent>
 #include <algorithm>
 
-#include "ui/controls/FocusRing.h"
-
 namespace qm {
 
 namespace {
@@ -23,7 +21,6 @@ ToolPanel::ToolPanel(const QString& title, QWidget* mainWindow, Keys keys)
     setAttribute(Qt::WA_ShowWithoutActivating, keys == Keys::PassedOn);
     for (const QKeySequence& key : {QKeySequence(Qt::Key_Escape), QKeySequence(Qt::CTRL | Qt::Key_W)})
         connect(new QShortcut(key, this), &QShortcut::activated, this, &QWidget::close);
-    new FocusRing(this);
 }
 
 // Beside the main window if there is room, at the screen's edge otherwise, and below the panels that are there; with
