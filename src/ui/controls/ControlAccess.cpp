@@ -8,6 +8,7 @@
 #include "ui/controls/InputLevels.h"
 #include "ui/controls/MeterView.h"
 #include "ui/controls/MovieView.h"
+#include "ui/controls/ScaleSample.h"
 #include "ui/controls/ScaleView.h"
 #include "ui/controls/Slider.h"
 #include "ui/controls/TimeLabel.h"
@@ -138,7 +139,9 @@ public:
 
 QAccessibleInterface* accessFor(const QString& className, QObject* object) {
     if (auto* slider = qobject_cast<Slider*>(object)) return new SliderAccess(slider);
-    if (auto* button = qobject_cast<FaceButton*>(object)) return new ButtonAccess(button);
+    // The toolkit knows check boxes and choices.
+    if (auto* button = qobject_cast<FaceButton*>(object); button && !button->isCheckable())
+        return new ButtonAccess(button);
     if (auto* label = qobject_cast<TextLabel*>(object)) return new TextAccess(label);
     if (auto* label = qobject_cast<TimeLabel*>(object)) return new TextAccess(label);
     if (auto* tag = qobject_cast<StateTag*>(object)) return new TextAccess(tag);
@@ -146,8 +149,8 @@ QAccessibleInterface* accessFor(const QString& className, QObject* object) {
     if (auto* scale = qobject_cast<ScaleView*>(object)) return new ScaleAccess(scale);
     if (auto* card = qobject_cast<Card*>(object)) return new QAccessibleWidget(card, QAccessible::Grouping);
     const bool picture = qobject_cast<WaveformStrip*>(object) || qobject_cast<ImageView*>(object) ||
-                         qobject_cast<InputLevels*>(object) || qobject_cast<MeterView*>(object) ||
-                         qobject_cast<MovieView*>(object);
+                         qobject_cast<InputLevels*>(object) || qobject_cast<ScaleSample*>(object) ||
+                         qobject_cast<MeterView*>(object) || qobject_cast<MovieView*>(object);
     if (picture) return new PictureAccess(static_cast<QWidget*>(object));
     return className == u"QWidget" ? new PlainAccess(static_cast<QWidget*>(object)) : nullptr;
 }
