@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::int64_t kFooterBytes = 32;
 constexpr std::int64_t kId3v1Bytes = 128;
+constexpr std::int64_t kItemWork = 64;  // of passing over an item, in bytes looked at
 constexpr std::int64_t kMostBytes = std::int64_t{64} << 20;
 
 struct ItemRange {
@@ -46,6 +47,7 @@ void readApe(const FileBytes& file, TagList& tags) {
         if (!p) {
             return;
         }
+        tags.spend(kItemWork);
         const std::int64_t valueBytes = littleEndian32(p);
         const bool isText = (littleEndian32(p + 4) >> 1 & 3) == 0;
         const std::string name(untilZero(bytes.text(position + 8, items->end, TagList::kLongestKey)));

@@ -14,7 +14,8 @@ constexpr int kMostObjects = 10000;
 constexpr std::int64_t kObjectHeader = 24;  // identifier and size
 constexpr std::int64_t kHeaderObject = 30;  // with its count of objects
 constexpr std::int64_t kExtensionObject = 46;
-constexpr int kUnicodeText = 0;  // type of a value
+constexpr std::int64_t kRecordWork = 64;  // of passing over a value, in bytes looked at
+constexpr int kUnicodeText = 0;           // type of a value
 
 // The first eight bytes of an object's identifier tell these apart.
 constexpr std::uint64_t kContentDescription = 0x3326b2758e66cf11;
@@ -93,6 +94,7 @@ private:
             if (!valueBytes) {
                 return;
             }
+            m_tags.spend(kRecordWork);
             const std::int64_t value = position + 6 + *nameBytes;
             if (*type == kUnicodeText) {
                 m_tags.addForeign(text(position + 2, *nameBytes, end), text(value, *valueBytes, end));
@@ -111,6 +113,7 @@ private:
             if (!p) {
                 return;
             }
+            m_tags.spend(kRecordWork);
             const bool isText = littleEndian16(p + 2) == 0 && littleEndian16(p + 6) == kUnicodeText;
             const std::int64_t nameBytes = littleEndian16(p + 4);
             const std::int64_t valueBytes = littleEndian32(p + 8);

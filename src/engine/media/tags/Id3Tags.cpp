@@ -12,16 +12,15 @@ namespace qm {
 namespace {
 
 constexpr int kMostTagsInARow = 16;
-constexpr int kMostFrames = 100000;
-constexpr std::int64_t kMostScanned = std::int64_t{32} << 20;
+constexpr std::int64_t kFrameWork = 64;  // of reading a frame that is left out, in bytes looked at
 // A text as it is stored: two bytes for each of its characters, and those that unsynchronisation puts in.
 constexpr std::size_t kMostStored = 4 * TagList::kLongestText;
 
 // The bytes of a tag as its writer meant them, from front to back.
 class TagCursor {
 public:
-    TagCursor(const FileBytes& file, std::int64_t position, std::int64_t end, bool unsynchronised)
-        : m_bytes(file), m_position(position), m_end(end), m_unsynchronised(unsynchronised) {}
+    TagCursor(const FileBytes& file, std::int64_t position, std::int64_t end, bool unsynchronised, TagList& tags)
+        : m_bytes(file), m_position(position), m_end(end), m_unsynchronised(unsynchronised), m_tags(tags) {}
 
     bool isAtEnd() const { return m_position >= m_end; }
     std::int64_t position() const { return m_position; }
@@ -57,7 +56,8 @@ public:
 private:
     // Behind 0xff a zero byte was put in; -1 at the end.
     int nextMeant() {
-        const std::uint8_t* p = m_position < m_end && ++m_scanned <= kMostScanned ? m_bytes.at(m_position, 1) : nullptr;
+        m_tags.spend(1);
+        const std::uint8_t* p = m_position < m_end && !m_tags.isFull() ? m_bytes.at(m_position, 1) : nullptr;
         if (p && m_afterFull && *p == 0) {
             p = ++m_position < m_end ? m_bytes.at(m_position, 1) : nullptr;
         }
@@ -73,9 +73,9 @@ private:
     ByteWindow m_bytes;
     std::int64_t m_position;
     std::int64_t m_end;
-    std::int64_t m_scanned = 0;
     bool m_unsynchronised;
     bool m_afterFull = false;
+    TagList& m_tags;
 };
 
 const std::uint8_t* bytesOf(const std::string& text) {
@@ -140,19 +140,16 @@ Frame parseFrame(const std::string& header, const Id3Header& tag) {
 class Id3Reader {
 public:
     Id3Reader(const FileBytes& file, std::int64_t position, std::int64_t end, const Id3Header& header, TagList& tags)
-        : m_file(file),
-          m_peek(file),
+        : m_peek(file),
           m_header(header),
           m_end(std::min(end, position + Id3Header::kBytes + header.frameBytes)),
-          m_cursor(file, position + Id3Header::kBytes, m_end, header.unsynchronised && header.version < 4),
+          m_cursor(file, position + Id3Header::kBytes, m_end, header.unsynchronised && header.version < 4, tags),
           m_tags(tags) {}
 
     void run() {
         skipExtendedHeader();
-        for (int i = 0; i < kMostFrames && !m_cursor.isAtEnd() && !m_tags.isFull(); ++i) {
-            if (!readFrame()) {
-                return;
-            }
+        while (!m_cursor.isAtEnd() && !m_tags.isFull() && readFrame()) {
+            m_tags.spend(kFrameWork);
         }
     }
 
@@ -163,8 +160,8 @@ private:
         }
         const std::string size = m_cursor.take(4);
         if (size.size() == 4) {  // counts itself in the newer version only
-            m_cursor.skip(m_header.version == 4 ? std::int64_t{synchSafe32(bytesOf(size))} - 4
-                                                : std::int64_t{bigEndian32(bytesOf(size))});
+            const std::int64_t stated = m_header.version == 4 ? synchSafe32(bytesOf(size)) : bigEndian32(bytesOf(size));
+            m_cursor.skip(m_header.version == 4 ? std::max<std::int64_t>(stated - 4, 0) : stated);
         }
     }
 
@@ -210,7 +207,6 @@ private:
         return next[0] == '\0' || isFrameName(next);
     }
 
-    const FileBytes& m_file;
     ByteWindow m_peek;
     const Id3Header m_header;
     const std::int64_t m_end;

@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::size_t kMostTags = 20000;
 constexpr std::size_t kMostBytes = std::size_t{4} << 20;
+constexpr std::int64_t kMostSpent = std::int64_t{16} << 20;
 constexpr std::string_view kNoKey = "----";
 
 struct Field {
@@ -79,7 +80,7 @@ std::string_view movieKey(std::string_view name) {
 }  // namespace
 
 bool TagList::isFull() const {
-    return m_tags.size() >= kMostTags || m_bytes >= kMostBytes;
+    return m_tags.size() >= kMostTags || m_bytes >= kMostBytes || m_spent >= kMostSpent;
 }
 
 void TagList::add(std::string_view key, std::string_view value) {

@@ -126,6 +126,16 @@ TEST_CASE("a tag that says it is unsynchronised for hundreds of megabytes is giv
     CHECK(tagsOfFile(path).empty());
 }
 
+TEST_CASE("many tags that have to be looked at byte by byte are given up together") {
+    const FileContent part = Bytes().text("APIC").big(2 << 20, 4).big(0, 2).repeat(0, 2 << 20).get();
+    FileContent tag = id3Tag(3, {part}, 0x80);
+    std::vector<FileContent> chunks(12, riffChunk("id3 ", tag));
+    chunks.push_back(infoList({{"IART", "Ella"}}));
+    CHECK(tagsOf(waveWithChunks({}, joined(chunks))).empty());
+    chunks.erase(chunks.begin(), chunks.begin() + 8);
+    CHECK(firstValue(tagsOf(waveWithChunks({}, joined(chunks))), kArtist) == "Ella");
+}
+
 TEST_CASE("chunks far apart in a huge file come to an end") {
     const TemporaryFolder folder;
     const std::string path =
