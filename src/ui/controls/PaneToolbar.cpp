@@ -109,6 +109,15 @@ void PaneToolbar::putFirstInTabOrder() {
     for (qsizetype i = 0; i < order.size(); ++i) order[i]->setFocusPolicy(policies[i]);
 }
 
+void PaneToolbar::addItem(const ToolbarItem& item, bool selectable) {
+    auto* button = new ItemButton(item, this);
+    button->setCheckable(selectable);
+    layout()->addWidget(button);
+    m_buttons.insert(item.identifier, button);
+    m_order << item.identifier;
+    connect(button, &QAbstractButton::clicked, this, [this, action = item.action] { emit itemChosen(action); });
+}
+
 void PaneToolbar::setSelectedItemIdentifier(const QString& identifier) {
     if (ChoiceButton* button = m_buttons.value(identifier)) button->setChecked(true);
 }
