@@ -16,15 +16,15 @@ QString wordsOf(const ActionRow& row) {
 }
 
 QList<QStringList> keysOf(const ActionRow& row) {
-    if (row.keys.empty() && *row.shownKey != '\0') return {keyCaps(QKeySequence(QString::fromLatin1(row.shownKey)))};
+    if (row.keys.empty() && *row.shownKey != '\0') return {capsOf(QKeySequence(QString::fromLatin1(row.shownKey)))};
     QList<QStringList> keys;
-    for (const QKeySequence& key : row.keys) keys << keyCaps(key);
+    for (const QKeySequence& key : row.keys) keys << capsOf(key);
     return keys;
 }
 
 }  // namespace
 
-QStringList keyCaps(const QKeySequence& key) {
+QStringList capsOf(const QKeySequence& key) {
     if (key.isEmpty()) return {};
     const QKeyCombination combination = key[0];
     QStringList caps;

@@ -10,7 +10,7 @@
 namespace qm {
 
 // The caps of one key combination as they stand on a keyboard: "Ctrl", "Shift", "Del".
-QStringList keyCaps(const QKeySequence& key);
+QStringList capsOf(const QKeySequence& key);
 
 struct KeyLine {
     QString words;            // "Skip Forward: 10 Seconds" for an item of a submenu

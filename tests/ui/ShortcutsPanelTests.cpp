@@ -7,6 +7,7 @@
 
 #include "support/widgets/TestText.h"
 #include "ui/ActionTable.h"
+#include "ui/KeyList.h"
 #include "ui/controls/Card.h"
 
 using namespace qm;

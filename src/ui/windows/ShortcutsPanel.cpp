@@ -8,9 +8,8 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <algorithm>
 
-#include "ui/ActionTable.h"
+#include "ui/KeyList.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/Fonts.h"
 #include "ui/controls/Tokens.h"
@@ -23,83 +22,54 @@ constexpr int kMargin = 20, kColumns = 3, kColumnGap = 32, kGroupGap = 16;
 constexpr int kHeadingHeight = 24, kRowHeight = 24, kCapGap = 4, kWordGap = 24;
 constexpr int kScreenMargin = 48;  // for the window's frame, in pixels
 
-// The rows of one menu that have a key.
-struct Group {
-    QString title;
-    std::vector<const ActionRow*> rows;
-};
-
-std::vector<Group> groupsOfTable() {
-    std::vector<Group> groups;
-    for (const ActionRow& row : actionRows()) {
-        if (*row.menu == '\0' || (row.keys.empty() && *row.shownKey == '\0')) continue;
-        const QString title = QString::fromUtf8(row.menu);
-        auto group = std::find_if(groups.begin(), groups.end(), [&](const Group& g) { return g.title == title; });
-        if (group == groups.end()) group = groups.insert(group, {title, {}});
-        group->rows.push_back(&row);
-    }
-    return groups;
-}
-
-// "Skip Forward: 10 Seconds" for an item of a submenu.
-QString wordsOf(const ActionRow& row) {
-    QString text = QString::fromUtf8(row.text);
-    if (text.endsWith(u'…')) text.chop(1);
-    return *row.submenu == '\0' ? text : QString::fromUtf8(row.submenu) + QStringLiteral(": ") + text;
-}
-
-std::vector<QKeySequence> keysOf(const ActionRow& row) {
-    return row.keys.empty() ? std::vector<QKeySequence>{QKeySequence(QString::fromLatin1(row.shownKey))} : row.keys;
-}
-
 QLabel* makeText(const QString& text, double size, int weight, const QColor& color) {
     return new TextLabel(text, uiFont(size, weight), color);
 }
 
-QWidget* makeRow(const ActionRow& row) {
+QWidget* makeRow(const KeyLine& row) {
     auto* line = new QWidget;
     line->setFixedHeight(kRowHeight);
     auto* layout = new QHBoxLayout(line);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(kCapGap);
-    QLabel* words = makeText(wordsOf(row), 13, 400, tokens::kText);
+    QLabel* words = makeText(row.words, 13, 400, tokens::kText);
     layout->addWidget(words);
     layout->addSpacing(kWordGap - kCapGap);
     layout->addStretch();
     QStringList spoken;
-    for (const QKeySequence& key : keysOf(row)) {
+    for (const QStringList& caps : row.keys) {
         if (!spoken.isEmpty()) layout->addWidget(makeText(ShortcutsPanel::tr("or"), 11.5, 400, tokens::kText3));
-        for (const QString& cap : capsOf(key)) layout->addWidget(new KeyCap(cap));
-        spoken << capsOf(key).join(u' ');
+        for (const QString& cap : caps) layout->addWidget(new KeyCap(cap));
+        spoken << caps.join(u' ');
     }
-    words->setAccessibleName(wordsOf(row) + QStringLiteral(", ") + spoken.join(ShortcutsPanel::tr(" or ")));
+    words->setAccessibleName(row.words + QStringLiteral(", ") + spoken.join(ShortcutsPanel::tr(" or ")));
     return line;
 }
 
-void addGroup(QVBoxLayout* column, const Group& group) {
+void addGroup(QVBoxLayout* column, const KeyGroup& group) {
     if (column->count() > 0) column->addSpacing(kGroupGap);
     QLabel* heading = makeText(group.title, 13, 600, tokens::kAqua);
     heading->setFixedHeight(kHeadingHeight);
     column->addWidget(heading);
-    for (const ActionRow* row : group.rows) column->addWidget(makeRow(*row));
+    for (const KeyLine& line : group.lines) column->addWidget(makeRow(line));
 }
 
-int heightOf(const Group& group) {
-    return kHeadingHeight + kGroupGap + static_cast<int>(group.rows.size()) * kRowHeight;
+int heightOf(const KeyGroup& group) {
+    return kHeadingHeight + kGroupGap + static_cast<int>(group.lines.size()) * kRowHeight;
 }
 
 // The groups in their order, a column ending where its share of the whole height is reached.
 QWidget* makeContent() {
-    const std::vector<Group> groups = groupsOfTable();
+    const QList<KeyGroup> groups = keyGroups();
     int whole = 0;
-    for (const Group& group : groups) whole += heightOf(group);
+    for (const KeyGroup& group : groups) whole += heightOf(group);
     auto* content = new QWidget;
     auto* row = new QHBoxLayout(content);
     row->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     row->setSpacing(kColumnGap);
     QVBoxLayout* column = nullptr;
     int filled = 0, columns = 0;
-    for (const Group& group : groups) {
+    for (const KeyGroup& group : groups) {
         const bool full = filled + heightOf(group) / 2 > whole * columns / kColumns;
         if (!column || (full && columns < kColumns)) {
             if (column) column->addStretch();
@@ -116,17 +86,6 @@ QWidget* makeContent() {
 }
 
 }  // namespace
-
-QStringList capsOf(const QKeySequence& key) {
-    if (key.isEmpty()) return {};
-    const QKeyCombination combination = key[0];
-    QStringList caps;
-    for (const auto& [modifier, name] : {std::pair{Qt::ControlModifier, "Ctrl"}, std::pair{Qt::AltModifier, "Alt"},
-                                         std::pair{Qt::ShiftModifier, "Shift"}})
-        if (combination.keyboardModifiers() & modifier) caps << ShortcutsPanel::tr(name);
-    if (combination.key() == Qt::Key_Minus) return caps << QStringLiteral("−");
-    return caps << QKeySequence(combination.key()).toString(QKeySequence::NativeText);
-}
 
 ShortcutsPanel::ShortcutsPanel(QWidget* mainWindow)
     : ToolPanel(tr("Keyboard Shortcuts"), mainWindow), m_scroll(new QScrollArea) {

@@ -2,17 +2,11 @@
 // where the screen is too small for it. Main thread only.
 #pragma once
 
-#include <QKeySequence>
-#include <QStringList>
-
 #include "ui/windows/ToolPanel.h"
 
 class QScrollArea;
 
 namespace qm {
-
-// The caps of one key combination as they stand on a keyboard: "Ctrl", "Shift", "Del".
-QStringList capsOf(const QKeySequence& key);
 
 class ShortcutsPanel : public ToolPanel {
     Q_OBJECT
