@@ -75,7 +75,7 @@ QWidget* makeContent() {
             if (column) column->addStretch();
             column = new QVBoxLayout;
             column->setSpacing(0);
-            row->addLayout(column, 1);
+            row->addLayout(column);
             ++columns;
         }
         addGroup(column, group);
