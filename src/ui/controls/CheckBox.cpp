@@ -36,9 +36,9 @@ void paintOff(QPainter& painter, const QRectF& box, bool hovered) {
 }  // namespace
 
 CheckBox::CheckBox(const QString& text, QWidget* parent) : FaceButton(parent) {
+    setCheckable(true);  // first: what assistive tools are told depends on it
     setFont(uiFont(13, 500));
     setText(text);
-    setCheckable(true);
 }
 
 QSize CheckBox::sizeHint() const {

@@ -96,7 +96,7 @@ void PaneToolbar::addDefaultItems() {
 // The items were made last, but the user meets them before whatever else the window holds. The order is set for those
 // too that Tab passes by at the moment.
 void PaneToolbar::putFirstInTabOrder() {
-    QWidgetList order;
+    QWidgetList order{window()};
     for (const QString& identifier : m_order) order << m_buttons.value(identifier);
     for (QWidget* next = nextInFocusChain(); next != this; next = next->nextInFocusChain())
         if (qobject_cast<FaceButton*>(next) && !isAncestorOf(next)) order << next;
