@@ -8,6 +8,7 @@ open_preferences() {
     press ctrl+comma
     wait_until "the preferences window is on the screen" preferences_window
     preferences=$(preferences_window)
+    xdotool windowmove --sync "$preferences" 400 690 # below the main window, which comes to the front as it has faded in
     xdotool mousemove --sync --window "$preferences" 300 20 # off the controls, whose colours change under it
 }
 
@@ -64,6 +65,7 @@ start
 open_preferences
 wait_until "the orange tile is chosen again" is_aqua $orange_dot
 expect "keys in the settings" "$(grep -c = "$settings")" -eq 2
+xdotool windowfocus --sync "$preferences"
 press Escape
 give_keys_to_main_window
 quit_by_key
