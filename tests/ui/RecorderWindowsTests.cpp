@@ -243,6 +243,12 @@ TEST_CASE_FIXTURE(RecorderDesk, "no control has the focus when a window comes up
     CHECK(recording.focusWidget() == outlets.audioRecordingRecordButton);
 }
 
+TEST_CASE_FIXTURE(RecorderDesk, "the recorder's status keeps clear of the window's edge") {
+    const auto* line = recorder.findChild<StatusLine*>();
+    CHECK(line->geometry().right() < recorder.width() - 12);
+    CHECK(line->height() >= 36);
+}
+
 TEST_CASE_FIXTURE(RecorderDesk, "a panel that is shown first keeps clear of those that are there") {
     window.move(0, 0);
     window.show();

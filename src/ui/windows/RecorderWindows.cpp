@@ -23,7 +23,7 @@ constexpr QSize kClose{58, 28};
 
 constexpr QSize kRecorderSize{312, 192};
 constexpr QPoint kRecorderButton{23, 32};
-constexpr int kRecorderLeft = 121;  // of everything beside the button
+constexpr int kRecorderLeft = 121, kRecorderRight = 16;  // what stands beside the button is between them
 constexpr int kSmallTime = 38, kSmallTimeTop = 46, kSmallTimeLine = 42;
 constexpr int kRecorderStatusTop = 88, kRecorderStatusHeight = 36, kRecorderLevelsTop = 128;
 constexpr int kRecorderFoot = 40;
@@ -91,7 +91,8 @@ RecorderWindow::RecorderWindow(AudioRecordOutlets& outlets, ActionTable& actions
     m_button->setGeometry(QRect(kRecorderButton, m_button->sizeHint()));
     m_time->setTextFont(uiFont(kSmallTime, 400, kTimeSpacing), kSmallTimeLine);
     m_time->setGeometry(kRecorderLeft, kSmallTimeTop, width() - kRecorderLeft, kSmallTimeLine);
-    m_status->setGeometry(kRecorderLeft, kRecorderStatusTop, width() - kRecorderLeft, kRecorderStatusHeight);
+    m_status->setGeometry(kRecorderLeft, kRecorderStatusTop, width() - kRecorderLeft - kRecorderRight,
+                          kRecorderStatusHeight);
     m_levels->move(kRecorderLeft, kRecorderLevelsTop);
     buildFoot(kRecorderFoot, tr("When you stop, keep it in Music or elsewhere."));
     actions.bind(m_button, QStringLiteral("toggleRecordSession"));
