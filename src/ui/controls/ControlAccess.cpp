@@ -48,11 +48,16 @@ class ButtonAccess : public QAccessibleWidget {
 public:
     explicit ButtonAccess(FaceButton* button) : QAccessibleWidget(button, QAccessible::Button), m_button(button) {}
 
+    QAccessible::Role role() const override {
+        if (!m_button->isCheckable()) return QAccessible::Button;
+        return m_button->autoExclusive() ? QAccessible::RadioButton : QAccessible::CheckBox;
+    }
+
     QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
         state.pressed = m_button->isDown();
-        state.checkable = m_button->onState().has_value();
-        state.checked = m_button->onState().value_or(false);
+        state.checkable = m_button->isCheckable() || m_button->onState().has_value();
+        state.checked = m_button->isChecked() || m_button->onState().value_or(false);
         return state;
     }
 
@@ -97,6 +102,12 @@ public:
         return QAccessibleWidget::text(kind);
     }
 
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.invisible = state.invisible || text(QAccessible::Name).isEmpty();  // says nothing now
+        return state;
+    }
+
 private:
     Label* m_label;
 };
@@ -139,9 +150,7 @@ public:
 
 QAccessibleInterface* accessFor(const QString& className, QObject* object) {
     if (auto* slider = qobject_cast<Slider*>(object)) return new SliderAccess(slider);
-    // The toolkit knows check boxes and choices.
-    if (auto* button = qobject_cast<FaceButton*>(object); button && !button->isCheckable())
-        return new ButtonAccess(button);
+    if (auto* button = qobject_cast<FaceButton*>(object)) return new ButtonAccess(button);
     if (auto* label = qobject_cast<TextLabel*>(object)) return new TextAccess(label);
     if (auto* label = qobject_cast<TimeLabel*>(object)) return new TextAccess(label);
     if (auto* tag = qobject_cast<StateTag*>(object)) return new TextAccess(tag);

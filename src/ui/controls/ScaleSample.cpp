@@ -23,7 +23,6 @@ Slider* makeSlider() {
     slider->setResetValue(1);
     slider->setValue(1);
     slider->setFocusPolicy(Qt::NoFocus);
-    slider->setAccessibleName(ScaleSample::tr("Sample of the speed scale"));
     SliderLook look;
     look.knobRadius = 8;
     look.grooveHeight = 4;
@@ -36,6 +35,7 @@ Slider* makeSlider() {
 
 ScaleSample::ScaleSample(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
+    setAccessibleName(tr("Sample of the speed scale"));
     setFixedHeight(kTop + kTitleLine + kScaleHeight + kBottom);
     m_labels.push_back(new TextLabel(tr("Speed"), uiFont(13, 600), tokens::kScaleCyan, this));
     std::array<QLabel*, 7> marks{};
