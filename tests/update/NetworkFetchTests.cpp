@@ -105,6 +105,7 @@ TEST_CASE_FIXTURE(Listening, "a few redirections are followed") {
     answers["/b"] = redirection(url("/c").toEncoded());
     answers["/c"] = page("here");
     const auto result = fetchInBackground(url("/a"));
+    INFO((result ? "" : result.error().message));
     REQUIRE(result);
     CHECK(result.value() == "here");
     CHECK(requests.contains("/b"));

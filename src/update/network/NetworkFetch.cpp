@@ -98,7 +98,9 @@ QByteArray Fetching::flaw() const {
     if (m_reply->hasRawHeader("Content-Encoding") && m_reply->rawHeader("Content-Encoding").toLower() != "identity")
         return "it is packed";
     const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
-    if (length.isValid() && length.toLongLong() != content.size()) return "it is not complete";
+    // A redirection may leave its own length behind.
+    if (length.isValid() && content.size() < length.toLongLong())
+        return "it is not complete: " + QByteArray::number(content.size()) + " of " + length.toByteArray() + " bytes";
     // When a connection breaks between two chunks, the toolkit may take that for the end.
     const bool chunked = m_reply->rawHeader("Transfer-Encoding").toLower().contains("chunked");
     if (chunked && !m_limits.showsItsEnd) return "its end cannot be told";
