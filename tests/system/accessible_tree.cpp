@@ -114,10 +114,11 @@ bool isSilent(const QString& role) {
     return silent.contains(role);
 }
 
-// What the user presses, moves or types into, and the keyboard has to reach.
+// What the user presses, moves or types into, and the keyboard has to reach. Of several choices it reaches the chosen
+// one, and the arrow keys the others.
 bool isUsed(const QString& role) {
-    static const QSet<QString> used = {"push button", "toggle button", "check box",   "radio button",  "slider",
-                                       "combo box",   "text",          "spin button", "page tab list", "table"};
+    static const QSet<QString> used = {"push button", "toggle button", "check box",     "slider", "combo box",
+                                       "text",        "spin button",   "page tab list", "table"};
     return used.contains(role);
 }
 
@@ -136,10 +137,11 @@ void walkAll(const Visit& visit) {
     for (const Node& program : registry.children()) walk(program, 0, visit);
 }
 
+// The first control of that name.
 std::optional<Node> nodeNamed(const QString& name) {
     std::optional<Node> found;
     walkAll([&](const Node& node, int) {
-        if (!found && node.name() == name && !isSilent(node.role()) && node.role() != u"label") found = node;
+        if (!found && isUsed(node.role()) && node.name() == name) found = node;
     });
     return found;
 }
