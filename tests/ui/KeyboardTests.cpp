@@ -116,3 +116,16 @@ TEST_CASE("a focused slider takes Up and Down and leaves Left and Right to the s
     CHECK_FALSE(pressKey(slider, Qt::Key_Right));
     CHECK(slider.value() == doctest::Approx(0.5));
 }
+
+TEST_CASE("Down selects the first row when none is, also the only one") {
+    LivingWindow living;
+    living.addTrack(QStringLiteral("/music/a.mp3"));
+    activate(living.window);
+    PlayListView& list = *living.outlets.playList;
+    living.outlets.loopButton->setFocus(Qt::TabFocusReason);
+    list.setFocus(Qt::TabFocusReason);
+    CHECK(list.selectedRow() == -1);
+    pressKey(list, Qt::Key_Down);
+    CHECK(list.selectedRow() == 0);
+    CHECK(list.currentIndex().column() == PlayListView::columnIndex("IBtrack"));
+}

@@ -191,6 +191,7 @@ void PlayListView::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Down:
         case Qt::Key_PageUp:
         case Qt::Key_PageDown:
+            if (selectedRow() < 0) return selectRowIndex(0);
             QTableView::keyPressEvent(event);
             return;
         case Qt::Key_Return:
@@ -228,7 +229,8 @@ void PlayListView::focusInEvent(QFocusEvent* event) {
     m_focusInRow = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
     const int row = selectedRow();
     QTableView::focusInEvent(event);
-    if (selectedRow() != row) selectRowIndex(row);  // coming here selects nothing
+    // Coming here selects nothing, and without a selected row there is no current one.
+    if (selectedRow() != row || row < 0) selectRowIndex(row);
     viewport()->update();
 }
 
