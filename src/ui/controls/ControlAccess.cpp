@@ -12,6 +12,7 @@
 #include "ui/controls/ScaleView.h"
 #include "ui/controls/Slider.h"
 #include "ui/controls/TimeLabel.h"
+#include "ui/controls/ValueLabel.h"
 #include "ui/controls/WaveformStrip.h"
 
 namespace qm {
@@ -153,6 +154,7 @@ QAccessibleInterface* accessFor(const QString& className, QObject* object) {
     if (auto* button = qobject_cast<FaceButton*>(object)) return new ButtonAccess(button);
     if (auto* label = qobject_cast<TextLabel*>(object)) return new TextAccess(label);
     if (auto* label = qobject_cast<TimeLabel*>(object)) return new TextAccess(label);
+    if (auto* value = qobject_cast<ValueLabel*>(object)) return new TextAccess(value);
     if (auto* tag = qobject_cast<StateTag*>(object)) return new TextAccess(tag);
     if (auto* cap = qobject_cast<KeyCap*>(object)) return new TextAccess(cap);
     if (auto* scale = qobject_cast<ScaleView*>(object)) return new ScaleAccess(scale);

@@ -64,6 +64,7 @@ QLabel* TrackInfoPanel::addRow(QGridLayout* rows, const QString& caption, const 
     title->setFixedHeight(kLineHeight);
     auto* value = new ValueLabel(uiFont(kTextSize), tokens::kText, kLineHeight);
     value->setObjectName(QString::fromLatin1(name));
+    value->setAccessibleName(caption);
     value->setText(QStringLiteral(" "));
     title->setBuddy(value);
     rows->addWidget(title, row, 0, Qt::AlignTop);
