@@ -1,6 +1,5 @@
 #!/bin/bash
-# The thread that the sound card waits for goes before the one that renders, and that one before all others, where the
-# system grants precedence at all.
+# The thread that the sound card waits for goes before all others, where the system grants precedence at all.
 . "$(dirname "$0")/lib.sh"
 
 # Each thread's name and its real-time priority, 0 for none.

@@ -72,7 +72,7 @@ private:
     }
 
     static void stateCallback(cubeb_stream*, void* user, cubeb_state state) {
-        if (state == CUBEB_STATE_STARTED) preferThisThread(Urgency::Next);
+        if (state == CUBEB_STATE_STARTED) preferThisThread(Urgency::Now);
         if (state == CUBEB_STATE_ERROR) static_cast<SystemInput*>(user)->lose();
     }
 

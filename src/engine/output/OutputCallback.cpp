@@ -75,6 +75,7 @@ void OutputCallback::takeSplice() {
 
 void OutputCallback::switchLane() {
     m_spliceDue = false;
+    if (!m_pending.unrelated && m_gate > 0) catchUp();
     m_active = 1 - m_active;
     m_fading = true;
     m_fadeDone = 0;
@@ -83,6 +84,15 @@ void OutputCallback::switchLane() {
     m_fadeFrames = left > 0 ? std::min(m_pending.fadeFrames, left) : m_pending.fadeFrames;
     if (m_gate == 0 || m_fadeFrames == 0) finishFade();
     if (m_gate == 0) stamp(0, false);
+}
+
+// The active lane has played on while the splice was late: what the new one has for that time is past.
+void OutputCallback::catchUp() {
+    const Lane& old = m_lanes[m_active];
+    Lane& lane = m_lanes[1 - m_active];
+    const auto late = static_cast<double>(old.consumed() - std::min(old.consumed(), m_pending.atFrame));
+    const auto past = static_cast<std::size_t>(std::llround(late * old.header.speed / lane.header.speed));
+    if (past + m_pending.fadeFrames < lane.frames.available()) lane.frames.skip(past);
 }
 
 void OutputCallback::finishFade() {
@@ -147,8 +157,8 @@ void OutputCallback::mixFadingLane(std::span<StereoFrame> out) {
     for (std::size_t i = 0; i < out.size(); ++i) {
         const float into = (static_cast<float>(m_fadeDone++) + 0.5f) / static_cast<float>(m_fadeFrames);
         const float angle = into * std::numbers::pi_v<float> / 2;
-        out[i] = m_pending.equalPower ? out[i] * std::sin(angle) + old[i] * std::cos(angle)
-                                      : out[i] * into + old[i] * (1 - into);
+        out[i] = m_pending.unrelated ? out[i] * std::sin(angle) + old[i] * std::cos(angle)
+                                     : out[i] * into + old[i] * (1 - into);
     }
     if (m_fadeDone == m_fadeFrames) finishFade();
 }

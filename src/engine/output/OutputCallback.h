@@ -61,12 +61,13 @@ public:
     const Lane& activeLane() const { return m_lanes[m_writtenLane]; }
 
     // Render thread. Switches to the idle lane when the active one has given `atFrame` frames, or at once when it has
-    // given more or has run dry, cross-fading over `fadeFrames`. Equal power suits unrelated sound, equal gain the same
-    // sound rendered twice.
+    // given more or has run dry, cross-fading over `fadeFrames`. Unrelated sound is faded at equal power and begins
+    // with its first frame. The same sound rendered twice is faded at equal gain, and goes on where it is, however
+    // late.
     struct Splice {
         std::uint64_t atFrame = 0;
         std::uint32_t fadeFrames = 0;
-        bool equalPower = true;
+        bool unrelated = true;
     };
     void splice(const Splice& splice);
 
@@ -102,6 +103,7 @@ private:
     void applyGate(std::span<StereoFrame> out, bool opening);
     void applyGain(std::span<StereoFrame> out);
     void switchLane();
+    void catchUp();
     void finishFade();
     void stamp(std::size_t frames, bool moving);
 

@@ -42,6 +42,9 @@ public:
         return count;
     }
 
+    // Consumer only. Forgets the next `count`, which must be available.
+    void skip(std::size_t count) { m_read.fetch_add(count, std::memory_order_release); }
+
     // Consumer only. Forgets everything written so far.
     void discard() { m_read.store(writePosition(), std::memory_order_release); }
 

@@ -13,8 +13,7 @@ namespace qm {
 
 enum class Urgency {
     Idle,  // when nothing else wants to run
-    Soon,  // decoding ahead
-    Next,  // what the device will need in a moment: works in short stretches and sleeps between them
+    Soon,  // rendering and decoding ahead: a sound server that needs the core for a moment is not kept waiting
     Now,   // what the device is waiting for
 };
 
@@ -26,8 +25,8 @@ inline void preferThisThread([[maybe_unused]] Urgency urgency) noexcept {
         setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), kNiceWhenIdle);
         return;
     }
-    if (urgency != Urgency::Soon) {
-        const sched_param priority{.sched_priority = urgency == Urgency::Now ? 2 : 1};
+    if (urgency == Urgency::Now) {
+        constexpr sched_param priority{.sched_priority = 1};
         if (pthread_setschedparam(pthread_self(), SCHED_RR, &priority) == 0) return;
     }
     setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), kNice);

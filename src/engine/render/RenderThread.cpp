@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t kBlock = 512;
 constexpr double kFillSeconds = 0.15;            // kept ready ahead of the device
 constexpr double kFirstSeconds = 0.017;          // ready before a splice is published
-constexpr double kStretchFirstSeconds = 0.035;   // the same while stretching, which is slower
+constexpr double kStretchFirstSeconds = 0.025;   // the same while stretching, which is slower
 constexpr double kStretchMarginSeconds = 0.035;  // played on while a stretched splice is prepared
 constexpr double kNeutralMarginSeconds = 0.006;
 constexpr double kFadeSeconds = 0.010;                       // cross-fade between two renderings of the same sound
@@ -32,18 +32,13 @@ std::int64_t nowMilliseconds() {
     return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
-// This thread goes before others, also before a sound server that needs the same core for a moment.
-void breathe() {
-    std::this_thread::sleep_for(std::chrono::microseconds(100));
-}
-
 }  // namespace
 
 RenderThread::RenderThread(std::unique_ptr<SoundReader> reader, OutputFactory openOutput)
     : m_cache(std::move(reader)),
       m_output(static_cast<std::size_t>(m_cache.sampleRate()) / 3, m_cache.sampleRate()),
       m_openOutput(std::move(openOutput)),
-      m_renderer(m_cache, breathe),
+      m_renderer(m_cache),
       m_block(frames(kStretchFirstSeconds + kFadeSeconds) + 2 * kAlignmentReach + kBlock),
       m_heardOn(frames(kFadeSeconds)),
       m_thread([this] { run(); }) {}
@@ -98,7 +93,7 @@ bool RenderThread::isCaughtUp() const {
 }
 
 void RenderThread::run() {
-    preferThisThread(Urgency::Next);
+    preferThisThread(Urgency::Soon);
     Request request;
     openDevice();
     while (waitForWork(request)) {

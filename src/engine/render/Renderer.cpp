@@ -6,10 +6,8 @@
 
 namespace qm {
 
-Renderer::Renderer(PcmCache& cache, std::function<void()> betweenBlocks)
-    : m_timeline(cache),
-      m_stretch(std::make_unique<RubberBandStretch>(cache.sampleRate(), std::move(betweenBlocks))),
-      m_active(&m_passthrough) {}
+Renderer::Renderer(PcmCache& cache)
+    : m_timeline(cache), m_stretch(std::make_unique<RubberBandStretch>(cache.sampleRate())), m_active(&m_passthrough) {}
 
 Renderer::~Renderer() = default;
 

@@ -2,7 +2,6 @@
 // object serves the real-time render thread and the offline tool. Render thread only.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <span>
 
@@ -24,8 +23,7 @@ struct RenderSettings {
 
 class Renderer {
 public:
-    // `betweenBlocks` is called every few milliseconds of work.
-    explicit Renderer(PcmCache& cache, std::function<void()> betweenBlocks = {});
+    explicit Renderer(PcmCache& cache);
     ~Renderer();
 
     // Starts at `step` of the playhead; a negative step plays what leads up to it. False when interrupted.

@@ -129,6 +129,48 @@ TEST_CASE("a cross-fade of the same sound leaves it as it is") {
     CHECK(wrong == 0);
 }
 
+TEST_CASE("the same sound that comes late goes on where it is") {
+    Device device;
+    device.startAt(0, 3000);
+    device.play(700);
+    device.prepare(500, 3000);
+    device.callback.splice({500, 100, false});
+    std::int64_t expected = 700 + std::int64_t(OutputCallback::kGateFrames), wrong = 0;
+    for (const std::int64_t frame : framesOf(device.play(1000))) wrong += frame != expected++;
+    CHECK(wrong == 0);
+}
+
+TEST_CASE("the same sound at another speed that comes late goes on where it is") {
+    Device device;
+    device.startAt(0, 3000);
+    device.play(900 - OutputCallback::kGateFrames);
+    device.prepare(500, 3000);
+    device.callback.idleLane()->header.speed = 2;
+    device.callback.splice({500, 0, false});
+    CHECK(framesOf(device.play(1)).front() == 500 + (900 - 500) / 2);
+    const auto stamp = device.callback.stampAt(1 << 20);
+    REQUIRE(stamp);
+    CHECK(stamp->step == doctest::Approx(900 - 500));
+}
+
+TEST_CASE("unrelated sound that comes late begins with its first frame") {
+    Device device;
+    device.startAt(0, 3000);
+    device.play(700);
+    device.prepare(50000, 3000);
+    device.callback.splice({500, 0, true});
+    CHECK(framesOf(device.play(1)).front() == 50000);
+}
+
+TEST_CASE("the same sound that comes too late for what is ready of it begins with its first frame") {
+    Device device;
+    device.startAt(0, 3000);
+    device.play(900);
+    device.prepare(500, 300);
+    device.callback.splice({500, 0, false});
+    CHECK(framesOf(device.play(1)).front() == 500);
+}
+
 TEST_CASE("a splice while paused is carried out at once and without a sound") {
     Device device;
     device.startAt(0, 3000);

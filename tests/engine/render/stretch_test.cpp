@@ -157,20 +157,3 @@ TEST_CASE("a slowed loop keeps its period over fifty passes, forward and backwar
         CHECK(std::abs(mean - double(period)) < 1.0);
     }
 }
-
-TEST_CASE("others get their turn after every block of stretching, also before the first frame is ready") {
-    PcmCache cache(std::make_unique<ComputedSound>(10 * kRate, codedFrame));
-    int turns = 0;
-    Renderer renderer(cache, [&] { ++turns; });
-    const Playhead head = makePlayhead(5 * kRate, false, false, 0, 0, 10 * kRate);
-    for (const double cents : {0.0, -700.0, 1200.0}) {
-        CAPTURE(cents);
-        turns = 0;
-        REQUIRE(renderer.begin(head, {0.5, cents}, true, 0));
-        const int whileStarting = turns;
-        std::vector<StereoFrame> out(8192);
-        REQUIRE(renderer.render(out));
-        CHECK(whileStarting >= 2);
-        CHECK(turns - whileStarting >= 8192 / 2 / 512);
-    }
-}

@@ -29,13 +29,9 @@ std::unique_ptr<RubberBandStretcher> makeLibrary(int sampleRate, RubberBandStret
 
 }  // namespace
 
-RubberBandStretch::RubberBandStretch(int sampleRate, std::function<void()> betweenBlocks)
-    : m_sampleRate(sampleRate),
-      m_betweenBlocks(std::move(betweenBlocks)),
-      m_plain(makeLibrary(sampleRate, windowOption())),
-      m_library(m_plain.get()),
-      m_source(kBlock) {
+RubberBandStretch::RubberBandStretch(int sampleRate) : m_sampleRate(sampleRate), m_source(kBlock) {
     for (auto& plane : m_planes) plane.resize(kBlock);
+    makeLibraries();
 }
 
 RubberBandStretch::~RubberBandStretch() = default;
@@ -43,20 +39,19 @@ RubberBandStretch::~RubberBandStretch() = default;
 void RubberBandStretch::setLight(bool light) {
     if (light == m_light) return;
     m_light = light;
-    m_plain = makeLibrary(m_sampleRate, windowOption());
-    m_pitched.reset();
-    m_library = m_plain.get();
+    makeLibraries();
 }
 
-int RubberBandStretch::windowOption() const {
-    return m_light ? RubberBandStretcher::OptionWindowShort : RubberBandStretcher::OptionWindowStandard;
+void RubberBandStretch::makeLibraries() {
+    const auto window = m_light ? RubberBandStretcher::OptionWindowShort : RubberBandStretcher::OptionWindowStandard;
+    m_plain = makeLibrary(m_sampleRate, window);
+    m_pitched = makeLibrary(m_sampleRate, RubberBandStretcher::OptionPitchHighConsistency | window);
+    m_library = m_plain.get();
 }
 
 bool RubberBandStretch::restart(Timeline& timeline, std::int64_t step, double speed, double pitchFactor) {
     const double timeRatio = 1.0 / speed;
     if (std::abs(timeRatio * pitchFactor - 1.0) < kOffUnity - 1.0) pitchFactor = kOffUnity / timeRatio;
-    if (pitchFactor != 1.0 && !m_pitched)
-        m_pitched = makeLibrary(m_sampleRate, RubberBandStretcher::OptionPitchHighConsistency | windowOption());
     m_library = pitchFactor == 1.0 ? m_plain.get() : m_pitched.get();
     m_library->reset();
     m_library->setTimeRatio(timeRatio);
@@ -87,7 +82,6 @@ bool RubberBandStretch::feed(Timeline& timeline, std::size_t frames) {
     }
     const float* const input[] = {m_planes[0].data(), m_planes[1].data()};
     m_library->process(input, frames, false);
-    if (m_betweenBlocks) m_betweenBlocks();
     return true;
 }
 

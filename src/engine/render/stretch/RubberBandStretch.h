@@ -2,7 +2,6 @@
 #pragma once
 
 #include <array>
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -16,8 +15,7 @@ namespace qm {
 
 class RubberBandStretch : public TimeStretch {
 public:
-    // `betweenBlocks` is called after each block of the library's work, a few milliseconds long.
-    RubberBandStretch(int sampleRate, std::function<void()> betweenBlocks);
+    explicit RubberBandStretch(int sampleRate);
     ~RubberBandStretch() override;
 
     void setLight(bool light) override;
@@ -25,7 +23,7 @@ public:
     bool render(Timeline& timeline, std::span<StereoFrame> out) override;
 
 private:
-    int windowOption() const;
+    void makeLibraries();
     bool feed(Timeline& timeline, std::size_t frames);
     std::size_t drain(std::span<StereoFrame> out);
 
@@ -34,13 +32,12 @@ private:
     // Moving the pitch costs the library a resampler in every block, a third more work: without it there is another
     // one.
     const int m_sampleRate;
-    const std::function<void()> m_betweenBlocks;
     bool m_light = false;  // short windows
     std::unique_ptr<Library> m_plain;
     std::unique_ptr<Library> m_pitched;
-    Library* m_library;
-    std::int64_t m_nextStep = 0;  // the next step to feed
-    std::size_t m_toDrop = 0;     // output frames that belong before the starting step
+    Library* m_library = nullptr;  // the one in use
+    std::int64_t m_nextStep = 0;   // the next step to feed
+    std::size_t m_toDrop = 0;      // output frames that belong before the starting step
     std::vector<StereoFrame> m_source;
     std::array<std::vector<float>, 2> m_planes;
 };
