@@ -17,8 +17,8 @@ window_packages=(qt6-qpa-plugins fonts-inter ca-certificates)
 stage_packages=(xvfb xdotool pulseaudio pulseaudio-utils ffmpeg)
 
 # To run the tests: the test framework, the style check, another language's number format, a secure server's key, a
-# message bus and the accessibility bus.
-test_packages=(doctest-dev clang-format locales libx11-dev openssl dbus-daemon dbus-bin at-spi2-core)
+# message bus and the accessibility bus, a window manager.
+test_packages=(doctest-dev clang-format locales libx11-dev openssl dbus-daemon dbus-bin at-spi2-core openbox)
 
 missing_packages() {
     local package

@@ -120,14 +120,19 @@ stop_sound_server() {
     rm -f "$stage/sound/native"
 }
 
-# start_player PROGRAM ARGUMENTS...: starts the program and waits for its main window.
-start_player() {
+# launch_player PROGRAM ARGUMENTS...: starts the program and waits for its main window.
+launch_player() {
     player_log=$stage/player.log
     "$@" >"$stage/player.out" 2>>"$player_log" &
     player_pid=$!
     stage_pids+=("$player_pid")
     wait_until "the main window is on the screen" main_window_or_end
     player_window=$(find_main_window) || fail "the program ended before it showed its window"
+}
+
+# start_player PROGRAM ARGUMENTS...: the same, and gives it the keyboard at once.
+start_player() {
+    launch_player "$@"
     xdotool windowfocus --sync "$player_window"
 }
 

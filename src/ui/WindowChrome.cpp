@@ -30,6 +30,7 @@ WindowChrome::WindowChrome(PlayerState& state, const Outlets& outlets) : m_state
 void WindowChrome::startFadeIn() {
     if (!m_outlets.mainWindow) return;
     m_outlets.mainWindow->setAlphaValue(0.0);
+    m_outlets.mainWindow->refuseKeys();
     m_state.fadeInTimer = std::make_unique<QTimer>();
     QObject::connect(m_state.fadeInTimer.get(), &QTimer::timeout, m_state.fadeInTimer.get(),
                      [this] { fadeinMainWindow(); });

@@ -70,6 +70,22 @@ start() {
     start_player "$programs/quillmere" "$@"
 }
 
+# A window manager, for the rest of the test.
+start_window_manager() {
+    openbox --sm-disable >"$stage/window_manager.log" 2>&1 </dev/null &
+    stage_pids+=($!)
+    wait_until "the window manager is up" xdotool get_num_desktops
+}
+
+# What happens to windows from here on is in $stage/timeline; see window_timeline.
+watch_windows() {
+    [ -z "${timeline_pid-}" ] || end_process "$timeline_pid"
+    "$programs/window_timeline" >"$stage/timeline" &
+    timeline_pid=$!
+    stage_pids+=("$timeline_pid")
+    wait_until "the windows are watched" grep -q watching "$stage/timeline"
+}
+
 # expect WHAT ACTUAL OPERATOR WANTED, with the operators of [ ].
 expect() {
     [ "$2" "$3" "$4" ] || fail "$1: $2, expected $3 $4"

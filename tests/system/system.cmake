@@ -4,13 +4,15 @@ find_package(X11 REQUIRED)
 
 add_executable(close_window system/close_window.cpp)
 target_link_libraries(close_window PRIVATE X11::X11)
+add_executable(window_timeline system/window_timeline.cpp)
+target_link_libraries(window_timeline PRIVATE X11::X11)
 add_executable(drag_source system/drag_source.cpp)
 target_link_libraries(drag_source PRIVATE Qt6::Widgets)
 add_executable(update_server system/update_server.cpp)
 target_link_libraries(update_server PRIVATE network_test_support)
 add_executable(accessible_tree system/accessible_tree.cpp)
 target_link_libraries(accessible_tree PRIVATE Qt6::DBus)
-set_target_properties(close_window drag_source update_server accessible_tree PROPERTIES
+set_target_properties(close_window window_timeline drag_source update_server accessible_tree PROPERTIES
                       RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 file(GLOB SYSTEM_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/test_*.sh)

@@ -1,9 +1,20 @@
 #include <doctest/doctest.h>
 
+#include <QWindow>
+
 #include "support/widgets/ControllerFixture.h"
 #include "ui/controls/FadingWindow.h"
 
 using namespace qm;
+
+namespace {
+
+// What the desktop is told of the window.
+bool acceptsNoKeys(const QWidget& window) {
+    return window.windowHandle()->flags().testFlag(Qt::WindowDoesNotAcceptFocus);
+}
+
+}  // namespace
 
 TEST_CASE("a window keeps the alpha it is given, above one too, while the system gets one at most") {
     FadingWindow window;
@@ -24,15 +35,20 @@ TEST_CASE("the fade ends on the twenty-second step, and only then the window bec
     CHECK(window.alphaValue() == 0.0);
     REQUIRE(state.fadeInTimer);
     CHECK(state.fadeInTimer->interval() == 50);
+    window.show();
+    CHECK(acceptsNoKeys(window));
     for (int step = 1; step <= 21; ++step) {
         chrome.fadeinMainWindow();
         CHECK(window.alphaValue() == doctest::Approx(0.05 * step).epsilon(1e-6));
         CHECK(window.alphaValue() == static_cast<double>(static_cast<float>(window.alphaValue())));
         CHECK_FALSE(window.keyWindow);
+        CHECK(acceptsNoKeys(window));
         CHECK(state.fadeInTimer->isActive());
     }
     chrome.fadeinMainWindow();
     CHECK(window.keyWindow);
+    CHECK_FALSE(acceptsNoKeys(window));
+    CHECK(window.isVisible());
     CHECK_FALSE(state.fadeInTimer->isActive());
 }
 

@@ -1,6 +1,7 @@
 #include "ui/controls/FadingWindow.h"
 
 #include <QCloseEvent>
+#include <QWindow>
 #include <algorithm>
 
 #include "ui/controls/WindowOrder.h"
@@ -14,8 +15,15 @@ void FadingWindow::setAlphaValue(double alpha) {
 
 void FadingWindow::makeKeyAndOrderFront() {
     keyWindow = true;
+    setAcceptsKeys(true);
     qm::makeKeyAndOrderFront(*this);
     emit madeKey();
+}
+
+// setWindowFlag() would hide a window that is shown.
+void FadingWindow::setAcceptsKeys(bool accepts) {
+    overrideWindowFlags(windowFlags().setFlag(Qt::WindowDoesNotAcceptFocus, !accepts));
+    if (windowHandle()) windowHandle()->setFlag(Qt::WindowDoesNotAcceptFocus, !accepts);
 }
 
 void FadingWindow::closeEvent(QCloseEvent* event) {

@@ -17,6 +17,9 @@ public:
     void setAlphaValue(double alpha);
     void makeKeyAndOrderFront();
 
+    // A window that refuses the keyboard is shown in front and does not get it, until it is made the key window.
+    void refuseKeys() { setAcceptsKeys(false); }
+
     bool keyWindow = false;           // makeKeyAndOrderFront() was called
     std::function<void()> willClose;  // called once as the window closes, before it is hidden
 
@@ -27,6 +30,8 @@ protected:
     void closeEvent(QCloseEvent*) override;
 
 private:
+    void setAcceptsKeys(bool accepts);
+
     double m_alphaValue = 1.0;
 };
 
