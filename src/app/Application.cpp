@@ -74,6 +74,7 @@ void Application::connectWindow() {
     QObject::connect(
         &m_application, &QGuiApplication::commitDataRequest, &m_window,
         [this](QSessionManager&) { m_controller.applicationWillTerminate(); }, Qt::DirectConnection);
+    QObject::connect(&m_mpris, &MprisService::isOnTheBus, &m_motion, &DesktopMotion::follow);
 }
 
 // What nobody misses until the window stands on the screen.

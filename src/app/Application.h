@@ -8,6 +8,7 @@
 #include "app/DeferredEngine.h"
 #include "app/Prefs.h"
 #include "app/QMController.h"
+#include "remote/DesktopMotion.h"
 #include "remote/MprisService.h"
 #include "remote/RemotePlayer.h"
 #include "ui/controls/Outlets.h"
@@ -62,6 +63,7 @@ private:
     MainWindowState m_state;
     RemotePlayer m_remote;
     MprisService m_mpris;
+    DesktopMotion m_motion;
     std::unique_ptr<QSocketNotifier> m_signalNotifier;
 };
 

@@ -53,6 +53,7 @@ void MprisService::connected(const QDBusConnection& bus) {
     m_bus->registerObject(kObject, this, QDBusConnection::ExportAdaptors);
     m_player.watch();
     claimName(kName, true);
+    emit isOnTheBus(bus);
 }
 
 // A second instance of the program adds its number to the name.

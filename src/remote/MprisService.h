@@ -20,6 +20,9 @@ public:
 
     void start();  // once
 
+signals:
+    void isOnTheBus(const QDBusConnection& bus);
+
 private:
     void connected(const QDBusConnection& bus);
     void claimName(const QString& name, bool mayBeTaken);

@@ -18,6 +18,7 @@
 
 #include "ui/controls/ControlAccess.h"
 #include "ui/controls/Fonts.h"
+#include "ui/controls/Motion.h"
 #include "ui/controls/NamedImage.h"
 #include "ui/controls/Tokens.h"
 
@@ -154,6 +155,7 @@ public:
         // A drag on a menu bar or an Alt press must not take the player's keys away.
         if (hint == SH_MenuBar_AltKeyNavigation) return 0;
         if (hint == SH_ToolTip_WakeUpDelay) return 600;
+        if ((hint == SH_Widget_Animate || hint == SH_Widget_Animation_Duration) && !motionIsWanted()) return 0;
 #ifdef Q_OS_LINUX
         if (hint == SH_DialogButtonLayout) return QDialogButtonBox::GnomeLayout;
 #endif

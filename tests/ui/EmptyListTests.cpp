@@ -3,6 +3,7 @@
 #include <QVariantAnimation>
 
 #include "support/widgets/ControllerFixture.h"
+#include "ui/controls/Motion.h"
 #include "ui/windows/MainWindow.h"
 
 using namespace qm;
@@ -49,6 +50,13 @@ TEST_CASE_FIXTURE(EmptyWindow,
         CHECK_FALSE(isPulsing());
         CHECK(middle(*dropArea) == calm);
     }
+}
+
+TEST_CASE_FIXTURE(EmptyWindow, "when the desktop wants nothing to move, the drop area does not pulse") {
+    setMotionWanted(false);
+    window.actions().send(QStringLiteral("playForward"));
+    setMotionWanted(true);
+    CHECK_FALSE(isPulsing());
 }
 
 TEST_CASE_FIXTURE(EmptyWindow, "other actions do not make the drop area pulse, nor playing with a list") {

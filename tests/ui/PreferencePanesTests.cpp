@@ -5,6 +5,7 @@
 
 #include "support/widgets/Gestures.h"
 #include "support/widgets/PreferencesStage.h"
+#include "ui/controls/Motion.h"
 
 using namespace qm;
 
@@ -173,6 +174,18 @@ TEST_CASE_FIXTURE(Paned, "with animation the window passes through sizes between
     CHECK(events[events.size() - 3] == "window 202");
     CHECK(std::count_if(events.begin(), events.end(), [](const std::string& e) { return e.starts_with("window"); }) >
           1);
+}
+
+TEST_CASE_FIXTURE(Paned, "when the desktop wants nothing to move, the window changes at once") {
+    wakeUp();
+    controller.openPrefsWindow();
+    QCoreApplication::processEvents();
+    const PaneWatch watch(log, &preferences, outlets.activePrefContentView);
+    log.take();
+    setMotionWanted(false);
+    controller.toggleUpdatePreferenceView();
+    setMotionWanted(true);
+    CHECK(log.events() == Events{"pane removed", "window 202", "container 152", "pane added"});
 }
 
 TEST_CASE_FIXTURE(Paned, "the window opens again on the pane shown last") {

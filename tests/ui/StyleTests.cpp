@@ -8,6 +8,7 @@
 #include <QStyleOptionSlider>
 
 #include "ui/Style.h"
+#include "ui/controls/Motion.h"
 
 using namespace qm;
 
@@ -91,4 +92,14 @@ TEST_CASE("A menu gets its sheet when it is first shown") {
     CHECK_FALSE(menu.styleSheet().isEmpty());
     menu.close();
     menu.setStyle(nullptr);
+}
+
+TEST_CASE("The style moves nothing of its own when the desktop wants nothing to move") {
+    const std::unique_ptr<QStyle> style = makeStyle();
+    for (const auto hint : {QStyle::SH_Widget_Animate, QStyle::SH_Widget_Animation_Duration}) {
+        CHECK(style->styleHint(hint) > 0);
+        setMotionWanted(false);
+        CHECK(style->styleHint(hint) == 0);
+        setMotionWanted(true);
+    }
 }

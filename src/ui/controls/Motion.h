@@ -1,14 +1,14 @@
 // Whether things may move on the screen. Main thread only.
 #pragma once
 
-#include <QStyle>
 #include <QWidget>
 
 namespace qm {
 
-// False when the system asks for reduced motion, as far as the toolkit knows.
-inline bool motionIsWanted(const QWidget& widget) {
-    return widget.style()->styleHint(QStyle::SH_Widget_Animate, nullptr, &widget) != 0;
-}
+// What the desktop's settings say; until they say so, things move.
+void setMotionWanted(bool wanted);
+bool motionIsWanted();
+
+bool motionIsWanted(const QWidget& widget);  // by its style as well
 
 }  // namespace qm
