@@ -1,4 +1,4 @@
-# What is installed where, and the Debian package: cmake --preset release && cmake --build --preset release --target package
+# What is installed where, and the Debian package, which scripts/package makes.
 include(GNUInstallDirs)
 
 install(TARGETS quillmere quillmere-render RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
@@ -20,6 +20,11 @@ set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION sound)
+# The libraries of programs and modules are found by themselves. Beside them: whom to trust when the update server is
+# asked; and for what is missing without the others: the font of the design, Wayland, media keys, screen readers, and
+# what opens the web site.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins, ca-certificates")
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "ca-certificates")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
+    "fonts-inter, qt6-wayland, default-dbus-session-bus | dbus-session-bus, at-spi2-core, xdg-utils")
 include(CPack)

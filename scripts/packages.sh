@@ -9,9 +9,8 @@ build_packages=(
     libcubeb-dev
 )
 
-# To show a window: Qt's X11 platform plug-in, a font; to know the update server: whom to trust. Sound goes to the
-# desktop's own server.
-window_packages=(qt6-qpa-plugins fonts-inter ca-certificates)
+# To show a window: a font; to know the update server: whom to trust. Sound goes to the desktop's own server.
+window_packages=(fonts-inter ca-certificates)
 
 # To play on a machine without a desktop: a virtual screen, a virtual sound card, keys and clicks, a camera.
 stage_packages=(xvfb xdotool pulseaudio pulseaudio-utils ffmpeg)
@@ -19,6 +18,9 @@ stage_packages=(xvfb xdotool pulseaudio pulseaudio-utils ffmpeg)
 # To run the tests: the test framework, the style check, another language's number format, a secure server's key, a
 # message bus and the accessibility bus, a window manager.
 test_packages=(doctest-dev clang-format locales libx11-dev openssl dbus-daemon dbus-bin at-spi2-core openbox)
+
+# To make the Debian package: what finds out which libraries it needs.
+package_packages=(dpkg-dev file)
 
 missing_packages() {
     local package
