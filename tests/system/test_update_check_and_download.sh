@@ -1,7 +1,8 @@
 #!/bin/bash
-# A start that hears of a newer release says so in a panel; the download keeps the window drawn but hears nobody, and puts
-# the whole image on the desktop. With the check switched off a start asks no server, and the menu's command does. A
-# program that is ended in the middle of a download ends, and leaves nothing of it.
+# A start that hears of a newer release says so in a panel, from which the web site is one button away; the download keeps
+# the window drawn but hears nobody, and puts the whole image on the desktop. With the check switched off a start asks no
+# server; the menu's command does each time, with a panel of its own. A program that is ended in the middle of a download
+# ends, and leaves nothing of it.
 . "$(dirname "$0")/lib.sh"
 
 help_x=347 menu_y=13  # the Help menu in the menu bar
@@ -21,7 +22,26 @@ serve() {
 }
 
 panel_shown() {
-    panel=$(xdotool search --onlyvisible --all --pid "$player_pid" --name '^Software Update$')
+    panel=$(windows_named '^Software Update$' | head -n 1)
+    [ -n "$panel" ]
+}
+
+panels_are() {  # COUNT
+    [ "$(windows_named '^Software Update$' | grep -c .)" -eq "$1" ]
+}
+
+# A browser that only writes down what it is to open.
+make_browser() {
+    mkdir "$stage/browser"
+    printf '#!/bin/sh\necho "$1" >>%s\n' "$stage/visited" >"$stage/browser/xdg-open"
+    chmod +x "$stage/browser/xdg-open"
+    PATH=$stage/browser:$PATH
+}
+
+check_by_menu() {
+    xdotool windowfocus --sync "$player_window"
+    click $help_x $menu_y
+    press Down Down Return  # the second of its items
 }
 
 panel_has_keys() {
@@ -60,12 +80,16 @@ picture_changes() {
 }
 
 open_test
+make_browser
 image=$HOME/Desktop/Quillmere.dmg
 serve 5 92 0
 start
 wait_until "the newer release is announced" panel_has_keys
 expect_text "$player_log" "Starting software update check for Quillmere."
-press Return
+press Tab Tab Return
+wait_until "the web site is opened" test -s "$stage/visited"
+expect "what is opened" "$(cat "$stage/visited")" = "$QUILLMERE_UPDATE_SERVER/quillmere/"
+press shift+Tab shift+Tab Return
 wait_until "the image is asked for" was_asked_for /Download/Quillmere.dmg
 panel_picture "$stage/first.rgb"
 wait_until "the bar moves" picture_changes
@@ -86,15 +110,19 @@ sed -i '/^SoftwareUpdateCheck=/d; /^\[General\]/a SoftwareUpdateCheck=false' "$s
 rm "$server_folder/requests"
 start
 expect_no_text "/proc/$player_pid/maps" libQt6Network  # the start does not pay for what it may not need
-click $help_x $menu_y
-press Down Down Return  # the second of its items
+check_by_menu
 wait_until "the check that was asked for is finished" checks_finished 2
 wait_until "its result is shown" panel_has_keys
-wait_until "Escape closes it" escape_closes
+check_by_menu
+wait_until "the second check is finished" checks_finished 3
+wait_until "each has a panel" panels_are 2
+press Escape
+wait_until "Escape closes one of them" panels_are 1
+wait_until "Escape closes the other one" escape_closes
 xdotool windowfocus --sync "$player_window"
 quit_by_key
-expect "requests" "$(wc -l <"$server_folder/requests")" -eq 1
-checks_finished 2 || fail "a check that was switched off ran"
+expect "requests" "$(wc -l <"$server_folder/requests")" -eq 2
+checks_finished 3 || fail "a check that was switched off ran"
 
 sed -i 's/^SoftwareUpdateCheck=.*/SoftwareUpdateCheck=true/' "$settings"
 rm "$image" "$server_folder/go" "$server_folder/requests"
