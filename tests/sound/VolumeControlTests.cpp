@@ -135,12 +135,23 @@ TEST_CASE_FIXTURE(ControllerFixture, "the balance presets set field, slider and 
                          "SetMovieAudioBalance 0 flags 0, slider 0, title 0"});
 }
 
-TEST_CASE_FIXTURE(ControllerFixture, "the balance presets leave the engine alone without a movie") {
+TEST_CASE_FIXTURE(ControllerFixture,
+                  "without a movie the balance presets set field, slider and title and leave the engine alone") {
     start();
     log.take();
-    controller->balanceLeftMax();
-    controller->balanceRightMax();
-    controller->balanceReset();
+    struct Preset {
+        void (QMController::*action)();
+        float balance;
+        const char* title;
+    };
+    for (const Preset& preset :
+         {Preset{&QMController::balanceLeftMax, -1, "-1"}, Preset{&QMController::balanceRightMax, 1, "1.0"},
+          Preset{&QMController::balanceReset, 0, "0"}}) {
+        (controller.get()->*preset.action)();
+        CHECK(controller->balance == preset.balance);
+        CHECK(outlets.balanceSlider->value() == preset.balance);
+        CHECK(outlets.balanceResetButton->title() == preset.title);
+    }
     CHECK(log.events() == Events{});
 }
 

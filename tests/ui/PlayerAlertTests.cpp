@@ -104,6 +104,19 @@ TEST_CASE_FIXTURE(AlertFixture, "whichever way the warning goes, the track is at
     }
 }
 
+TEST_CASE_FIXTURE(AlertFixture, "the warning has its message, what it means and one button") {
+    playAt(1.0f);
+    alertDismissedBy([](QMessageBox& box) {
+        CHECK(box.icon() == QMessageBox::Warning);
+        CHECK(box.text() == "What happened.");
+        CHECK(box.informativeText() == "What it means.");
+        REQUIRE(box.buttons().size() == 1);
+        CHECK(box.buttons().first()->text() == "Enough");
+        box.reject();
+    });
+    CHECK(log.count("dismissed") == 1);
+}
+
 TEST_CASE_FIXTURE(AlertFixture, "without a movie the warning shows and nothing else happens") {
     start();
     log.take();

@@ -282,7 +282,9 @@ TEST_CASE_FIXTURE(Preferenced,
 TEST_CASE_FIXTURE(Preferenced,
                   "each tile stores its number and gives its colour to the labels, not to the value titles") {
     wakeUp();
-    controller.speedUpdate();
+    for (const auto action : {&QMController::speedUpdate, &QMController::pitchUpdate, &QMController::gainUpdate,
+                              &QMController::balanceUpdate, &QMController::bassUpdate, &QMController::trebleUpdate})
+        (controller.*action)();
     const std::tuple<int, QColor> cases[] = {{3, kGreen}, {2, kOrange}, {1, kWhite}, {0, kCyan}};
     for (const auto& [tag, colour] : cases) {
         CAPTURE(tag);
@@ -292,8 +294,12 @@ TEST_CASE_FIXTURE(Preferenced,
         CHECK(allLabelsAre(colour));
         for (const QLabel* label : preferences.findChildren<QLabel*>())
             if (label->text() == u"Speed") CHECK(colourOf(label) == colour);
-        REQUIRE(outlets.speedResetButton->titleAttributes());
-        CHECK(outlets.speedResetButton->titleAttributes()->color == kWhite);
+        for (const TitleButton* button :
+             {outlets.speedResetButton, outlets.pitchResetButton, outlets.gainResetButton, outlets.balanceResetButton,
+              outlets.bassResetButton, outlets.trebleResetButton}) {
+            REQUIRE(button->titleAttributes());
+            CHECK(button->titleAttributes()->color == kWhite);
+        }
     }
 }
 

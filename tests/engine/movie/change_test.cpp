@@ -109,3 +109,21 @@ TEST_CASE("pitch, tone and balance set while paused are in force when play goes 
     CHECK(loudest < 0.16f);             // the bass is down by more than eight decibels
     CHECK(loudest > 0.05f);
 }
+
+TEST_CASE("a pitch set while paused stays the same through changes of the speed") {
+    Player p(40 * kRate, [](std::int64_t n) { return toneFrame(n, 441); });
+    p.movie->setPitch(1200);
+    p.settle();
+    p.start();
+    for (const float rate : {1.0f, 0.5f, 2.0f, -0.75f}) {
+        CAPTURE(rate);
+        if (rate < 0) p.movie->setCurrentTime(at(30 * kRate));
+        p.movie->setRate(rate);
+        p.settle();
+        p.play(10000);
+        const auto sound = p.play(kRate);
+        int rises = 0;
+        for (std::size_t i = 1; i < sound.size(); ++i) rises += sound[i - 1].left < 0 && sound[i].left >= 0;
+        CHECK(std::abs(rises - 882) <= 2);
+    }
+}
