@@ -102,7 +102,7 @@ void RenderThread::run() {
         const Shape shape = shapeOf(request);
         m_spliceWaits = false;
         if (needsSplice(request, shape)) spliceTo(request, shape);
-        if (m_shapeValid && !m_spliceWaits) applyRunning();
+        if (m_shapeValid && !m_spliceWaits) applyRunning(request);
         fillLane();
         if (!m_deviceStarted) m_output.settleWhileStopped();
     }
@@ -248,24 +248,29 @@ void RenderThread::fillLane() {
     if (m_laneFrames >= 0 && static_cast<std::int64_t>(lane.written()) >= m_laneFrames) lane.ended = true;
 }
 
-// Opens the gate when the newest request still wants to play, and lets the device rest after a while of silence.
-void RenderThread::applyRunning() {
-    const std::int64_t now = nowMilliseconds();
-    const std::lock_guard lock(m_mutex);
-    const bool running = m_request.playing && m_request.rate != 0 && m_requestCount == m_seenRequests;
-    if (running) {
+// Opens the gate to play, and lets the device rest after a while of silence. The device may have to wait for a sound
+// server: no lock is held then.
+void RenderThread::applyRunning(const Request& request) {
+    if (request.playing && request.rate != 0) {
         m_idleSince = 0;
         if (m_deviceStarted)
-            m_output.setRunning(true);
+            openGate();
         else
             m_deviceStarted = m_device->start();
         return;
     }
     if (!m_deviceStarted || !m_output.gateIsClosed()) return;
+    const std::int64_t now = nowMilliseconds();
     if (m_idleSince == 0) m_idleSince = now;
     if (now - m_idleSince < kIdleMilliseconds) return;
     m_device->stop();
     m_deviceStarted = false;
+}
+
+// Unless a newer request has closed it meanwhile.
+void RenderThread::openGate() {
+    const std::lock_guard lock(m_mutex);
+    if (m_requestCount == m_seenRequests) m_output.setRunning(true);
 }
 
 // A machine that cannot keep up with the full stretch goes on with the lighter one.

@@ -84,7 +84,8 @@ private:
     void publish(Lane& lane, const OutputCallback::Splice& splice, const Shape& shape);
     bool wantsFrames() const;
     void fillLane();
-    void applyRunning();
+    void applyRunning(const Request& request);
+    void openGate();
     void watchDevice();
     void watchUnderruns();
     void openDevice();
