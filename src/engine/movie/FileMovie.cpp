@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <limits>
 
 #include "engine/export/FileExport.h"
 #include "engine/media/tags/Tags.h"
@@ -42,9 +43,10 @@ float playableRate(double stated) {
     return playable || stated == 0 ? static_cast<float>(stated) : 1.0f;
 }
 
-// value * to / from without overflow for any length of time, truncated toward zero.
-std::int64_t rescale(std::int64_t value, std::int64_t to, std::int64_t from) {
-    return value / from * to + value % from * to / from;
+// value * to / from, truncated toward zero; what would not fit is the farthest time there is.
+std::int64_t rescale(std::int64_t value, std::int32_t to, std::int32_t from) {
+    const std::int64_t most = std::numeric_limits<std::int64_t>::max() / to - 1;
+    return std::clamp(value / from, -most, most) * to + value % from * to / from;
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include <doctest/doctest.h>
 
+#include <algorithm>
+#include <limits>
 #include <vector>
 
 #include "engine/movie/SteppedPlayer.h"
@@ -256,6 +258,18 @@ TEST_CASE("an inverted and an empty selection loop the whole track") {
         CHECK(*std::max_element(frames.begin(), frames.end()) > 2700);
         CHECK_FALSE(p.movie->isDone());
     }
+}
+
+TEST_CASE("a selection longer than any time loops to the end of the track") {
+    Player p(3000);
+    p.movie->setSelectionAttribute({{0, 1, 0}, {std::numeric_limits<std::int64_t>::max(), 1, 0}});
+    p.movie->setLoopsAttribute(true);
+    p.movie->setPlaysSelectionOnlyAttribute(true);
+    p.start();
+    const auto frames = settled(p.play(9000));
+    CHECK(*std::max_element(frames.begin(), frames.end()) > 2700);
+    p.movie->setCurrentTime({std::numeric_limits<std::int64_t>::min(), 1, 0});
+    CHECK(p.now() == 0);
 }
 
 TEST_CASE("loop without a selection repeats the whole track from its end") {
