@@ -60,7 +60,9 @@ bool VideoThread::awaitWork(double seconds) {
         m_changed.wait_for(lock, std::chrono::duration<double>(seconds), changed);
     }
     while (!m_watched && !m_closing) {
+        lock.unlock();
         m_server.forget();
+        lock.lock();
         m_changed.wait(lock, [this] { return m_closing || m_watched; });
     }
     if (m_clockChanged) {
