@@ -26,10 +26,6 @@ constexpr int kScaleWithoutSound = 600;  // units a second
 const Error kUnreadable{ErrorCategory::Unreadable, "the file has become unreadable"};
 const Error kCancelled{ErrorCategory::Unreadable, "cancelled"};
 
-double startOf(const AVStream& stream) {
-    return stream.start_time == AV_NOPTS_VALUE ? 0 : static_cast<double>(stream.start_time) * av_q2d(stream.time_base);
-}
-
 // The container's time, in seconds, at which the first track begins.
 double originOf(const MediaTracks& tracks) {
     double origin = std::numeric_limits<double>::infinity();
@@ -37,7 +33,7 @@ double originOf(const MediaTracks& tracks) {
         origin = std::min(origin, track.startSeconds);
     }
     for (const int stream : tracks.pictures) {
-        origin = std::min(origin, startOf(tracks.demuxer->stream(stream)));
+        origin = std::min(origin, startSeconds(tracks.demuxer->stream(stream)));
     }
     return std::isfinite(origin) ? origin : 0;
 }

@@ -31,4 +31,9 @@ inline ParametersPtr copyParameters(const AVCodecParameters& from) {
     return copy;
 }
 
+// Where the container places the stream's beginning.
+inline double startSeconds(const AVStream& stream) {
+    return stream.start_time == AV_NOPTS_VALUE ? 0 : static_cast<double>(stream.start_time) * av_q2d(stream.time_base);
+}
+
 }  // namespace qm

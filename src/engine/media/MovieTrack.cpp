@@ -127,15 +127,7 @@ std::optional<SoundTrack> planFromTable(std::shared_ptr<const FileBytes> file, c
     if (!isTabled(format, stream.codecpar->codec_id) || !data) {
         return std::nullopt;
     }
-    SoundTrack track;
-    track.parameters = copyParameters(*stream.codecpar);
-    track.timeBase = stream.time_base;
-    track.sampleRate = start.sampleRate;
-    track.channels = start.channels;
-    if (stream.start_time != AV_NOPTS_VALUE) {
-        track.startSeconds = static_cast<double>(stream.start_time) * av_q2d(stream.time_base);
-    }
-    track.traits = codecTraits(*track.parameters, start.sampleRate, start.framesPerPacket);
+    SoundTrack track = beginTrack(stream, start);
     readTable(track, stream, *data, isCaf, start);
     if (track.index.frames() == 0 || track.index.packet(0).position != start.firstPosition) {
         return std::nullopt;

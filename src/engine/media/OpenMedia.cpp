@@ -48,10 +48,6 @@ double longestPictures(const MediaTracks& tracks) {
     return longest;
 }
 
-double startOf(const AVStream& stream) {
-    return stream.start_time == AV_NOPTS_VALUE ? 0 : static_cast<double>(stream.start_time) * av_q2d(stream.time_base);
-}
-
 Result<OpenedMedia> completed(OpenedMedia media, const std::string& path) {
     media.description.hasSound = media.sound != nullptr;
     if (!media.description.hasSound && !media.description.hasVideo) {
@@ -85,7 +81,7 @@ Result<OpenedMedia> openMedia(const std::string& path) {
     auto mix = mixOf(std::move(tracks.sound));
     if (media.description.hasVideo) {
         const AVStream& first = tracks.demuxer->stream(tracks.pictures.front());
-        media.openVideo = videoOpener(tracks, tracks.pictures.front(), mix ? mix->startSeconds() : startOf(first));
+        media.openVideo = videoOpener(tracks, tracks.pictures.front(), mix ? mix->startSeconds() : startSeconds(first));
     }
     media.sound = std::move(mix);
     if (!media.sound || !tracks.facts.isFragmented) {  // that header was written before its length was known

@@ -60,31 +60,10 @@ bool liesInFile(const FileBytes& file, const AVPacket& packet, std::vector<std::
            std::equal(buffer.begin(), buffer.end(), packet.data);
 }
 
-}  // namespace
-
-std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, const std::string& format, int stream) {
-    auto examined = Demuxer::open(file, format, true);
-    auto passed = Demuxer::open(file, format, true);
-    if (!examined || !passed || stream >= static_cast<int>(passed.value()->context().nb_streams)) {
-        return std::nullopt;
-    }
-    const StreamStart start = examineStart(*examined.value(), stream);
-    if (start.sampleRate == 0) {
-        return std::nullopt;
-    }
-    Demuxer& demuxer = *passed.value();
-    demuxer.onlyStream(stream);
-    const AVStream& av = demuxer.stream(stream);
-    SoundTrack track;
-    track.parameters = copyParameters(*av.codecpar);
-    track.timeBase = av.time_base;
-    track.sampleRate = start.sampleRate;
-    track.channels = start.channels;
-    track.startSeconds =
-        av.start_time == AV_NOPTS_VALUE ? 0 : static_cast<double>(av.start_time) * av_q2d(av.time_base);
-    track.traits = codecTraits(*av.codecpar, start.sampleRate, start.framesPerPacket);
-
-    FrameCounter counter(av, start, track.traits);
+// Reads every packet and counts it; where the packets lie in the file in one piece, they are read from there later.
+void passPackets(SoundTrack& track, Demuxer& demuxer, int stream, const StreamStart& start,
+                 const std::shared_ptr<const FileBytes>& file, const std::string& format) {
+    FrameCounter counter(demuxer.stream(stream), start, track.traits);
     CutList cuts;
     cuts.add(0, 0, {.atStart = start.skippedFrames});
     PacketIndex inFile;
@@ -105,10 +84,28 @@ std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, cons
     track.kept = cuts.kept(track.index.frames() + track.drainedFrames);
     if (direct) {
         track.index = std::move(inFile);
-        track.source = std::make_unique<FilePacketSource>(std::move(file));
+        track.source = std::make_unique<FilePacketSource>(file);
     } else {
-        track.source = std::make_unique<DemuxedPacketSource>(std::move(file), format, stream, start.sampleRate);
+        track.source = std::make_unique<DemuxedPacketSource>(file, format, stream, start.sampleRate);
     }
+}
+
+}  // namespace
+
+std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, const std::string& format, int stream) {
+    auto examined = Demuxer::open(file, format, true);
+    auto passed = Demuxer::open(file, format, true);
+    if (!examined || !passed || stream >= static_cast<int>(passed.value()->context().nb_streams)) {
+        return std::nullopt;
+    }
+    const StreamStart start = examineStart(*examined.value(), stream);
+    if (start.sampleRate == 0) {
+        return std::nullopt;
+    }
+    Demuxer& demuxer = *passed.value();
+    demuxer.onlyStream(stream);
+    SoundTrack track = beginTrack(demuxer.stream(stream), start);
+    passPackets(track, demuxer, stream, start, file, format);
     return track;
 }
 

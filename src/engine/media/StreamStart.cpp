@@ -45,4 +45,15 @@ StreamStart examineStart(Demuxer& demuxer, int stream) {
     return start;
 }
 
+SoundTrack beginTrack(const AVStream& stream, const StreamStart& start) {
+    SoundTrack track;
+    track.parameters = copyParameters(*stream.codecpar);
+    track.timeBase = stream.time_base;
+    track.sampleRate = start.sampleRate;
+    track.channels = start.channels;
+    track.startSeconds = startSeconds(stream);
+    track.traits = codecTraits(*track.parameters, start.sampleRate, start.framesPerPacket);
+    return track;
+}
+
 }  // namespace qm

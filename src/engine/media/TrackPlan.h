@@ -23,6 +23,9 @@ struct StreamStart {
 };
 StreamStart examineStart(Demuxer& demuxer, int stream);
 
+// A track without packets yet: what the stream and its beginning tell.
+SoundTrack beginTrack(const AVStream& stream, const StreamStart& start);
+
 // MPEG audio without a container: walks the frames themselves. `farInto` also looks for them behind much garbage.
 std::optional<SoundTrack> planMpegAudio(std::shared_ptr<const FileBytes> file, bool farInto);
 

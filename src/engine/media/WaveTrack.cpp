@@ -30,17 +30,12 @@ Blocks blocksOf(AVCodecParameters& parameters, int channels) {
 
 std::optional<SoundTrack> planUniform(std::shared_ptr<const FileBytes> file, const std::string& format,
                                       const AVStream& stream, const StreamStart& start) {
-    SoundTrack track;
-    track.parameters = copyParameters(*stream.codecpar);
+    SoundTrack track = beginTrack(stream, start);
     const Blocks block = blocksOf(*track.parameters, start.channels);
     const auto data = findSoundData(*file, format, start.firstPosition);
     if (block.bytes == 0 || block.frames <= 0 || !data || data->position != start.firstPosition || data->bytes <= 0) {
         return std::nullopt;
     }
-    track.timeBase = stream.time_base;
-    track.sampleRate = start.sampleRate;
-    track.channels = start.channels;
-    track.traits = codecTraits(*track.parameters, start.sampleRate, start.framesPerPacket);
     if (block.frames == 1) {
         const std::int64_t frames = data->bytes / block.bytes;
         track.index = PacketIndex::uniform(data->position, frames * block.bytes, block.bytes * kPcmPacketFrames,
