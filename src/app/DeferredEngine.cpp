@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QLibrary>
 
+#include "app/LiveWait.h"
 #include "engine/api/Log.h"
 
 namespace qm {
@@ -39,7 +40,11 @@ const EngineModule* DeferredEngine::module() {
 }
 
 Result<std::unique_ptr<QTMovie>> DeferredEngine::movieWithFile(const std::string& path) {
-    if (!m_engine && module()) m_engine = m_module->makeMediaEngine();
+    load();
+    waitWithLiveWindow([this](std::chrono::milliseconds longest) {
+        return !m_loading.valid() || m_loading.wait_for(longest) == std::future_status::ready;
+    });
+    if (!m_engine && module()) m_engine = m_module->makeMediaEngine(waitWithLiveWindow);
     if (m_engine) return m_engine->movieWithFile(path);
     qmLog("cannot open " + path + ": there is no media engine");
     return Error{ErrorCategory::Unsupported, "there is no media engine"};

@@ -29,18 +29,24 @@ TrackLoader::TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets
       m_runPanel(runOpenPanel) {}
 
 void TrackLoader::loadFileAdd(const QString& path, bool add) {
+    m_wishes.append({path, add});
+    if (m_wishes.size() > 1) return;
+    for (; !m_wishes.isEmpty(); m_wishes.removeFirst()) load(Wish(m_wishes.first()));
+}
+
+void TrackLoader::load(const Wish& wish) {
     qmLog("loadFile: 1");
     if (m_state.qtMovie) m_state.qtMovie->stop();
-    m_state.loadedPath = path;
+    m_state.loadedPath = wish.path;
     qmLog("loadFile: 2");
-    if (!open(path)) return;
+    if (!open(wish.path)) return;
     qmLog("loadFile: 3");
     showVideo();
     m_state.quickTimeMovie = m_state.qtMovie->quickTimeMovie();
     resetPositionSlider();
     m_clock.startCueTimer();
     carryOverSound();
-    if (add) addEntry();
+    if (wish.add) addEntry();
     restoreTone();
     enableMetering();
     if (m_state.isPlaying) {
@@ -52,9 +58,9 @@ void TrackLoader::loadFileAdd(const QString& path, bool add) {
 
 bool TrackLoader::open(const QString& path) {
     if (m_outlets.movieView) m_outlets.movieView->setMovie(nullptr);
+    m_state.qtMovie.reset();
     auto movie = m_engine.movieWithFile(QFile::encodeName(path).toStdString());
     if (!movie) {
-        m_state.qtMovie.reset();
         qmLog("Unable to open " + QFile::encodeName(path).toStdString() + ": " + movie.error().message);
         return false;
     }

@@ -34,7 +34,8 @@ public:
     TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
                 PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, LevelMeterHooks meters = {});
 
-    // With `add`, a new row at the top of the play list keeps the file.
+    // With `add`, a new row at the top of the play list keeps the file. The window lives on while a file takes long to
+    // open, without a track; what is to be loaded meanwhile follows in its turn.
     void loadFileAdd(const QString& path, bool add);
 
     // Asks for files and adds each, in the panel's order: the last one ends on top and stays loaded.
@@ -47,6 +48,12 @@ public:
     void setRunPanel(RunPanel run) { m_runPanel = std::move(run); }
 
 private:
+    struct Wish {
+        QString path;
+        bool add;
+    };
+
+    void load(const Wish& wish);
     bool open(const QString& path);
     void showVideo();
     void resetPositionSlider();
@@ -65,6 +72,7 @@ private:
     LevelMeterHooks m_meters;
     RunPanel m_runPanel;
     QString m_panelFolder;  // where files were last chosen
+    QList<Wish> m_wishes;   // the first one is being loaded
 };
 
 }  // namespace qm

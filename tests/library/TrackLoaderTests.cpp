@@ -67,6 +67,22 @@ TEST_CASE_FIXTURE(ControllerFixture, "a file that cannot be opened leaves everyt
                                  "log Unable to open /music/text.mp3: not a media file"});
 }
 
+TEST_CASE_FIXTURE(ControllerFixture, "what is loaded while a file is being opened follows in its turn") {
+    startWithLoadedTrack();
+    bool hadTrack = true;
+    log.atEvent = [&](const std::string& event) {
+        if (event != "open /music/slow.wmv") return;
+        hadTrack = controller->qtMovie != nullptr;
+        controller->loadFileAdd("/music/next.wav", true);
+        CHECK(controller->loadedPath == "/music/slow.wmv");
+    };
+    controller->loadFileAdd("/music/slow.wmv", true);
+    CHECK_FALSE(hadTrack);
+    CHECK(controller->loadedPath == "/music/next.wav");
+    CHECK(controller->trackArray[0] == "/music/next.wav");
+    CHECK(controller->trackArray[1] == "/music/slow.wmv");
+}
+
 TEST_CASE_FIXTURE(ControllerFixture, "a movie with video brings its panel, one without hides it") {
     start();
     engine.files["/music/film.mp4"].hasVideo = true;

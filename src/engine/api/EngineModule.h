@@ -10,7 +10,7 @@
 namespace qm {
 
 struct EngineModule {
-    std::unique_ptr<MediaEngine> (*makeMediaEngine)();
+    std::unique_ptr<MediaEngine> (*makeMediaEngine)(Patience patience);
     std::unique_ptr<CaptureEngine> (*makeCaptureEngine)();
 };
 

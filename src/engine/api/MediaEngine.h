@@ -2,6 +2,8 @@
 // tags of a file. Tests build the program against a fake of it. Main thread only.
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -11,6 +13,11 @@
 #include "engine/api/Result.h"
 
 namespace qm {
+
+// How the main thread waits for work that another thread does for it: asks `isDone`, which waits so long at most, until
+// it is, and may do something else in between.
+using IsDone = std::function<bool(std::chrono::milliseconds longest)>;
+using Patience = std::function<void(const IsDone& isDone)>;
 
 class MediaEngine : public MovieToolbox, public MetaDataToolbox {
 public:

@@ -11,7 +11,9 @@
 
 extern "C" QM_VISIBLE const qm::EngineModule* qmEngineModule() {
     static const qm::EngineModule module{
-        []() -> std::unique_ptr<qm::MediaEngine> { return std::make_unique<qm::FileEngine>(); },
+        [](qm::Patience patience) -> std::unique_ptr<qm::MediaEngine> {
+            return std::make_unique<qm::FileEngine>(qm::openSystemOutput, std::move(patience));
+        },
         []() -> std::unique_ptr<qm::CaptureEngine> { return std::make_unique<qm::SystemCapture>(); }};
     return &module;
 }

@@ -2,18 +2,30 @@
 
 #include <cassert>
 #include <cstring>
+#include <future>
 
 #include "engine/api/Log.h"
 
 namespace qm {
 
-FileEngine::FileEngine(OutputFactory openOutput)
-    : m_openOutput(std::move(openOutput)), m_registry(std::make_shared<MovieRegistry>()) {}
+FileEngine::FileEngine(OutputFactory openOutput, Patience patience)
+    : m_openOutput(std::move(openOutput)),
+      m_patience(std::move(patience)),
+      m_registry(std::make_shared<MovieRegistry>()) {}
 
 FileEngine::~FileEngine() = default;
 
+// Most files are open in a moment; one without an index is read to its end.
+Result<OpenedMedia> FileEngine::open(const std::string& path) const {
+    if (!m_patience) return openMedia(path);
+    auto opening = std::async(std::launch::async, openMedia, path);
+    m_patience(
+        [&](std::chrono::milliseconds longest) { return opening.wait_for(longest) == std::future_status::ready; });
+    return opening.get();
+}
+
 Result<std::unique_ptr<QTMovie>> FileEngine::movieWithFile(const std::string& path) {
-    auto opened = openMedia(path);
+    auto opened = open(path);
     if (!opened) {
         qmLog("cannot open " + path + ": " + opened.error().message);
         return opened.error();

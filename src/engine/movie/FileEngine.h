@@ -12,7 +12,8 @@ namespace qm {
 
 class FileEngine : public MediaEngine {
 public:
-    explicit FileEngine(OutputFactory openOutput = openSystemOutput);
+    // With `patience`, files are opened on another thread.
+    explicit FileEngine(OutputFactory openOutput = openSystemOutput, Patience patience = {});
     ~FileEngine() override;
 
     Result<std::unique_ptr<QTMovie>> movieWithFile(const std::string& path) override;
@@ -42,9 +43,11 @@ public:
 
 private:
     FileMovie* find(Movie movie) const;
+    Result<OpenedMedia> open(const std::string& path) const;
 
     const ThreadRole m_mainThread;
     const OutputFactory m_openOutput;
+    const Patience m_patience;
     const std::shared_ptr<MovieRegistry> m_registry;  // shared with the movies, which leave it when they go
     Movie m_lastHandle = 0;
     MetaDataCopies m_metaData;

@@ -1,0 +1,11 @@
+// Waits for work on another thread without stopping the window: after a moment it is painted, its timers run and the
+// pointer shows that something is being done. What the user does meanwhile waits its turn. Main thread only.
+#pragma once
+
+#include "engine/api/MediaEngine.h"
+
+namespace qm {
+
+void waitWithLiveWindow(const IsDone& isDone);
+
+}  // namespace qm
