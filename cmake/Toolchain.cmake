@@ -16,6 +16,6 @@ endif()
 
 set(QUILLMERE_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
 if(QUILLMERE_SANITIZE)
-  add_compile_options(-fsanitize=${QUILLMERE_SANITIZE} -fno-omit-frame-pointer)
+  add_compile_options(-fsanitize=${QUILLMERE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${QUILLMERE_SANITIZE})
 endif()
