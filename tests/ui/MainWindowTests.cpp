@@ -354,3 +354,37 @@ TEST_CASE("the strip's playhead follows the position slider") {
     living.state.refresh();
     CHECK(living.outlets.waveformStrip->position() == 0.25);
 }
+
+TEST_CASE("the strip shows the waveform as it comes in, and none without a track") {
+    LivingWindow living;
+    living.loadTrack();
+    WaveformStrip& strip = *living.outlets.waveformStrip;
+    living.fixture.engine.movie()->pictured = {{}, 0, false};
+    living.state.refresh();
+    living.fixture.engine.movie()->pictured = {{0.5f, 0, 0}, 1, false};
+    living.state.refresh();
+    CHECK(strip.peaks() == std::vector<float>{0.5f, 0, 0});
+    living.fixture.engine.movie()->pictured = {{0.5f, 0.25f, 1}, 3, true};
+    living.state.refresh();
+    CHECK(strip.peaks() == std::vector<float>{0.5f, 0.25f, 1});
+    living.controller.qtMovie.reset();
+    living.state.refresh();
+    CHECK(strip.peaks().empty());
+}
+
+TEST_CASE("the strip's bars are as tall as the sound is loud on the whole, and end with it") {
+    WaveformStrip strip;
+    strip.resize(320, 60);
+    std::vector<float> peaks(2000, 0.0f);
+    for (std::size_t i = 0; i < 1000; ++i) peaks[i] = i % 2 ? 0.2f : 0.6f;
+    strip.setPeaks(peaks);
+    const QImage drawn = strip.grab().toImage();
+    const auto heightAt = [&](double fraction) {
+        const int x = 10 + int(fraction * 100) * 3 + 1;
+        int tall = 0;
+        for (int y = 2; y < drawn.height() - 2; ++y) tall += qGray(drawn.pixel(x, y)) > 40;
+        return tall;
+    };
+    CHECK(heightAt(0.2) == doctest::Approx(0.4 * 50).epsilon(0.1));
+    CHECK(heightAt(0.8) <= 4);
+}

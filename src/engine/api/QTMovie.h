@@ -11,6 +11,7 @@
 #include "engine/api/MovieExport.h"
 #include "engine/api/QTTime.h"
 #include "engine/api/VideoPicture.h"
+#include "engine/api/Waveform.h"
 
 namespace qm {
 
@@ -56,6 +57,10 @@ public:
     // it stands; null without video and before the first picture is there.
     virtual void setWatched(bool watched) = 0;
     virtual std::shared_ptr<const VideoPicture> currentPicture() const = 0;
+
+    // The picture of the whole sound, enabled tracks together, as far as it is known by now. It is begun when it is
+    // first asked for, and made in the background.
+    virtual Waveform waveform() const = 0;
 
     // Begins to write a movie of this one's tracks and preferred rate, and goes on playing. The path, in the file
     // system's own encoding, may be that of the open file. Never null; lives on without this movie.

@@ -34,6 +34,16 @@ std::unique_ptr<MixReader> mixOf(std::vector<SoundTrack> tracks) {
     return readers.empty() ? nullptr : std::make_unique<MixReader>(std::move(readers));
 }
 
+SoundOpener soundOpener(const std::vector<SoundTrack>& tracks) {
+    auto again = [](const std::vector<SoundTrack>& some) {
+        std::vector<SoundTrack> others;
+        for (const SoundTrack& track : some) others.push_back(track.forAnotherReader());
+        return others;
+    };
+    auto plans = std::make_shared<const std::vector<SoundTrack>>(again(tracks));
+    return [plans, again] { return mixOf(again(*plans)); };
+}
+
 VideoOpener videoOpener(const MediaTracks& tracks, int stream, double origin) {
     return [file = tracks.file, format = tracks.format, analysed = tracks.analysed, stream, origin] {
         return VideoDecoder::open(file, format, analysed, stream, origin);
@@ -78,6 +88,7 @@ Result<OpenedMedia> openMedia(const std::string& path) {
     media.description.hasVideo = !tracks.pictures.empty();
     media.description.preferredRate = tracks.facts.preferredRate;
     media.description.trackFormats = std::move(tracks.formats);
+    if (!tracks.sound.empty()) media.openSound = soundOpener(tracks.sound);
     auto mix = mixOf(std::move(tracks.sound));
     if (media.description.hasVideo) {
         const AVStream& first = tracks.demuxer->stream(tracks.pictures.front());

@@ -23,6 +23,9 @@ public:
 
     // The packet it stands before; then it stands before the next one.
     virtual Outcome next(const PacketIndex& index, AVPacket& packet) = 0;
+
+    // One of the same packets, that stands nowhere yet. Any thread.
+    virtual std::unique_ptr<PacketSource> forAnotherReader() const = 0;
 };
 
 class FilePacketSource : public PacketSource {
@@ -31,9 +34,12 @@ public:
 
     std::int64_t seek(const PacketIndex& index, std::int64_t packet) override;
     Outcome next(const PacketIndex& index, AVPacket& packet) override;
+    std::unique_ptr<PacketSource> forAnotherReader() const override {
+        return std::make_unique<FilePacketSource>(m_file);
+    }
 
 private:
-    std::shared_ptr<const FileBytes> m_file;
+    const std::shared_ptr<const FileBytes> m_file;
     std::int64_t m_next = 0;
 };
 
@@ -47,15 +53,18 @@ public:
 
     std::int64_t seek(const PacketIndex& index, std::int64_t packet) override;
     Outcome next(const PacketIndex& index, AVPacket& packet) override;
+    std::unique_ptr<PacketSource> forAnotherReader() const override {
+        return std::make_unique<DemuxedPacketSource>(m_file, m_format, m_stream, m_sampleRate);
+    }
 
 private:
     bool restart();
     std::int64_t tryLanding(const PacketIndex& index, std::int64_t frame, std::int64_t packet);
 
-    std::shared_ptr<const FileBytes> m_file;
-    std::string m_format;
-    int m_stream;
-    int m_sampleRate;
+    const std::shared_ptr<const FileBytes> m_file;
+    const std::string m_format;
+    const int m_stream;
+    const int m_sampleRate;
     std::unique_ptr<Demuxer> m_demuxer;  // opened when first needed
     PacketPtr m_landed;                  // the packet that a landing was recognised by, not yet handed out
     bool m_hasLanded = false;

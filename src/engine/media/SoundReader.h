@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -41,6 +42,8 @@ public:
     }
 };
 
+using SoundOpener = std::function<std::unique_ptr<SoundReader>()>;
+
 struct MediaDescription {
     std::string displayName;  // embedded title if it is not blank, else the file name with its extension; UTF-8
     bool hasVideo = false;    // moving pictures; an attached cover does not count
@@ -56,6 +59,7 @@ struct OpenedMedia {
     std::shared_ptr<const FileBytes> file;  // stays readable when its name is gone
     MediaDescription description;
     std::unique_ptr<SoundReader> sound;  // none for a file without sound
+    SoundOpener openSound;               // another reader of it; empty for a file without sound; any thread
     VideoOpener openVideo;               // empty for a file without moving pictures; any thread
 };
 

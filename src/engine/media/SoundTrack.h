@@ -23,6 +23,9 @@ struct SoundTrack {
     std::int64_t drainedFrames = 0;  // what the decoder still yields after the last packet
     KeptRanges kept;
     std::unique_ptr<PacketSource> source;
+
+    // The same track with a source of its own, also while this one is being read.
+    SoundTrack forAnotherReader() const;
 };
 
 // Bounds beyond which a header is taken for damaged.

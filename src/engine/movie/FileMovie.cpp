@@ -4,6 +4,7 @@
 #include <cassert>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "engine/export/FileExport.h"
 #include "engine/media/tags/Tags.h"
@@ -56,6 +57,7 @@ FileMovie::FileMovie(Movie handle, std::shared_ptr<MovieRegistry> registry, Open
       m_registry(std::move(registry)),
       m_file(std::move(media.file)),
       m_description(std::move(media.description)),
+      m_openSound(std::move(media.openSound)),
       m_render(soundOrSilence(std::move(media.sound), m_description.durationSeconds), std::move(openOutput)),
       m_timeScale(m_description.hasSound ? m_render.sampleRate() : kScaleWithoutSound),
       m_preferredRate(playableRate(m_description.preferredRate)) {
@@ -230,6 +232,12 @@ void FileMovie::setPlaysSelectionOnlyAttribute(bool only) {
 
 void FileMovie::setPreferredRateAttribute(float rate) {
     m_preferredRate = rate;
+}
+
+Waveform FileMovie::waveform() const {
+    assert(m_mainThread.isHere());
+    if (m_openSound) m_waveform = std::make_unique<WaveformScan>(std::exchange(m_openSound, nullptr));
+    return m_waveform ? m_waveform->waveform() : Waveform{.isComplete = true};
 }
 
 std::unique_ptr<MovieExport> FileMovie::writeToFileWithAttributes(const std::string& path, WriteAttribute) {

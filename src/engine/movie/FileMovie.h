@@ -10,6 +10,7 @@
 #include "engine/api/MetaData.h"
 #include "engine/api/QTMovie.h"
 #include "engine/media/SoundReader.h"
+#include "engine/movie/WaveformScan.h"
 #include "engine/realtime/ThreadRole.h"
 #include "engine/render/RenderThread.h"
 #include "engine/video/VideoThread.h"
@@ -45,6 +46,7 @@ public:
     void setVolume(float volume) override;
     void setWatched(bool watched) override;
     std::shared_ptr<const VideoPicture> currentPicture() const override;
+    Waveform waveform() const override;
     std::unique_ptr<MovieExport> writeToFileWithAttributes(const std::string& path, WriteAttribute attribute) override;
     Movie quickTimeMovie() const override { return m_handle; }
 
@@ -74,6 +76,8 @@ private:
     const std::shared_ptr<const FileBytes> m_file;
     const MediaDescription m_description;
     mutable std::optional<std::vector<Tag>> m_tags;
+    mutable SoundOpener m_openSound;  // until the scan has it
+    mutable std::unique_ptr<WaveformScan> m_waveform;
     RenderThread m_render;
     const std::int32_t m_timeScale;  // units per second
     RenderThread::Request m_request;

@@ -57,21 +57,18 @@ int WaveformStrip::barCount() const {
     return std::max(1, static_cast<int>((width() - 2 * kInset) / kBarPitch));
 }
 
-void WaveformStrip::resizeEvent(QResizeEvent*) {
-    emit barCountChanged(barCount());
-}
-
 double WaveformStrip::xOf(double fraction) const {
     return kInset + fraction * (width() - 2 * kInset);
 }
 
-double WaveformStrip::peakOfBar(int bar, int bars) const {
+// The mean of the peaks in a bar's time: the loudest alone would make most music a full block.
+double WaveformStrip::sizeOfBar(int bar, int bars) const {
     const size_t count = m_peaks.size();
     const size_t first = std::min(count - 1, count * static_cast<size_t>(bar) / static_cast<size_t>(bars));
     const size_t last = std::clamp(count * static_cast<size_t>(bar + 1) / static_cast<size_t>(bars), first + 1, count);
-    float peak = 0;
-    for (size_t i = first; i < last; ++i) peak = std::max(peak, m_peaks[i]);
-    return std::clamp(peak, 0.0f, 1.0f);
+    double sum = 0;
+    for (size_t i = first; i < last; ++i) sum += std::clamp(m_peaks[i], 0.0f, 1.0f);
+    return sum / static_cast<double>(last - first);
 }
 
 QColor WaveformStrip::barColor(double fraction) const {
@@ -116,7 +113,7 @@ void WaveformStrip::paintBars(QPainter& painter, const QRectF& clip) const {
         if (x < clip.left() - 2 || x > clip.right() + 2) continue;
         const double half = m_peaks.empty()
                                 ? kCentreLine
-                                : std::max(kShortestBar, peakOfBar(bar, bars) * (height() - kVerticalRoom) / 2);
+                                : std::max(kShortestBar, sizeOfBar(bar, bars) * (height() - kVerticalRoom) / 2);
         painter.setBrush(barColor(fraction));
         painter.drawRoundedRect(QRectF(x - 1, middle - half, 2, 2 * half), 1, std::min(1.0, half));
     }

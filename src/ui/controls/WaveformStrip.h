@@ -15,7 +15,7 @@ class WaveformStrip : public QWidget {
 public:
     explicit WaveformStrip(QWidget* parent = nullptr);
 
-    void setPeaks(std::vector<float> peaks);  // 0 to 1, left to right; empty draws the centre line
+    void setPeaks(std::vector<float> peaks);  // 0 to 1, of equally long parts; empty draws the centre line
     const std::vector<float>& peaks() const { return m_peaks; }
     void setPosition(double position);
     double position() const { return m_position; }
@@ -26,20 +26,15 @@ public:
     bool isLooping() const { return m_looping; }
     bool isActive() const { return m_active; }
 
-    int barCount() const;  // the number of peaks that the present width shows one by one
-
     QSize minimumSizeHint() const override { return {120, 40}; }
-
-signals:
-    void barCountChanged(int bars);
 
 protected:
     void paintEvent(QPaintEvent*) override;
-    void resizeEvent(QResizeEvent*) override;
 
 private:
     double xOf(double fraction) const;
-    double peakOfBar(int bar, int bars) const;
+    int barCount() const;
+    double sizeOfBar(int bar, int bars) const;
     QColor barColor(double fraction) const;
     void paintBars(QPainter& painter, const QRectF& clip) const;
     void paintFlag(QPainter& painter, double x, QChar letter, bool opensRight) const;

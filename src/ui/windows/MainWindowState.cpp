@@ -72,6 +72,7 @@ void MainWindowState::refresh() {
     refreshHero();
     refreshPositionSlider();
     refreshStrip();
+    refreshWaveform();
     refreshLoopTimes();
     refreshDimming();
     refreshPanelSigns();
@@ -143,6 +144,19 @@ void MainWindowState::refreshStrip() {
     strip.setActive(m_state.qtMovie != nullptr);
     strip.setLoop(marks, loopShows());
     strip.setPosition(length > 0 ? (cue.value() - cue.minimum()) / length : 0);
+}
+
+// The waveform comes in while the track plays.
+void MainWindowState::refreshWaveform() {
+    const Movie movie = m_state.qtMovie ? m_state.qtMovie->quickTimeMovie() : 0;
+    const bool isSame = movie == m_pictured;
+    if (isSame && m_isPictured) return;
+    Waveform waveform = movie != 0 ? m_state.qtMovie->waveform() : Waveform{};
+    m_isPictured = movie == 0 || waveform.isComplete;
+    if (isSame && waveform.known == m_partsShown) return;
+    m_pictured = movie;
+    m_partsShown = waveform.known;
+    m_outlets.waveformStrip->setPeaks(std::move(waveform.peaks));
 }
 
 void MainWindowState::refreshLoopTimes() {

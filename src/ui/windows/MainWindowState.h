@@ -28,6 +28,7 @@ public:
 private:
     void refreshHero();
     void refreshStrip();
+    void refreshWaveform();
     void refreshPositionSlider();
     void refreshLoopTimes();
     void refreshDimming();
@@ -46,6 +47,9 @@ private:
     LoadedTrack m_loaded;
     QTimer m_timer;
     QString m_shownPath;
+    Movie m_pictured = 0;  // the movie whose waveform is shown
+    std::size_t m_partsShown = 0;
+    bool m_isPictured = true;  // wholly
 };
 
 }  // namespace qm

@@ -40,6 +40,7 @@ public:
     bool done = false;  // what IsMovieDone() answers
     bool watched = false;
     std::shared_ptr<const VideoPicture> picture;  // what currentPicture() answers
+    Waveform pictured;                            // what waveform() answers
 
     void play() override;
     void stop() override;
@@ -62,6 +63,7 @@ public:
     void setVolume(float volume) override;
     void setWatched(bool isWatched) override { watched = isWatched; }
     std::shared_ptr<const VideoPicture> currentPicture() const override { return picture; }
+    Waveform waveform() const override { return pictured; }
     Movie quickTimeMovie() const override { return m_handle; }
 
 private:
