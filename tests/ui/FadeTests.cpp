@@ -1,5 +1,7 @@
 #include <doctest/doctest.h>
 
+#include <QApplication>
+#include <QDialog>
 #include <QWindow>
 
 #include "support/widgets/ControllerFixture.h"
@@ -50,6 +52,25 @@ TEST_CASE("the fade ends on the twenty-second step, and only then the window bec
     CHECK_FALSE(acceptsNoKeys(window));
     CHECK(window.isVisible());
     CHECK_FALSE(state.fadeInTimer->isActive());
+}
+
+TEST_CASE("a panel that waits for its answer keeps the keyboard when the window behind it would take it") {
+    FadingWindow window;
+    QDialog panel(&window);
+    panel.setModal(true);
+    window.show();
+    panel.show();
+    panel.activateWindow();
+    QApplication::processEvents();
+    REQUIRE(QApplication::activeWindow() == &panel);
+    window.makeKeyAndOrderFront();
+    QApplication::processEvents();
+    CHECK(window.keyWindow);
+    CHECK(QApplication::activeWindow() == &panel);
+    panel.close();
+    window.makeKeyAndOrderFront();
+    QApplication::processEvents();
+    CHECK(QApplication::activeWindow() == &window);
 }
 
 TEST_CASE("closing a window tells its owner once before it is gone") {

@@ -1,5 +1,6 @@
 #include "ui/controls/FadingWindow.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QWindow>
 #include <algorithm>
@@ -16,7 +17,10 @@ void FadingWindow::setAlphaValue(double alpha) {
 void FadingWindow::makeKeyAndOrderFront() {
     keyWindow = true;
     setAcceptsKeys(true);
-    qm::makeKeyAndOrderFront(*this);
+    show();
+    raise();
+    QWidget* panel = QApplication::activeModalWidget();
+    qm::makeKeyAndOrderFront(panel ? *panel : *this);
     emit madeKey();
 }
 

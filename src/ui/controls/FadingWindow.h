@@ -15,6 +15,8 @@ public:
 
     double alphaValue() const { return m_alphaValue; }
     void setAlphaValue(double alpha);
+
+    // A panel that waits for its answer stays in front and keeps the keyboard.
     void makeKeyAndOrderFront();
 
     // A window that refuses the keyboard is shown in front and does not get it, until it is made the key window.
