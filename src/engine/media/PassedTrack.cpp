@@ -62,7 +62,7 @@ bool liesInFile(const FileBytes& file, const AVPacket& packet, std::vector<std::
 
 // Reads every packet and counts it; where the packets lie in the file in one piece, they are read from there later.
 void passPackets(SoundTrack& track, Demuxer& demuxer, int stream, const StreamStart& start,
-                 const std::shared_ptr<const FileBytes>& file, const std::string& format) {
+                 std::shared_ptr<const FileBytes> file, const std::string& format) {
     FrameCounter counter(demuxer.stream(stream), start, track.traits);
     CutList cuts;
     cuts.add(0, 0, {.atStart = start.skippedFrames});
@@ -84,9 +84,9 @@ void passPackets(SoundTrack& track, Demuxer& demuxer, int stream, const StreamSt
     track.kept = cuts.kept(track.index.frames() + track.drainedFrames);
     if (direct) {
         track.index = std::move(inFile);
-        track.source = std::make_unique<FilePacketSource>(file);
+        track.source = std::make_unique<FilePacketSource>(std::move(file));
     } else {
-        track.source = std::make_unique<DemuxedPacketSource>(file, format, stream, start.sampleRate);
+        track.source = std::make_unique<DemuxedPacketSource>(std::move(file), format, stream, start.sampleRate);
     }
 }
 
@@ -105,7 +105,7 @@ std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, cons
     Demuxer& demuxer = *passed.value();
     demuxer.onlyStream(stream);
     SoundTrack track = beginTrack(demuxer.stream(stream), start);
-    passPackets(track, demuxer, stream, start, file, format);
+    passPackets(track, demuxer, stream, start, std::move(file), format);
     return track;
 }
 
