@@ -22,6 +22,9 @@ test_packages=(doctest-dev clang-format locales libx11-dev openssl dbus-daemon d
 # To make the Debian package: what finds out which libraries it needs.
 package_packages=(dpkg-dev file)
 
+# To make the icons anew from their drawings, which only scripts/draw-icons does.
+drawing_packages=(librsvg2-bin)
+
 missing_packages() {
     local package
     for package in "$@"; do

@@ -22,7 +22,7 @@ namespace qm {
 
 namespace {
 
-constexpr double kIconScale = 2;  // sharp on every screen
+constexpr double kIconScale = 4;  // sharp on every screen
 
 int g_signalSockets[2];
 

@@ -97,6 +97,17 @@ TEST_CASE("a picture file cut anywhere gives a null page or a whole one, never a
     CHECK(tiffPage(QByteArray("II\x2A\0\xFF\xFF\xFF\x7F", 8), 0).isNull());
 }
 
+TEST_CASE("what is shown larger than it is drawn has a picture of four times the size") {
+    for (const char* name : {"type_AAC.png", "type_aiff.png", "type_VIDEO", "qm_warning.png", "qm_drop.png"}) {
+        CAPTURE(name);
+        const QString text = QString::fromLatin1(name);
+        const QImage large = namedImage(text, 4.0);
+        CHECK(large.size() == namedImage(text).size() * 4);
+        CHECK(large.devicePixelRatio() == 4.0);
+    }
+    CHECK(namedImage(QStringLiteral("db_loop_on.png"), 4.0).devicePixelRatio() == 2.0);
+}
+
 TEST_CASE("a line icon takes the wanted size and colour") {
     const QPixmap icon = lineIcon(QStringLiteral("qm_add.png"), 18, QColor(1, 200, 3), 2.0);
     CHECK(icon.size() == QSize(36, 36));

@@ -4,6 +4,7 @@
 #include <QImageReader>
 #include <QPainter>
 #include <QPixmapCache>
+#include <algorithm>
 
 #include "engine/api/Log.h"
 #include "ui/controls/TiffImage.h"
@@ -16,9 +17,12 @@ namespace qm {
 
 namespace {
 
-QString doubledName(const QString& name) {
+constexpr int kDoubledPixels = 48;  // of a line icon for doubled screens
+
+QString scaledName(const QString& name, int scale) {
+    const QString mark = QStringLiteral("@%1x").arg(scale);
     const qsizetype dot = name.lastIndexOf(u'.');
-    return dot < 0 ? name + QStringLiteral("@2x") : name.left(dot) + QStringLiteral("@2x") + name.mid(dot);
+    return dot < 0 ? name + mark : name.left(dot) + mark + name.mid(dot);
 }
 
 QByteArray resourceBytes(const QString& name) {
@@ -38,9 +42,13 @@ QImage decode(const QByteArray& bytes, int page) {
 
 QImage namedImage(const QString& name, double deviceScale) {
     QImage image;
-    if (deviceScale > 1.0) {
+    if (deviceScale > 2.0) {
+        image = decode(resourceBytes(scaledName(name, 4)), 0);
+        image.setDevicePixelRatio(4.0);
+    }
+    if (image.isNull() && deviceScale > 1.0) {
         const bool paged = name.endsWith(QStringLiteral(".tiff"));
-        image = decode(resourceBytes(paged ? name : doubledName(name)), 1);
+        image = decode(resourceBytes(paged ? name : scaledName(name, 2)), 1);
         image.setDevicePixelRatio(2.0);
     }
     if (image.isNull()) image = decode(resourceBytes(name), 0);
@@ -52,7 +60,7 @@ QPixmap namedPixmap(const QString& name, double deviceScale) {
     const QString key = QStringLiteral("qm:%1:%2").arg(name, deviceScale > 1.0 ? "2" : "1");
     QPixmap pixmap;
     if (!QPixmapCache::find(key, &pixmap)) {
-        pixmap = QPixmap::fromImage(namedImage(name, deviceScale));
+        pixmap = QPixmap::fromImage(namedImage(name, std::min(deviceScale, 2.0)));
         QPixmapCache::insert(key, pixmap);
     }
     return pixmap;
@@ -63,7 +71,7 @@ QPixmap lineIcon(const QString& name, double size, const QColor& color, double d
     QPixmap pixmap;
     if (QPixmapCache::find(key, &pixmap)) return pixmap;
     const int pixels = qRound(size * deviceScale);
-    QImage image = namedImage(name, 2.0)
+    QImage image = namedImage(name, pixels > kDoubledPixels ? 4.0 : 2.0)
                        .convertToFormat(QImage::Format_ARGB32_Premultiplied)
                        .scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     image.setDevicePixelRatio(1.0);

@@ -13,7 +13,8 @@ namespace qm {
 // Finds an image of the program by its name; null if there is none.
 using ImageProvider = std::function<QImage(const QString& name)>;
 
-// The image as drawn for plain (1x) or, with `deviceScale` above 1, for doubled screens; devicePixelRatio is set.
+// The image as drawn for plain (1x) or, with `deviceScale` above 1, for doubled screens, or, above 2, twice as large
+// once more where there is such a drawing; devicePixelRatio is set.
 QImage namedImage(const QString& name, double deviceScale = 1.0);
 
 // The same, cached, for painting.

@@ -1,8 +1,10 @@
 #include "ui/controls/PlayListDelegate.h"
 
 #include <QPainter>
+#include <QPixmapCache>
 
 #include "ui/controls/Fonts.h"
+#include "ui/controls/PixelGrid.h"
 #include "ui/controls/PlayListHeader.h"
 #include "ui/controls/PlayListView.h"
 #include "ui/controls/Tokens.h"
@@ -14,12 +16,21 @@ namespace {
 constexpr int kRowHeight = 25;
 constexpr int kIconSize = 22;
 constexpr int kBarWidth = 3;
-constexpr int kLineTop = 4, kLineHeight = 18;
+constexpr double kLineTop = 3.5, kLineHeight = 18;
 
 QColor mix(const QColor& color, int alpha) {
     QColor result = color;
     result.setAlpha(alpha);
     return result;
+}
+
+QPixmap scaledIcon(const QImage& image, int pixels) {
+    const QString key = QStringLiteral("qm:row:%1:%2").arg(image.cacheKey()).arg(pixels);
+    QPixmap icon;
+    if (QPixmapCache::find(key, &icon)) return icon;
+    icon = QPixmap::fromImage(image.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    QPixmapCache::insert(key, icon);
+    return icon;
 }
 
 QColor textColor(const QModelIndex& index, bool selected) {
@@ -63,16 +74,13 @@ void PlayListDelegate::paintGround(QPainter& painter, const QRect& cell, const Q
 }
 
 void PlayListDelegate::paintIcon(QPainter& painter, const QRect& cell, const QModelIndex& index) const {
-    const QVariant icon = index.data(Qt::DecorationRole);
+    const auto image = index.data(Qt::DecorationRole).value<QImage>();
+    if (image.isNull()) return;
+    const double scale = painter.deviceTransform().m22();
+    QPixmap icon = scaledIcon(image, qRound(kIconSize * scale));
+    icon.setDevicePixelRatio(scale);
     const QRectF target(cell.left() + 6, cell.top() + (kRowHeight - kIconSize) / 2.0, kIconSize, kIconSize);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    if (icon.typeId() == QMetaType::QImage) {
-        const QImage image = icon.value<QImage>();
-        painter.drawImage(target, image, image.rect());
-    } else if (icon.typeId() == QMetaType::QPixmap) {
-        const QPixmap pixmap = icon.value<QPixmap>();
-        painter.drawPixmap(target, pixmap, pixmap.rect());
-    }
+    painter.drawPixmap(onPixels(painter, target).topLeft(), icon);
 }
 
 void PlayListDelegate::paintText(QPainter& painter, const QRect& cell, const QModelIndex& index, bool selected) const {
