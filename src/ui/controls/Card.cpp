@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "ui/controls/Fonts.h"
+#include "ui/controls/PixelGrid.h"
 #include "ui/controls/Tokens.h"
 
 namespace qm {
@@ -29,13 +30,8 @@ void Card::paintEvent(QPaintEvent* event) {
 }
 
 void Card::paintGround(QPainter& painter) const {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(tokens::kWell);
-    painter.drawRoundedRect(rect(), tokens::kCardRadius, tokens::kCardRadius);
-    painter.setPen(QPen(tokens::kLine, 1));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), tokens::kCardRadius - 0.5,
-                            tokens::kCardRadius - 0.5);
+    fillRounded(painter, rect(), tokens::kCardRadius, tokens::kWell);
+    strokeRounded(painter, rect(), tokens::kCardRadius, tokens::kLine);
 }
 
 StateTag::StateTag(bool amber, QWidget* parent) : QWidget(parent), m_amber(amber) {
@@ -58,9 +54,7 @@ QSize StateTag::sizeHint() const {
 void StateTag::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(m_amber ? QColor(255, 180, 84, 43) : QColor(63, 210, 226, 41));
-    painter.drawRoundedRect(rect(), height() / 2.0, height() / 2.0);
+    fillRounded(painter, rect(), height() / 2.0, m_amber ? QColor(255, 180, 84, 43) : QColor(63, 210, 226, 41));
     painter.setPen(m_amber ? tokens::kAmberHigh : tokens::kAquaHigh);
     painter.setFont(font());
     drawLine(painter, rect(), Qt::AlignHCenter, m_text);
@@ -80,15 +74,10 @@ void KeyCap::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF cap(0, 0, width(), height() - 1);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0, 0, 0, 128));
-    painter.drawRoundedRect(cap.translated(0, 1), 4, 4);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    painter.setBrush(QColor(60, 60, 61));
-    painter.drawRoundedRect(cap, 4, 4);
-    painter.setPen(QPen(QColor(255, 255, 255, 36), 1));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(cap.adjusted(0.5, 0.5, -0.5, -0.5), 3.5, 3.5);
+    constexpr double kRadius = 4;
+    fillRounded(painter, cap.translated(0, 1), kRadius, QColor(0, 0, 0, 128));
+    fillRounded(painter, cap, kRadius, QColor(60, 60, 61));
+    strokeRounded(painter, cap, kRadius, QColor(255, 255, 255, 36));
     painter.setPen(tokens::kWhite);
     painter.setFont(font());
     drawLine(painter, cap, Qt::AlignHCenter, m_key);

@@ -1,11 +1,11 @@
 #include "ui/controls/ChipButton.h"
 
-#include <QLinearGradient>
 #include <QPainter>
 #include <cmath>
 
 #include "ui/controls/Fonts.h"
 #include "ui/controls/NamedImage.h"
+#include "ui/controls/PixelGrid.h"
 #include "ui/controls/Tokens.h"
 
 namespace qm {
@@ -20,28 +20,13 @@ constexpr int kToolHeight = 30;
 constexpr int kToolPadding = 10;
 constexpr double kToolIcon = 18;
 constexpr double kToolGap = 7;
-constexpr int kPushHeight = 32;
-constexpr int kPushPadding = 16;
 
 int wholePixels(double width) {
-    return static_cast<int>(std::ceil(width));
+    return static_cast<int>(std::lround(width));
 }
 
 void drawText(QPainter& painter, double x, double height, double drop, const QString& text) {
     drawLine(painter, QRectF(x, drop, textWidth(painter.font(), text), height), Qt::AlignLeft, text);
-}
-
-void fillRounded(QPainter& painter, const QRectF& rect, const QBrush& brush) {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(brush);
-    painter.drawRoundedRect(rect, tokens::kChipRadius, tokens::kChipRadius);
-}
-
-void strokeRounded(QPainter& painter, const QRectF& rect, const QColor& color, double width) {
-    painter.setPen(QPen(color, width));
-    painter.setBrush(Qt::NoBrush);
-    const double radius = tokens::kChipRadius - width / 2;
-    painter.drawRoundedRect(rect.adjusted(width / 2, width / 2, -width / 2, -width / 2), radius, radius);
 }
 
 }  // namespace
@@ -88,12 +73,15 @@ QSize ChipButton::sizeHint() const {
 void ChipButton::paintGround(QPainter& painter, const QRectF& face) const {
     if (m_quiet && !isHovered() && !isDown()) return;
     if (isLit()) {
-        fillRounded(painter, face, QColor(63, 210, 226, isDown() ? 30 : isHovered() ? 70 : 51));
-        strokeRounded(painter, face, tokens::kAqua, 1.5);
+        fillRounded(painter, face, tokens::kChipRadius, QColor(63, 210, 226, isDown() ? 30 : isHovered() ? 70 : 51));
+        strokeRounded(painter, face, tokens::kChipRadius, tokens::kAqua, 1.5);
         return;
     }
-    fillRounded(painter, face, isDown() ? tokens::kChipPressed : isHovered() ? tokens::kChipHover : tokens::kChip);
-    strokeRounded(painter, face, QColor(255, 255, 255, 15), 1);
+    fillRounded(painter, face, tokens::kChipRadius,
+                isDown()      ? tokens::kChipPressed
+                : isHovered() ? tokens::kChipHover
+                              : tokens::kChip);
+    strokeRounded(painter, face, tokens::kChipRadius, QColor(255, 255, 255, 15));
     // A light upper edge, as if lit from above.
     painter.setPen(Qt::NoPen);
     painter.fillRect(
@@ -132,8 +120,12 @@ void ToolButton::setOn(bool on) {
     onStateChanged();
 }
 
+double ToolButton::exactWidth() const {
+    return 2 * kToolPadding + kToolIcon + kToolGap + textWidth(font(), text());
+}
+
 QSize ToolButton::sizeHint() const {
-    return {wholePixels(2 * kToolPadding + kToolIcon + kToolGap + textWidth(font(), text())), kToolHeight};
+    return {wholePixels(exactWidth()), kToolHeight};
 }
 
 void ToolButton::paintEvent(QPaintEvent*) {
@@ -142,11 +134,11 @@ void ToolButton::paintEvent(QPaintEvent*) {
     painter.setOpacity(drawingOpacity());
     const double drop = isDown() ? 1 : 0;
     if (isDown())
-        fillRounded(painter, rect(), tokens::kChipPressed);
+        fillRounded(painter, rect(), tokens::kChipRadius, tokens::kChipPressed);
     else if (isOn())
-        fillRounded(painter, rect(), QColor(63, 210, 226, 38));
+        fillRounded(painter, rect(), tokens::kChipRadius, QColor(63, 210, 226, 38));
     else if (isHovered())
-        fillRounded(painter, rect(), tokens::kChipHover);
+        fillRounded(painter, rect(), tokens::kChipRadius, tokens::kChipHover);
     const QPixmap icon = lineIcon(m_iconName, kToolIcon, isOn() ? tokens::kAqua : tokens::kIcon, devicePixelRatioF());
     painter.drawPixmap(QPointF(kToolPadding, (height() - kToolIcon) / 2 + drop), icon);
     painter.setFont(font());
@@ -154,37 +146,18 @@ void ToolButton::paintEvent(QPaintEvent*) {
     drawText(painter, kToolPadding + kToolIcon + kToolGap, height(), drop, text());
 }
 
-PushButton::PushButton(const QString& text, bool primary, QWidget* parent) : FaceButton(parent), m_primary(primary) {
-    setFont(uiFont(13, primary ? 600 : 500));
+PushButton::PushButton(const QString& text, bool primary, QWidget* parent)
+    : FaceButton(parent), m_kind(primary ? PushFace::Kind::Primary : PushFace::Kind::Plain) {
     setText(text);
 }
 
 QSize PushButton::sizeHint() const {
-    return {wholePixels(textWidth(font(), text())) + 2 * kPushPadding, kPushHeight};
+    return pushFaceSize(m_kind, text());
 }
 
 void PushButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const double drop = isDown() ? 1 : 0;
-    const QRectF face = QRectF(rect()).adjusted(0, drop, 0, 0);
-    const bool off = isDimmed() || !isEnabled();
-    if (m_primary && !off) {
-        QLinearGradient aqua(face.topLeft(), face.bottomLeft());
-        aqua.setColorAt(0, isHovered() ? QColor(0xA6, 0xF2, 0xF9) : tokens::kAquaHigh);
-        aqua.setColorAt(1, isHovered() ? QColor(0x66, 0xDE, 0xEA) : tokens::kAqua);
-        fillRounded(painter, face, aqua);
-        if (isDown()) fillRounded(painter, face, QColor(0, 0, 0, 46));
-        painter.fillRect(QRectF(face.left() + 4, face.top(), face.width() - 8, 1), QColor(255, 255, 255, 128));
-    } else {
-        const QColor ground = isDown() ? tokens::kChipPressed : tokens::kChipHover;
-        fillRounded(painter, face, off ? QColor(255, 255, 255, 15) : ground);
-        if (isHovered() && !isDown() && !off) fillRounded(painter, face, QColor(255, 255, 255, 15));
-        strokeRounded(painter, face, QColor(255, 255, 255, off ? 18 : 26), 1);
-    }
-    painter.setFont(font());
-    painter.setPen(off ? QColor(255, 255, 255, 97) : m_primary ? tokens::kAquaInk : tokens::kText);
-    drawText(painter, (width() - textWidth(font(), text())) / 2, height(), drop, text());
+    paintPushFace(painter, rect(), {m_kind, isHovered(), isDown(), isDimmed() || !isEnabled()}, text());
 }
 
 }  // namespace qm

@@ -5,6 +5,7 @@
 #include <QColor>
 
 #include "ui/controls/FaceButton.h"
+#include "ui/controls/PushFace.h"
 
 namespace qm {
 
@@ -46,6 +47,7 @@ public:
     void setOn(bool on);
     bool isOn() const { return m_on.value_or(false); }
     std::optional<bool> onState() const override { return m_on; }
+    double exactWidth() const;  // sizeHint() is this in whole pixels
     QSize sizeHint() const override;
 
 protected:
@@ -68,7 +70,7 @@ protected:
     void paintEvent(QPaintEvent*) override;
 
 private:
-    bool m_primary;
+    PushFace::Kind m_kind;
 };
 
 }  // namespace qm

@@ -21,7 +21,7 @@ constexpr int kPulses = 2;
 constexpr int kInset = 10;
 constexpr int kHintLine = 18;
 constexpr double kFrameWidth = 1.5;
-constexpr double kDash = 3;  // in widths of the line
+constexpr double kDash = 3, kDashGap = 2;  // in widths of the line
 constexpr int kCapDrop = 8;  // of a key cap below the top of the push button
 
 QHBoxLayout* makeRow(QWidget* parent, int spacing) {
@@ -139,7 +139,7 @@ void EmptyListView::paintEvent(QPaintEvent*) {
     QColor color(255, 255, 255, 66);
     if (pulsing) color = QColor(63, 210, 226, static_cast<int>(66 + 160 * glow));
     QPen pen(color, line, Qt::CustomDashLine, Qt::FlatCap);
-    pen.setDashPattern({kDash, kDash});
+    pen.setDashPattern({kDash, kDashGap});
     painter.setPen(pen);
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(frame, tokens::kCardRadius - line / 2, tokens::kCardRadius - line / 2);

@@ -13,6 +13,8 @@
 #include <memory>
 #include <optional>
 
+#include "ui/controls/PixelGrid.h"
+
 namespace qm {
 
 namespace {
@@ -175,7 +177,8 @@ void drawLineAt(QPainter& painter, const QPointF& left, const QString& text) {
     const QBrush ink(painter.pen().color());
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.translate(left);
+    // On a fraction of a pixel the line would be blurred and jump with its neighbours.
+    painter.translate(left.x(), onPixelRow(painter, left.y()));
     painter.scale(exact.scale, exact.scale);
     double drawnAt = 0;
     layOut(*exact.face, text, [&](const QString& piece, double x) {
@@ -190,7 +193,8 @@ void drawLine(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, co
     double left = rect.left();
     if (alignment & Qt::AlignRight) left = rect.right() - textWidth(painter.font(), text);
     if (alignment & Qt::AlignHCenter) left = rect.center().x() - textWidth(painter.font(), text) / 2;
-    drawLineAt(painter, {left, centredBaseline(painter.font(), rect.top(), rect.height())}, text);
+    const double scale = painter.deviceTransform().m22();
+    drawLineAt(painter, {left, rect.top() + centredBaseline(painter.font(), rect.height(), scale)}, text);
 }
 
 double fontAscent(const QFont& font) {
@@ -203,11 +207,13 @@ double fontHeight(const QFont& font) {
     return (exact.face->ascent() + exact.face->descent()) * exact.scale;
 }
 
-double centredBaseline(const QFont& font, double top, double height) {
-    // Whole pixels: a line on a fraction of one would be blurred or jump with its neighbours.
-    const double ascent = std::round(fontAscent(font));
-    const double descent = std::round(fontHeight(font) - fontAscent(font));
-    return std::floor(top + (height - ascent - descent) / 2) + ascent;
+double centredBaseline(const QFont& font, double height, double scale) {
+    const double exactDescent = (fontHeight(font) - fontAscent(font)) * scale;
+    const double whole = std::round(fontAscent(font) * scale) + std::round(exactDescent);
+    // Where pixels are small, what hangs below the line has room in full.
+    const double descent = scale > 1 ? std::ceil(exactDescent) : std::round(exactDescent);
+    const double ascent = whole - descent;
+    return (std::floor((height * scale - ascent - descent) / 2) + ascent) / scale;
 }
 
 }  // namespace qm

@@ -22,11 +22,11 @@ QString elidedText(const QFont& font, const QString& text, double width);
 // Draws one line in the painter's font and pen, centred vertically; `alignment` takes the horizontal flags.
 void drawLine(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& text);
 
-// Draws one line from `left` on a baseline of its own.
+// Draws one line from `left` on a baseline of its own, which is moved to the nearest row of the screen's pixels.
 void drawLineAt(QPainter& painter, const QPointF& left, const QString& text);
 
-// The baseline that centres a line of the font's own height in [top, top + height].
-double centredBaseline(const QFont& font, double top, double height);
+// The baseline that centres a line of the font's own height in `height`, in whole pixels of a screen of that scale.
+double centredBaseline(const QFont& font, double height, double scale);
 
 double fontAscent(const QFont& font);
 double fontHeight(const QFont& font);

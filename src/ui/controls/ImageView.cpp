@@ -17,7 +17,9 @@ void ImageView::setImageName(const QString& name) {
 }
 
 void ImageView::paintEvent(QPaintEvent*) {
-    QPainter(this).drawPixmap(rect(), namedPixmap(m_imageName, devicePixelRatioF()));
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(rect(), namedPixmap(m_imageName, devicePixelRatioF()));
 }
 
 }  // namespace qm

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "ui/controls/Fonts.h"
+#include "ui/controls/PixelGrid.h"
 #include "ui/controls/Tokens.h"
 
 namespace qm {
@@ -32,8 +33,9 @@ void LinkButton::paintEvent(QPaintEvent*) {
     drawLine(painter, rect(), Qt::AlignHCenter, text());
     if (!isHovered()) return;
     const double width = textWidth(font(), text());
-    const double baseline = centredBaseline(font(), 0, height());
-    painter.fillRect(QRectF((this->width() - width) / 2, baseline + 2, width, 1), painter.pen().color());
+    const double baseline = centredBaseline(font(), height(), devicePixelRatioF());
+    const QRectF line((this->width() - width) / 2, baseline + 2, width, 1);
+    painter.fillRect(onPixels(painter, line), painter.pen().color());
 }
 
 }  // namespace qm

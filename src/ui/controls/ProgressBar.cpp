@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/controls/PixelGrid.h"
 #include "ui/controls/Tokens.h"
 
 namespace qm {
@@ -34,8 +35,7 @@ void ProgressBar::paintEvent(QPaintEvent*) {
     QPainterPath groove;
     groove.addRoundedRect(rect(), kRadius, kRadius);
     painter.fillPath(groove, kGroove);
-    painter.setPen(QPen(tokens::kLine, 1));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius - 0.5, kRadius - 0.5);
+    strokeRounded(painter, rect(), kRadius, tokens::kLine);
     painter.setClipPath(groove);
     painter.setPen(Qt::NoPen);
     paintFilling(painter);

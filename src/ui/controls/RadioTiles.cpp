@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "ui/controls/Fonts.h"
+#include "ui/controls/PixelGrid.h"
 #include "ui/controls/Tokens.h"
 
 namespace qm {
@@ -48,17 +49,12 @@ void RadioTile::paintEvent(QPaintEvent*) {
     painter.setOpacity(drawingOpacity());
     if (isDown()) painter.translate(0, 1);
     const QRectF face(rect());
-    const double line = isChecked() ? 1.5 : 1;
     QColor ground = isChecked() ? QColor(63, 210, 226, 31) : QColor(255, 255, 255, 13);
     if (isHovered()) ground.setAlpha(ground.alpha() + 15);
     if (isDown()) ground = tokens::kChipPressed;
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(ground);
-    painter.drawRoundedRect(face, tokens::kChipRadius, tokens::kChipRadius);
-    painter.setPen(QPen(isChecked() ? tokens::kAqua : isHovered() ? tokens::kLineStrong : tokens::kLine, line));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(face.adjusted(line / 2, line / 2, -line / 2, -line / 2), tokens::kChipRadius - line / 2,
-                            tokens::kChipRadius - line / 2);
+    fillRounded(painter, face, tokens::kChipRadius, ground);
+    const QColor line = isChecked() ? tokens::kAqua : isHovered() ? tokens::kLineStrong : tokens::kLine;
+    strokeRounded(painter, face, tokens::kChipRadius, line, isChecked() ? 1.5 : 1);
 
     paintDot(painter, QRectF(kPadding, (kHeight - kDot) / 2, kDot, kDot), isChecked(), isHovered());
     painter.setPen(Qt::NoPen);

@@ -5,6 +5,7 @@
 
 #include "ui/controls/Card.h"
 #include "ui/controls/Fonts.h"
+#include "ui/controls/PixelGrid.h"
 #include "ui/controls/ScaleView.h"
 #include "ui/controls/Slider.h"
 #include "ui/controls/Tokens.h"
@@ -64,13 +65,8 @@ void ScaleSample::resizeEvent(QResizeEvent*) {
 void ScaleSample::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(kGround);
-    painter.drawRoundedRect(rect(), tokens::kChipRadius, tokens::kChipRadius);
-    painter.setPen(QPen(tokens::kLine, 1));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), tokens::kChipRadius - 0.5,
-                            tokens::kChipRadius - 0.5);
+    fillRounded(painter, rect(), tokens::kChipRadius, kGround);
+    strokeRounded(painter, rect(), tokens::kChipRadius, tokens::kLine);
 }
 
 }  // namespace qm

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "ui/controls/Fonts.h"
+#include "ui/controls/PixelGrid.h"
 #include "ui/controls/Tokens.h"
 
 namespace qm {
@@ -34,9 +35,8 @@ void ValueBubble::showAt(const QPoint& tip, const QString& text) {
 void ValueBubble::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(tokens::kLineStrong);
-    painter.setBrush(Qt::black);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 5.5, 5.5);
+    fillRounded(painter, rect(), tokens::kChipRadius, Qt::black);
+    strokeRounded(painter, rect(), tokens::kChipRadius, tokens::kLineStrong);
     painter.setPen(tokens::kText);
     painter.setFont(font());
     drawLine(painter, rect(), Qt::AlignHCenter, m_text);

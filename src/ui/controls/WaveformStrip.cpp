@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "ui/controls/Fonts.h"
+#include "ui/controls/PixelGrid.h"
 #include "ui/controls/Tokens.h"
 
 namespace qm {
@@ -82,9 +83,7 @@ QColor WaveformStrip::barColor(double fraction) const {
 void WaveformStrip::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    QPainterPath outline;
-    outline.addRoundedRect(rect(), tokens::kChipRadius, tokens::kChipRadius);
-    painter.fillPath(outline, tokens::kStripGround);
+    fillRounded(painter, rect(), tokens::kChipRadius, tokens::kStripGround);
     if (m_loop) {
         QColor wash = tokens::kAmber;
         wash.setAlphaF(0.13f);
@@ -97,10 +96,7 @@ void WaveformStrip::paintEvent(QPaintEvent* event) {
         paintFlag(painter, xOf(m_loop->second), u'B', false);
     }
     if (m_active) paintPlayhead(painter);
-    painter.setPen(QPen(QColor(255, 255, 255, 15), 1));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), tokens::kChipRadius - 0.5,
-                            tokens::kChipRadius - 0.5);
+    strokeRounded(painter, rect(), tokens::kChipRadius, QColor(255, 255, 255, 15));
 }
 
 void WaveformStrip::paintBars(QPainter& painter, const QRectF& clip) const {

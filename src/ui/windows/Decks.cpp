@@ -120,7 +120,7 @@ LoopDeck::LoopDeck(Outlets& outlets, ActionTable& actions, QWidget* parent) : Ca
     outlets.loopOut = makeLoopTime("loopOut", tr("Mark B"));
     auto* reset = new ChipButton(tr("Reset"));
     reset->setObjectName(QStringLiteral("resetMarksButton"));
-    reset->setFixedWidth(reset->sizeHint().width() + 8);
+    reset->setFixedWidth(reset->sizeHint().width() + 9);
     actions.bind(reset, QStringLiteral("resetMarks"));
     outlets.resetMarksButton = reset;
 

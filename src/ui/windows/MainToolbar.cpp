@@ -2,6 +2,7 @@
 
 #include <QBoxLayout>
 #include <QPainter>
+#include <cmath>
 
 #include "ui/controls/Tokens.h"
 
@@ -26,9 +27,11 @@ constexpr Tool kTools[] = {{"openFile", "Open…", "qm_open.png"},
                            {"-", "", ""},
                            {"openPrefsWindow", "Preferences", "qm_prefs.png"}};
 
+constexpr int kHeight = 42, kSide = 12, kSpacing = 2, kSeparatorWidth = 17;
+
 class Separator : public QWidget {
 public:
-    Separator() { setFixedSize(17, 20); }
+    Separator() { setFixedSize(kSeparatorWidth, 20); }
 
 protected:
     void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(QRect(8, 0, 1, height()), tokens::kLineStrong); }
@@ -38,13 +41,15 @@ protected:
 
 MainToolbar::MainToolbar(ActionTable& actions, QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("toolbar"));
-    setFixedHeight(42);
+    setFixedHeight(kHeight);
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(12, 1, 12, 0);
-    row->setSpacing(2);
+    row->setContentsMargins(kSide, 1, kSide, 0);
+    row->setSpacing(kSpacing);
+    double left = kSide;  // edges are rounded, not widths: tool by tool that would add up
     for (const Tool& tool : kTools) {
         if (*tool.slot == '\0') {
             row->addWidget(new Separator);
+            left += kSeparatorWidth + kSpacing;
             continue;
         }
         if (*tool.slot == '-') {
@@ -55,6 +60,9 @@ MainToolbar::MainToolbar(ActionTable& actions, QWidget* parent) : QWidget(parent
         auto* button = new ToolButton(tr(tool.text), QString::fromLatin1(tool.icon));
         button->setObjectName(slot);
         actions.bind(button, slot);
+        const double right = left + button->exactWidth();
+        button->setFixedWidth(static_cast<int>(std::lround(right) - std::lround(left)));
+        left = right + kSpacing;
         m_tools.insert(slot, button);
         row->addWidget(button);
     }

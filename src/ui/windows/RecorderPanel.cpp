@@ -18,7 +18,7 @@ namespace qm {
 namespace {
 
 constexpr int kRefreshMilliseconds = 100;
-constexpr int kStatusLineHeight = 18, kHintLeft = 18;
+constexpr int kStatusLineHeight = 18, kHintLeft = 18, kHintRight = 12;
 constexpr double kWords = 12.5;
 const QColor kGroundTop{0x0C, 0x0D, 0x0E}, kGroundBottom{0x2E, 0x2F, 0x31}, kFoot{0, 0, 0, 64};
 
@@ -78,7 +78,7 @@ RecorderPanel::RecorderPanel(const QString& title, const QString& name, QWidget*
 void RecorderPanel::buildFoot(int height, const QString& hint) {
     m_footTop = this->height() - height;
     auto* label = new TextLabel(hint, uiFont(kWords), tokens::kText2, this);
-    label->setGeometry(kHintLeft, m_footTop + 1, width() - kHintLeft, height - 1);
+    label->setGeometry(kHintLeft, m_footTop + 1, width() - kHintLeft - kHintRight, height - 1);
 }
 
 void RecorderPanel::refresh() {
