@@ -4,6 +4,7 @@
 #include <QPainterPath>
 
 #include "ui/controls/Fonts.h"
+#include "ui/controls/PixelGrid.h"
 #include "ui/controls/PlayListView.h"
 #include "ui/controls/Tokens.h"
 
@@ -11,7 +12,14 @@ namespace qm {
 
 namespace {
 constexpr int kHeight = 26;
-constexpr int kLineTop = 4, kLineHeight = 18;
+constexpr double kLineTop = 3.5, kLineHeight = 18;
+const QColor kGround(255, 255, 255, 8);
+
+void paintLine(QPainter& painter, const QRect& header) {
+    const double line = hairline(painter);
+    painter.fillRect(onPixels(painter, QRectF(0, header.height() - line, header.width(), line)), tokens::kLine);
+}
+
 }  // namespace
 
 PlayListCell playListCell(int column) {
@@ -33,6 +41,16 @@ QSize PlayListHeader::sizeHint() const {
     return {100, kHeight};
 }
 
+PlayListHeaderEnd::PlayListHeaderEnd(QWidget* parent) : QWidget(parent) {
+    setFixedHeight(kHeight);
+}
+
+void PlayListHeaderEnd::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(rect(), kGround);
+    paintLine(painter, rect());
+}
+
 void PlayListHeader::paintEvent(QPaintEvent*) {
     QPainter painter(viewport());
     painter.setRenderHint(QPainter::Antialiasing);
@@ -41,8 +59,8 @@ void PlayListHeader::paintEvent(QPaintEvent*) {
     QPainterPath ground;
     ground.addRoundedRect(QRectF(0, 0, width(), height() + radius), radius, radius);
     painter.setClipRect(viewport()->rect());
-    painter.fillPath(ground, QColor(255, 255, 255, 8));
-    painter.fillRect(QRectF(0, height() - 1, width(), 1), tokens::kLine);
+    painter.fillPath(ground, kGround);
+    paintLine(painter, rect());
 
     painter.setPen(tokens::kText2);
     for (int column = 0; model() && column < count(); ++column) {

@@ -16,6 +16,17 @@ protected:
     void paintEvent(QPaintEvent*) override;
 };
 
+// The header's end above a scroll bar.
+class PlayListHeaderEnd : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PlayListHeaderEnd(QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+};
+
 // Where a column's text stands: the space at its left and right inside the cell, and whether it is set to the right.
 struct PlayListCell {
     int left;

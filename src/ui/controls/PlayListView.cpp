@@ -27,6 +27,7 @@ constexpr double kTitleParts = 1.55, kAllParts = 3.55;
 
 PlayListView::PlayListView(QWidget* parent) : QTableView(parent) {
     setHorizontalHeader(new PlayListHeader(this));
+    addScrollBarWidget(new PlayListHeaderEnd, Qt::AlignTop);
     setItemDelegate(new PlayListDelegate(this));
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);

@@ -150,8 +150,20 @@ QPainterPath Slider::focusPath() const {
 
 void Slider::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    if (!m_dimmed && isEnabled()) return paintAll(painter);
+    // Dimmed as a whole, so that the groove does not shine through the knob.
+    QPixmap layer(size() * devicePixelRatioF());
+    layer.setDevicePixelRatio(devicePixelRatioF());
+    layer.fill(Qt::transparent);
+    QPainter onLayer(&layer);
+    paintAll(onLayer);
+    onLayer.end();
+    painter.setOpacity(tokens::kDimOpacity);
+    painter.drawPixmap(0, 0, layer);
+}
+
+void Slider::paintAll(QPainter& painter) const {
     painter.setRenderHint(QPainter::Antialiasing);
-    if (m_dimmed || !isEnabled()) painter.setOpacity(tokens::kDimOpacity);
     paintGroove(painter);
     paintKnob(painter);
 }

@@ -96,6 +96,7 @@ protected:
 private:
     double valueOfX(double x) const;
     bool isOnKnob(const QPointF& position) const;
+    void paintAll(QPainter& painter) const;
     void paintGroove(QPainter& painter) const;
     void paintKnob(QPainter& painter) const;
     double knobX() const { return xOfValue(m_value); }

@@ -4,6 +4,7 @@
 
 #include "ui/controls/Fonts.h"
 #include "ui/controls/NamedImage.h"
+#include "ui/controls/PixelGrid.h"
 #include "ui/controls/Tokens.h"
 
 namespace qm {
@@ -44,12 +45,8 @@ void TitleButton::paintEvent(QPaintEvent*) {
     painter.setOpacity(drawingOpacity());
     const double drop = isDown() ? 1 : 0;
     const QRectF face = QRectF(rect()).adjusted(0, drop, 0, 0);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(isDown() ? QColor(0, 0, 0, 140) : QColor(0, 0, 0, 97));
-    painter.drawRoundedRect(face, tokens::kChipRadius, tokens::kChipRadius);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(isHovered() ? QColor(255, 255, 255, 62) : tokens::kLineStrong, 1));
-    painter.drawRoundedRect(face.adjusted(0.5, 0.5, -0.5, -0.5), tokens::kChipRadius - 0.5, tokens::kChipRadius - 0.5);
+    fillRounded(painter, face, tokens::kChipRadius, QColor(0, 0, 0, 97));
+    strokeRounded(painter, face, tokens::kChipRadius, isHovered() ? QColor(255, 255, 255, 62) : tokens::kLineStrong);
 
     const double margin = m_tight ? 7 : 8;
     const double arrow = m_tight ? 12 : 13;
@@ -59,6 +56,7 @@ void TitleButton::paintEvent(QPaintEvent*) {
     painter.setPen(m_attributes ? m_attributes->color : tokens::kWhite);
     painter.setFont(font());
     drawLine(painter, QRectF(margin, drop, width() - 2 * margin, height()), Qt::AlignRight, text());
+    if (isDown()) fillRounded(painter, face, tokens::kChipRadius, QColor(0, 0, 0, 46));
 }
 
 }  // namespace qm
