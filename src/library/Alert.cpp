@@ -5,12 +5,13 @@
 #include <QLayout>
 #include <QMessageBox>
 #include <QPushButton>
+#include <algorithm>
 
 namespace qm {
 
 namespace {
 
-constexpr int kWidth = 420;  // pixels
+constexpr int kWidth = 420, kLeastHeight = 142;  // pixels
 
 // Of one width, whatever it says: the message is broken between words. On its own a message box cuts it.
 class AlertBox : public QMessageBox {
@@ -22,7 +23,7 @@ protected:
         QMessageBox::showEvent(event);
         if (auto* message = findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) message->setWordWrap(true);
         layout()->activate();
-        setFixedSize(kWidth, layout()->totalHeightForWidth(kWidth));
+        setFixedSize(kWidth, std::max(kLeastHeight, layout()->totalHeightForWidth(kWidth)));
     }
 
     bool event(QEvent* event) override {

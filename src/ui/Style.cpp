@@ -1,21 +1,23 @@
 #include "ui/Style.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QIcon>
-#include <QLayout>
-#include <QMargins>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QStyleFactory>
 #include <QStyleOption>
 #include <QToolTip>
 #include <algorithm>
 
+#include "ui/DialogStyle.h"
 #include "ui/controls/ControlAccess.h"
 #include "ui/controls/Fonts.h"
 #include "ui/controls/Motion.h"
@@ -26,17 +28,15 @@ namespace qm {
 
 namespace {
 
-constexpr double kWarningSize = 40;
-constexpr QMargins kAlertMargins(20, 24, 20, 16);
 constexpr double kMenuText = 12.5;
 constexpr int kTipMargin = 5;
 const QColor kTipFrame(0x3A, 0x3C, 0x3F);
 constexpr int kScrollBarExtent = 11, kScrollBarMargin = 2, kShortestHandle = 28, kHandleRadius = 4;
 const QColor kHandle(0x56, 0x5B, 0x61), kHandleHovered(0x73, 0x79, 0x81);
+constexpr int kDialogButtonGap = 8;
 constexpr int kMenuHeight = 26, kMenuSide = 9, kMenuBarSide = 8;
 
-// What the toolkit draws by a sheet: menus and alerts.
-QString styleSheetText() {
+QString menuSheet() {
     return QStringLiteral(R"(
 QMenu { background: #1B1C1E; color: #F3F5F7; border: 1px solid #3C3E41; padding: 5px; }
 QMenu::item { padding: 5px 26px 5px 14px; border-radius: 6px; margin: 0; }
@@ -45,39 +45,27 @@ QMenu::item:disabled { color: #6B727A; }
 QMenu::separator { height: 1px; background: #37393C; margin: 5px 8px; }
 QMenu::right-arrow { width: 10px; height: 10px; }
 QMenu::indicator { width: 14px; height: 14px; margin-left: 4px; }
-QMessageBox { background: qlineargradient(x1: 0, y1: 0, x2: 0, y2: 1, stop: 0 #141516, stop: 1 #2B2C2E); }
-QMessageBox QLabel { color: #F3F5F7; }
-QMessageBox QLabel#qt_msgbox_label { font-size: 15px; font-weight: 600; min-width: 320px; min-height: 48px; }
-QMessageBox QLabel#qt_msgbox_informativelabel { color: #B9C0C8; font-size: 13px; min-width: 320px; }
-QMessageBox QPushButton { background: rgba(255, 255, 255, 38); color: #F3F5F7; border: 1px solid rgba(255, 255, 255, 26);
-  border-radius: 6px; min-height: 20px; padding: 5px 16px; min-width: 50px; }
-QMessageBox QPushButton:hover { background: rgba(255, 255, 255, 54); }
-QMessageBox QPushButton:pressed { background: rgba(0, 0, 0, 89); }
-QMessageBox QPushButton:focus { border: 2px solid #BDF6FC; padding: 4px 15px; }
-QMessageBox QPushButton[destroys="true"] { border: 2px solid #FF5F57; color: #FFFFFF; background: #5A2424; font-weight: 600;
-  padding: 4px 15px; }
-QMessageBox QPushButton[destroys="true"]:hover { background: #6C2B2B; }
-QMessageBox QPushButton[destroys="true"]:focus { border: 2px solid #FF5F57; }
 )");
 }
 
-// The desktop's own style never shows through, and warnings carry our own sign.
+// The desktop's own style never shows through.
 class QuietStyle : public QProxyStyle {
 public:
     QuietStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
 
     QIcon standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const override {
-        if (icon != SP_MessageBoxWarning) return QProxyStyle::standardIcon(icon, option, widget);
-        QIcon sign;
-        for (const double scale : {1.0, 2.0})
-            sign.addPixmap(lineIcon(QStringLiteral("qm_warning.png"), kWarningSize, tokens::kText, scale));
-        return sign;
+        const QIcon own = dialogIcon(icon);
+        return own.isNull() ? QProxyStyle::standardIcon(icon, option, widget) : own;
     }
 
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
         switch (metric) {
             case PM_MessageBoxIconSize:
-                return static_cast<int>(kWarningSize);
+                return kWarningSize;
+            case PM_LayoutHorizontalSpacing:
+            case PM_LayoutVerticalSpacing:
+                if (qobject_cast<const QDialogButtonBox*>(widget)) return kDialogButtonGap;
+                break;
             case PM_MenuBarHMargin:
                 return kMenuBarSide;
             case PM_MenuBarVMargin:
@@ -96,9 +84,11 @@ public:
 
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                            const QWidget* widget) const override {
+        const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+        if (type == CT_PushButton && button) return dialogButtonSize(*button, widget);
         const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
         if (type != CT_MenuBarItem || !item) return QProxyStyle::sizeFromContents(type, option, size, widget);
-        return {qRound(textWidth(uiFont(kMenuText), plainText(*item))) + 2 * kMenuSide, kMenuHeight};
+        return {menuTitleWidth(*item, widget), kMenuHeight};
     }
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
@@ -117,8 +107,11 @@ public:
             painter->fillRect(option->rect, tokens::kBar);
             return;
         }
+        const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
         const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
-        if (element == CE_MenuBarItem && item)
+        if (element == CE_PushButton && button)
+            paintDialogButton(*painter, *button, widget);
+        else if (element == CE_MenuBarItem && item)
             drawMenuTitle(*painter, *item);
         else
             QProxyStyle::drawControl(element, option, painter, widget);
@@ -143,11 +136,15 @@ public:
     using QProxyStyle::polish;
     void polish(QWidget* widget) override {
         QProxyStyle::polish(widget);
-        if (qobject_cast<QMessageBox*>(widget) && widget->layout()) widget->layout()->setContentsMargins(kAlertMargins);
         if (qobject_cast<QScrollBar*>(widget)) widget->setAttribute(Qt::WA_OpaquePaintEvent, false);
         if (const auto* menu = qobject_cast<QMenu*>(widget))
-            QObject::connect(menu, &QMenu::aboutToShow, menu, [widget] { useSheet(widget); });
-        if (qobject_cast<QMessageBox*>(widget)) useSheet(widget);
+            QObject::connect(menu, &QMenu::aboutToShow, menu, [widget] { useSheet(widget, menuSheet()); });
+        if (qobject_cast<QPushButton*>(widget)) widget->setCursor(Qt::PointingHandCursor);
+        if (qobject_cast<QMessageBox*>(widget) || qobject_cast<QFileDialog*>(widget)) {
+            if (!widget->styleSheet().isEmpty()) return;
+            useSheet(widget, dialogSheet());
+            dressDialog(*static_cast<QDialog*>(widget));
+        }
     }
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
@@ -156,6 +153,7 @@ public:
         if (hint == SH_MenuBar_AltKeyNavigation) return 0;
         if (hint == SH_ToolTip_WakeUpDelay) return 600;
         if ((hint == SH_Widget_Animate || hint == SH_Widget_Animation_Duration) && !motionIsWanted()) return 0;
+        if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
 #ifdef Q_OS_LINUX
         if (hint == SH_DialogButtonLayout) return QDialogButtonBox::GnomeLayout;
 #endif
@@ -164,9 +162,9 @@ public:
 
 private:
     // Only where it is needed, and not before: a sheet for the whole program would cost every widget time.
-    static void useSheet(QWidget* widget) {
+    static void useSheet(QWidget* widget, const QString& sheet) {
         if (!widget->styleSheet().isEmpty()) return;
-        widget->setStyleSheet(styleSheetText());
+        widget->setStyleSheet(sheet);
         widget->style()->polish(widget);  // which is the sheet's now
     }
 
@@ -209,8 +207,21 @@ private:
         painter.restore();
     }
 
-    static QString plainText(const QStyleOptionMenuItem& item) {
-        return QString(item.text).remove(u'&');
+    static QString plainText(QString text) {
+        return text.remove(u'&');
+    }
+
+    // Edges are rounded, not widths: title by title that would add up.
+    static int menuTitleWidth(const QStyleOptionMenuItem& item, const QWidget* bar) {
+        const auto exact = [](const QString& text) {
+            return textWidth(uiFont(kMenuText), plainText(text)) + 2 * kMenuSide;
+        };
+        double left = 0;
+        for (const QAction* action : bar ? bar->actions() : QList<QAction*>()) {
+            if (action->text() == item.text) break;
+            left += exact(action->text());
+        }
+        return qRound(left + exact(item.text)) - qRound(left);
     }
 
     static void drawMenuTitle(QPainter& painter, const QStyleOptionMenuItem& item) {
@@ -225,7 +236,7 @@ private:
         }
         painter.setFont(uiFont(kMenuText));
         painter.setPen(open ? tokens::kWhite : tokens::kMenuText);
-        drawLine(painter, item.rect, Qt::AlignHCenter, plainText(item));
+        drawLine(painter, item.rect, Qt::AlignHCenter, plainText(item.text));
         painter.restore();
     }
 };

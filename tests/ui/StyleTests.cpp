@@ -1,13 +1,20 @@
 #include <doctest/doctest.h>
 
+#include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QImage>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPainter>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QStyle>
 #include <QStyleOptionSlider>
+#include <cmath>
 
 #include "ui/Style.h"
+#include "ui/controls/ChipButton.h"
+#include "ui/controls/Fonts.h"
 #include "ui/controls/Motion.h"
 
 using namespace qm;
@@ -79,6 +86,46 @@ TEST_CASE("What lies behind a scroll bar is seen beside its handle") {
     bar.render(&image, QPoint(), QRegion(), QWidget::RenderFlags());
     CHECK(image.pixelColor(5, 20) == QColor(0x56, 0x5B, 0x61));
     CHECK(image.pixelColor(5, 180) == QColor(Qt::red));
+}
+
+TEST_CASE("Menu titles stand where their exact widths put them, however many come before") {
+    QMenuBar bar;
+    const auto style = makeStyle();
+    bar.setStyle(style.get());
+    double left = 8;
+    for (const char* title : {"File", "Edit", "Playback", "Sound", "Loop", "Window", "Help"}) {
+        CAPTURE(title);
+        const QAction* action = bar.addAction(QString::fromLatin1(title));
+        bar.resize(900, 26);
+        CHECK(std::abs(bar.actionGeometry(const_cast<QAction*>(action)).left() - left) <= 0.5);
+        left += textWidth(uiFont(12.5), QString::fromLatin1(title)) + 2 * 9;
+    }
+    bar.setStyle(nullptr);
+}
+
+TEST_CASE("The buttons of a file panel have the program's own face and no icons") {
+    const auto style = makeStyle();
+    QFileDialog panel;
+    panel.setOption(QFileDialog::DontUseNativeDialog);
+    auto* buttons = panel.findChild<QDialogButtonBox*>();
+    REQUIRE(buttons != nullptr);
+    for (QWidget* widget : panel.findChildren<QWidget*>()) widget->setStyle(style.get());
+    const auto* open = qobject_cast<QPushButton*>(buttons->button(QDialogButtonBox::Open));
+    REQUIRE(open != nullptr);
+    CHECK(open->sizeHint() == PushButton(QStringLiteral("Open"), true).sizeHint());
+    CHECK(style->styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons, nullptr, buttons) == 0);
+    for (QWidget* widget : panel.findChildren<QWidget*>()) widget->setStyle(nullptr);
+}
+
+TEST_CASE("The signs in dialogs are the program's own, at the size and sharpness that is asked for") {
+    const auto style = makeStyle();
+    for (const auto sign :
+         {QStyle::SP_MessageBoxWarning, QStyle::SP_ArrowBack, QStyle::SP_ArrowForward, QStyle::SP_FileDialogToParent,
+          QStyle::SP_FileDialogNewFolder, QStyle::SP_FileDialogListView, QStyle::SP_FileDialogDetailedView}) {
+        const QPixmap icon = style->standardIcon(sign).pixmap(QSize(40, 40), 2.0);
+        CHECK(icon.size() == QSize(80, 80));
+        CHECK(icon.devicePixelRatio() == 2.0);
+    }
 }
 
 TEST_CASE("A menu gets its sheet when it is first shown") {

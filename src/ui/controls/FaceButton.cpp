@@ -20,11 +20,7 @@ void FaceButton::setDimmed(bool dimmed) {
 }
 
 QPainterPath FaceButton::focusPath() const {
-    constexpr double kOut = 3;
-    QPainterPath path;
-    const double radius = tokens::kChipRadius + kOut;
-    path.addRoundedRect(QRectF(rect()).adjusted(-kOut, -kOut, kOut, kOut), radius, radius);
-    return path;
+    return focusPathRound(rect());
 }
 
 void FaceButton::onStateChanged() {

@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QPainter>
 #include <QPen>
+#include <QPushButton>
 
 #include "ui/controls/Tokens.h"
 
@@ -13,6 +14,13 @@ namespace {
 constexpr int kReach = 6;  // the ring lies within this distance of the control's edges
 }
 
+QPainterPath focusPathRound(const QRect& rect) {
+    constexpr double kOut = 3, kRadius = tokens::kChipRadius + kOut;
+    QPainterPath path;
+    path.addRoundedRect(QRectF(rect).adjusted(-kOut, -kOut, kOut, kOut), kRadius, kRadius);
+    return path;
+}
+
 FocusRing::FocusRing(QWidget* window) : FocusRing(window, tokens::kFocus) {}
 
 FocusRing::FocusRing(QWidget* window, const QColor& color) : QWidget(window), m_color(color) {
@@ -20,13 +28,14 @@ FocusRing::FocusRing(QWidget* window, const QColor& color) : QWidget(window), m_
     setAttribute(Qt::WA_NoSystemBackground);
     setFocusPolicy(Qt::NoFocus);
     hide();
-    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { follow(now); });
+    connect(qApp, &QApplication::focusChanged, this, &FocusRing::follow);
 }
 
-void FocusRing::follow(QWidget* widget) {
+void FocusRing::follow(QWidget* before, QWidget* now) {
     if (m_followed) m_followed->removeEventFilter(this);
-    const bool shows = widget && widget->window() == window() && dynamic_cast<FocusShape*>(widget);
-    m_followed = shows ? widget : nullptr;
+    const bool here = now && now->window() == window();
+    const bool moved = here && before && before->window() == window() && qobject_cast<QPushButton*>(now);
+    m_followed = here && (moved || dynamic_cast<FocusShape*>(now)) ? now : nullptr;
     if (m_followed) m_followed->installEventFilter(this);
     place();
 }
@@ -49,13 +58,17 @@ bool FocusRing::eventFilter(QObject*, QEvent* event) {
 }
 
 void FocusRing::paintEvent(QPaintEvent*) {
-    const auto* shape = dynamic_cast<FocusShape*>(m_followed.data());
-    if (!shape) return;
+    if (!m_followed) return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(kReach, kReach);
     painter.setPen(QPen(m_color, 2));
-    painter.drawPath(shape->focusPath());
+    painter.drawPath(path());
+}
+
+QPainterPath FocusRing::path() const {
+    const auto* shape = dynamic_cast<FocusShape*>(m_followed.data());
+    return shape ? shape->focusPath() : focusPathRound(m_followed->rect());
 }
 
 }  // namespace qm

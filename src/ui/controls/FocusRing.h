@@ -1,5 +1,6 @@
 // The ring round the control that has the keyboard focus. One lies over each window and follows the focus; a control
-// shows it by being a FocusShape. Main thread only.
+// shows it by being a FocusShape. A push button of the toolkit's shows it when the focus comes from another control of
+// its window, not already because the dialog begins with it. Main thread only.
 #pragma once
 
 #include <QColor>
@@ -15,6 +16,9 @@ public:
     virtual QPainterPath focusPath() const = 0;  // centre line of the ring, in the control's own coordinates
 };
 
+// Round a rectangle with the corners of a button.
+QPainterPath focusPathRound(const QRect& rect);
+
 class FocusRing : public QWidget {
     Q_OBJECT
 
@@ -28,7 +32,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void follow(QWidget* widget);
+    void follow(QWidget* before, QWidget* now);
+    QPainterPath path() const;
     void place();
 
     QPointer<QWidget> m_followed;
