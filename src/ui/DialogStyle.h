@@ -1,4 +1,5 @@
-// The look of what the toolkit builds: alerts and file panels. The program's style asks here for them. Main thread only.
+// The look of what the toolkit builds: alerts and file panels. The program's style asks here for them. Main thread
+// only.
 #pragma once
 
 #include <QIcon>

@@ -22,7 +22,7 @@ constexpr int kInset = 10;
 constexpr int kHintLine = 18;
 constexpr double kFrameWidth = 1.5;
 constexpr double kDash = 3, kDashGap = 2;  // in widths of the line
-constexpr int kCapDrop = 8;  // of a key cap below the top of the push button
+constexpr int kCapDrop = 8;                // of a key cap below the top of the push button
 
 QHBoxLayout* makeRow(QWidget* parent, int spacing) {
     auto* row = new QHBoxLayout(parent);
