@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "ui/controls/Card.h"
+#include "ui/controls/PixelGrid.h"
 #include "ui/controls/Tokens.h"
 
 using namespace qm;
@@ -30,13 +31,8 @@ TEST_CASE("A tall card is one shape without a seam, at every sharpness of the sc
         const QImage shown = painted(
             scale, [&](QPainter& painter) { card.render(&painter, QPoint(), QRegion(), QWidget::RenderFlags()); });
         const QImage wanted = painted(scale, [&](QPainter& painter) {
-            const double r = tokens::kCardRadius;
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(tokens::kWell);
-            painter.drawRoundedRect(card.rect(), r, r);
-            painter.setPen(QPen(tokens::kLine, 1));
-            painter.setBrush(Qt::NoBrush);
-            painter.drawRoundedRect(QRectF(card.rect()).adjusted(0.5, 0.5, -0.5, -0.5), r - 0.5, r - 0.5);
+            fillRounded(painter, card.rect(), tokens::kCardRadius, tokens::kWell);
+            strokeRounded(painter, card.rect(), tokens::kCardRadius, tokens::kLine);
         });
         CHECK(shown == wanted);
     }
