@@ -13,10 +13,10 @@ class QStyleOptionButton;
 
 namespace qm {
 
-// The sheet of alerts and file panels, for the dialog itself.
+// The sheet of alerts, for the alert itself.
 QString dialogSheet();
 
-// What a sheet cannot say: margins, icons, the ring round the focused button. Once for each dialog, before it is shown.
+// What a sheet cannot say: margins, the ring round the focused button. Once for each dialog, before it is shown.
 void dressDialog(QDialog& dialog);
 
 // The program's own drawing in the place of one of the toolkit's; null if there is none.
