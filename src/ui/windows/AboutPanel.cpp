@@ -66,14 +66,18 @@ LinkButton* addLink(QVBoxLayout* column, const QString& text) {
 }  // namespace
 
 AboutPanel::AboutPanel(Outlets& outlets, QWidget* mainWindow)
-    : ToolPanel(tr("About Quillmere"), mainWindow, Keys::Own), m_pages(new QStackedWidget(this)) {
+    : ToolPanel(tr("About Quillmere"), mainWindow, Keys::Own) {
     setObjectName(QStringLiteral("aboutPanel"));
     setFixedSize(kWidth, kHeight);
+    outlets.aboutPanel = this;
+}
+
+void AboutPanel::build() {
+    m_pages = new QStackedWidget(this);
     m_pages->setGeometry(rect());
     m_pages->addWidget(makeFirstPage());
     m_pages->addWidget(makeAcknowledgements());
     new FocusRing(this, tokens::kLink);
-    outlets.aboutPanel = this;
 }
 
 QWidget* AboutPanel::makeFirstPage() {

@@ -15,13 +15,14 @@ public:
     AboutPanel(Outlets& outlets, QWidget* mainWindow);
 
 protected:
+    void build() override;
     void hideEvent(QHideEvent* event) override;
 
 private:
     QWidget* makeFirstPage();
     QWidget* makeAcknowledgements();
 
-    QStackedWidget* m_pages;
+    QStackedWidget* m_pages = nullptr;
 };
 
 }  // namespace qm

@@ -30,12 +30,15 @@ constexpr double kHelpText = 12.5;
 constexpr int kGainMilliseconds = 100;
 const QColor kPaneTop{0x16, 0x17, 0x18}, kPaneBottom{0x2A, 0x2B, 0x2D};
 
-// A pane of the given height, and the column of what is in it.
-QVBoxLayout* makePane(QWidget* parent, const char* name, int height) {
+QWidget* makePane(QWidget* parent, const char* name, int height) {
     auto* pane = new QWidget(parent);
     pane->setObjectName(QString::fromLatin1(name));
     pane->setFixedSize(kWidth, height);
     pane->hide();
+    return pane;
+}
+
+QVBoxLayout* makeColumn(QWidget* pane) {
     auto* column = new QVBoxLayout(pane);
     column->setContentsMargins(kSide, kTop, kSide, 0);
     column->setSpacing(0);
@@ -56,18 +59,21 @@ protected:
     void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), tokens::kLine); }
 };
 
-CheckBox* addCheckBox(QVBoxLayout* column, const char* name, const QString& text, const QString& help) {
-    auto* box = new CheckBox(text);
+CheckBox* makeCheckBox(QWidget* pane, const char* name, const QString& text, const QString& help) {
+    auto* box = new CheckBox(text, pane);
     box->setObjectName(QString::fromLatin1(name));
     box->setAccessibleDescription(help);
+    return box;
+}
+
+void addCheckBox(QVBoxLayout* column, CheckBox* box) {
     column->addWidget(box, 0, Qt::AlignLeft);
     column->addSpacing(kHelpGap);
-    auto* line = makeLine(help, uiFont(kHelpText), tokens::kText2);
+    auto* line = makeLine(box->accessibleDescription(), uiFont(kHelpText), tokens::kText2);
     auto* indented = new QHBoxLayout;
     indented->setContentsMargins(kHelpIndent, 0, 0, 0);
     indented->addWidget(line);
     column->addLayout(indented);
-    return box;
 }
 
 }  // namespace
@@ -86,51 +92,62 @@ PreferencesWindow::PreferencesWindow(Outlets& outlets, ActionTable& actions, QWi
     outlets.prefsWindow = this;
     outlets.prefsToolbar = toolbar;
     outlets.activePrefContentView = container;
-    outlets.generalPrefView = makeGeneralPane();
-    outlets.updatePrefView = makeUpdatePane();
-    outlets.audioDefaultPrefView = makeVolumePane();
+    outlets.generalPrefView = makePane(this, "generalPrefView", kGeneralHeight);
+    outlets.updatePrefView = makePane(this, "updatePrefView", kUpdateHeight);
+    outlets.audioDefaultPrefView = makePane(this, "audioDefaultPrefView", kVolumeHeight);
+    makeOutlets();
     setFixedSize(kWidth, toolbar->height() + kGeneralHeight);
     if (QAction* close = actions.action(QStringLiteral("openPrefsWindow"))) addAction(close);
     m_gainTimer.setObjectName(QStringLiteral("gainTimer"));
     m_gainTimer.setInterval(kGainMilliseconds);
     connect(&m_gainTimer, &QTimer::timeout, this, &PreferencesWindow::showGain);
-    new FocusRing(this);
 }
 
-QWidget* PreferencesWindow::makeGeneralPane() {
-    QVBoxLayout* column = makePane(this, "generalPrefView", kGeneralHeight);
-    m_outlets.audioLevelsPref = addCheckBox(column, "audioLevelsPref", tr("Show level indicators"),
-                                            tr("Meters follow the sound while a track is loaded."));
+// The controls that are set before anybody sees them.
+void PreferencesWindow::makeOutlets() {
+    m_outlets.audioLevelsPref = makeCheckBox(m_outlets.generalPrefView, "audioLevelsPref", tr("Show level indicators"),
+                                             tr("Meters follow the sound while a track is loaded."));
     m_actions.bind(m_outlets.audioLevelsPref, QStringLiteral("toggleAudioLevelsPref"));
-    column->addSpacing(18);
-    column->addWidget(new Rule);
-    column->addSpacing(16);
-    const QString heading = tr("Colour of scale labels");
-    column->addWidget(makeLine(heading, uiFont(13, 600), tokens::kText));
-    column->addSpacing(10);
-    auto* tiles = new RadioTiles;
+    m_outlets.autoCheckForUpdatesPref =
+        makeCheckBox(m_outlets.updatePrefView, "autoCheckForUpdatesPref", tr("Check for updates when Quillmere starts"),
+                     tr("You hear about it only when there is a newer version."));
+    m_actions.bind(m_outlets.autoCheckForUpdatesPref, QStringLiteral("toggleSoftwareUpdateCheck"));
+    auto* tiles = new RadioTiles(m_outlets.generalPrefView);
     tiles->setObjectName(QStringLiteral("colorMatrix"));
-    tiles->setAccessibleName(heading);
+    tiles->setAccessibleName(tr("Colour of scale labels"));
     tiles->addTile(tr("Cyan"), tokens::kScaleCyan, 0)->setChecked(true);
     tiles->addTile(tr("White"), tokens::kScaleWhite, 1);
     tiles->addTile(tr("Orange"), tokens::kScaleOrange, 2);
     tiles->addTile(tr("Green"), tokens::kScaleGreen, 3);
     connect(tiles, &RadioTiles::action, &m_actions, [this] { m_actions.send(QStringLiteral("toggleTextColor")); });
-    column->addWidget(tiles);
-    column->addSpacing(12);
     m_outlets.colorMatrix = tiles;
-    m_outlets.scaleSample = new ScaleSample;
-    column->addWidget(m_outlets.scaleSample);
-    column->addStretch();
-    return column->parentWidget();
+    m_outlets.scaleSample = new ScaleSample(m_outlets.generalPrefView);
 }
 
-QWidget* PreferencesWindow::makeUpdatePane() {
-    QVBoxLayout* column = makePane(this, "updatePrefView", kUpdateHeight);
-    m_outlets.autoCheckForUpdatesPref =
-        addCheckBox(column, "autoCheckForUpdatesPref", tr("Check for updates when Quillmere starts"),
-                    tr("You hear about it only when there is a newer version."));
-    m_actions.bind(m_outlets.autoCheckForUpdatesPref, QStringLiteral("toggleSoftwareUpdateCheck"));
+void PreferencesWindow::build() {
+    buildGeneralPane();
+    buildUpdatePane();
+    buildVolumePane();
+    new FocusRing(this);
+}
+
+void PreferencesWindow::buildGeneralPane() {
+    QVBoxLayout* column = makeColumn(m_outlets.generalPrefView);
+    addCheckBox(column, m_outlets.audioLevelsPref);
+    column->addSpacing(18);
+    column->addWidget(new Rule);
+    column->addSpacing(16);
+    column->addWidget(makeLine(m_outlets.colorMatrix->accessibleName(), uiFont(13, 600), tokens::kText));
+    column->addSpacing(10);
+    column->addWidget(m_outlets.colorMatrix);
+    column->addSpacing(12);
+    column->addWidget(m_outlets.scaleSample);
+    column->addStretch();
+}
+
+void PreferencesWindow::buildUpdatePane() {
+    QVBoxLayout* column = makeColumn(m_outlets.updatePrefView);
+    addCheckBox(column, m_outlets.autoCheckForUpdatesPref);
     column->addSpacing(18);
     column->addWidget(new Rule);
     column->addSpacing(14);
@@ -145,11 +162,10 @@ QWidget* PreferencesWindow::makeUpdatePane() {
     }
     column->addLayout(row);
     column->addStretch();
-    return column->parentWidget();
 }
 
-QWidget* PreferencesWindow::makeVolumePane() {
-    QVBoxLayout* column = makePane(this, "audioDefaultPrefView", kVolumeHeight);
+void PreferencesWindow::buildVolumePane() {
+    QVBoxLayout* column = makeColumn(m_outlets.audioDefaultPrefView);
     column->addWidget(makeLine(tr("Start-up level"), uiFont(13, 600), tokens::kText));
     column->addSpacing(kHelpGap);
     column->addWidget(new TextBlock(
@@ -173,7 +189,6 @@ QWidget* PreferencesWindow::makeVolumePane() {
     column->addWidget(
         makeLine(tr("A gain of 0 counts as not set: the next start is at 0.5."), uiFont(kHelpText), tokens::kText3));
     column->addStretch();
-    return column->parentWidget();
 }
 
 void PreferencesWindow::showGain() {

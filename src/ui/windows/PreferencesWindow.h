@@ -21,15 +21,17 @@ public:
     PreferencesWindow(Outlets& outlets, ActionTable& actions, QWidget* mainWindow);
 
 protected:
+    void build() override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
 private:
-    QWidget* makeGeneralPane();
-    QWidget* makeUpdatePane();
-    QWidget* makeVolumePane();
+    void makeOutlets();
+    void buildGeneralPane();
+    void buildUpdatePane();
+    void buildVolumePane();
     void showGain();
 
     Outlets& m_outlets;

@@ -5,6 +5,7 @@
 #include <QShortcut>
 #include <QShowEvent>
 #include <algorithm>
+#include <utility>
 
 namespace qm {
 
@@ -21,6 +22,22 @@ ToolPanel::ToolPanel(const QString& title, QWidget* mainWindow, Keys keys)
     setAttribute(Qt::WA_ShowWithoutActivating, keys == Keys::PassedOn);
     for (const QKeySequence& key : {QKeySequence(Qt::Key_Escape), QKeySequence(Qt::CTRL | Qt::Key_W)})
         connect(new QShortcut(key, this), &QShortcut::activated, this, &QWidget::close);
+}
+
+void ToolPanel::furnish() {
+    if (!std::exchange(m_furnished, true)) build();
+}
+
+void ToolPanel::setVisible(bool visible) {
+    m_isToBeShown = visible && m_held;
+    if (visible && m_held) return;
+    if (visible) furnish();
+    QWidget::setVisible(visible);
+}
+
+void ToolPanel::release() {
+    m_held = false;
+    if (m_isToBeShown) show();
 }
 
 // Beside the main window if there is room, at the screen's edge otherwise, and below the panels that are there; with

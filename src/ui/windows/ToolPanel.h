@@ -1,5 +1,6 @@
 // A panel that floats above the main window: shown again where it was left, closed with Esc or Ctrl+W. Closing it only
-// hides it. Main thread only.
+// hides it. What is in it, as far as nobody asks for it before, is built when it is first shown or furnished. Main
+// thread only.
 #pragma once
 
 #include <QPoint>
@@ -20,7 +21,17 @@ public:
 
     ToolPanel(const QString& title, QWidget* mainWindow, Keys keys = Keys::PassedOn);
 
+    void furnish();  // now, so that showing it takes no time later
+    bool isFurnished() const { return m_furnished; }
+
+    // Between these two it is not shown: it only keeps in mind whether it is to be.
+    void hold() { m_held = true; }
+    void release();
+
+    void setVisible(bool visible) override;
+
 protected:
+    virtual void build() {}  // called once
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
@@ -29,6 +40,9 @@ protected:
 private:
     const ToolPanel* panelAt(const QRect& place) const;
 
+    bool m_furnished = false;
+    bool m_held = false;
+    bool m_isToBeShown = false;     // while it is held
     std::optional<QPoint> m_place;  // where it was when it was last hidden
 };
 

@@ -23,23 +23,36 @@ constexpr double kTextSize = 13;
 
 }  // namespace
 
-TrackInfoPanel::TrackInfoPanel(Outlets& outlets, QWidget* mainWindow) : ToolPanel(tr("Track Information"), mainWindow) {
+TrackInfoPanel::TrackInfoPanel(Outlets& outlets, QWidget* mainWindow)
+    : ToolPanel(tr("Track Information"), mainWindow), m_content(new QWidget(this)) {
     setObjectName(QStringLiteral("trackInfoWindow"));
     setMinimumSize(kMinimumSize);
     resize(kSize);
+    outlets.movieName = makeField(tr("Name"), "movieName");
+    outlets.formatInInfo = makeField(tr("Format"), "formatInInfo");
+    outlets.duration = makeField(tr("Duration"), "duration");
+    outlets.movieSize = makeField(tr("Size"), "movieSize");
+    outlets.copyright = makeField(tr("Copyright"), "copyright");
+    outlets.trackInfoWindow = this;
+}
 
-    auto* content = new QWidget;
-    auto* rows = new QGridLayout(content);
+QLabel* TrackInfoPanel::makeField(const QString& caption, const char* name) {
+    auto* field = new ValueLabel(uiFont(kTextSize), tokens::kText, kLineHeight, m_content);
+    field->setObjectName(QString::fromLatin1(name));
+    field->setAccessibleName(caption);
+    field->setText(QStringLiteral(" "));
+    return field;
+}
+
+void TrackInfoPanel::build() {
+    const QList<ValueLabel*> fields = m_content->findChildren<ValueLabel*>();
+    auto* rows = new QGridLayout(m_content);
     rows->setContentsMargins(kSideMargin, kTopMargin, kSideMargin, kTopMargin);
     rows->setHorizontalSpacing(kColumnGap);
     rows->setVerticalSpacing(kRowGap);
     rows->setColumnMinimumWidth(0, kCaptionWidth);
     rows->setColumnStretch(1, 1);
-    outlets.movieName = addRow(rows, tr("Name"), "movieName");
-    outlets.formatInInfo = addRow(rows, tr("Format"), "formatInInfo");
-    outlets.duration = addRow(rows, tr("Duration"), "duration");
-    outlets.movieSize = addRow(rows, tr("Size"), "movieSize");
-    outlets.copyright = addRow(rows, tr("Copyright"), "copyright");
+    for (ValueLabel* field : fields) addRow(rows, field);
     rows->setRowStretch(rows->rowCount(), 1);
 
     auto* scroll = new QScrollArea(this);
@@ -48,28 +61,22 @@ TrackInfoPanel::TrackInfoPanel(Outlets& outlets, QWidget* mainWindow) : ToolPane
     scroll->setFocusPolicy(Qt::NoFocus);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->viewport()->setAutoFillBackground(false);
-    scroll->setWidget(content);
-    content->setAutoFillBackground(false);
+    scroll->setWidget(m_content);
+    m_content->setAutoFillBackground(false);
     auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(scroll);
-    new FocusRing(content);
-    outlets.trackInfoWindow = this;
+    new FocusRing(m_content);
 }
 
-QLabel* TrackInfoPanel::addRow(QGridLayout* rows, const QString& caption, const char* name) {
+void TrackInfoPanel::addRow(QGridLayout* rows, QLabel* field) {
     const int row = rows->rowCount();
-    auto* title = new TextLabel(caption, uiFont(kTextSize), tokens::kText3);
+    auto* title = new TextLabel(field->accessibleName(), uiFont(kTextSize), tokens::kText3);
     title->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     title->setFixedHeight(kLineHeight);
-    auto* value = new ValueLabel(uiFont(kTextSize), tokens::kText, kLineHeight);
-    value->setObjectName(QString::fromLatin1(name));
-    value->setAccessibleName(caption);
-    value->setText(QStringLiteral(" "));
-    title->setBuddy(value);
+    title->setBuddy(field);
     rows->addWidget(title, row, 0, Qt::AlignTop);
-    rows->addWidget(value, row, 1);
-    return value;
+    rows->addWidget(field, row, 1);
 }
 
 void TrackInfoPanel::paintEvent(QPaintEvent*) {

@@ -16,10 +16,14 @@ public:
     TrackInfoPanel(Outlets& outlets, QWidget* mainWindow);
 
 protected:
+    void build() override;
     void paintEvent(QPaintEvent*) override;
 
 private:
-    QLabel* addRow(QGridLayout* rows, const QString& caption, const char* name);
+    QLabel* makeField(const QString& caption, const char* name);
+    void addRow(QGridLayout* rows, QLabel* field);
+
+    QWidget* m_content;  // with the fields, which are told their texts before anybody sees them
 };
 
 }  // namespace qm
