@@ -12,6 +12,7 @@ TEST_CASE_FIXTURE(PreferencesStage,
     wakeUp();
     CHECK(made == 0);
     QAction* item = window.actions().action(QStringLiteral("checkSoftwareUpdate"));
+    preferences.furnish();
     auto* button = preferences.findChild<QAbstractButton*>(QStringLiteral("checkSoftwareUpdate"));
     REQUIRE(item);
     REQUIRE(button);
