@@ -3,6 +3,7 @@
 #include <QDesktopServices>
 #include <QSessionManager>
 #include <QSocketNotifier>
+#include <QTimer>
 #include <array>
 #include <clocale>
 #include <csignal>
@@ -58,6 +59,7 @@ Application::Application(int& argc, char** argv)
       m_mpris(m_remote) {
     m_window.actions().setReceiver(ActionRow::Recorder, &m_audioRecord);
     m_controller.setExit([this](int status) { end(status); });
+    m_levelMeters.hold();
     m_controller.awakeFromNib(m_outlets);
     m_audioRecord.awakeFromNib(m_audioRecordOutlets);
     connectWindow();
@@ -79,9 +81,22 @@ void Application::connectWindow() {
 
 // What nobody misses until the window stands on the screen.
 void Application::startTheRest() {
+    m_levelMeters.release();
+    m_state.refresh();
     m_engine.load();
     applyWindowIcon();
     m_mpris.start();
+    furnishPanels();
+}
+
+// One panel at a time, and what the user does in between.
+void Application::furnishPanels() {
+    for (ToolPanel* panel : m_window.findChildren<ToolPanel*>(Qt::FindDirectChildrenOnly)) {
+        if (panel->isFurnished()) continue;
+        panel->furnish();
+        QTimer::singleShot(0, &m_window, [this] { furnishPanels(); });
+        return;
+    }
 }
 
 // A request to terminate ends the program as its own Quit does; the signal handler only passes it on.

@@ -37,6 +37,7 @@ public:
 private:
     void connectWindow();
     void startTheRest();
+    void furnishPanels();
     void endOnSignals();
     void makeUpdaters();
     UpdateServices updateServices();
