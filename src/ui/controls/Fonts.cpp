@@ -10,10 +10,15 @@
 #include <QScreen>
 #include <algorithm>
 #include <cmath>
+#include <future>
 #include <memory>
 #include <optional>
 
 #include "ui/controls/PixelGrid.h"
+
+#ifdef QUILLMERE_FONTCONFIG
+#include <fontconfig/fontconfig.h>
+#endif
 
 namespace qm {
 
@@ -25,8 +30,11 @@ constexpr int kLayoutPixels = 256;
 constexpr int kCachedPieces = 2000;
 constexpr double kCellRoom = 1.008;  // of the widest digit, as the family's own tabular digits have
 
+std::future<void> g_readingFonts;
+
 QString uiFamily() {
     static const QString family = [] {
+        if (g_readingFonts.valid()) g_readingFonts.wait();
         return QFontDatabase::hasFamily(QStringLiteral("Inter"))
                    ? QStringLiteral("Inter")
                    : QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
@@ -144,6 +152,12 @@ double layOut(Face& face, const QString& text, Place place) {
 }
 
 }  // namespace
+
+void beginReadingFonts() {
+#ifdef QUILLMERE_FONTCONFIG
+    g_readingFonts = std::async(std::launch::async, [] { FcInit(); });
+#endif
+}
 
 QFont uiFont(double pixels, int weight, double spacing) {
     QFont font(uiFamily());
