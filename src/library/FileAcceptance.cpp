@@ -9,6 +9,8 @@
 #include <QUrl>
 #include <algorithm>
 
+#include "ui/DialogStyle.h"
+
 namespace qm {
 
 namespace {
@@ -79,6 +81,7 @@ std::unique_ptr<QFileDialog> makeOpenPanel(QWidget* parent, const QString& folde
     panel->setFileMode(QFileDialog::ExistingFiles);
     panel->setNameFilter(QStringLiteral("Audio and video files (*)"));
     panel->setProxyModel(new OpenPanelFilter(panel.get()));
+    sizeFilePanel(*panel);
     return panel;
 }
 

@@ -2,14 +2,21 @@
 
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QGridLayout>
+#include <QHeaderView>
 #include <QIconEngine>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
+#include <QSplitter>
 #include <QStyleOptionButton>
+#include <QToolButton>
+#include <QTreeView>
 #include <algorithm>
 
+#include "library/FileAcceptance.h"
+#include "library/PlayListCells.h"
 #include "ui/controls/FocusRing.h"
 #include "ui/controls/NamedImage.h"
 #include "ui/controls/PushFace.h"
@@ -21,6 +28,9 @@ namespace {
 
 constexpr QMargins kAlertMargins(20, 20, 20, 16);
 constexpr int kAlertGap = 2;  // of the columns, between which the toolkit adds some more
+constexpr QMargins kPanelMargins(16, 16, 16, 16);
+constexpr int kPanelGap = 8;
+constexpr QSize kPanelSize(720, 480), kPanelIcon(18, 18);
 const QColor kDisabledIcon(0x6B, 0x72, 0x7A);
 
 // A line icon of the program at whatever size and sharpness is wanted.
@@ -51,6 +61,37 @@ QIcon makeIcon(const char* name, const QColor& color = tokens::kIcon) {
     return QIcon(new LineIcon(QString::fromLatin1(name), color));
 }
 
+// Files as in the play list, folders as on the button that opens them.
+class PanelIcons : public QFileIconProvider {
+public:
+    QIcon icon(IconType type) const override {
+        switch (type) {
+            case Computer:
+            case Drive:
+            case Network:
+                return makeIcon("qm_computer.png");
+            case File:
+                return makeIcon("qm_file.png");
+            default:
+                return makeIcon("qm_folder.png");
+        }
+    }
+
+    QIcon icon(const QFileInfo& file) const override {
+        if (file.isRoot()) return icon(Drive);
+        if (file.isDir()) return icon(Folder);
+        if (!openPanelTypes().contains(pathExtension(file.fileName()))) return icon(File);
+        switch (iconForTrack(file.fileName())) {
+            case TrackIcon::Video:
+                return makeIcon("type_VIDEO", tokens::kText2);
+            case TrackIcon::NonM4a:
+                return makeIcon("type_aiff.png", tokens::kText2);
+            default:
+                return makeIcon("type_AAC.png", tokens::kText2);
+        }
+    }
+};
+
 void dressAlert(QMessageBox& alert) {
     auto* grid = qobject_cast<QGridLayout*>(alert.layout());
     if (!grid) return;
@@ -58,6 +99,26 @@ void dressAlert(QMessageBox& alert) {
     grid->setHorizontalSpacing(kAlertGap);
     grid->setRowStretch(grid->rowCount() - 1, 1);  // that of the buttons, which stand at its bottom
     if (auto* buttons = alert.findChild<QDialogButtonBox*>()) grid->setAlignment(buttons, Qt::AlignBottom);
+}
+
+// The names take what the other columns leave.
+void showAllColumns(QHeaderView& header) {
+    header.setStretchLastSection(false);
+    for (int column = 0; column < header.count(); ++column)
+        header.setSectionResizeMode(column, column == 0 ? QHeaderView::Stretch : QHeaderView::ResizeToContents);
+}
+
+void dressPanel(QFileDialog& panel) {
+    static PanelIcons icons;
+    panel.setIconProvider(&icons);
+    for (auto* tool : panel.findChildren<QToolButton*>()) tool->setIconSize(kPanelIcon);
+    for (auto* list : panel.findChildren<QAbstractItemView*>()) list->setIconSize(kPanelIcon);
+    for (auto* splitter : panel.findChildren<QSplitter*>()) splitter->setHandleWidth(kPanelGap);
+    if (auto* tree = panel.findChild<QTreeView*>()) showAllColumns(*tree->header());
+    auto* grid = qobject_cast<QGridLayout*>(panel.layout());
+    if (!grid) return;
+    grid->setContentsMargins(kPanelMargins);
+    grid->setSpacing(kPanelGap);
 }
 
 // What destroys is edged red: it says so itself, or is the answer that a file may be replaced.
@@ -78,16 +139,48 @@ QString plainText(const QStyleOptionButton& option) {
 
 QString dialogSheet() {
     return QStringLiteral(R"(
-QMessageBox { background: qlineargradient(x1: 0, y1: 0, x2: 0, y2: 1, stop: 0 #141516, stop: 1 #2B2C2E); }
+QMessageBox, QFileDialog { background: qlineargradient(x1: 0, y1: 0, x2: 0, y2: 1, stop: 0 #141516, stop: 1 #2B2C2E); }
 QMessageBox QLabel { color: #F3F5F7; }
 QMessageBox QLabel#qt_msgbox_label { font-size: 15px; font-weight: 600; min-width: 320px; min-height: 40px;
   padding-left: 1px; }
 QMessageBox QLabel#qt_msgbox_informativelabel { color: #B9C0C8; font-size: 13px; min-width: 320px; padding-left: 1px; }
+QFileDialog QLabel { color: #B9C0C8; }
+QFileDialog QLineEdit, QFileDialog QComboBox { background: rgba(0, 0, 0, 97); color: #F3F5F7;
+  border: 1px solid rgba(255, 255, 255, 41); border-radius: 6px; padding: 5px 8px; min-height: 20px;
+  selection-background-color: #24B3C5; selection-color: #04262B; }
+QFileDialog QLineEdit:focus, QFileDialog QComboBox:focus { border: 2px solid #BDF6FC; padding: 4px 7px; }
+QFileDialog QComboBox::drop-down { border: none; width: 24px; }
+QFileDialog QComboBox::down-arrow { image: url(:/images/qm_down.png); width: 14px; height: 14px; }
+QFileDialog QComboBox QAbstractItemView { background: #1B1C1E; border: 1px solid #3C3E41; padding: 4px; }
+QFileDialog QToolButton { background: transparent; border: none; border-radius: 6px; padding: 6px; }
+QFileDialog QToolButton:hover { background: rgba(255, 255, 255, 38); }
+QFileDialog QToolButton:pressed { background: rgba(63, 210, 226, 51); }
+QFileDialog QToolButton:focus { border: 2px solid #BDF6FC; padding: 4px; }
+QFileDialog QSplitter::handle { background: transparent; image: none; }
+QFileDialog QAbstractItemView { background: rgba(0, 0, 0, 117); border: 1px solid rgba(255, 255, 255, 23);
+  border-radius: 10px; padding: 3px; color: #E2E6EA; outline: none; }
+QFileDialog QAbstractItemView:focus { border-color: #BDF6FC; }
+QFileDialog QAbstractItemView::item { min-height: 25px; border: none; border-radius: 0; }
+QFileDialog QAbstractItemView::item:hover { background: rgba(255, 255, 255, 15); }
+QFileDialog QAbstractItemView::item:selected { background: rgba(63, 210, 226, 51); color: #FFFFFF; }
+QFileDialog QTreeView::branch { background: transparent; image: none; }
+QFileDialog QHeaderView { background: transparent; border: none; padding: 0; border-radius: 0; }
+QFileDialog QHeaderView::section { background: transparent; color: #B9C0C8; border: none;
+  border-bottom: 1px solid rgba(255, 255, 255, 23); padding: 4px 6px; }
+QFileDialog QHeaderView::down-arrow { image: url(:/images/qm_down.png); width: 12px; height: 12px; }
+QFileDialog QHeaderView::up-arrow { image: url(:/images/qm_up.png); width: 12px; height: 12px; }
+QFileDialog QSizeGrip { image: none; }
 )");
+}
+
+void sizeFilePanel(QFileDialog& panel) {
+    panel.ensurePolished();
+    panel.resize(kPanelSize);
 }
 
 void dressDialog(QDialog& dialog) {
     if (auto* alert = qobject_cast<QMessageBox*>(&dialog)) dressAlert(*alert);
+    if (auto* panel = qobject_cast<QFileDialog*>(&dialog)) dressPanel(*panel);
     new FocusRing(&dialog);
 }
 

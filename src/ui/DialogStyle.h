@@ -8,16 +8,20 @@
 #include <QStyle>
 
 class QDialog;
+class QFileDialog;
 class QPainter;
 class QStyleOptionButton;
 
 namespace qm {
 
-// The sheet of alerts, for the alert itself.
+// The sheet of alerts and file panels, for the dialog itself.
 QString dialogSheet();
 
-// What a sheet cannot say: margins, the ring round the focused button. Once for each dialog, before it is shown.
+// What a sheet cannot say: margins, icons, the ring round the focused button. Once for each dialog, before it is shown.
 void dressDialog(QDialog& dialog);
+
+// Gives a file panel its size, before it is shown; when it is dressed the toolkit would take the size of its contents.
+void sizeFilePanel(QFileDialog& panel);
 
 // The program's own drawing in the place of one of the toolkit's; null if there is none.
 QIcon dialogIcon(QStyle::StandardPixmap icon);

@@ -2,6 +2,8 @@
 
 #include <QDir>
 
+#include "ui/DialogStyle.h"
+
 namespace qm {
 
 SavePanel::SavePanel(QWidget* parent, const QString& folder, const QString& name)
@@ -10,6 +12,7 @@ SavePanel::SavePanel(QWidget* parent, const QString& folder, const QString& name
     setAcceptMode(AcceptSave);
     setFileMode(AnyFile);
     selectFile(name);
+    sizeFilePanel(*this);
 }
 
 void SavePanel::accept() {

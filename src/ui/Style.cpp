@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QIcon>
 #include <QMenu>
 #include <QMessageBox>
@@ -139,7 +140,7 @@ public:
         if (const auto* menu = qobject_cast<QMenu*>(widget))
             QObject::connect(menu, &QMenu::aboutToShow, menu, [widget] { useSheet(widget, menuSheet()); });
         if (qobject_cast<QPushButton*>(widget)) widget->setCursor(Qt::PointingHandCursor);
-        if (qobject_cast<QMessageBox*>(widget)) {
+        if (qobject_cast<QMessageBox*>(widget) || qobject_cast<QFileDialog*>(widget)) {
             if (!widget->styleSheet().isEmpty()) return;
             useSheet(widget, dialogSheet());
             dressDialog(*static_cast<QDialog*>(widget));
