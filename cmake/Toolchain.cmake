@@ -15,6 +15,25 @@ if(NOT MSVC)
 endif()
 
 set(QUILLMERE_SANITIZE "" CACHE STRING "Sanitizers to build with, as for -fsanitize=")
+
+# A fault ends the program instead of being used by whoever made the file. Every program and module is built so;
+# tests/lint/hardening.sh reads it from the built files.
+include(CheckPIESupported)
+check_pie_supported()
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  add_compile_options(-fstack-protector-strong -fstack-clash-protection)
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+    add_compile_options(-fcf-protection=full)
+  elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "aarch64")
+    add_compile_options(-mbranch-protection=standard)
+  endif()
+  add_compile_definitions(_GLIBCXX_ASSERTIONS)
+  if(NOT QUILLMERE_SANITIZE)  # the sanitizers check the same calls themselves
+    add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3)
+  endif()
+  add_link_options(-Wl,-z,relro,-z,now,-z,noexecstack)
+endif()
+
 if(QUILLMERE_SANITIZE)
   add_compile_options(-fsanitize=${QUILLMERE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${QUILLMERE_SANITIZE})
