@@ -16,6 +16,7 @@
 #include "library/TrackLoader.h"
 #include "library/TrackMetadata.h"
 #include "player/AbLoop.h"
+#include "player/Notices.h"
 #include "player/PositionClock.h"
 #include "player/Transport.h"
 #include "record/MainRecorder.h"
@@ -69,6 +70,7 @@ public:
     PlayerAlert& playerAlert() { return m_alert; }
     TrackExport& trackExport() { return m_export; }
     MainRecorder& mainRecorder() { return m_recorder; }
+    Notices& notices() { return m_notices; }
     void captureOutputDidFinishRecordingToOutputFileAtURLForConnectionsDueToError(const QUrl& file) {
         m_recorder.captureOutputDidFinishRecording(file);
     }
@@ -172,6 +174,7 @@ private:
     std::function<void()> m_makeManualUpdater;
 
     // In the order in which they build on one another.
+    Notices m_notices;
     WindowChrome m_chrome;
     PositionClock m_clock;
     TrackInfo m_info;
