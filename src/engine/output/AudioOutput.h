@@ -32,6 +32,13 @@ public:
     // Frames that have left the loudspeaker since the device was opened; never more than fill() handed out.
     virtual std::int64_t framesPlayed() const = 0;
 
+    // While stopped. How much sound the device is to hold from its next start on.
+    virtual void setReserve([[maybe_unused]] double seconds) {}
+
+    // Calls fill() no more, plays what it has been handed and is then to be stopped. Returns at once.
+    virtual void finish() {}
+    virtual bool hasFinished() const { return true; }
+
     virtual bool failed() const { return false; }    // the device has vanished: open another one
     virtual bool isSilent() const { return false; }  // a stand-in that nobody hears
 };

@@ -4,6 +4,8 @@
 // - without a sound server it may fall back to another back end silently, which is fine: what matters is that it plays;
 // - after an error neither stream nor context is of use any more: the owner drops the whole output and opens another.
 #include <algorithm>
+#include <mutex>
+#include <utility>
 
 #include "engine/output/AudioOutput.h"
 #include "engine/output/CubebHandles.h"
@@ -13,23 +15,16 @@ namespace qm {
 
 namespace {
 
-constexpr double kLatencySeconds = 0.025;
+constexpr double kLatencySeconds = 0.025;  // at first
 
 class SystemOutput : public AudioOutput {
 public:
     explicit SystemOutput(OutputSource& source) : m_source(source) {}
 
     bool open(int sampleRate) {
+        m_sampleRate = sampleRate;
         m_context = openCubeb();
-        if (!m_context) return false;
-        cubeb_stream_params parameters = stereoFloat(sampleRate);
-        const std::uint32_t latency = latencyOf(m_context.get(), parameters, kLatencySeconds);
-        if (latency == 0) return false;
-        cubeb_stream* stream = nullptr;
-        const int opened = cubeb_stream_init(m_context.get(), &stream, "Playback", nullptr, nullptr, nullptr,
-                                             &parameters, latency, dataCallback, stateCallback, this);
-        m_stream.reset(stream);
-        return opened == CUBEB_OK;
+        return m_context && openStream();
     }
 
     bool start() override {
@@ -37,19 +32,53 @@ public:
         if (!m_failed && cubeb_stream_start(m_stream.get()) != CUBEB_OK) m_failed = true;
         return !m_failed;
     }
-    void stop() override { cubeb_stream_stop(m_stream.get()); }
+    void stop() override {
+        if (m_stream) cubeb_stream_stop(m_stream.get());
+    }
     bool failed() const override { return m_failed; }
 
+    // A stream keeps the latency that it was opened with.
+    void setReserve(double seconds) override {
+        if (seconds == m_reserveSeconds || m_failed) return;
+        m_reserveSeconds = seconds;
+        CubebStream old;
+        {
+            const std::lock_guard lock(m_streamMutex);
+            old = std::exchange(m_stream, nullptr);
+            m_playedBefore = m_handedOut;
+        }
+        old.reset();
+        m_finishing = false;
+        m_failed = !openStream();
+    }
+
+    void finish() override { m_finishing = true; }
+    bool hasFinished() const override { return framesPlayed() >= m_handedOut; }
+
     std::int64_t framesPlayed() const override {
+        const std::lock_guard lock(m_streamMutex);
         std::uint64_t position = 0;
         const std::int64_t handedOut = m_handedOut;
-        if (m_failed || cubeb_stream_get_position(m_stream.get(), &position) != CUBEB_OK) return handedOut;
-        return std::min(static_cast<std::int64_t>(position), handedOut);
+        if (m_failed || !m_stream || cubeb_stream_get_position(m_stream.get(), &position) != CUBEB_OK) return handedOut;
+        return std::min(m_playedBefore + static_cast<std::int64_t>(position), handedOut);
     }
 
 private:
+    bool openStream() {
+        cubeb_stream_params parameters = stereoFloat(m_sampleRate);
+        const std::uint32_t latency = latencyOf(m_context.get(), parameters, m_reserveSeconds);
+        if (latency == 0) return false;
+        cubeb_stream* stream = nullptr;
+        const int opened = cubeb_stream_init(m_context.get(), &stream, "Playback", nullptr, nullptr, nullptr,
+                                             &parameters, latency, dataCallback, stateCallback, this);
+        const std::lock_guard lock(m_streamMutex);
+        m_stream.reset(stream);
+        return opened == CUBEB_OK;
+    }
+
     static long dataCallback(cubeb_stream*, void* user, const void*, void* output, long frames) {
         auto* self = static_cast<SystemOutput*>(user);
+        if (self->m_finishing) return 0;  // what was handed out before is played, then the stream ends
         // The library's thread inherits the urgency of the one that opened the output, which is less.
         if (!self->m_preferred.exchange(true)) preferThisThread(Urgency::Now);
         self->m_source.fill({static_cast<StereoFrame*>(output), static_cast<std::size_t>(frames)});
@@ -65,6 +94,11 @@ private:
     std::atomic<std::int64_t> m_handedOut{0};
     std::atomic<bool> m_failed{false};
     std::atomic<bool> m_preferred{false};  // the callback's thread has been told of its urgency
+    std::atomic<bool> m_finishing{false};
+    int m_sampleRate = 0;
+    double m_reserveSeconds = kLatencySeconds;
+    mutable std::mutex m_streamMutex;  // never taken by the callback
+    std::int64_t m_playedBefore = 0;   // by the streams before this one
     CubebContext m_context;  // outlives the stream, which is taken down first: its callbacks use all of the above
     CubebStream m_stream;
 };

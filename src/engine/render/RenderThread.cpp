@@ -13,7 +13,6 @@ namespace qm {
 namespace {
 
 constexpr std::size_t kBlock = 512;
-constexpr double kFillSeconds = 0.15;            // kept ready ahead of the device
 constexpr double kFirstSeconds = 0.017;          // ready before a splice is published
 constexpr double kStretchFirstSeconds = 0.025;   // the same while stretching, which is slower
 constexpr double kStretchMarginSeconds = 0.035;  // played on while a stretched splice is prepared
@@ -25,7 +24,8 @@ constexpr std::chrono::microseconds kCoalescing{400};
 constexpr std::int64_t kIdleMilliseconds = 3000;       // of silence before the device is stopped
 constexpr std::int64_t kUnderrunMilliseconds = 10000;  // underruns are counted within
 constexpr std::uint32_t kUnderrunsTolerated = 4;
-constexpr std::int64_t kRetryMilliseconds = 500;  // between attempts to open a device
+constexpr std::int64_t kRetryMilliseconds = 500;    // between attempts to open a device
+constexpr std::int64_t kPlayOutMilliseconds = 500;  // for a device to play what it holds
 
 std::int64_t nowMilliseconds() {
     using namespace std::chrono;
@@ -36,11 +36,12 @@ std::int64_t nowMilliseconds() {
 
 RenderThread::RenderThread(std::unique_ptr<SoundReader> reader, OutputFactory openOutput)
     : m_cache(std::move(reader)),
-      m_output(static_cast<std::size_t>(m_cache.sampleRate()) / 3, m_cache.sampleRate()),
+      m_output(frames(2 * Reserve::mostLaneSeconds()), m_cache.sampleRate()),
       m_openOutput(std::move(openOutput)),
       m_renderer(m_cache),
       m_block(frames(kStretchFirstSeconds + kFadeSeconds) + 2 * kAlignmentReach + kBlock),
       m_heardOn(frames(kFadeSeconds)),
+      m_gaps(m_cache.sampleRate()),
       m_thread([this] { run(); }) {}
 
 std::size_t RenderThread::frames(double seconds) const {
@@ -99,6 +100,7 @@ void RenderThread::run() {
     while (waitForWork(request)) {
         watchDevice();
         watchUnderruns();
+        watchForGaps();
         const Shape shape = shapeOf(request);
         m_spliceWaits = false;
         if (needsSplice(request, shape)) spliceTo(request, shape);
@@ -232,7 +234,7 @@ void RenderThread::publish(Lane& lane, const OutputCallback::Splice& splice, con
 
 bool RenderThread::wantsFrames() const {
     const Lane& lane = m_output.activeLane();
-    return !lane.ended && lane.frames.available() < frames(kFillSeconds);
+    return !lane.ended && lane.frames.available() < frames(m_reserve.laneSeconds());
 }
 
 // One block at most, so that requests are seen to between blocks.
@@ -256,15 +258,24 @@ void RenderThread::applyRunning(const Request& request) {
         if (m_deviceStarted)
             openGate();
         else
-            m_deviceStarted = m_device->start();
+            m_deviceStarted = startDevice();
         return;
     }
     if (!m_deviceStarted || !m_output.gateIsClosed()) return;
     const std::int64_t now = nowMilliseconds();
     if (m_idleSince == 0) m_idleSince = now;
-    if (now - m_idleSince < kIdleMilliseconds) return;
+    if (now - m_idleSince >= kIdleMilliseconds) restDevice();
+}
+
+bool RenderThread::startDevice() {
+    m_gaps.restart();
+    return m_device->start();
+}
+
+void RenderThread::restDevice() {
     m_device->stop();
     m_deviceStarted = false;
+    if (m_reserve.rest(nowMilliseconds())) m_device->setReserve(m_reserve.deviceSeconds());
 }
 
 // Unless a newer request has closed it meanwhile.
@@ -276,16 +287,41 @@ void RenderThread::openGate() {
 // A machine that cannot keep up with the full stretch goes on with the lighter one.
 void RenderThread::watchUnderruns() {
     const std::uint32_t underruns = m_output.underruns();
-    if (m_light || underruns == m_knownUnderruns) return;
+    if (underruns == m_knownUnderruns) return;
     const std::int64_t now = nowMilliseconds();
+    m_reserve.laneRanDry(now);
     if (now - m_underrunsSince > kUnderrunMilliseconds) {
         m_underrunsSince = now;
         m_underrunsBefore = m_knownUnderruns;
     }
     m_knownUnderruns = underruns;
-    if (!m_shape.settings.stretches() || underruns - m_underrunsBefore < kUnderrunsTolerated) return;
+    const bool tooMany = underruns - m_underrunsBefore >= kUnderrunsTolerated;
+    if (m_light || !m_shape.settings.stretches() || !tooMany) return;
     qmLog("time stretch: the machine cannot keep up; going on with the lighter setting");
     m_light = true;
+}
+
+// A device that has nothing left to play while other programs hold up the sound server is to hold more. It plays out
+// first, so that no frame is lost.
+void RenderThread::watchForGaps() {
+    if (!m_deviceStarted || m_silentDevice) return;
+    const std::int64_t now = nowMilliseconds();
+    if (m_growBy != 0) {
+        if (m_device->hasFinished() || now >= m_growBy) growReserve();
+        return;
+    }
+    if (!m_gaps.sees(static_cast<double>(now) / 1000, m_device->framesPlayed()) || !m_reserve.deviceRanDry(now)) return;
+    m_growBy = now + kPlayOutMilliseconds;
+    m_device->finish();
+}
+
+void RenderThread::growReserve() {
+    qmLog("sound output: the device ran dry; it is to hold " +
+          std::to_string(std::lround(1000 * m_reserve.deviceSeconds())) + " ms from now on");
+    m_growBy = 0;
+    m_device->stop();
+    m_device->setReserve(m_reserve.deviceSeconds());
+    m_deviceStarted = startDevice();
 }
 
 void RenderThread::openDevice() {
@@ -314,12 +350,14 @@ void RenderThread::watchDevice() {
         m_silentDevice = false;
         setDevice(std::move(opened.value()));
     }
-    if (m_output.isRunning()) m_deviceStarted = m_device->start();
+    if (m_output.isRunning()) m_deviceStarted = startDevice();
 }
 
 void RenderThread::setDevice(std::unique_ptr<AudioOutput> device) {
     if (m_device) m_device->stop();
+    if (device) device->setReserve(m_reserve.deviceSeconds());
     m_deviceStarted = false;
+    m_growBy = 0;
     std::unique_ptr<AudioOutput> old;
     {
         const std::lock_guard lock(m_deviceMutex);

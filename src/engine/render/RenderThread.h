@@ -14,7 +14,9 @@
 #include <vector>
 
 #include "engine/output/AudioOutput.h"
+#include "engine/output/GapWatch.h"
 #include "engine/output/OutputCallback.h"
+#include "engine/output/Reserve.h"
 #include "engine/render/PcmCache.h"
 #include "engine/render/Renderer.h"
 
@@ -88,6 +90,10 @@ private:
     void openGate();
     void watchDevice();
     void watchUnderruns();
+    void watchForGaps();
+    void growReserve();
+    void restDevice();
+    bool startDevice();
     void openDevice();
     void setDevice(std::unique_ptr<AudioOutput> device);
 
@@ -114,6 +120,9 @@ private:
     std::vector<StereoFrame> m_heardOn;  // what the active lane would play on, for alignment
     bool m_deviceStarted = false;
     bool m_silentDevice = true;
+    Reserve m_reserve;
+    GapWatch m_gaps;
+    std::int64_t m_growBy = 0;     // when the device, which is playing out, is stopped at the latest; 0 otherwise
     std::int64_t m_idleSince = 0;  // milliseconds of the steady clock; 0 while busy
     std::int64_t m_retryAt = 0;
     bool m_light = false;
