@@ -1,6 +1,7 @@
 #include "engine/media/StereoFold.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <numbers>
 
@@ -11,6 +12,10 @@ extern "C" {
 namespace qm {
 
 namespace {
+
+// A sample this loud, 24 dB above full scale, is damage. So is one that is not a number: a filter that is fed one never
+// gets rid of it.
+constexpr float kLoudestBelieved = 16;
 
 float toFloat(std::uint8_t v) {
     return static_cast<float>(v - 128) / 128.0f;
@@ -25,10 +30,10 @@ float toFloat(std::int64_t v) {
     return static_cast<float>(v) / 9223372036854775808.0f;
 }
 float toFloat(float v) {
-    return v;
+    return std::abs(v) <= kLoudestBelieved ? v : 0.0f;
 }
 float toFloat(double v) {
-    return static_cast<float>(v);
+    return toFloat(static_cast<float>(v));
 }
 
 template <typename Sample>

@@ -1,5 +1,6 @@
 // Decoded sound of any layout and sample format as interleaved stereo floats: mono stands in both channels, stereo is
-// untouched, more channels are folded by the standard downmix, scaled so that it cannot clip. One thread at a time.
+// untouched, more channels are folded by the standard downmix, scaled so that it cannot clip. Samples that are no
+// sound, not finite or far beyond full scale, become 0. One thread at a time.
 #pragma once
 
 #include <vector>

@@ -1,5 +1,9 @@
 #include <doctest/doctest.h>
 
+#include <bit>
+#include <cmath>
+#include <limits>
+
 #include "MediaFiles.h"
 
 using namespace qm;
@@ -26,6 +30,14 @@ std::vector<Written> sixteenBitFiles() {
 
 float expected(std::int64_t frame, int channel, int channels) {
     return static_cast<float>(codedSample(frame, channel % channels)) / 32768.0f;
+}
+
+std::vector<std::uint8_t> floatWave(int channels, const std::vector<std::uint8_t>& data) {
+    const auto block = static_cast<std::uint64_t>(4 * channels);
+    Bytes file;
+    file.text("RIFF").little(36 + data.size(), 4).text("WAVEfmt ").little(16, 4).little(3, 2);
+    file.little(static_cast<std::uint64_t>(channels), 2).little(44100, 4).little(44100 * block, 4).little(block, 2);
+    return file.little(32, 2).text("data").little(data.size(), 4).add(data).get();
 }
 
 }  // namespace
@@ -101,6 +113,50 @@ TEST_CASE("float samples beyond full scale are not touched") {
         CHECK(sample == static_cast<float>(codedSample(n, 1)) / 20000.0f);
     }
     CHECK(loudest > 1.0f);
+}
+
+TEST_CASE("samples that are no numbers or no sound are silent, and their neighbours are untouched") {
+    constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+    constexpr float kInf = std::numeric_limits<float>::infinity();
+    const std::vector<float> spoilt = {kNan, -kNan, kInf, -kInf, 16.001f, -1e30f, 3e38f};
+    const std::vector<float> sound = {16.0f, -16.0f, 1e-40f, -0.0f, 1.5f};
+    for (const int channels : {1, 2, 6}) {
+        CAPTURE(channels);
+        Bytes data;
+        for (std::size_t n = 0; n < 1000; ++n) {
+            const float sample = n % 3 == 1 ? spoilt[n % spoilt.size()] : sound[n % sound.size()];
+            for (int c = 0; c < channels; ++c) {
+                data.little(std::bit_cast<std::uint32_t>(sample), 4);
+            }
+        }
+        const TemporaryFolder folder;
+        const auto reader = openSound(folder.write("a.wav", floatWave(channels, data.get())));
+        REQUIRE(reader);
+        const auto whole = readLinearly(*reader);
+        int wrong = 0;
+        for (std::size_t n = 0; n < 1000; ++n) {
+            const float wanted = n % 3 == 1 ? 0.0f : sound[n % sound.size()];
+            const float read = whole[2 * n];
+            const bool exact = std::bit_cast<std::uint32_t>(read) == std::bit_cast<std::uint32_t>(wanted);
+            wrong += channels <= 2 ? !exact : !(std::abs(read - wanted) < 1e-5f);
+        }
+        CHECK(wrong == 0);
+    }
+}
+
+TEST_CASE("samples of double precision that are no sound are silent") {
+    Bytes data;
+    for (const double sample : {0.5, std::numeric_limits<double>::quiet_NaN(), 1e300, -1e300, 17.0, -0.25}) {
+        data.little(std::bit_cast<std::uint64_t>(sample), 8);
+    }
+    Bytes file;
+    file.text("RIFF").little(36 + data.get().size(), 4).text("WAVEfmt ").little(16, 4).little(3, 2).little(1, 2);
+    file.little(44100, 4).little(44100 * 8, 4).little(8, 2).little(64, 2).text("data");
+    file.little(data.get().size(), 4).add(data.get());
+    const TemporaryFolder folder;
+    const auto reader = openSound(folder.write("a.wav", file.get()));
+    REQUIRE(reader);
+    CHECK(readLinearly(*reader) == std::vector<float>{0.5, 0.5, 0, 0, 0, 0, 0, 0, 0, 0, -0.25, -0.25});
 }
 
 TEST_CASE("six channels at full scale fold to stereo without clipping") {
