@@ -22,6 +22,9 @@ std::string kindOfHead(const std::array<std::uint8_t, kHeadBytes>& head) {
     if ((first == "RIFF" || first == "RF64") && third == "WAVE") {
         return "wav";
     }
+    if (first == "RIFX" && third == "WAVE") {
+        return "rifx";
+    }
     if (first == "RIFF" && (third == "AVI " || third == "AVIX")) {
         return "avi";
     }
@@ -57,7 +60,7 @@ std::string fileKind(const FileBytes& file) {
             return "";
         }
         const std::string kind = kindOfHead(head);
-        return kind == "mov" || kind == "dv" ? "" : kind;
+        return kind == "mov" || kind == "dv" || kind == "rifx" ? "" : kind;
     }
     return kindOfHead(head);
 }

@@ -158,20 +158,26 @@ bool isNamedMpegAudio(std::string_view path) {
                                                        [](char a, char b) { return a == b || a == b + ('a' - 'A'); });
 }
 
-// MPEG audio behind much garbage is told from a foreign file by its name.
-Result<MediaTracks> findMpegAudio(File file) {
-    auto track = planMpegAudio(file, isNamedMpegAudio(file->path()));
+Result<MediaTracks> onlyTrack(const File& file, std::optional<SoundTrack> track) {
     if (!track) {
         return Error{ErrorCategory::Unsupported, file->path() + ": not a kind of file that can be played"};
     }
     MediaTracks tracks;
     tracks.file = file;
-    auto tags = Demuxer::open(std::move(file), "mp3", false);
-    if (tags) {
-        tracks.demuxer = std::move(tags.value());
-    }
     tracks.formats.push_back(formatSummary(*track->parameters));
     tracks.sound.push_back(std::move(*track));
+    return tracks;
+}
+
+// MPEG audio behind much garbage is told from a foreign file by its name.
+Result<MediaTracks> findMpegAudio(const File& file) {
+    auto tracks = onlyTrack(file, planMpegAudio(file, isNamedMpegAudio(file->path())));
+    if (!tracks) {
+        return tracks;
+    }
+    if (auto tags = Demuxer::open(file, "mp3", false)) {
+        tracks.value().demuxer = std::move(tags.value());
+    }
     return tracks;
 }
 
@@ -213,7 +219,10 @@ Result<MediaTracks> findTracks(std::shared_ptr<const FileBytes> file) {
         return Error{ErrorCategory::Damaged, file->path() + ": empty"};
     }
     const std::string format = fileKind(*file);
-    return format.empty() ? findMpegAudio(std::move(file)) : findInContainer(std::move(file), format);
+    if (format == "rifx") {
+        return onlyTrack(file, planBigEndianWave(file));
+    }
+    return format.empty() ? findMpegAudio(file) : findInContainer(std::move(file), format);
 }
 
 }  // namespace qm

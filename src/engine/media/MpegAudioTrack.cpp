@@ -13,7 +13,8 @@ namespace {
 constexpr std::int64_t kNearBytes = 64 << 10;  // junk that is skipped before the first frame without more ado
 constexpr std::int64_t kFarBytes = 4 << 20;
 constexpr std::int64_t kLongestDamage = 32 << 20;
-constexpr int kNearChain = 2;  // frames in a row that make a stream
+constexpr int kFirstChain = 2;  // frames in a row that make a stream, at the beginning of the file
+constexpr int kNearChain = 3;
 constexpr int kFarChain = 8;
 constexpr int kDecoderDelay = 529;              // frames, of every layer III decoder
 constexpr std::int64_t kSmallestCutFrame = 40;  // bytes of a cut last frame that are still worth decoding
@@ -69,17 +70,29 @@ std::int64_t skipTag(Walk& walk, std::int64_t position) {
     return position;
 }
 
-// Whether `chain` frames follow one another here; a shorter row that ends with the file or at a tag counts too.
-bool startsChain(Walk& walk, std::int64_t position, int chain) {
+// Whether `chain` frames follow one another here. A shorter row of at least `shortest` that ends with the file or at a
+// tag counts too, also when the file ends within the last of several frames.
+bool startsChain(Walk& walk, std::int64_t position, int chain, int shortest) {
     const std::uint32_t like = walk.word(position);
     for (int i = 0; i < chain; ++i) {
         const auto header = walk.header(position, like);
         if (!header) {
-            return i > 0 && (position >= walk.end || skipTag(walk, position) != position);
+            const bool isCut = position > walk.end;
+            const bool ends = position >= walk.end || skipTag(walk, position) != position;
+            return ends && i >= (isCut ? std::max(shortest, 2) : shortest);
         }
         position += header->bytes;
     }
     return true;
+}
+
+// What may be found by chance has to be shown by more frames: behind junk, a row of them, and more of them far inside.
+bool startsStream(Walk& walk, std::int64_t position, std::int64_t start) {
+    if (position == start) {
+        return startsChain(walk, position, kFirstChain, 1);
+    }
+    const int chain = position - start < kNearBytes ? kNearChain : kFarChain;
+    return startsChain(walk, position, chain, chain);
 }
 
 struct FirstFrame {
@@ -104,7 +117,7 @@ std::optional<FirstFrame> findFirstFrame(Walk& walk, bool farInto) {
             p = std::max(p, next - 1);
             continue;
         }
-        if (startsChain(walk, p, p - start < kNearBytes ? kNearChain + (p > start ? 1 : 0) : kFarChain)) {
+        if (startsStream(walk, p, start)) {
             return FirstFrame{p, p > start};
         }
     }
@@ -177,7 +190,7 @@ std::int64_t resynchronise(Walk& walk, std::int64_t position, std::uint32_t like
             position = behindTag;
             continue;
         }
-        if (walk.header(position, like) && startsChain(walk, position, 2)) {
+        if (walk.header(position, like) && startsChain(walk, position, 2, 1)) {
             return position;
         }
         ++position;

@@ -9,6 +9,8 @@ namespace {
 // A packet's position is found by adding sizes from the start of its run: long runs would make that slow.
 constexpr std::int64_t kLongestRun = 64;
 
+constexpr std::int32_t kSamplesPerPacket = 2048;  // frames
+
 }  // namespace
 
 PacketIndex PacketIndex::uniform(std::int64_t position, std::int64_t bytes, std::uint32_t packetBytes,
@@ -27,6 +29,12 @@ PacketIndex PacketIndex::uniform(std::int64_t position, std::int64_t bytes, std:
         index.m_frames += lastFrames;
     }
     return index;
+}
+
+PacketIndex PacketIndex::ofSamples(std::int64_t position, std::int64_t bytes, std::uint32_t frameBytes) {
+    const std::int64_t frames = bytes / frameBytes;
+    return uniform(position, frames * frameBytes, frameBytes * kSamplesPerPacket, kSamplesPerPacket,
+                   static_cast<std::int32_t>(frames % kSamplesPerPacket));
 }
 
 void PacketIndex::append(std::int64_t position, std::uint32_t size, std::int32_t frames) {

@@ -24,6 +24,9 @@ public:
     static PacketIndex uniform(std::int64_t position, std::int64_t bytes, std::uint32_t packetBytes,
                                std::int32_t packetFrames, std::int32_t lastFrames);
 
+    // Samples without packets of their own, cut into such: as many whole frames as the bytes hold.
+    static PacketIndex ofSamples(std::int64_t position, std::int64_t bytes, std::uint32_t frameBytes);
+
     void append(std::int64_t position, std::uint32_t size, std::int32_t frames);
 
     void shortenLast(std::int32_t frames);  // gives the last packet so many frames

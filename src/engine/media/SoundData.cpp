@@ -10,9 +10,9 @@ namespace {
 
 constexpr std::uint32_t kSizeUnknown = 0xffffffff;
 
-std::optional<FileExtent> findWaveData(ByteWindow& bytes, std::int64_t end) {
+std::optional<FileExtent> findWaveData(ByteWindow& bytes, ChunkWalk::Kind kind, std::int64_t end) {
     std::int64_t longSize = -1;
-    ChunkWalk walk(bytes, ChunkWalk::Kind::Riff, 12, end);
+    ChunkWalk walk(bytes, kind, 12, end);
     while (const auto chunk = walk.next()) {
         if (chunk->isNamed("data")) {
             const std::int64_t rest = end - chunk->content;
@@ -67,8 +67,8 @@ std::optional<FileExtent> findCafChunk(ByteWindow& bytes, std::int64_t end, cons
 
 std::optional<FileExtent> findSoundData(const FileBytes& file, const std::string& format, std::int64_t firstPacket) {
     ByteWindow bytes(file);
-    if (format == "wav") {
-        return findWaveData(bytes, file.size());
+    if (format == "wav" || format == "rifx") {
+        return findWaveData(bytes, format == "wav" ? ChunkWalk::Kind::Riff : ChunkWalk::Kind::Iff, file.size());
     }
     if (format == "aiff") {
         return findAiffData(bytes, file.size());

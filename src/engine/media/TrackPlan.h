@@ -33,6 +33,9 @@ std::optional<SoundTrack> planMpegAudio(std::shared_ptr<const FileBytes> file, b
 std::optional<SoundTrack> planUniform(std::shared_ptr<const FileBytes> file, const std::string& format,
                                       const AVStream& stream, const StreamStart& start);
 
+// Samples in a RIFX file: a wave file whose numbers, and samples, are big-endian.
+std::optional<SoundTrack> planBigEndianWave(std::shared_ptr<const FileBytes> file);
+
 // From the sample tables that the demuxer of a movie or caf file has in memory.
 std::optional<SoundTrack> planFromTable(std::shared_ptr<const FileBytes> file, const std::string& format,
                                         Demuxer& demuxer, int stream, const StreamStart& start,

@@ -7,8 +7,6 @@ namespace qm {
 
 namespace {
 
-constexpr std::int32_t kPcmPacketFrames = 2048;
-
 struct Blocks {
     std::uint32_t bytes = 0;
     std::int32_t frames = 0;
@@ -37,9 +35,7 @@ std::optional<SoundTrack> planUniform(std::shared_ptr<const FileBytes> file, con
         return std::nullopt;
     }
     if (block.frames == 1) {
-        const std::int64_t frames = data->bytes / block.bytes;
-        track.index = PacketIndex::uniform(data->position, frames * block.bytes, block.bytes * kPcmPacketFrames,
-                                           kPcmPacketFrames, static_cast<std::int32_t>(frames % kPcmPacketFrames));
+        track.index = PacketIndex::ofSamples(data->position, data->bytes, block.bytes);
     } else {
         const int rest = static_cast<int>(data->bytes % block.bytes);
         track.index = PacketIndex::uniform(data->position, data->bytes, block.bytes, block.frames,

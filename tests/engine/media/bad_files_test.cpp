@@ -78,6 +78,46 @@ TEST_CASE("text, play lists and pictures are refused whatever they are called") 
     }
 }
 
+namespace {
+
+// Layer III, 48 kHz, 128 kbit/s: 384 bytes of a frame that decodes to silence.
+std::vector<std::uint8_t> mpegFrame() {
+    return Bytes().big(0xfffb9400, 4).repeat(0, 380).get();
+}
+
+std::vector<std::uint8_t> garbage(std::size_t bytes) {
+    return Bytes().repeat(0x55, bytes).get();
+}
+
+}  // namespace
+
+TEST_CASE("a stray frame of MPEG audio inside something else is no stream") {
+    const TemporaryFolder folder;
+    const auto frame = mpegFrame();
+    const auto opens = [&](const Bytes& bytes) { return openSound(folder.write("a.wav", bytes.get())) != nullptr; };
+    CHECK_FALSE(opens(Bytes().text("RIFX").add(garbage(1000)).add(frame)));
+    CHECK_FALSE(opens(Bytes().text("OggS").add(garbage(1000)).add(frame).add(garbage(1000))));
+    CHECK_FALSE(opens(Bytes().text("OggS").add(garbage(1000)).add(frame).add(frame)));
+    CHECK_FALSE(opens(Bytes().text("OggS").add(garbage(1000)).add({frame.begin(), frame.begin() + 100})));
+    CHECK_FALSE(opens(Bytes().text("OggS").add(garbage(1000)).add(frame).text("TAG").repeat(0, 125)));
+    CHECK_FALSE(opens(Bytes().add(frame).add(garbage(1000))));
+    CHECK_FALSE(opens(Bytes().add({frame.begin(), frame.begin() + 100})));
+}
+
+TEST_CASE("a few frames of MPEG audio are a stream, behind junk from three on") {
+    const TemporaryFolder folder;
+    const auto frame = mpegFrame();
+    const auto lengthOf = [&](const Bytes& bytes) {
+        const auto sound = openSound(folder.write("a.mp3", bytes.get()));
+        return sound ? sound->length() : 0;
+    };
+    CHECK(lengthOf(Bytes().add(frame)) == 1152);
+    CHECK(lengthOf(Bytes().add(frame).text("TAG").repeat(0, 125)) == 1152);
+    CHECK(lengthOf(Bytes().add(frame).add(frame)) == 2 * 1152);
+    CHECK(lengthOf(Bytes().add(frame).add(frame).add({frame.begin(), frame.begin() + 100})) == 3 * 1152);
+    CHECK(lengthOf(Bytes().add(garbage(1000)).add(frame).add(frame).add(frame)) == 3 * 1152);
+}
+
 TEST_CASE("a wav file without a frame of sound is an error") {
     const TemporaryFolder folder;
     failureOf(folder.write("a.wav", waveFile(2, 44100, 0, SampleFormat::Int16)));

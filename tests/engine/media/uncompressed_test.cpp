@@ -40,6 +40,27 @@ std::vector<std::uint8_t> floatWave(int channels, const std::vector<std::uint8_t
     return file.little(32, 2).text("data").little(data.size(), 4).add(data).get();
 }
 
+// Sixteen bits at 48000, with a chunk of odd length in front of the sound.
+std::vector<std::uint8_t> bigEndianWave(int channels, bool extensible) {
+    const auto block = static_cast<std::uint64_t>(2 * channels);
+    Bytes format;
+    format.big(extensible ? 0xfffe : 1, 2).big(static_cast<std::uint64_t>(channels), 2).big(48000, 4);
+    format.big(48000 * block, 4).big(block, 2).big(16, 2);
+    if (extensible) {
+        format.big(22, 2).big(16, 2).big(channels == 1 ? 4 : 3, 4).big(1, 4).big(0x10, 4).big(0x800000aa00389b71, 8);
+    }
+    Bytes data;
+    for (std::int64_t n = 0; n < kFrames; ++n) {
+        for (int c = 0; c < channels; ++c) {
+            data.big(static_cast<std::uint16_t>(codedSample(n, c)), 2);
+        }
+    }
+    Bytes file;
+    file.text("RIFX").big(4 + 8 + format.get().size() + 12 + 8 + data.get().size(), 4).text("WAVE");
+    file.text("fmt ").big(format.get().size(), 4).add(format.get()).text("junk").big(3, 4).repeat(9, 4);
+    return file.text("data").big(data.get().size(), 4).add(data.get()).get();
+}
+
 }  // namespace
 
 TEST_CASE("sixteen-bit samples are read as what was written, divided by 32768, mono in both channels") {
@@ -157,6 +178,35 @@ TEST_CASE("samples of double precision that are no sound are silent") {
     const auto reader = openSound(folder.write("a.wav", file.get()));
     REQUIRE(reader);
     CHECK(readLinearly(*reader) == std::vector<float>{0.5, 0.5, 0, 0, 0, 0, 0, 0, 0, 0, -0.25, -0.25});
+}
+
+TEST_CASE("a wave file with its numbers big-endian is read as what was written") {
+    const TemporaryFolder folder;
+    for (const int channels : {1, 2}) {
+        for (const bool extensible : {false, true}) {
+            CAPTURE(channels);
+            CAPTURE(extensible);
+            const std::string path = folder.write("a.wav", bigEndianWave(channels, extensible));
+            const auto sound = openSound(path);
+            REQUIRE(sound);
+            CHECK(sound->length() == kFrames);
+            CHECK(sound->sampleRate() == 48000);
+            CHECK(sound->channels() == channels);
+            const auto whole = readLinearly(*sound, 777);
+            std::int64_t wrong = 0;
+            for (std::int64_t n = 0; n < kFrames; ++n) {
+                for (int c = 0; c < 2; ++c) {
+                    wrong += whole[static_cast<std::size_t>(2 * n + c)] != expected(n, c, channels) ? 1 : 0;
+                }
+            }
+            CHECK(wrong == 0);
+            CHECK(countWrongSeeks(*sound, whole) == 0);
+            const auto media = openMedia(path);
+            REQUIRE(media);
+            CHECK(media.value().description.trackFormats.size() == 1);
+            CHECK(media.value().description.displayName == "a.wav");
+        }
+    }
 }
 
 TEST_CASE("six channels at full scale fold to stereo without clipping") {
