@@ -1,19 +1,25 @@
 // Renders a track, or a passage of it in a loop, to a 32-bit float stereo wave file with the player's own engine:
 // slower or faster, higher or lower, backwards.
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <charconv>
 #include <cmath>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "engine/api/Log.h"
+#include "engine/export/TargetFile.h"
 #include "engine/media/SoundReader.h"
 #include "engine/render/PcmCache.h"
 #include "engine/render/Renderer.h"
@@ -156,17 +162,31 @@ Job plan(const Options& o, int sampleRate, std::int64_t length) {
     return {Playhead{from, begin, end, backward, false}, std::llround(static_cast<double>(end - begin) / speed)};
 }
 
-// A wave file of 32-bit floats that is complete only after close(); until then it has another name.
+// Why nothing is to be written under this name; none if something may be.
+std::optional<std::string> objectionTo(const std::string& output, const std::string& input) {
+    struct stat source {
+    }, named{}, meant{};
+    if (::lstat(output.c_str(), &named) != 0) return std::nullopt;
+    const bool isSource = ::stat(input.c_str(), &source) == 0 && ::stat(output.c_str(), &meant) == 0 &&
+                          source.st_dev == meant.st_dev && source.st_ino == meant.st_ino;
+    if (isSource) return output + ": is the track itself, which is not replaced";
+    if (S_ISLNK(named.st_mode)) return output + ": is a link, which is not replaced";
+    if (!S_ISREG(named.st_mode)) return output + ": not a regular file, which is all that is replaced";
+    return std::nullopt;
+}
+
+// A wave file of 32-bit floats that has its name when it is complete, after close(), and leaves nothing otherwise.
 class WaveFile {
 public:
-    WaveFile(std::string path, int sampleRate, std::int64_t frames)
-        : m_path(std::move(path)), m_temporary(m_path + ".part"), m_file(std::fopen(m_temporary.c_str(), "wb")) {
+    WaveFile(const std::string& path, int sampleRate, std::int64_t frames) {
+        auto target = TargetFile::create(path);
+        if (!target) return;
+        m_target = std::move(target.value());
+        m_file = ::fdopen(::dup(m_target->descriptor()), "wb");
         if (m_file != nullptr) writeHeader(sampleRate, frames);
     }
     ~WaveFile() {
-        if (m_file == nullptr) return;
-        std::fclose(m_file);
-        std::remove(m_temporary.c_str());
+        if (m_file != nullptr) std::fclose(m_file);
     }
     WaveFile(const WaveFile&) = delete;
     WaveFile& operator=(const WaveFile&) = delete;
@@ -176,9 +196,8 @@ public:
         return std::fwrite(frames.data(), sizeof(StereoFrame), frames.size(), m_file) == frames.size();
     }
     bool close() {
-        const bool closed = std::fclose(m_file) == 0;
-        m_file = nullptr;
-        return closed && std::rename(m_temporary.c_str(), m_path.c_str()) == 0;
+        const bool closed = std::fclose(std::exchange(m_file, nullptr)) == 0;
+        return closed && !m_target->commit();
     }
 
 private:
@@ -206,9 +225,24 @@ private:
         std::fwrite(header.data(), 1, header.size(), m_file);
     }
 
-    std::string m_path, m_temporary;
-    std::FILE* m_file;
+    std::unique_ptr<TargetFile> m_target;
+    std::FILE* m_file = nullptr;
 };
+
+volatile std::sig_atomic_t g_endingSignal = 0;
+
+// The first of these signals ends the program once its unfinished file is gone, the second one at once. One that is
+// ignored, as under nohup, stays so.
+void endTidily() {
+    struct sigaction action {};
+    action.sa_handler = [](int number) { g_endingSignal = number; };
+    action.sa_flags = SA_RESETHAND;
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction former {};
+        ::sigaction(number, nullptr, &former);
+        if (former.sa_handler != SIG_IGN) ::sigaction(number, &action, nullptr);
+    }
+}
 
 double cpuSeconds() {
     rusage usage{};
@@ -225,6 +259,8 @@ int fail(int status, const std::string& message) {
 }
 
 int render(const Options& o) {
+    const auto objection = o.null ? std::nullopt : objectionTo(o.output, o.input);
+    if (objection) return fail(2, *objection);
     auto opened = openMedia(o.input);
     if (!opened) return fail(1, opened.error().message);
     if (!opened.value().sound) return fail(1, o.input + ": has no sound");
@@ -233,6 +269,7 @@ int render(const Options& o) {
 
     std::optional<WaveFile> file;
     if (!o.null) {
+        endTidily();
         file.emplace(o.output, cache.sampleRate(), job.outputFrames);
         if (!file->isOpen()) return fail(1, o.output + ": cannot be written");
     }
@@ -242,6 +279,7 @@ int render(const Options& o) {
     const auto right = static_cast<float>(o.gain * std::min(1.0, 1.0 + o.balance));
     std::vector<StereoFrame> block(4096);
     for (std::int64_t done = 0; done < job.outputFrames;) {
+        if (g_endingSignal != 0) return fail(1, o.output + ": not finished");
         const auto count = static_cast<std::size_t>(std::min<std::int64_t>(4096, job.outputFrames - done));
         const std::span<StereoFrame> out(block.data(), count);
         renderer.render(out);
@@ -265,7 +303,9 @@ int render(const Options& o) {
 int main(int argc, char** argv) {
     if (argc == 2 && std::strcmp(argv[1], "--help") == 0) return std::fputs(kUsage, stdout) < 0 ? 1 : 0;
     try {
-        return render(parse(argc, argv));
+        const int status = render(parse(argc, argv));
+        if (g_endingSignal != 0) ::raise(g_endingSignal);  // so that whoever waits knows why
+        return status;
     } catch (const UsageError& error) {
         return fail(2, error.message + " (--help tells more)");
     }

@@ -73,3 +73,65 @@ for unreadable in "$work/text.mp3" "$work/absent.wav" "$work" /dev/null; do
     [ ! -e "$work/refused.wav" ] || fail "a file in spite of $unreadable"
 done
 expect_status 1 "$work/coded.wav" "$work/no/such/folder.wav"
+
+# What is not to be replaced stays as it is, and nothing is left beside it.
+nothing_beside() { # FOLDER NAMES...: the folder holds these and nothing else
+    [ "$(ls -A "$1")" = "$(printf '%s\n' "${@:2}" | sort)" ] || fail "left in $1: $(ls -A "$1")"
+}
+mkdir "$work/kept"
+cp "$work/coded.wav" "$work/kept/in.wav"
+ln -s in.wav "$work/kept/in-link.wav"
+ln "$work/kept/in.wav" "$work/kept/in-hard.wav"
+ln -s elsewhere.wav "$work/kept/dangling.wav"
+echo other >"$work/kept/other"
+ln -s other "$work/kept/link.wav"
+mkfifo "$work/kept/pipe.wav"
+kept=(dangling.wav in-hard.wav in-link.wav in.wav link.wav other pipe.wav)
+for out in "${kept[@]}"; do
+    [ "$out" != other ] || continue
+    expect_status 2 "$work/kept/in.wav" "$work/kept/$out"
+    grep -q "$out: " "$work/stderr" || fail "the message does not name $out"
+done
+expect_status 2 "$work/kept/in-link.wav" "$work/kept/in.wav"
+expect_status 2 "$work/kept/in.wav" "$work/kept/../kept/in.wav"
+expect_status 2 "$work/kept/in.wav" "$work/kept"
+expect_status 2 "$work/kept/in.wav" /dev/null
+[ -c /dev/null ] || fail "the device is gone"
+cmp "$work/coded.wav" "$work/kept/in.wav" || fail "the source has changed"
+[ "$(cat "$work/kept/other")" = other ] || fail "a link's file has changed"
+[ -L "$work/kept/link.wav" ] && [ -L "$work/kept/dangling.wav" ] && [ -p "$work/kept/pipe.wav" ] ||
+    fail "a link or a pipe was replaced"
+nothing_beside "$work/kept" "${kept[@]}"
+
+# Its own temporary name: neither a neighbour called OUT.part nor the former file is touched before the end.
+mkdir "$work/own"
+echo mine >"$work/own/out.wav.part"
+echo former >"$work/own/out.wav"
+expect_status 0 "$work/coded.wav" "$work/own/out.wav"
+[ "$(cat "$work/own/out.wav.part")" = mine ] || fail "OUT.part was overwritten"
+cmp -s "$work/own/out.wav" "$work/neutral.wav" || fail "an ordinary file is not replaced"
+nothing_beside "$work/own" out.wav out.wav.part
+
+# Ended by a signal, or without room, it leaves nothing behind and the former file as it was.
+mkdir "$work/ended"
+for signal in INT TERM HUP; do
+    echo former >"$work/ended/out.wav"
+    env --default-signal="$signal" "$programs/quillmere-render" --rate 0.36 --loop 0:2 --passes 1000000 "$work/coded.wav" "$work/ended/out.wav" \
+        2>"$work/stderr" &
+    pid=$!
+    until [ "$(ls -A "$work/ended" | wc -l)" -eq 2 ]; do sleep 0.05; done
+    sleep 0.2
+    kill -"$signal" "$pid"
+    status=0
+    wait "$pid" || status=$?
+    [ "$status" -eq $((128 + $(kill -l "$signal"))) ] || fail "status $status after SIG$signal"
+    [ "$(cat "$work/ended/out.wav")" = former ] || fail "SIG$signal: the former file has changed"
+    nothing_beside "$work/ended" out.wav
+done
+(
+    trap '' XFSZ
+    ulimit -f 100
+    expect_status 1 "$work/coded.wav" "$work/ended/out.wav"
+)
+[ "$(cat "$work/ended/out.wav")" = former ] || fail "without room the former file has changed"
+nothing_beside "$work/ended" out.wav
