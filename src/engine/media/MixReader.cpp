@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace qm {
 
@@ -20,6 +21,14 @@ MixReader::MixReader(std::vector<std::unique_ptr<TrackReader>> tracks) {
         m_length = std::max(m_length, length + voice.offset);
         voice.reader = std::move(reader);
         m_tracks.push_back(std::move(voice));
+    }
+}
+
+// Pictures that claim to last longer than the frames of the sound can be counted are not believed.
+void MixReader::lengthen(double seconds) {
+    const double frames = seconds * sampleRate();
+    if (frames <= std::numeric_limits<std::int32_t>::max()) {
+        m_length = std::max<std::int64_t>(m_length, std::llround(frames));
     }
 }
 

@@ -1,4 +1,5 @@
-// The sound of a whole file: all its sound tracks, summed. The first defines the sample rate.
+// The sound of a whole file: all its sound tracks, summed. The first defines the sample rate. After them there may be
+// silence, for as long as the film goes on.
 #pragma once
 
 #include <memory>
@@ -14,6 +15,8 @@ namespace qm {
 class MixReader : public SoundReader {
 public:
     explicit MixReader(std::vector<std::unique_ptr<TrackReader>> tracks);  // at least one
+
+    void lengthen(double seconds);  // to last so long at least
 
     int sampleRate() const override { return m_tracks.front().reader->track().sampleRate; }
     std::int64_t length() const override { return m_length; }

@@ -58,7 +58,7 @@ struct MediaDescription {
 struct OpenedMedia {
     std::shared_ptr<const FileBytes> file;  // stays readable when its name is gone
     MediaDescription description;
-    std::unique_ptr<SoundReader> sound;  // none for a file without sound
+    std::unique_ptr<SoundReader> sound;  // as long as the longest track; none for a file without sound
     SoundOpener openSound;               // another reader of it; empty for a file without sound; any thread
     VideoOpener openVideo;               // empty for a file without moving pictures; any thread
 };

@@ -35,6 +35,18 @@ std::vector<Shown> film(const std::string& path) {
     }
 }
 
+// The silence behind it may end a little earlier or later: last pictures last as long as their containers can say.
+double soundDifference(const std::string& a, const std::string& b) {
+    constexpr std::size_t kLittle = 2 * 441;
+    std::vector<float> before = wholeSound(a), after = wholeSound(b);
+    const std::size_t common = std::min(before.size(), after.size());
+    if (std::max(before.size(), after.size()) - common <= kLittle) {
+        before.resize(common);
+        after.resize(common);
+    }
+    return largestDifference(before, after);
+}
+
 void checkFilm(const TemporaryFolder& folder, const std::string& source, const std::string& codec) {
     CAPTURE(source);
     const std::string copy = exported(folder, source);
@@ -49,7 +61,7 @@ void checkFilm(const TemporaryFolder& folder, const std::string& source, const s
     }
     CHECK(wrong == 0);
     CHECK(late == 0);
-    CHECK(largestDifference(wholeSound(source), wholeSound(copy)) <= kOneLsb);
+    CHECK(soundDifference(source, copy) <= kOneLsb);
 }
 
 std::string filmed(const TemporaryFolder& folder, const std::string& name, const std::string& coding) {
@@ -146,11 +158,23 @@ TEST_CASE("every kind of file that can be opened becomes a movie of the same sou
         REQUIRE(makeFilm(source, 20, "25", kind.coding, kind.size));
         const std::string copy = exported(folder, source);
         CHECK(probed(copy, "format=format_name") == std::vector<std::string>{"mov,mp4,m4a,3gp,3g2,mj2"});
-        CHECK(largestDifference(wholeSound(source), wholeSound(copy)) <= kOneLsb);
+        CHECK(soundDifference(source, copy) <= kOneLsb);
         const auto before = openMedia(source), after = openMedia(copy);
         REQUIRE(before);
         REQUIRE(after);
         REQUIRE(before.value().description.hasVideo == after.value().description.hasVideo);
         if (before.value().description.hasVideo) CHECK(film(copy).size() == film(source).size());
+    }
+}
+
+TEST_CASE("a film whose sound ends before its pictures is as long when it is exported") {
+    NEEDS_ENCODER();
+    const TemporaryFolder folder;
+    for (const char* coding : {"-c:v libx264 -bf 2 -c:a aac", "-c:v mpeg4 -c:a libmp3lame"}) {
+        CAPTURE(coding);
+        const std::string source = folder.file("uneven.mp4");
+        REQUIRE(makeUnevenFilm(source, kPictures, 1, coding));
+        checkFilm(folder, source, probed(source, "stream=codec_name").at(0));
+        CHECK(wholeSound(source).size() >= 2 * 44100 * kPictures / 25);
     }
 }

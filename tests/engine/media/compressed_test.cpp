@@ -203,9 +203,15 @@ TEST_CASE("files that need a pass through all packets are as long as their linea
     for (const Encoded& encoded : kOthers) {
         CAPTURE(encoded.name);
         const std::string path = encodings.make(encoded);
-        const auto sound = openSound(path);
-        REQUIRE(sound);
-        CHECK(sound->length() == static_cast<std::int64_t>(decodedByProgram(path).size()) / sound->channels());
+        const auto media = openMedia(path);
+        REQUIRE(media);
+        const SoundReader& sound = *media.value().sound;
+        const std::int64_t decoded = static_cast<std::int64_t>(decodedByProgram(path).size()) / sound.channels();
+        if (media.value().description.hasVideo) {
+            CHECK(sound.length() >= decoded);  // its pictures may go on
+        } else {
+            CHECK(sound.length() == decoded);
+        }
     }
 }
 

@@ -116,3 +116,81 @@ TEST_CASE("the picture of a film is that of the moment being heard: playing, bac
         CHECK(film.distance() == 0);
     }
 }
+
+TEST_CASE("a film whose sound ends before its pictures goes on in silence to the last picture") {
+    if (!hasEncoder()) return;
+    const TemporaryFolder folder;
+    const std::string path = folder.file("a.mov");
+    REQUIRE(makeUnevenFilm(path, kPictures, 1, "-c:v libx264 -bf 2 -g 25 -c:a pcm_s16le"));
+    WatchedFilm film(path);
+    Player& player = film.player;
+    const auto scale = player.movie->duration().timeScale;
+    const auto loudest = [](const std::vector<StereoFrame>& sound) {
+        float most = 0;
+        for (const StereoFrame& frame : sound) most = std::max(most, std::abs(frame.left));
+        return most;
+    };
+    CHECK(player.movie->duration() == QTTime{6 * scale, scale, 0});
+
+    film.seekTo(0.5);
+    player.start(1);
+    player.play(static_cast<std::size_t>(scale));  // into the silence
+    CHECK_FALSE(player.movie->isDone());
+    CHECK(film.farthestOver(0.5) < 0.04);
+    CHECK(loudest(player.play(4410)) == 0);
+    film.seekTo(3.3);  // within the silence
+    CHECK(film.heardSeconds() == doctest::Approx(3.3).epsilon(0.001));
+    CHECK(film.distance() < 0.04);
+    film.loop(2, 2.5);
+    player.play(static_cast<std::size_t>(2 * scale));
+    CHECK(film.heardSeconds() >= 2);
+    CHECK(film.heardSeconds() <= 2.5);
+    CHECK(film.distance() < 0.04);
+    player.movie->setLoopsAttribute(false);
+    player.movie->setPlaysSelectionOnlyAttribute(false);
+    film.seekTo(5.9);
+    player.play(static_cast<std::size_t>(scale / 4));
+    CHECK(player.movie->isDone());
+    CHECK(player.movie->currentTime() == player.movie->duration());
+    CHECK(film.shownNumber() == kPictures - 1);
+
+    player.movie->setRate(-1);
+    player.settle();
+    player.play(static_cast<std::size_t>(4.8 * scale));
+    CHECK(film.heardSeconds() == doctest::Approx(1.2).epsilon(0.01));
+    CHECK(film.distance() < 0.04);
+    CHECK(loudest(player.play(static_cast<std::size_t>(scale / 2))) > 0.1f);
+}
+
+TEST_CASE("a film whose pictures end before its sound holds the last one") {
+    if (!hasEncoder()) return;
+    const TemporaryFolder folder;
+    const std::string path = folder.file("a.mp4");
+    REQUIRE(makeUnevenFilm(path, 25, 12, "-c:v libx264 -bf 2 -g 10 -c:a aac"));
+    WatchedFilm film(path);
+    const auto showsTheLast = [&] {
+        Player::waitFor([&] { return film.shownNumber() == 24; }, 4000);
+        return film.shownNumber() == 24;
+    };
+    CHECK(film.player.movie->duration().timeValue >= 12 * 44100);
+    film.seekTo(11.5);
+    CHECK(showsTheLast());
+    film.player.start(1);
+    film.player.play(44100);
+    CHECK(showsTheLast());
+    CHECK(film.player.movie->isDone());
+    film.player.start(-2);
+    film.player.play(44100);
+    CHECK(showsTheLast());
+    film.loop(5, 6);
+    film.player.play(44100);
+    CHECK(showsTheLast());
+    film.seekTo(0.5);
+    film.player.movie->stop();
+    film.player.movie->setLoopsAttribute(false);
+    film.player.movie->setPlaysSelectionOnlyAttribute(false);
+    film.player.settle();
+    film.seekTo(0.5);
+    Player::waitFor([&] { return film.shownNumber() == 12; }, 4000);
+    CHECK(film.shownNumber() == 12);
+}

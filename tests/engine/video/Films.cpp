@@ -72,12 +72,27 @@ int numberOf(const VideoPicture& picture) {
     return number;
 }
 
+namespace {
+
+// `more` are further options of the source.
+std::string numberedPictures(const std::string& rate, const std::string& size, const std::string& more = {}) {
+    return "-f lavfi -i \"color=c=black:s=" + size + ":r=" + rate + more +
+           ",geq=lum='16+219*mod(floor(N/pow(2\\,floor(12*X/W)))\\,2)':cb=128:cr=128\" ";
+}
+
+}  // namespace
+
 bool makeFilm(const std::string& path, int pictures, const std::string& rate, const std::string& coding,
               const std::string& size) {
-    return encode("-f lavfi -i \"color=c=black:s=" + size + ":r=" + rate +
-                      ",geq=lum='16+219*mod(floor(N/pow(2\\,floor(12*X/W)))\\,2)':cb=128:cr=128\" " +
-                      "-f lavfi -i sine=frequency=440:sample_rate=44100 -frames:v " + std::to_string(pictures) +
-                      " -shortest " + coding,
+    return encode(numberedPictures(rate, size) + "-f lavfi -i sine=frequency=440:sample_rate=44100 -frames:v " +
+                      std::to_string(pictures) + " -shortest " + coding,
+                  path);
+}
+
+bool makeUnevenFilm(const std::string& path, int pictures, double toneSeconds, const std::string& coding) {
+    return encode(numberedPictures("25", "192x64", ":d=" + std::to_string(pictures / 25.0)) +
+                      "-f lavfi -i sine=frequency=440:sample_rate=44100:duration=" + std::to_string(toneSeconds) + " " +
+                      coding,
                   path);
 }
 

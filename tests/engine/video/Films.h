@@ -16,6 +16,9 @@ int numberOf(const VideoPicture& picture);
 bool makeFilm(const std::string& path, int pictures, const std::string& rate, const std::string& coding,
               const std::string& size = "192x64");
 
+// The same at 25 pictures a second, with a tone that may end before or after them.
+bool makeUnevenFilm(const std::string& path, int pictures, double toneSeconds, const std::string& coding);
+
 // A film that is computed: picture n begins at n / perSecond, key pictures come every `group`, and reading one costs
 // what `onDecode` does. How often it sought and read is counted.
 struct ComputedFilm {
