@@ -9,6 +9,7 @@
 #include <QUrl>
 #include <algorithm>
 
+#include "library/FilePath.h"
 #include "ui/DialogStyle.h"
 
 namespace qm {
@@ -56,14 +57,13 @@ const QStringList& dropTypes() {
 }
 
 bool isValidFileForDrop(const QString& path) {
-    const QFileInfo file(path);
-    return file.exists() && !file.isDir() && dropTypes().contains(pathExtension(path).toLower());
+    return isFile(path) && dropTypes().contains(pathExtension(path).toLower());
 }
 
 std::optional<QString> firstDroppedFile(const QList<QUrl>& urls) {
     QStringList paths;
     for (const QUrl& url : urls) {
-        if (url.isLocalFile()) paths.append(url.toLocalFile());
+        if (const auto path = pathFromUrl(url)) paths.append(*path);
     }
     if (paths.isEmpty()) return std::nullopt;
     QCollator collator(QLocale::system());

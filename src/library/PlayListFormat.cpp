@@ -1,10 +1,12 @@
 #include "library/PlayListFormat.h"
 
+#include <QUrl>
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
 
+#include "library/FilePath.h"
 #include "library/PropertyListReader.h"
 #include "library/PropertyListWriter.h"
 
@@ -78,6 +80,19 @@ bool readValue(PropertyListReader& reader, ReadTrack& track) {
     return reader.skipValue(event);
 }
 
+// A path that XML cannot hold, or that is not even text, stands in the document as a file's address. No other path
+// looks like one, because they all begin with a slash.
+constexpr QLatin1StringView kAddress("file:///");
+
+QString writtenPath(const QString& path) {
+    return PropertyListWriter::holds(path) ? path : QString::fromLatin1(pathUrl(path));
+}
+
+QString readPath(const QString& written) {
+    if (!written.startsWith(kAddress)) return written;
+    return pathFromUrl(QUrl::fromEncoded(written.toUtf8())).value_or(written);
+}
+
 // The rest of a track's dictionary, as a row. None if a required key is missing or a value is wrong.
 std::optional<PlayListEntry> readEntry(PropertyListReader& reader) {
     ReadTrack track;
@@ -89,7 +104,7 @@ std::optional<PlayListEntry> readEntry(PropertyListReader& reader) {
     if (!track.track || !track.displayName || !track.duration || !track.timescale || !track.bass || !track.treble)
         return std::nullopt;
     const QString none = QStringLiteral(" ");
-    return PlayListEntry{*track.track,
+    return PlayListEntry{readPath(*track.track),
                          track.artist.value_or(none),
                          track.album.value_or(none),
                          *track.displayName,
@@ -141,7 +156,7 @@ bool writePlayList(QIODevice& device, const PlayListArrays& list) {
         string("displayName", list.displayNamesArray[i]);
         integer("duration", list.durations[i]);
         integer("timescale", list.timescaleArray[i]);
-        string("track", list.trackArray[i]);
+        string("track", writtenPath(list.trackArray[i]));
         integer("treble", list.trebleArray[i]);
         writer.endDict();
     }

@@ -62,6 +62,10 @@ PropertyListWriter::PropertyListWriter(QIODevice& device) : m_device(device) {
         "<plist version=\"1.0\">\n");
 }
 
+bool PropertyListWriter::holds(const QString& text) {
+    return isPlain(text) || xmlText(text) == text;
+}
+
 void PropertyListWriter::key(std::string_view name) {
     openLine();
     append("<key>");

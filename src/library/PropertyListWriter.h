@@ -16,6 +16,8 @@ class PropertyListWriter {
 public:
     explicit PropertyListWriter(QIODevice& device);
 
+    static bool holds(const QString& text);  // nothing of it would be dropped
+
     void beginArray() { beginContainer("array"); }
     void endArray() { endContainer("array"); }
     void beginDict() { beginContainer("dict"); }

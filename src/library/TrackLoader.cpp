@@ -1,6 +1,5 @@
 #include "library/TrackLoader.h"
 
-#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QUrl>
@@ -9,6 +8,7 @@
 
 #include "engine/api/Log.h"
 #include "library/FileAcceptance.h"
+#include "library/FilePath.h"
 #include "library/SupportFolder.h"
 #include "player/OutletSetters.h"
 #include "ui/controls/FadingWindow.h"
@@ -59,9 +59,10 @@ void TrackLoader::load(const Wish& wish) {
 bool TrackLoader::open(const QString& path) {
     if (m_outlets.movieView) m_outlets.movieView->setMovie(nullptr);
     m_state.qtMovie.reset();
-    auto movie = m_engine.movieWithFile(QFile::encodeName(path).toStdString());
+    const std::string name = pathBytes(path).toStdString();
+    auto movie = m_engine.movieWithFile(name);
     if (!movie) {
-        qmLog("Unable to open " + QFile::encodeName(path).toStdString() + ": " + movie.error().message);
+        qmLog("Unable to open " + name + ": " + movie.error().message);
         return false;
     }
     m_state.qtMovie = std::move(movie.value());

@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "engine/api/Log.h"
+#include "library/FilePath.h"
 #include "player/OutletSetters.h"
 #include "ui/ActionTable.h"
 #include "ui/controls/FadingWindow.h"
@@ -181,8 +182,7 @@ QVariantMap RemotePlayer::metadata() const {
     if (!m_state.qtMovie) return data;
     data.insert(QStringLiteral("mpris:length"), length());
     data.insert(QStringLiteral("xesam:title"), m_loaded.title());
-    data.insert(QStringLiteral("xesam:url"),
-                QString::fromLatin1(QUrl::fromLocalFile(m_state.loadedPath).toEncoded(QUrl::FullyEncoded)));
+    data.insert(QStringLiteral("xesam:url"), QString::fromLatin1(pathUrl(m_state.loadedPath)));
     if (!m_loaded.artist().isEmpty()) data.insert(QStringLiteral("xesam:artist"), QStringList(m_loaded.artist()));
     if (!m_loaded.album().isEmpty()) data.insert(QStringLiteral("xesam:album"), m_loaded.album());
     return data;

@@ -6,6 +6,7 @@
 #include <QMimeData>
 #include <QUrl>
 
+#include "library/FilePath.h"
 #include "support/widgets/ControllerFixture.h"
 
 using namespace qm;
@@ -46,6 +47,19 @@ TEST_CASE_FIXTURE(DropFixture, "a dropped file is added on top and loaded") {
     CHECK(drop({path}));
     CHECK(controller->trackArray == std::vector<QString>{path, "/music/old.wav"});
     CHECK(controller->loadedPath == path);
+}
+
+TEST_CASE_FIXTURE(DropFixture, "a file whose name is no UTF-8 is added, and opened by its bytes") {
+    start();
+    const QByteArray name = home.path().toUtf8() + "/caf\xe9.wav";
+    std::FILE* made = std::fopen(name.constData(), "w");
+    REQUIRE(made);
+    std::fclose(made);
+    QMimeData data;
+    data.setData(QStringLiteral("text/uri-list"), "file://" + name.toPercentEncoding("/") + "\r\n");
+    CHECK(controller->trackLoader().acceptDrop(data.urls()));
+    CHECK(log.count("open " + name.toStdString()) == 1);
+    CHECK(controller->trackArray == std::vector<QString>{pathFromBytes(name)});
 }
 
 TEST_CASE_FIXTURE(DropFixture, "one drop adds one track: the first of the sorted paths") {

@@ -3,6 +3,7 @@
 #include <QBuffer>
 #include <tuple>
 
+#include "library/FilePath.h"
 #include "support/widgets/TestText.h"
 
 using namespace qm;
@@ -240,4 +241,26 @@ TEST_CASE("a hundred thousand tracks come back whole") {
     CHECK_FALSE(readPlayList(documentOf(list), back).has_value());
     CHECK(back.trackArray == list.trackArray);
     CHECK(back.durations == list.durations);
+}
+
+TEST_CASE("paths that XML cannot hold come back as they were, and all others are written as they are") {
+    const auto text = [](const char* bytes) { return pathFromBytes(bytes); };
+    const std::vector<QString> paths = {text("/m/plain.wav"),
+                                        text("/m/\xc3\xbc & \xf0\x9f\x8e\xb8 100%.wav"),
+                                        text("/m/tab\tline\nreturn\r.wav"),
+                                        text("/m/bell\x07 \x1b.wav"),
+                                        text("/m/caf\xe9 100%.wav"),
+                                        text("/m/\xef\xbf\xbe.wav")};
+    PlayListArrays list;
+    for (const QString& path : paths) list.insertEntry(list.count(), entry(path));
+    const QByteArray document = documentOf(list);
+    CHECK(document.contains("<string>/m/plain.wav</string>"));
+    CHECK(document.contains("<string>/m/\xc3\xbc &amp; \xf0\x9f\x8e\xb8 100%.wav</string>"));
+    CHECK(document.contains("<string>/m/tab\tline\nreturn&#13;.wav</string>"));
+    CHECK(document.contains("<string>file:///m/bell%07%20%1B.wav</string>"));
+    CHECK(document.contains("<string>file:///m/caf%E9%20100%25.wav</string>"));
+    PlayListArrays read;
+    CHECK_FALSE(readPlayList(document, read));
+    CHECK(read.trackArray == paths);
+    CHECK(documentOf(read) == document);
 }
