@@ -17,7 +17,8 @@
 namespace qm {
 
 TrackLoader::TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
-                         PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, LevelMeterHooks meters)
+                         PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, Notices& notices,
+                         LevelMeterHooks meters)
     : m_state(state),
       m_list(list),
       m_outlets(outlets),
@@ -25,6 +26,7 @@ TrackLoader::TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets
       m_clock(clock),
       m_tone(tone),
       m_metadata(metadata),
+      m_notices(notices),
       m_meters(std::move(meters)),
       m_runPanel(runOpenPanel) {}
 
@@ -63,6 +65,8 @@ bool TrackLoader::open(const QString& path) {
     auto movie = m_engine.movieWithFile(name);
     if (!movie) {
         qmLog("Unable to open " + name + ": " + movie.error().message);
+        if (movie.error().category == ErrorCategory::TooLong)
+            m_notices.tell(QFileInfo(path).fileName() + u' ' + QString::fromStdString(movie.error().message));
         return false;
     }
     m_state.qtMovie = std::move(movie.value());

@@ -1,6 +1,6 @@
 // Makes a file the current track, from the open panel, a drop or the play list. The player's settings are carried over
 // to it and never reset; a row's bass and treble come back with it. Main thread only. A file that cannot be opened is
-// no message, only a log line, and the movie before it stays stopped.
+// no message, only a log line, and the movie before it stays stopped; one that is too long is told, too.
 #pragma once
 
 #include <QList>
@@ -12,6 +12,7 @@
 #include "app/PlayerState.h"
 #include "library/PlayListArrays.h"
 #include "library/TrackMetadata.h"
+#include "player/Notices.h"
 #include "player/PositionClock.h"
 #include "sound/ToneControl.h"
 #include "ui/controls/Outlets.h"
@@ -32,7 +33,8 @@ public:
     using RunPanel = std::function<std::optional<QStringList>(QFileDialog&)>;
 
     TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
-                PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, LevelMeterHooks meters = {});
+                PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, Notices& notices,
+                LevelMeterHooks meters = {});
 
     // With `add`, a new row at the top of the play list keeps the file. The window lives on while a file takes long to
     // open, without a track; what is to be loaded meanwhile follows in its turn.
@@ -69,6 +71,7 @@ private:
     PositionClock& m_clock;
     ToneControl& m_tone;
     TrackMetadata& m_metadata;
+    Notices& m_notices;
     LevelMeterHooks m_meters;
     RunPanel m_runPanel;
     QString m_panelFolder;  // where files were last chosen

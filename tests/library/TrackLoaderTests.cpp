@@ -247,7 +247,7 @@ TEST_CASE_FIXTURE(ControllerFixture,
     ToneControl tone(*controller, *controller, *controller, engine);
     TrackMetadata metadata(engine);
     bool wanted = true;
-    TrackLoader loader(*controller, *controller, *controller, engine, clock, tone, metadata,
+    TrackLoader loader(*controller, *controller, *controller, engine, clock, tone, metadata, controller->notices(),
                        {[&] { return wanted; }, [&](bool on) { log.add(on ? "meters on" : "meters off"); }});
     loader.loadFileAdd("/music/one.wav", false);
     CHECK(log.events().back() == "meters on");
@@ -258,6 +258,34 @@ TEST_CASE_FIXTURE(ControllerFixture,
     wanted = false;
     loader.loadFileAdd("/music/one.wav", false);
     CHECK(log.count("meters on") == 1);
+}
+
+namespace {
+
+struct RefusingEngine : FakeMediaEngine {
+    using FakeMediaEngine::FakeMediaEngine;
+    Result<std::unique_ptr<QTMovie>> movieWithFile(const std::string&) override { return refusal; }
+    Error refusal{ErrorCategory::TooLong, "is too long to be played: 2 minutes is the most"};
+};
+
+}  // namespace
+
+TEST_CASE_FIXTURE(ControllerFixture,
+                  "a file that is too long is told with the reason, one that cannot be read is not") {
+    start();
+    QStringList told;
+    QObject::connect(&controller->notices(), &Notices::told, [&](const Notice& notice) { told << notice.text; });
+    RefusingEngine refusing(log);
+    PositionClock clock(*controller, *controller, refusing);
+    ToneControl tone(*controller, *controller, *controller, refusing);
+    TrackMetadata metadata(refusing);
+    TrackLoader loader(*controller, *controller, *controller, refusing, clock, tone, metadata, controller->notices());
+    loader.loadFileAdd(QStringLiteral("/music/a day \u00fc.wav"), true);
+    CHECK(told == QStringList{QStringLiteral("a day \u00fc.wav is too long to be played: 2 minutes is the most")});
+    CHECK(controller->count() == 0);
+    refusing.refusal.category = ErrorCategory::Unreadable;
+    loader.loadFileAdd("/music/two.wav", true);
+    CHECK(told.size() == 1);
 }
 
 TEST_CASE_FIXTURE(ControllerFixture, "names that are not ASCII reach the engine in the file system's encoding") {

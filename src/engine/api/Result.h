@@ -7,7 +7,7 @@
 
 namespace qm {
 
-enum class ErrorCategory { NotFound, Unreadable, Unwritable, Unsupported, Protected, Damaged, Device };
+enum class ErrorCategory { NotFound, Unreadable, Unwritable, Unsupported, Protected, Damaged, TooLong, Device };
 
 struct Error {
     ErrorCategory category;

@@ -1,12 +1,33 @@
 #include "engine/movie/FileEngine.h"
 
 #include <cassert>
+#include <cstdio>
 #include <cstring>
 #include <future>
+#include <limits>
 
 #include "engine/api/Log.h"
 
 namespace qm {
+
+namespace {
+
+// The times of the low-level calls are signed 32-bit counts of frames.
+constexpr std::int32_t kMostFrames = std::numeric_limits<std::int32_t>::max();
+
+// In words that end a sentence about the movie.
+std::string tooLong(int sampleRate) {
+    const int minutes = kMostFrames / sampleRate / 60;
+    const auto counted = [](int count, const char* what) {
+        return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+    };
+    const std::string hours = minutes >= 60 ? counted(minutes / 60, "hour") + " and " : "";
+    char rate[32];
+    std::snprintf(rate, sizeof rate, "%g", sampleRate / 1000.0);
+    return "is too long to be played: " + hours + counted(minutes % 60, "minute") + " is the most at " + rate + " kHz";
+}
+
+}  // namespace
 
 FileEngine::FileEngine(OutputFactory openOutput, Patience patience)
     : m_openOutput(std::move(openOutput)),
@@ -30,6 +51,8 @@ Result<std::unique_ptr<QTMovie>> FileEngine::movieWithFile(const std::string& pa
         qmLog("cannot open " + path + ": " + opened.error().message);
         return opened.error();
     }
+    const SoundReader* sound = opened.value().sound.get();
+    if (sound && sound->length() > kMostFrames) return Error{ErrorCategory::TooLong, tooLong(sound->sampleRate())};
     return std::unique_ptr<QTMovie>(
         std::make_unique<FileMovie>(++m_lastHandle, m_registry, std::move(opened.value()), m_openOutput));
 }
