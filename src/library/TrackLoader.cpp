@@ -1,7 +1,6 @@
 #include "library/TrackLoader.h"
 
 #include <QFile>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QUrl>
 #include <string>
@@ -11,6 +10,7 @@
 #include "library/FileAcceptance.h"
 #include "library/SupportFolder.h"
 #include "player/OutletSetters.h"
+#include "ui/FilePanel.h"
 #include "ui/controls/FadingWindow.h"
 #include "ui/controls/MovieView.h"
 
