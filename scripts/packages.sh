@@ -1,12 +1,13 @@
 # The Debian 12 packages that this project needs, and their installation. Sourced by run, test and scripts/demo.sh.
 
-# To build: compiler, build tools, toolkit, media libraries, stretcher, sound device.
+# To build: compiler, build tools, toolkit, media libraries, stretcher, sound device, network.
 build_packages=(
     g++ cmake ninja-build pkg-config ccache mold
     qt6-base-dev libfontconfig-dev
     libavformat-dev libavcodec-dev libavutil-dev libswresample-dev libswscale-dev
     librubberband-dev
     libcubeb-dev
+    libcurl4-openssl-dev
 )
 
 # To show a window: a font; to know the update server: whom to trust. Sound goes to the desktop's own server.

@@ -14,6 +14,7 @@
 #include <unistd.h>
 #endif
 
+#include "app/TakePreparation.h"
 #include "library/SupportFolder.h"
 #include "ui/Style.h"
 #include "ui/controls/NamedImage.h"
@@ -42,12 +43,15 @@ Application::Application(int& argc, char** argv)
     : m_application(argc, argv),
       m_controller((prepare(), m_engine), m_capture, m_prefs,
                    [](const QString& name) { return namedImage(name, kIconScale); }),
-      m_audioRecord(m_capture),
+      m_audioRecord(m_capture, m_controller.takes()),
       m_window(m_outlets, &m_controller),
       m_levelMeters(m_outlets, &m_window),
       m_trackInfo(m_outlets, &m_window),
       m_video(m_outlets, &m_window),
       m_export(m_outlets, m_window.actions(), &m_window),
+      m_quitQuestion(
+          m_controller.trackExport(), m_controller.notices(), [this] { return askWhetherToQuit(&m_window); },
+          [this](bool waits) { m_export.setQuitsAfterwards(waits); }),
       m_recording(m_outlets, m_window.actions(), &m_window,
                   [this] { return signsOf(m_controller, m_controller.isRecording); }),
       m_recorder(m_audioRecordOutlets, m_window.actions(), &m_window,
@@ -58,6 +62,7 @@ Application::Application(int& argc, char** argv)
       m_remote(m_controller, m_controller, m_outlets, m_engine, m_window.actions()),
       m_mpris(m_remote) {
     m_window.actions().setReceiver(ActionRow::Recorder, &m_audioRecord);
+    prepareTakes(m_window.actions(), m_controller, m_audioRecord);
     m_controller.setExit([this](int status) { end(status); });
     m_levelMeters.hold();
     m_controller.awakeFromNib(m_outlets);
@@ -70,7 +75,9 @@ Application::Application(int& argc, char** argv)
 Application::~Application() = default;
 
 void Application::connectWindow() {
-    QObject::connect(&m_window, &MainWindow::quitRequested, &m_window, [this] { quit(); });
+    QObject::connect(&m_window, &MainWindow::quitRequested, &m_window, [this] { quitAfterAsking(); });
+    m_window.mayClose = [this] { return m_quitQuestion.mayQuit([this] { m_window.close(); }); };
+    QObject::connect(&m_remote, &RemotePlayer::quitRequested, &m_window, [this] { quit(); });
     QObject::connect(
         &m_window, &MainWindow::painted, &m_window, [this] { startTheRest(); }, Qt::QueuedConnection);
     QObject::connect(
@@ -86,6 +93,7 @@ void Application::startTheRest() {
     m_engine.load();
     applyWindowIcon();
     m_mpris.start();
+    m_controller.takes().offerLeft();
     furnishPanels();
 }
 
@@ -112,6 +120,11 @@ void Application::endOnSignals() {
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) std::signal(number, handler);
     std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is an error of its writer
 #endif
+}
+
+// The user's own wish. Signals, the end of the session and the bus ask nobody.
+void Application::quitAfterAsking() {
+    if (m_quitQuestion.mayQuit([this] { quit(); })) quit();
 }
 
 void Application::quit() {
@@ -145,8 +158,9 @@ UpdateServices Application::updateServices() {
         if (!m_prefs.contains(key)) return std::nullopt;
         return m_prefs.boolForKey(key);
     };
-    return {loadNib, storedUpdateCheck, [](const QUrl& url) { QDesktopServices::openUrl(url); }, homeFolder,
-            fetchFromNetwork};
+    const auto tell = [this](const QString& text) { m_controller.notices().tell(text); };
+    return {loadNib,    storedUpdateCheck, [](const QUrl& url) { QDesktopServices::openUrl(url); },
+            homeFolder, fetchFromNetwork,  tell};
 }
 
 int Application::run() {

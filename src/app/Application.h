@@ -8,6 +8,7 @@
 #include "app/DeferredEngine.h"
 #include "app/Prefs.h"
 #include "app/QMController.h"
+#include "app/QuitQuestion.h"
 #include "remote/DesktopMotion.h"
 #include "remote/MprisService.h"
 #include "remote/RemotePlayer.h"
@@ -41,6 +42,7 @@ private:
     void endOnSignals();
     void makeUpdaters();
     UpdateServices updateServices();
+    void quitAfterAsking();
     void quit();
     [[noreturn]] void end(int status);
 
@@ -57,6 +59,7 @@ private:
     TrackInfoPanel m_trackInfo;
     VideoPanel m_video;
     ExportPanel m_export;
+    QuitQuestion m_quitQuestion;
     RecordingWindow m_recording;
     RecorderWindow m_recorder;
     PreferencesWindow m_preferences;

@@ -47,7 +47,8 @@ QMController::QMController(MediaEngine& engine, CaptureEngine& capture, Prefs& s
       m_transport(*this, *this, *this, engine, m_clock, m_speed, m_table, m_info),
       m_alert(*this, *this, m_speed, m_transport),
       m_export(*this, *this, m_alert),
-      m_recorder(*this, *this, *this, capture) {
+      m_takes(m_notices, *this),
+      m_recorder(*this, *this, *this, capture, m_takes) {
     trackIcon = images(QStringLiteral("type_AAC.png"));
     nonM4aIcon = images(QStringLiteral("type_aiff.png"));
     videoIcon = images(QStringLiteral("type_VIDEO"));

@@ -71,6 +71,7 @@ public:
     TrackExport& trackExport() { return m_export; }
     MainRecorder& mainRecorder() { return m_recorder; }
     Notices& notices() { return m_notices; }
+    Takes& takes() { return m_takes; }
     void captureOutputDidFinishRecordingToOutputFileAtURLForConnectionsDueToError(const QUrl& file) {
         m_recorder.captureOutputDidFinishRecording(file);
     }
@@ -193,6 +194,7 @@ private:
     Transport m_transport;
     PlayerAlert m_alert;
     TrackExport m_export;
+    Takes m_takes;
     MainRecorder m_recorder;
 };
 

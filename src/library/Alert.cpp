@@ -45,7 +45,8 @@ protected:
 
 }  // namespace
 
-int runWarningAlert(QWidget* parent, const QString& message, const QStringList& buttons, const QString& information) {
+int runWarningAlert(QWidget* parent, const QString& message, const QStringList& buttons, const QString& information,
+                    int destroying) {
     AlertBox box(QMessageBox::Warning, QString(), message, QMessageBox::NoButton, parent);
     box.setInformativeText(information);
     QList<QPushButton*> added;
@@ -53,7 +54,8 @@ int runWarningAlert(QWidget* parent, const QString& message, const QStringList& 
     for (const QString& title : buttons) {
         const bool first = added.isEmpty();
         auto* button = new QPushButton(title);
-        button->setProperty("destroys", first && buttons.size() > 1);  // it asks before it destroys
+        const bool destroys = added.size() == destroying - kAlertFirstButtonReturn;
+        button->setProperty("destroys", destroys && buttons.size() > 1);
         box.addButton(button, first ? QMessageBox::AcceptRole : QMessageBox::RejectRole);
         button->installEventFilter(&guard);
         added.append(button);

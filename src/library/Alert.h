@@ -11,8 +11,9 @@ namespace qm {
 inline constexpr int kAlertFirstButtonReturn = 1000;
 
 // 1000 for the first button, 1001 for the second and so on. Esc and closing count as the last button. `information`
-// says more below the message.
+// says more below the message; `destroying` is the button that is marked as the one that destroys, where there are
+// others.
 int runWarningAlert(QWidget* parent, const QString& message, const QStringList& buttons,
-                    const QString& information = {});
+                    const QString& information = {}, int destroying = kAlertFirstButtonReturn);
 
 }  // namespace qm

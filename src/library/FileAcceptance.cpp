@@ -1,7 +1,6 @@
 #include "library/FileAcceptance.h"
 
 #include <QCollator>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QFileSystemModel>
 #include <QLocale>
@@ -10,7 +9,7 @@
 #include <algorithm>
 
 #include "library/FilePath.h"
-#include "ui/DialogStyle.h"
+#include "ui/FilePanel.h"
 
 namespace qm {
 
@@ -73,21 +72,18 @@ std::optional<QString> firstDroppedFile(const QList<QUrl>& urls) {
     return *std::min_element(paths.cbegin(), paths.cend(), collator);
 }
 
-std::unique_ptr<QFileDialog> makeOpenPanel(QWidget* parent, const QString& folder) {
-    auto panel = std::make_unique<QFileDialog>(parent, QStringLiteral("Open"), folder);
-    panel->setOption(QFileDialog::DontUseNativeDialog);
+std::unique_ptr<FilePanel> makeOpenPanel(QWidget* parent, const QString& folder) {
+    auto panel = std::make_unique<FilePanel>(parent, QStringLiteral("Open"), folder, QFileDialog::AcceptOpen);
     panel->setOption(QFileDialog::DontResolveSymlinks, false);
-    panel->setAcceptMode(QFileDialog::AcceptOpen);
     panel->setFileMode(QFileDialog::ExistingFiles);
     panel->setNameFilter(QStringLiteral("Audio and video files (*)"));
     panel->setProxyModel(new OpenPanelFilter(panel.get()));
-    sizeFilePanel(*panel);
     return panel;
 }
 
-std::optional<QStringList> runOpenPanel(QFileDialog& panel) {
+std::optional<QStringList> runOpenPanel(FilePanel& panel) {
     if (panel.exec() != QDialog::Accepted) return std::nullopt;
-    return panel.selectedFiles();
+    return panel.chosenFiles();
 }
 
 QString resolvedPath(const QString& path) {

@@ -8,11 +8,12 @@
 #include <memory>
 #include <optional>
 
-class QFileDialog;
 class QUrl;
 class QWidget;
 
 namespace qm {
+
+class FilePanel;
 
 // What follows the last dot of the path's last component; nothing for "name", ".mp3" and "name.".
 QString pathExtension(const QString& path);
@@ -27,11 +28,12 @@ bool isValidFileForDrop(const QString& path);
 // case. None without local files. The others are not looked at.
 std::optional<QString> firstDroppedFile(const QList<QUrl>& urls);
 
-// The open panel: files only, several at once, links resolved, only openPanelTypes() on offer.
-std::unique_ptr<QFileDialog> makeOpenPanel(QWidget* parent, const QString& folder);
+// The open panel: files only, several at once, links resolved, only openPanelTypes() on offer. It changes nothing on
+// disk.
+std::unique_ptr<FilePanel> makeOpenPanel(QWidget* parent, const QString& folder);
 
 // Runs the panel; the chosen files in the panel's order, none if it was cancelled.
-std::optional<QStringList> runOpenPanel(QFileDialog& panel);
+std::optional<QStringList> runOpenPanel(FilePanel& panel);
 
 // What a chosen path stands for: the file behind a link, otherwise the path itself.
 QString resolvedPath(const QString& path);

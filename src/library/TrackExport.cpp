@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLabel>
+#include <utility>
 
 #include "library/FileAcceptance.h"
 #include "library/SupportFolder.h"
@@ -70,8 +71,9 @@ void TrackExport::begin(const QString& path) {
 void TrackExport::look() {
     std::erase_if(m_cancelled, [](const auto& cancelled) { return cancelled->isFinished(); });
     if (m_export && m_export->isFinished()) {
+        const End end = m_export->isWritten() ? End::Written : End::Failed;
         m_export.reset();
-        if (m_outlets.exportPanel) m_outlets.exportPanel->hide();
+        ended(end);
     }
     if (m_export) {
         if (m_outlets.exportProgress) m_outlets.exportProgress->setFraction(m_export->progress());
@@ -91,7 +93,12 @@ void TrackExport::cancelExport() {
     if (!m_export) return;
     m_export->cancel();
     m_cancelled.push_back(std::move(m_export));
+    ended(End::Cancelled);
+}
+
+void TrackExport::ended(End end) {
     if (m_outlets.exportPanel) m_outlets.exportPanel->hide();
+    if (const auto atEnd = std::exchange(m_atEnd, nullptr)) atEnd(end);
 }
 
 }  // namespace qm

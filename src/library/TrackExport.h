@@ -20,6 +20,8 @@ QString exportName(const QString& path);
 
 class TrackExport {
 public:
+    enum class End { Written, Failed, Cancelled };
+
     using RunPanel = std::function<std::optional<QString>(const QString& folder, const QString& name)>;
 
     TrackExport(PlayerState& state, const Outlets& outlets, PlayerAlert& alert);
@@ -30,6 +32,12 @@ public:
     // Nothing is left of the file that is being written. Does nothing otherwise.
     void cancelExport();
 
+    bool isExporting() const { return m_export != nullptr; }
+    void showPanel();  // of the export that is being written
+
+    // Hears once how the export that is being written ends. Replaces who was to hear it; null to hear nothing.
+    void setAtEnd(std::function<void(End)> atEnd) { m_atEnd = std::move(atEnd); }
+
     // How the save panel is run: the chosen path, or none if it was cancelled.
     void setRunPanel(RunPanel run) { m_runPanel = std::move(run); }
 
@@ -38,7 +46,7 @@ public:
 private:
     void begin(const QString& path);
     void look();
-    void showPanel();
+    void ended(End end);
 
     PlayerState& m_state;
     const Outlets& m_outlets;
@@ -46,6 +54,7 @@ private:
     RunPanel m_runPanel;
     QTimer m_timer;
     int m_looks = 0;
+    std::function<void(End)> m_atEnd;
     std::unique_ptr<MovieExport> m_export;                  // the one that is being written
     std::vector<std::unique_ptr<MovieExport>> m_cancelled;  // whose threads have not noticed yet
 };

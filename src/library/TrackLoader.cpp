@@ -1,6 +1,6 @@
 #include "library/TrackLoader.h"
 
-#include <QFileDialog>
+#include <QFile>
 #include <QFileInfo>
 #include <QUrl>
 #include <string>
@@ -11,6 +11,7 @@
 #include "library/FilePath.h"
 #include "library/SupportFolder.h"
 #include "player/OutletSetters.h"
+#include "ui/FilePanel.h"
 #include "ui/controls/FadingWindow.h"
 #include "ui/controls/MovieView.h"
 

@@ -17,10 +17,11 @@
 #include "sound/ToneControl.h"
 #include "ui/controls/Outlets.h"
 
-class QFileDialog;
 class QUrl;
 
 namespace qm {
+
+class FilePanel;
 
 // What the level meters lend to a load; without them the step is left out.
 struct LevelMeterHooks {
@@ -30,7 +31,7 @@ struct LevelMeterHooks {
 
 class TrackLoader {
 public:
-    using RunPanel = std::function<std::optional<QStringList>(QFileDialog&)>;
+    using RunPanel = std::function<std::optional<QStringList>(FilePanel&)>;
 
     TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
                 PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, Notices& notices,

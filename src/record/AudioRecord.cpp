@@ -2,7 +2,6 @@
 
 #include <QFile>
 
-#include "library/SupportFolder.h"
 #include "player/OutletSetters.h"
 #include "record/Capture.h"
 #include "record/ElapsedClock.h"
@@ -11,22 +10,12 @@
 
 namespace qm {
 
-namespace {
-
-constexpr QLatin1StringView kName{"Quillmere.mov"};
-constexpr QLatin1StringView kMusic{"/Music"};
-
-QString sourcePath() {
-    return homeFolder() + kSupportFolder + u'/' + kName;
-}
-
-}  // namespace
-
-AudioRecord::AudioRecord(CaptureEngine& engine)
+AudioRecord::AudioRecord(CaptureEngine& engine, Takes& takes)
     : recordingStatus(false),
       m_engine(engine),
+      m_takes(takes),
       m_runSavePanel([](QWidget* parent, const QString& folder, const QString& name) {
-          return runSavePanel(parent, folder, name);
+          return runKeepPanel(parent, folder, name);
       }) {}
 
 void AudioRecord::awakeFromNib(const AudioRecordOutlets& outlets) {
@@ -68,15 +57,15 @@ void AudioRecord::startAudioRecording() {
     audioRecordStartTime = m_now();
     recordingStatus = true;
     startRecordClock(*this, [this] { updateAudioRecordTime(); });
-    recordTo(*this, sourcePath());
+    recordTo(*this, takeInSupportFolder());
 }
 
 void AudioRecord::stopAudioRecording() {
     finishCapture(*this);
     stopRecordClock(*this);
-    const QString source = sourcePath();
-    if (const auto chosen = m_runSavePanel(recordingWindow, homeFolder() + kMusic, kName)) {
-        moveRecording(source, *chosen);
+    const QString source = takeInSupportFolder();
+    if (const auto chosen = m_runSavePanel(recordingWindow, musicFolder(), kTakeName)) {
+        m_takes.keep(source, *chosen);
     } else {
         if (recordingWindow) recordingWindow->hide();
         QFile::remove(source);

@@ -1,7 +1,7 @@
 // The stand-alone recorder with a panel of its own. It records into the program's support folder and asks, when it is
 // stopped, where to keep the recording. It differs from the main recorder in when it sets up, in how its button and its
 // flag follow one another, and in stopping its clock at once. Main thread only. What cannot be done does nothing and
-// leaves a log line.
+// leaves a log line; a recording that cannot be moved stays, and the user is told.
 #pragma once
 
 #include <QObject>
@@ -10,6 +10,7 @@
 
 #include "record/RecordedFile.h"
 #include "record/RecorderState.h"
+#include "record/Takes.h"
 
 class QWidget;
 
@@ -28,7 +29,7 @@ class AudioRecord : public QObject, public RecorderState, public AudioRecordOutl
     Q_OBJECT
 
 public:
-    explicit AudioRecord(CaptureEngine& engine);
+    AudioRecord(CaptureEngine& engine, Takes& takes);
 
     // Takes the outlets and the names of the button's two images.
     void awakeFromNib(const AudioRecordOutlets& outlets);
@@ -52,6 +53,7 @@ public slots:
 
 private:
     CaptureEngine& m_engine;
+    Takes& m_takes;
     RunSavePanel m_runSavePanel;
     std::function<QDateTime()> m_now = QDateTime::currentDateTimeUtc;
 };

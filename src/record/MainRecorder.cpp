@@ -4,7 +4,6 @@
 #include <QFile>
 #include <QUrl>
 
-#include "library/SupportFolder.h"
 #include "player/OutletSetters.h"
 #include "record/Capture.h"
 #include "record/ElapsedClock.h"
@@ -13,25 +12,15 @@
 
 namespace qm {
 
-namespace {
-
-constexpr QLatin1StringView kDesktop{"/Desktop"};
-constexpr QLatin1StringView kName{"Quillmere.mov"};
-
-QString sourcePath() {
-    return homeFolder() + kDesktop + u'/' + kName;
-}
-
-}  // namespace
-
 MainRecorder::MainRecorder(PlayerState& state, MainRecorderState& recorder, const Outlets& outlets,
-                           CaptureEngine& engine)
+                           CaptureEngine& engine, Takes& takes)
     : m_state(state),
       m_recorder(recorder),
       m_outlets(outlets),
       m_engine(engine),
+      m_takes(takes),
       m_runSavePanel([](QWidget* parent, const QString& folder, const QString& name) {
-          return runSavePanel(parent, folder, name, sourcePath());
+          return runKeepPanel(parent, folder, name, takeOnDesktop());
       }) {}
 
 void MainRecorder::audioRecordOpen() {
@@ -53,7 +42,7 @@ void MainRecorder::audioStartRecord() {
     m_recorder.audioRecordStartTime = m_now();
     m_state.isRecording = true;
     startRecordClock(m_recorder, [this] { updateAudioRecorder(); });
-    m_recorder.audioRecordPath = sourcePath();
+    m_recorder.audioRecordPath = takeOnDesktop();
     recordTo(m_recorder, m_recorder.audioRecordPath);
     showImage(m_outlets.audioRecordButton, QStringLiteral("db_stop_recording_off.png"));
     showImage(m_outlets.audioRecordStatus, QStringLiteral("db_rec_ind_on.png"));
@@ -71,15 +60,15 @@ void MainRecorder::updateAudioRecorder() {
 // The clock is left to its next tick.
 void MainRecorder::audioStopRecord() {
     finishCapture(m_recorder);
-    const QString source = sourcePath();
-    const auto chosen = m_runSavePanel(m_outlets.audioRecordingWindow, homeFolder() + kDesktop, kName);
+    const QString source = takeOnDesktop();
+    const auto chosen = m_runSavePanel(m_outlets.audioRecordingWindow, desktopFolder(), kTakeName);
     if (!chosen) {
         if (m_outlets.audioRecordingWindow) m_outlets.audioRecordingWindow->hide();
         QFile::remove(source);
         return;
     }
     m_recorder.audioRecordPath = *chosen;
-    if (*chosen != source) moveRecording(source, *chosen);
+    if (*chosen != source) m_takes.keep(source, *chosen);
 }
 
 void MainRecorder::audioRecordClose() {

@@ -1,6 +1,7 @@
 // The main recorder: the record toggle of the main window, the Recording window and its clock. It records to the
 // desktop and asks, when it is stopped, where to keep the recording. It has nothing to do with what plays. Main thread
-// only. What cannot be done does nothing and leaves a log line; a set-up that has failed is not tried again.
+// only. What cannot be done does nothing and leaves a log line; a set-up that has failed is not tried again; a
+// recording that cannot be moved stays, and the user is told.
 #pragma once
 
 #include <QString>
@@ -9,6 +10,7 @@
 #include "app/PlayerState.h"
 #include "record/RecordedFile.h"
 #include "record/RecorderState.h"
+#include "record/Takes.h"
 #include "ui/controls/Outlets.h"
 
 class QUrl;
@@ -21,7 +23,8 @@ struct MainRecorderState : RecorderState {
 
 class MainRecorder {
 public:
-    MainRecorder(PlayerState& state, MainRecorderState& recorder, const Outlets& outlets, CaptureEngine& engine);
+    MainRecorder(PlayerState& state, MainRecorderState& recorder, const Outlets& outlets, CaptureEngine& engine,
+                 Takes& takes);
 
     void audioRecordOpen();   // shows the Recording window and prepares capture
     void audioStartRecord();  // starts, or stops
@@ -42,6 +45,7 @@ private:
     MainRecorderState& m_recorder;
     const Outlets& m_outlets;
     CaptureEngine& m_engine;
+    Takes& m_takes;
     RunSavePanel m_runSavePanel;
     std::function<QDateTime()> m_now = QDateTime::currentDateTimeUtc;
 };

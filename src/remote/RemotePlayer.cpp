@@ -123,9 +123,9 @@ void RemotePlayer::raise() {
     m_outlets.mainWindow->makeKeyAndOrderFront();
 }
 
-// Once the caller has its answer.
+// Once the caller has its answer. Not by the action, which may ask somebody who is not there.
 void RemotePlayer::quit() {
-    QTimer::singleShot(0, this, [this] { send("quit"); });
+    QTimer::singleShot(0, this, &RemotePlayer::quitRequested);
 }
 
 // --- what a remote sees ----------------------------------------------------------------------------------------------

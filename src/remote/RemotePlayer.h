@@ -51,6 +51,7 @@ public:
     void setClock(Clock clock) { m_clock = std::move(clock); }
 
 signals:
+    void quitRequested();
     void propertiesChanged(const QVariantMap& changed);
     void seeked(qlonglong position);
 

@@ -77,6 +77,8 @@ void ActionTable::bind(Slider* slider, const QString& slot) {
 
 void ActionTable::send(const QString& slot) {
     Q_ASSERT(QThread::currentThread() == thread());
+    const auto prepare = m_preparations.value(slot);
+    if (prepare && !prepare()) return;
     const ActionRow* row = actionRow(slot);
     const auto receiver = row ? m_receivers.find(row->owner) : m_receivers.end();
     QObject* target = receiver == m_receivers.end() ? nullptr : receiver->second;

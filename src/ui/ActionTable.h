@@ -50,6 +50,11 @@ public:
     // Who gets the rows of another owner.
     void setReceiver(ActionRow::Owner owner, QObject* receiver) { m_receivers[owner] = receiver; }
 
+    // What a key or a control of this action does before it sends it; false sends nothing.
+    void setPreparation(const QString& slot, std::function<bool()> prepare) {
+        m_preparations[slot] = std::move(prepare);
+    }
+
     void buildMenus();
     void bind(QAbstractButton* button, const QString& slot);  // sends it when clicked
     void bind(Slider* slider, const QString& slot);           // sends it whenever the user moves the slider
@@ -67,6 +72,7 @@ private:
 
     QMainWindow* m_window;
     std::map<ActionRow::Owner, QObject*> m_receivers;
+    QHash<QString, std::function<bool()>> m_preparations;
     QHash<QString, QAction*> m_actions;
     QHash<QString, QMenu*> m_menus;
 };

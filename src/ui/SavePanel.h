@@ -1,12 +1,13 @@
-// The panel that asks where to keep a file. Modal; main thread only.
+// The panels that ask where to keep a file. They make folders and nothing else. Modal; main thread only.
 #pragma once
 
-#include <QFileDialog>
 #include <optional>
+
+#include "ui/FilePanel.h"
 
 namespace qm {
 
-class SavePanel : public QFileDialog {
+class SavePanel : public FilePanel {
     Q_OBJECT
 
 public:
@@ -18,13 +19,20 @@ public:
 
     void accept() override;
 
+protected:
+    bool mayReplace(const QString& path) override;
+
 private:
     QString m_ownFile;
 };
 
-// The chosen path as it was typed, or none if the panel was cancelled. A name that is taken has to be confirmed, unless
-// it is that of `ownFile`.
-std::optional<QString> runSavePanel(QWidget* parent, const QString& folder, const QString& name,
-                                    const QString& ownFile = {});
+// The chosen path as it was typed, or none if the panel was cancelled. A name that is taken has to be confirmed.
+std::optional<QString> runSavePanel(QWidget* parent, const QString& folder, const QString& name);
+
+enum class AtDiscard { DeletesIt, KeepsIt };  // what becomes of a recording that is given no name
+
+// The same for a recording, of which the user is asked whether to keep it. The name of `ownFile` need not be confirmed.
+std::optional<QString> runKeepPanel(QWidget* parent, const QString& folder, const QString& name,
+                                    const QString& ownFile = {}, AtDiscard atDiscard = AtDiscard::DeletesIt);
 
 }  // namespace qm

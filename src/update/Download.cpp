@@ -9,20 +9,18 @@
 
 #include "engine/api/Log.h"
 #include "update/InputBlock.h"
+#include "update/UpdateServer.h"
 
 namespace qm {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr FetchLimits kImageLimits{15s, 30s, 20min, qint64(256) << 20};
-
-void writeAtomically(const QByteArray& content, const QString& path) {
+bool writeAtomically(const QByteArray& content, const QString& path) {
     QDir().mkpath(QFileInfo(path).path());
     QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit()) return;
+    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit()) return true;
     qmLog(QStringLiteral("downloadNewDiscImage: cannot write %1: %2").arg(path, file.errorString()).toStdString());
+    return false;
 }
 
 // What stands between this machine and the network may answer with a page of its own.
@@ -37,24 +35,25 @@ Result<QByteArray> fetchImage(const Fetch& fetch, const QUrl& image) {
     return content;
 }
 
-void fetchAndWrite(const Fetch& fetch, const QUrl& image, const QString& path) {
+bool fetchAndWrite(const Fetch& fetch, const QUrl& image, const QString& path) {
     const Result<QByteArray> content = fetchImage(fetch, image);
-    if (content)
-        writeAtomically(content.value(), path);
-    else
-        qmLog("downloadNewDiscImage: cannot read " + image.toString().toStdString() + ": " + content.error().message);
+    if (content) return writeAtomically(content.value(), path);
+    qmLog("downloadNewDiscImage: cannot read " + image.toString().toStdString() + ": " + content.error().message);
+    return false;
 }
 
 }  // namespace
 
-void download(const Fetch& fetch, const QUrl& image, const QString& path) {
-    const std::unique_ptr<QThread> worker(QThread::create([&] { fetchAndWrite(fetch, image, path); }));
+bool download(const Fetch& fetch, const QUrl& image, const QString& path) {
+    bool done = false;
+    const std::unique_ptr<QThread> worker(QThread::create([&] { done = fetchAndWrite(fetch, image, path); }));
     const InputBlock block;
     QEventLoop loop;
     QObject::connect(worker.get(), &QThread::finished, &loop, &QEventLoop::quit);
     worker->start();
     loop.exec();
     worker->wait();
+    return done;
 }
 
 }  // namespace qm

@@ -18,10 +18,6 @@ namespace qm {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr FetchLimits kDescriptionLimits{10s, 10s, 30s, qint64(256) << 10, true};
-
 UpdateDescription latestDescription(const Fetch& fetch) {
     const QUrl url = updateUrl(kDescriptionPath);
     const auto failed = [&](const Error& error) {
@@ -128,10 +124,10 @@ void SoftwareUpdater::doDownloadUpdate() {
 void SoftwareUpdater::downloadNewDiscImage() {
     downloadOnDesktop = false;
     const QString home = m_services.homeFolder();
-    if (home.isEmpty())
-        qmLog("downloadNewDiscImage: no home folder");
-    else
-        download(m_services.fetch, updateUrl(kDiscImagePath), home + QStringLiteral("/Desktop/Quillmere.dmg"));
+    if (home.isEmpty()) qmLog("downloadNewDiscImage: no home folder");
+    const QString image = home + QStringLiteral("/Desktop/Quillmere.dmg");
+    if (home.isEmpty() || !download(m_services.fetch, updateUrl(kDiscImagePath), image))
+        m_services.tell(tr("The update could not be downloaded"));
     if (updateProgress) {
         updateProgress->stopAnimation();
         updateProgress->hide();

@@ -1,6 +1,7 @@
 // Looks for a newer release of the program, says so in a panel of its own, and downloads the release's disc image.
-// An updater is made for each check and never deleted: its check may outlive everything that is waited for. No failure
-// reaches the user; each leaves a log line. Main thread, but for checkForUpdate().
+// An updater is made for each check and never deleted: its check may outlive everything that is waited for. A check
+// that fails finds nothing newer; of a download that fails the panel says what it says of all, and the user is told
+// beside it. Each failure leaves a log line. Main thread, but for checkForUpdate().
 #pragma once
 
 #include <QObject>
@@ -20,7 +21,8 @@ struct UpdateServices {
     std::function<std::optional<bool>()> storedUpdateCheck;  // the preference "SoftwareUpdateCheck"
     std::function<void(const QUrl&)> openURL;                // in the user's web browser
     std::function<QString()> homeFolder;
-    Fetch fetch;  // called on a worker thread
+    Fetch fetch;                               // called on a worker thread
+    std::function<void(const QString&)> tell;  // the user, outside the panel
 };
 
 class SoftwareUpdater : public QObject, public UpdateOutlets {

@@ -98,3 +98,21 @@ TEST_CASE("space answers nothing, return presses the default button") {
               QApplication::sendEvent(&box, &enter);
           }) == 1000);
 }
+
+TEST_CASE("the button that destroys is marked, which is the first unless another one is said to") {
+    const auto marked = [](int destroying) {
+        QStringList titles;
+        QTimer::singleShot(0, [&] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            REQUIRE(box != nullptr);
+            for (QAbstractButton* candidate : box->buttons())
+                if (candidate->property("destroys").toBool()) titles << candidate->text();
+            box->reject();
+        });
+        const QStringList buttons{"Finish", "Quit now", "Cancel"};
+        CHECK(runWarningAlert(nullptr, "Really?", buttons, {}, destroying) == 1002);
+        return titles;
+    };
+    CHECK(marked(kAlertFirstButtonReturn) == QStringList{"Finish"});
+    CHECK(marked(kAlertFirstButtonReturn + 1) == QStringList{"Quit now"});
+}

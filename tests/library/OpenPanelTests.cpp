@@ -3,12 +3,12 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
-#include <QFileDialog>
 #include <QFileSystemModel>
 #include <QTemporaryDir>
 
 #include "library/FileAcceptance.h"
 #include "support/widgets/ControllerFixture.h"
+#include "ui/FilePanel.h"
 
 using namespace qm;
 
@@ -63,7 +63,7 @@ TEST_CASE("the panel offers an extension only as the list writes it, and every f
 TEST_CASE_FIXTURE(ControllerFixture, "a cancelled panel changes nothing") {
     startWithLoadedTrack();
     const Events before = everything();
-    controller->trackLoader().setRunPanel([](QFileDialog&) -> std::optional<QStringList> { return std::nullopt; });
+    controller->trackLoader().setRunPanel([](FilePanel&) -> std::optional<QStringList> { return std::nullopt; });
     controller->openFile();
     CHECK(everything() == before);
     CHECK(log.events().empty());
@@ -72,7 +72,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "a cancelled panel changes nothing") {
 
 TEST_CASE_FIXTURE(ControllerFixture, "chosen files are added in the panel's order, the last ends on top and loaded") {
     startWithRows({"/music/old.wav"});
-    controller->trackLoader().setRunPanel([](QFileDialog&) {
+    controller->trackLoader().setRunPanel([](FilePanel&) {
         return std::optional(QStringList{"/music/b.mp3", "/music/a.mp3"});
     });
     controller->openFile();
@@ -86,14 +86,14 @@ TEST_CASE_FIXTURE(ControllerFixture, "a chosen link is added as the file behind 
     makeFile(home.path() + "/real.mp3");
     REQUIRE(QFile::link(home.path() + "/real.mp3", home.path() + "/alias.mp3"));
     controller->trackLoader().setRunPanel(
-        [this](QFileDialog&) { return std::optional(QStringList{home.path() + "/alias.mp3"}); });
+        [this](FilePanel&) { return std::optional(QStringList{home.path() + "/alias.mp3"}); });
     controller->openFile();
     CHECK(controller->trackArray.at(0) == QFileInfo(home.path() + "/real.mp3").canonicalFilePath());
 }
 
 TEST_CASE_FIXTURE(ControllerFixture, "a file whose extension the panel does not offer is not opened when typed") {
     start();
-    controller->trackLoader().setRunPanel([](QFileDialog&) {
+    controller->trackLoader().setRunPanel([](FilePanel&) {
         return std::optional(QStringList{"/music/a.Mp3", "/music/b.mp3"});
     });
     controller->openFile();
@@ -105,7 +105,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "the panel opens where files were last chos
     QStringList folders;
     const QString music = home.path() + "/music";
     QDir().mkpath(music);
-    controller->trackLoader().setRunPanel([&](QFileDialog& panel) {
+    controller->trackLoader().setRunPanel([&](FilePanel& panel) {
         folders.append(panel.directory().path());
         return std::optional(QStringList{music + "/b.mp3"});
     });

@@ -182,6 +182,27 @@ TEST_CASE_FIXTURE(ExportFixture, "a thread that is slow to notice the end is wai
     CHECK(log.count("export given up") == 0);
 }
 
+TEST_CASE_FIXTURE(ExportFixture, "who wants to hears once how an export ends") {
+    std::vector<TrackExport::End> ends;
+    const auto hear = [&] { controller->trackExport().setAtEnd([&](TrackExport::End end) { ends.push_back(end); }); };
+    CHECK_FALSE(controller->trackExport().isExporting());
+    for (const bool written : {true, false}) {
+        FakeExport& export_ = exporting();
+        CHECK(controller->trackExport().isExporting());
+        hear();
+        export_.written = written;
+        export_.finished = true;
+        look();
+    }
+    exporting();
+    hear();
+    controller->cancelExport();
+    exporting().finished = true;
+    look();
+    using End = TrackExport::End;
+    CHECK((ends == std::vector{End::Written, End::Failed, End::Cancelled}));
+}
+
 TEST_CASE_FIXTURE(ExportFixture, "another track can be loaded while one is being written") {
     exporting();
     controller->loadFileAdd("/music/two.wav", false);

@@ -24,7 +24,7 @@ reserved='
 ^QDBus                  ^remote/
 ^(Q[A-Z]|Qt)            ^(app|ui|library|player|sound|record|update|remote)/
 ^QtWidgets$             ^$
-^Q(Network|Ssl|Tcp|Http) ^update/network/
+^(curl/|Q(Network|Ssl|Tcp|Http)) ^update/network/
 '
 
 includes() {  # lines: file, " or <, included name

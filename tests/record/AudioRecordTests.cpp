@@ -23,7 +23,10 @@ struct StandAlone {
     QWidget window;
     AudioRecordOutlets outlets{&window, new ImageButton(QStringLiteral("as laid out"), &window),
                                new TimeLabel(QStringLiteral("00:00:00"), &window)};
-    AudioRecord recorder{capture};
+    Notices notices;
+    Outlets controls;
+    Takes takes{notices, controls};
+    AudioRecord recorder{capture, takes};
     QString source = home.supportFolder() + QStringLiteral("/Quillmere.mov");
     QDateTime now = QDateTime::fromMSecsSinceEpoch(1'700'000'000'000);
 
@@ -53,7 +56,7 @@ const QString kStopImage = QStringLiteral("RecordingControls_Stop.png");
 }  // namespace
 
 TEST_CASE_FIXTURE(StandAlone, "a new recorder is idle and takes its two images when it wakes") {
-    AudioRecord fresh(capture);
+    AudioRecord fresh(capture, takes);
     CHECK_FALSE(fresh.recordingStatus);
     CHECK(fresh.recordImage.isEmpty());
     fresh.awakeFromNib(outlets);

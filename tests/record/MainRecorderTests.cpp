@@ -244,10 +244,14 @@ TEST_CASE_FIXTURE(RecorderFixture, "another name moves the recording there, in t
     CHECK(log.count("log ") == 0);
 }
 
-TEST_CASE_FIXTURE(RecorderFixture, "a move that fails keeps the recording and leaves a log line only") {
+TEST_CASE_FIXTURE(RecorderFixture,
+                  "a move that fails keeps the recording, leaves a log line and a notice, and asks nothing") {
+    QStringList told;
+    QObject::connect(&player.notices(), &Notices::told, &player, [&](const Notice& notice) { told << notice.text; });
     record();
     dialogs.savePath = home.path() + QStringLiteral("/no such folder/take.mov");
     player.audioStartRecord();
+    CHECK(told.size() == 1);
     CHECK(player.audioRecordPath == *dialogs.savePath);
     CHECK(contentOf(source) == "recording 1");
     CHECK(log.count("log the recording stays in " + source.toStdString()) == 1);

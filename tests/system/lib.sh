@@ -214,11 +214,19 @@ stop_take() {
 }
 
 find_save_panel() {
-    windows_named '^Save$' | grep .
+    windows_named '^Keep the recording[?]$' | grep .
 }
 
 no_save_panel() {
     ! find_save_panel
+}
+
+# plays FILE.mov FRAMES: another program reads it to its end without a complaint, and finds at least so many frames.
+plays() {
+    local said frames
+    said=$(ffmpeg -hide_banner -v error -i "$1" -f s16le -ac 2 - 2>&1 >"$stage/played.raw" </dev/null) || return 1
+    frames=$(($(stat -c %s "$stage/played.raw") / 4))
+    [ -z "$said" ] && [ "$frames" -ge "$2" ]
 }
 
 # analyse_take FILE.mov: as analyse, of the sound that another program finds in the file.

@@ -1,6 +1,6 @@
 // update_server FOLDER MAJOR MINOR BUILD: announces that release to the program under test. Of FOLDER/Quillmere.dmg it
-// sends the first half at once and the rest when FOLDER/go is there. It leaves its address in FOLDER/address when it
-// listens, and adds each path that it is asked for to FOLDER/requests.
+// sends the first half at once, as a chunk, and the rest when FOLDER/go is there. It leaves its address in
+// FOLDER/address when it listens, and adds each path that it is asked for to FOLDER/requests.
 #include <QCoreApplication>
 #include <QFile>
 #include <cstdio>
@@ -26,10 +26,15 @@ QByteArray description(char** numbers) {
     return R"(<?xml version="1.0" encoding="UTF-8"?><plist version="1.0"><dict>)" + entries + "</dict></plist>";
 }
 
+QByteArray chunk(const QByteArray& content) {
+    return QByteArray::number(content.size(), 16) + "\r\n" + content + "\r\n";
+}
+
+// In two chunks, without its length.
 qm::Answer inTwoHalves(const QByteArray& content, std::function<bool()> mayEnd) {
-    const QByteArray whole = qm::page(content).beginning;
-    const qsizetype half = whole.size() - content.size() / 2;
-    return {whole.left(half), {}, 20, true, whole.mid(half), std::move(mayEnd)};
+    const QByteArray header = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
+    const qsizetype half = content.size() / 2;
+    return {header + chunk(content.left(half)), {}, 20, true, chunk(content.mid(half)) + chunk({}), std::move(mayEnd)};
 }
 
 }  // namespace

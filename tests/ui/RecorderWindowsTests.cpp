@@ -2,6 +2,7 @@
 
 #include <doctest/doctest.h>
 
+#include <QFile>
 #include <QImage>
 #include <QShortcut>
 
@@ -24,7 +25,7 @@ namespace {
 struct RecorderDesk {
     ControllerFixture fixture;
     QMController& controller = fixture.init();
-    AudioRecord audioRecord{fixture.capture};
+    AudioRecord audioRecord{fixture.capture, controller.takes()};
     Outlets outlets;
     AudioRecordOutlets recorderOutlets;
     MainWindow window{outlets, &controller};
@@ -190,16 +191,27 @@ TEST_CASE_FIXTURE(RecorderDesk, "closing the recording window in any way is the 
     CHECK(fixture.log.count("save panel") == 3);
 }
 
-TEST_CASE_FIXTURE(RecorderDesk, "closing the recorder's panel only hides it") {
+TEST_CASE_FIXTURE(RecorderDesk, "closing the recorder's panel stops a recording and asks before the panel goes") {
+    fixture.dialogs.savePath = fixture.home.supportFolder() + QStringLiteral("/Quillmere.mov");
     send("displayAudioRecordWindow");
     send("toggleRecordSession");
+    fixture.log.take();
+    fixture.log.atEvent = [&](const std::string&) { CHECK(recorder.isVisible()); };
+    recorder.close();
+    fixture.log.atEvent = {};
+    CHECK(fixture.log.count("save panel") == 1);
+    CHECK_FALSE(recorder.isVisible());
+    CHECK_FALSE(audioRecord.recordingStatus);
+    CHECK(QFile::exists(*fixture.dialogs.savePath));
+}
+
+TEST_CASE_FIXTURE(RecorderDesk, "closing the recorder's panel without a recording only hides it") {
+    send("displayAudioRecordWindow");
+    fixture.log.take();
     recorder.close();
     CHECK_FALSE(recorder.isVisible());
-    CHECK(audioRecord.recordingStatus);
-    fixture.log.take();
-    send("displayAudioRecordWindow");
-    CHECK(recorder.isVisible());
     CHECK(fixture.log.take().empty());
+    CHECK(audioRecord.captureSession->isRunning());
 }
 
 TEST_CASE_FIXTURE(RecorderDesk, "the tool is lit while the recording window is shown") {

@@ -3,6 +3,7 @@
 #include <doctest/doctest.h>
 
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QFile>
 #include <QMessageBox>
 #include <QPushButton>
@@ -72,4 +73,36 @@ TEST_CASE_FIXTURE(Folder, "a name without an extension is kept as it was typed")
     SavePanel panel(nullptr, path, QStringLiteral("take"));
     save(panel);
     CHECK(panel.selectedFiles() == QStringList{path + "/take"});
+}
+
+TEST_CASE_FIXTURE(Folder, "after a recording the panel asks whether to keep it, and Discard is marked") {
+    QStringList said;
+    bool destroys = false;
+    QTimer::singleShot(0, [&] {
+        auto* panel = qobject_cast<SavePanel*>(QApplication::activeModalWidget());
+        REQUIRE(panel);
+        auto* box = panel->findChild<QDialogButtonBox*>();
+        auto* discard = box->button(QDialogButtonBox::Cancel);
+        said = {panel->windowTitle(), box->button(QDialogButtonBox::Save)->text().remove(u'&'),
+                discard->text().remove(u'&')};
+        destroys = discard->property("destroys").toBool();
+        panel->reject();
+    });
+    CHECK_FALSE(runKeepPanel(nullptr, path, QStringLiteral("Quillmere.mov")));
+    CHECK(said == QStringList{"Keep the recording?", "Keep", "Discard"});
+    CHECK(destroys);
+}
+
+TEST_CASE_FIXTURE(Folder, "a recording that is only offered can be left for later") {
+    QString said;
+    QTimer::singleShot(0, [&] {
+        auto* panel = qobject_cast<SavePanel*>(QApplication::activeModalWidget());
+        REQUIRE(panel);
+        auto* later = panel->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Cancel);
+        said = later->text().remove(u'&');
+        CHECK_FALSE(later->property("destroys").toBool());
+        panel->accept();
+    });
+    CHECK(runKeepPanel(nullptr, path, QStringLiteral("take.mov"), {}, AtDiscard::KeepsIt) == path + "/take.mov");
+    CHECK(said == "Not Now");
 }

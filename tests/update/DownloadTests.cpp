@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QThread>
 #include <QWindow>
+#include <utility>
 
 #include "support/widgets/Gestures.h"
 #include "support/widgets/TestText.h"
@@ -18,6 +19,8 @@ namespace {
 
 const char* const kDownloaded =
     "A disc image containing the new version of Quillmere has been downloaded to your desktop.";
+
+const char* const kNotDownloaded = "The update could not be downloaded";
 
 void onMainThread(const std::function<void()>& act) {
     QMetaObject::invokeMethod(qApp, act, Qt::BlockingQueuedConnection);
@@ -59,6 +62,7 @@ TEST_CASE_FIXTURE(Desktop, "Download puts the disc image on the desktop and says
     CHECK(take() == Events{"fetch /Download/Quillmere.dmg"});
     CHECK(imageContent() == content);
     CHECK(files() == QStringList{"Quillmere.dmg"});
+    CHECK(told.isEmpty());
     CHECK_FALSE(QFile::permissions(image()).testAnyFlags(QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther));
     CHECK(updater->updateMsg->text() == kDownloaded);
     CHECK(updater->downloadOnDesktop);
@@ -76,7 +80,7 @@ TEST_CASE_FIXTURE(Desktop, "an image of that name is replaced") {
     CHECK(imageContent() == "new");
 }
 
-TEST_CASE_FIXTURE(Desktop, "a failed download writes nothing, and ends as any other") {
+TEST_CASE_FIXTURE(Desktop, "a failed download writes nothing, ends as any other and is told") {
     for (const bool formerImage : {false, true}) {
         if (formerImage) putImage("former");
         const auto updater = checked(description(6, 0, 0));
@@ -86,6 +90,7 @@ TEST_CASE_FIXTURE(Desktop, "a failed download writes nothing, and ends as any ot
                                    updateUrl(kDiscImagePath).toString().toStdString() + ": no answer");
         CHECK(files() == (formerImage ? QStringList{"Quillmere.dmg"} : QStringList()));
         CHECK(imageContent() == (formerImage ? "former" : ""));
+        CHECK(std::exchange(told, {}) == QStringList{kNotDownloaded});
         CHECK(updater->updateMsg->text() == kDownloaded);
         CHECK(updater->downloadOnDesktop);
         CHECK(updater->updateProgress->isHidden());
@@ -99,17 +104,19 @@ TEST_CASE_FIXTURE(Desktop, "a web page in the place of the image is a failed dow
         answer = [page] { return QByteArray(page); };
         updater->doDownloadUpdate();
         CHECK(imageContent() == "former");
+        CHECK(std::exchange(told, {}) == QStringList{kNotDownloaded});
         CHECK(updater->updateMsg->text() == kDownloaded);
     }
 }
 
-TEST_CASE_FIXTURE(Desktop, "an image that cannot be written leaves a log line") {
+TEST_CASE_FIXTURE(Desktop, "an image that cannot be written leaves a log line and is told") {
     QFile inTheWay(home.path() + QStringLiteral("/Desktop"));
     REQUIRE(inTheWay.open(QIODevice::WriteOnly));
     const auto updater = checked(description(6, 0, 0));
     answer = [] { return QByteArray("new"); };
     updater->doDownloadUpdate();
     CHECK(eventCount("log downloadNewDiscImage: cannot write ") == 1);
+    CHECK(told == QStringList{kNotDownloaded});
     CHECK(updater->updateMsg->text() == kDownloaded);
 }
 

@@ -25,8 +25,7 @@ QByteArray contentOf(const QString& path) {
 // A key and a certificate for this machine, made for one test.
 struct Identity {
     Identity() {
-        const QString key = folder.filePath(QStringLiteral("key")),
-                      name = folder.filePath(QStringLiteral("certificate"));
+        const QString key = folder.filePath(QStringLiteral("key"));
         const QStringList arguments{"req",
                                     "-x509",
                                     "-newkey",
@@ -43,13 +42,14 @@ struct Identity {
                                     "-keyout",
                                     key,
                                     "-out",
-                                    name};
+                                    file};
         REQUIRE(QProcess::execute(QStringLiteral("openssl"), arguments) == 0);
         privateKey = QSslKey(contentOf(key), QSsl::Ec);
-        certificate = QSslCertificate(contentOf(name));
+        certificate = QSslCertificate(contentOf(file));
         REQUIRE_FALSE(certificate.isNull());
     }
     QTemporaryDir folder;
+    QString file = folder.filePath(QStringLiteral("certificate"));
     QSslKey privateKey;
     QSslCertificate certificate;
 };
@@ -63,7 +63,7 @@ std::unique_ptr<QTcpServer> secureServer(const Identity& identity) {
     return server;
 }
 
-// A secure server and an open one, and what this process trusts as it was before.
+// A secure server and an open one.
 struct TwoServers {
     TwoServers() {
         REQUIRE(secure.listen());
@@ -71,16 +71,11 @@ struct TwoServers {
         secure.answers["/it"] = page("secure");
         open.answers["/it"] = page("open");
     }
-    ~TwoServers() { QSslConfiguration::setDefaultConfiguration(before); }
+    ~TwoServers() { qunsetenv("SSL_CERT_FILE"); }
 
-    void trust() const {
-        QSslConfiguration trusting = before;
-        trusting.addCaCertificate(identity.certificate);
-        QSslConfiguration::setDefaultConfiguration(trusting);
-    }
+    void trust() const { qputenv("SSL_CERT_FILE", QFile::encodeName(identity.file)); }
     QUrl secureUrl(const QByteArray& path) const { return secure.url(path, QStringLiteral("https")); }
 
-    QSslConfiguration before = QSslConfiguration::defaultConfiguration();
     Identity identity;
     LocalServer secure{secureServer(identity)};
     LocalServer open;

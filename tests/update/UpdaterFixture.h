@@ -58,6 +58,7 @@ public:
             note("fetch " + url.path().toStdString());
             return answer();
         };
+        services.tell = [this](const QString& text) { told << text; };
         return std::make_unique<SoftwareUpdater>(std::move(services));
     }
 
@@ -89,6 +90,7 @@ public:
     }
 
     QTemporaryDir home;
+    QStringList told;  // the user, outside the panel
     FadingWindow mainWindow;
     bool panelCanBeMade = true;
     std::optional<bool> stored;

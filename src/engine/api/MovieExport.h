@@ -10,6 +10,7 @@ public:
 
     virtual double progress() const = 0;  // 0 to 1
     virtual bool isFinished() const = 0;  // the file is there, whole; or nothing is, and nothing will be
+    virtual bool isWritten() const = 0;   // the first of the two
     virtual void cancel() = 0;            // returns at once; what has been written is gone
 };
 

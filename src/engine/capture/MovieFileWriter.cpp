@@ -8,7 +8,10 @@
 #include <cerrno>
 #include <cmath>
 #include <cstring>
+#include <filesystem>
 #include <limits>
+#include <thread>
+#include <utility>
 
 #include "engine/capture/MovieHeader.h"
 
@@ -52,7 +55,8 @@ std::size_t writeAt(int descriptor, std::int64_t position, const char* bytes, st
 Result<std::unique_ptr<MovieFileWriter>> MovieFileWriter::create(const std::string& path, int sampleRate) {
     const int descriptor = open(path.c_str(), O_CREAT | O_TRUNC | O_WRONLY | O_CLOEXEC, 0666);
     if (descriptor < 0) return systemError();
-    std::unique_ptr<MovieFileWriter> writer(new MovieFileWriter(descriptor, sampleRate));
+    const std::string folder = std::filesystem::path(path).parent_path();
+    std::unique_ptr<MovieFileWriter> writer(new MovieFileWriter(descriptor, sampleRate, folder.empty() ? "." : folder));
     writer->m_soundBegins = static_cast<std::int64_t>(movieHeader({sampleRate, 0, false}).size());
     if (!writer->writeHeader(false)) return systemError();
     return writer;
@@ -69,7 +73,9 @@ std::optional<Error> MovieFileWriter::append(std::span<const StereoFrame> frames
         frames = frames.subspan(block.size());
     }
     const auto due = static_cast<std::uint32_t>(m_sampleRate / kHeadersPerSecond);
-    if (m_frames - m_framesInHeader >= due && !writeHeader(false)) return systemError();
+    if (m_frames - m_framesInHeader < due) return std::nullopt;
+    syncSound();
+    if (!writeHeader(false)) return systemError();
     return std::nullopt;
 }
 
@@ -97,13 +103,28 @@ bool MovieFileWriter::writeHeader(bool finished) {
     return true;
 }
 
+// A file system that cannot do it is no reason to stop recording.
+void MovieFileWriter::syncSound() {
+    fdatasync(m_descriptor);
+    if (m_folder.empty()) return;
+    const int folder = open(m_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder >= 0) {
+        fsync(folder);
+        close(folder);
+    }
+    m_folder.clear();
+}
+
 void MovieFileWriter::finish() {
     if (m_descriptor < 0) return;
     writeHeader(true);
     const std::int64_t end = m_soundBegins + std::int64_t{m_frames} * kRecordedFrameBytes;
     [[maybe_unused]] const int cut = ftruncate(m_descriptor, static_cast<off_t>(end));
-    close(m_descriptor);
-    m_descriptor = -1;
+    const int descriptor = std::exchange(m_descriptor, -1);
+    std::thread([descriptor] {
+        fsync(descriptor);
+        close(descriptor);
+    }).detach();
 }
 
 }  // namespace qm

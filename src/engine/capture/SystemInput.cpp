@@ -1,5 +1,6 @@
 // The system's default input through cubeb. What was learnt about the library:
-// - a server without any microphone offers what it plays itself as its default input, which is none;
+// - a server without any other source offers what it plays itself as its default input, which is none; where there is
+//   another, it is the default only because the user wants it;
 // - when a microphone vanishes, a server may go on with another input, even with that one, and the stream says nothing
 //   of it: so the device is watched;
 // - after an error neither stream nor context is of use any more: the owner drops the whole input and opens another.
@@ -19,19 +20,18 @@ namespace {
 constexpr double kLatencySeconds = 0.025;
 constexpr int kHighestRate = 48000, kUsualRate = 48000;
 
-std::optional<CubebDevice> preferredOf(cubeb* context, cubeb_device_type type) {
-    const auto devices = devicesOf(context, type);
+std::optional<CubebDevice> preferredOf(const std::vector<CubebDevice>& devices) {
     const auto found =
         std::find_if(devices.begin(), devices.end(), [](const CubebDevice& device) { return device.preferred; });
     return found == devices.end() ? std::nullopt : std::optional(*found);
 }
 
 std::optional<CubebDevice> preferredInput(cubeb* context) {
-    const auto input = preferredOf(context, CUBEB_DEVICE_TYPE_INPUT);
-    if (!input) return std::nullopt;
-    const auto output = preferredOf(context, CUBEB_DEVICE_TYPE_OUTPUT);
-    if (output && input->id == output->id + ".monitor") return std::nullopt;
-    return input;
+    const auto inputs = devicesOf(context, CUBEB_DEVICE_TYPE_INPUT);
+    if (inputs.size() != 1) return preferredOf(inputs);
+    const auto output = preferredOf(devicesOf(context, CUBEB_DEVICE_TYPE_OUTPUT));
+    if (output && inputs.front().id == output->id + ".monitor") return std::nullopt;
+    return preferredOf(inputs);
 }
 
 int recordingRate(int deviceRate) {

@@ -41,6 +41,7 @@ void FileExport::run(std::shared_ptr<const FileBytes> source, float preferredRat
         const std::string reason = m_monitor.cancelled ? "cancelled" : failure->message;
         qmLog("cannot export to " + m_target->name() + ": " + reason);
     }
+    m_written = !failure;
     m_finished = true;
 }
 

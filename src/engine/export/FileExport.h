@@ -18,6 +18,7 @@ public:
 
     double progress() const override { return m_monitor.progress; }
     bool isFinished() const override { return m_finished; }
+    bool isWritten() const override { return m_written; }
     void cancel() override;
 
 private:
@@ -26,6 +27,7 @@ private:
     std::unique_ptr<TargetFile> m_target;  // null where none could be made
     ExportMonitor m_monitor;
     std::atomic<bool> m_finished = false;
+    std::atomic<bool> m_written = false;
     std::thread m_thread;
 };
 

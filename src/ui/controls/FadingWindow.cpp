@@ -31,6 +31,10 @@ void FadingWindow::setAcceptsKeys(bool accepts) {
 }
 
 void FadingWindow::closeEvent(QCloseEvent* event) {
+    if (mayClose && !mayClose()) {
+        event->ignore();
+        return;
+    }
     if (willClose) willClose();
     event->accept();
 }

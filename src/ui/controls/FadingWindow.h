@@ -23,6 +23,7 @@ public:
     void refuseKeys() { setAcceptsKeys(false); }
 
     bool keyWindow = false;           // makeKeyAndOrderFront() was called
+    std::function<bool()> mayClose;   // asked before; false keeps the window open
     std::function<void()> willClose;  // called once as the window closes, before it is hidden
 
 signals:

@@ -32,8 +32,10 @@ ExportPanel::ExportPanel(Outlets& outlets, ActionTable& actions, QWidget* mainWi
     auto* name = new TextLabel({}, uiFont(15, 600), tokens::kText, this);
     name->setObjectName(QStringLiteral("exportName"));
     name->setGeometry(kSide, kNameTop, kInside, kNameHeight);
-    auto* hint = new TextLabel(tr("You can go on playing."), uiFont(13), tokens::kText2, this);
-    hint->setGeometry(kSide, kHintTop, kInside, kHintHeight);
+    m_hint = new TextLabel({}, uiFont(13), tokens::kText2, this);
+    m_hint->setObjectName(QStringLiteral("exportHint"));
+    setQuitsAfterwards(false);
+    m_hint->setGeometry(kSide, kHintTop, kInside, kHintHeight);
     auto* bar = new ProgressBar(this);
     bar->setObjectName(QStringLiteral("exportProgress"));
     bar->setAccessibleName(tr("Exported"));
@@ -47,6 +49,10 @@ ExportPanel::ExportPanel(Outlets& outlets, ActionTable& actions, QWidget* mainWi
     outlets.exportPanel = this;
     outlets.exportName = name;
     outlets.exportProgress = bar;
+}
+
+void ExportPanel::setQuitsAfterwards(bool quits) {
+    m_hint->setText(quits ? tr("Quillmere quits when it is done.") : tr("You can go on playing."));
 }
 
 // Over the play list, where nothing moves.

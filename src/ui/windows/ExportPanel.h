@@ -8,11 +8,16 @@
 
 namespace qm {
 
+class TextLabel;
+
 class ExportPanel : public ToolPanel {
     Q_OBJECT
 
 public:
     ExportPanel(Outlets& outlets, ActionTable& actions, QWidget* mainWindow);
+
+    // What becomes of the program when the export is done.
+    void setQuitsAfterwards(bool quits);
 
 protected:
     QPoint firstPlace() const override;
@@ -21,6 +26,7 @@ protected:
 
 private:
     ActionTable& m_actions;
+    TextLabel* m_hint;
 };
 
 }  // namespace qm

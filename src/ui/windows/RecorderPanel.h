@@ -44,6 +44,7 @@ public:
 protected:
     RecorderPanel(const QString& title, const QString& name, QWidget* mainWindow, Signs signs);
 
+    bool isRecording() const { return m_signs().recording; }
     void buildFoot(int height, const QString& hint);
     virtual void showSigns(const RecorderSigns& signs);
 

@@ -85,7 +85,8 @@ void RecordingWindow::closeEvent(QCloseEvent* event) {
 }
 
 RecorderWindow::RecorderWindow(AudioRecordOutlets& outlets, ActionTable& actions, QWidget* mainWindow, Signs signs)
-    : RecorderPanel(tr("Recorder"), QStringLiteral("recordingWindow"), mainWindow, std::move(signs)) {
+    : RecorderPanel(tr("Recorder"), QStringLiteral("recordingWindow"), mainWindow, std::move(signs)),
+      m_actions(actions) {
     setFixedSize(kRecorderSize);
     m_button->setObjectName(QStringLiteral("recordingStartStopButton"));
     m_button->setGeometry(QRect(kRecorderButton, m_button->sizeHint()));
@@ -99,6 +100,11 @@ RecorderWindow::RecorderWindow(AudioRecordOutlets& outlets, ActionTable& actions
     outlets.recordingWindow = this;
     outlets.recordingStartStopButton = m_button;
     outlets.audioRecordingTime = m_time;
+}
+
+void RecorderWindow::closeEvent(QCloseEvent* event) {
+    if (isRecording()) m_actions.send(QStringLiteral("toggleRecordSession"));
+    RecorderPanel::closeEvent(event);
 }
 
 }  // namespace qm

@@ -32,6 +32,12 @@ class RecorderWindow : public RecorderPanel {
 
 public:
     RecorderWindow(AudioRecordOutlets& outlets, ActionTable& actions, QWidget* mainWindow, Signs signs);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;  // stops a recording first, which asks where to keep it
+
+private:
+    ActionTable& m_actions;
 };
 
 }  // namespace qm

@@ -1,109 +1,178 @@
 #include "update/network/NetworkFetch.h"
 
-#include <QEventLoop>
-#include <QHostAddress>
-#include <QNetworkAccessManager>
-#include <QNetworkProxy>
-#include <QNetworkReply>
-#include <QTimer>
+#include <curl/curl.h>
+
+#include <QDeadlineTimer>
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <mutex>
 
 namespace qm {
 
 namespace {
 
 constexpr int kMostRedirections = 5;
-constexpr int kSuccess = 200;
+constexpr long kSuccess = 200;
+constexpr std::size_t kLongestHeader = std::size_t{256} << 10;  // bytes
 
-// The content is taken as it was sent, over one plain connection: its length can be checked, and nothing unpacks.
-QNetworkRequest requestFor(const QUrl& url) {
-    QNetworkRequest request(url);
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
-    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    request.setMaximumRedirectsAllowed(kMostRedirections);
-    request.setHeader(QNetworkRequest::UserAgentHeader, QByteArrayLiteral("Quillmere"));
-    request.setRawHeader("Accept-Encoding", "identity");
-    return request;
+struct EasyEnd {
+    void operator()(CURL* easy) const { curl_easy_cleanup(easy); }
+};
+struct MultiEnd {
+    void operator()(CURLM* multi) const { curl_multi_cleanup(multi); }
+};
+
+bool isSecure(const QUrl& url) {
+    return url.scheme() == u"https";
+}
+
+bool isWeb(const QUrl& url) {
+    return isSecure(url) || url.scheme() == u"http";
 }
 
 bool isThisMachine(const QString& host) {
-    return host == u"localhost" || QHostAddress(host).isLoopback();
+    return host == u"localhost" || host == u"::1" || host.startsWith(u"127.");
 }
 
-class Fetching : public QObject {
+// The library knows where an answer ends as the protocol says: by its length, by its last chunk, or with the connection
+// where neither is announced. What ends otherwise is an error. The limits of time and the redirections are ours.
+class Fetching {
 public:
-    explicit Fetching(const FetchLimits& limits) : m_limits(limits) {}
+    explicit Fetching(const FetchLimits& limits)
+        : m_limits(limits), m_total(limits.total), m_easy(curl_easy_init()), m_multi(curl_multi_init()) {}
 
-    void run(const QUrl& url);
+    void run(QUrl url);
 
     QByteArray content;
     QByteArray failure;
 
 private:
-    void answerBegins();
-    void takeContent();
-    void conclude();
+    static std::size_t headerCame(char* line, std::size_t, std::size_t size, void* fetching);
+    static std::size_t contentCame(char* piece, std::size_t, std::size_t size, void* fetching);
+    void prepare(const QUrl& url);
+    void perform();
+    CURLcode result() const;
+    QUrl redirection() const;
     QByteArray flaw() const;
     void giveUp(const char* reason);
 
-    FetchLimits m_limits;
-    QNetworkAccessManager m_manager;
-    QNetworkReply* m_reply = nullptr;
-    QTimer m_patience;  // for the answer, then for each piece
-    QEventLoop m_loop;
+    const FetchLimits m_limits;
+    const QDeadlineTimer m_total;
+    QDeadlineTimer m_patience;  // for the answer, then for each piece
+    const std::unique_ptr<CURL, EasyEnd> m_easy;
+    const std::unique_ptr<CURLM, MultiEnd> m_multi;
+    std::size_t m_headerSize = 0;
+    char m_error[CURL_ERROR_SIZE] = {};
 };
 
-void Fetching::run(const QUrl& url) {
-    if (isThisMachine(url.host())) m_manager.setProxy(QNetworkProxy::NoProxy);
-    m_reply = m_manager.get(requestFor(url));
-    connect(m_reply, &QNetworkReply::metaDataChanged, this, &Fetching::answerBegins);
-    connect(m_reply, &QNetworkReply::readyRead, this, &Fetching::takeContent);
-    connect(m_reply, &QNetworkReply::finished, &m_loop, &QEventLoop::quit);
-    connect(&m_patience, &QTimer::timeout, this, [this] { giveUp("the server is silent"); });
-    m_patience.start(m_limits.answer);
-    QTimer::singleShot(m_limits.total, this, [this] { giveUp("it takes too long"); });
-    if (!m_reply->isFinished()) m_loop.exec();
-    conclude();
+void Fetching::run(QUrl url) {
+    for (int redirections = 0; redirections <= kMostRedirections; ++redirections) {
+        content.clear();
+        prepare(url);
+        perform();
+        const QUrl target = failure.isEmpty() ? redirection() : QUrl();
+        if (target.isEmpty()) {
+            if (failure.isEmpty()) failure = flaw();
+            if (!failure.isEmpty()) content.clear();
+            return;
+        }
+        if (!isWeb(target) || (isSecure(url) && !isSecure(target))) break;
+        url = target;
+    }
+    content.clear();
+    giveUp("its redirections lead nowhere");
 }
 
-void Fetching::answerBegins() {
-    m_patience.start(m_limits.silence);
-    if (m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong() > m_limits.size) giveUp("it is too large");
+// The content is taken as it was sent: nothing unpacks.
+void Fetching::prepare(const QUrl& url) {
+    CURL* easy = m_easy.get();
+    curl_easy_reset(easy);
+    curl_easy_setopt(easy, CURLOPT_URL, url.toEncoded().constData());
+    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1);
+    curl_easy_setopt(easy, CURLOPT_USERAGENT, "Quillmere");
+    curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, "identity");
+    curl_easy_setopt(easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(m_limits.size));
+    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, headerCame);
+    curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
+    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, contentCame);
+    curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
+    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, m_error);
+    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);  // or the end waits for a name that is being looked up
+    if (isThisMachine(url.host())) curl_easy_setopt(easy, CURLOPT_PROXY, "");
+    const char* trusted = std::getenv("SSL_CERT_FILE");  // as other programs of the system understand it
+    if (trusted) curl_easy_setopt(easy, CURLOPT_CAINFO, trusted);
 }
 
-void Fetching::takeContent() {
-    m_patience.start(m_limits.silence);
-    content += m_reply->read(m_limits.size + 1 - content.size());
-    if (content.size() > m_limits.size) giveUp("it is too large");
+void Fetching::perform() {
+    m_patience.setRemainingTime(m_limits.answer);
+    m_headerSize = 0;
+    curl_multi_add_handle(m_multi.get(), m_easy.get());
+    for (int running = 1; failure.isEmpty();) {
+        curl_multi_perform(m_multi.get(), &running);
+        if (running == 0) break;
+        if (m_total.hasExpired()) giveUp("it takes too long");
+        if (m_patience.hasExpired()) giveUp("the server is silent");
+        const qint64 wait = std::min({m_total.remainingTime(), m_patience.remainingTime(), qint64(60000)});
+        if (failure.isEmpty()) curl_multi_poll(m_multi.get(), nullptr, 0, static_cast<int>(wait) + 1, nullptr);
+    }
+    const CURLcode code = result();
+    curl_multi_remove_handle(m_multi.get(), m_easy.get());
+    if (code == CURLE_FILESIZE_EXCEEDED) giveUp("it is too large");
+    if (code != CURLE_OK) giveUp(m_error[0] != '\0' ? m_error : curl_easy_strerror(code));
+}
+
+// Of what has ended; fine as long as nothing has.
+CURLcode Fetching::result() const {
+    int left = 0;
+    while (const CURLMsg* message = curl_multi_info_read(m_multi.get(), &left))
+        if (message->msg == CURLMSG_DONE) return message->data.result;
+    return CURLE_OK;
+}
+
+// Called for each line of the header; the last one is empty.
+std::size_t Fetching::headerCame(char* line, std::size_t, std::size_t size, void* fetching) {
+    auto* self = static_cast<Fetching*>(fetching);
+    self->m_headerSize += size;
+    if (self->m_headerSize > kLongestHeader) {
+        self->giveUp("its header does not end");
+        return 0;
+    }
+    if (QByteArrayView(line, static_cast<qsizetype>(size)).trimmed().isEmpty())
+        self->m_patience.setRemainingTime(self->m_limits.silence);
+    return size;
+}
+
+std::size_t Fetching::contentCame(char* piece, std::size_t, std::size_t size, void* fetching) {
+    auto* self = static_cast<Fetching*>(fetching);
+    self->m_patience.setRemainingTime(self->m_limits.silence);
+    self->content.append(piece, static_cast<qsizetype>(size));
+    if (self->content.size() <= self->m_limits.size) return size;
+    self->giveUp("it is too large");
+    return 0;
 }
 
 void Fetching::giveUp(const char* reason) {
     if (failure.isEmpty()) failure = reason;
-    m_reply->abort();
 }
 
-void Fetching::conclude() {
-    if (failure.isEmpty()) takeContent();
-    if (failure.isEmpty()) failure = flaw();
-    if (!failure.isEmpty()) content.clear();
+QUrl Fetching::redirection() const {
+    const char* target = nullptr;
+    curl_easy_getinfo(m_easy.get(), CURLINFO_REDIRECT_URL, &target);
+    return target ? QUrl::fromEncoded(target) : QUrl();
 }
 
-// What is wrong with the finished answer; empty if it is the whole of what was asked for.
+// What is wrong with the finished answer; empty if it is what was asked for.
 QByteArray Fetching::flaw() const {
-    if (m_reply->error() != QNetworkReply::NoError) return m_reply->errorString().toUtf8();
-    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (status != kSuccess) return "the server answers " + QByteArray::number(status);
-    if (m_reply->hasRawHeader("Content-Encoding") && m_reply->rawHeader("Content-Encoding").toLower() != "identity")
+    long status = 0;
+    curl_easy_getinfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
+    if (status != kSuccess) return "the server answers " + QByteArray::number(qint64(status));
+    curl_header* encoding = nullptr;
+    if (curl_easy_header(m_easy.get(), "Content-Encoding", 0, CURLH_HEADER, -1, &encoding) == CURLHE_OK &&
+        QByteArray(encoding->value).toLower() != "identity")
         return "it is packed";
-    const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
-    // A redirection may leave its own length behind.
-    if (length.isValid() && content.size() < length.toLongLong())
-        return "it is not complete: " + QByteArray::number(content.size()) + " of " + length.toByteArray() + " bytes";
-    // When a connection breaks between two chunks, the toolkit may take that for the end.
-    const bool chunked = m_reply->rawHeader("Transfer-Encoding").toLower().contains("chunked");
-    if (chunked && !m_limits.showsItsEnd) return "its end cannot be told";
     return content.isEmpty() ? "it is empty" : QByteArray();
 }
 
@@ -113,6 +182,8 @@ QByteArray Fetching::flaw() const {
 
 extern "C" Q_DECL_EXPORT void quillmereNetworkFetch(const QUrl& url, const qm::FetchLimits& limits, QByteArray& content,
                                                     QByteArray& failure) {
+    static std::once_flag once;
+    std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
     qm::Fetching fetching(limits);
     fetching.run(url);
     content = fetching.content;

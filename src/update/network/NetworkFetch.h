@@ -1,4 +1,4 @@
-// The entry of the network library. Any thread; it runs an event loop of its own until it is done.
+// The entry of the network library. Any thread but the main one: it blocks until it is done.
 #pragma once
 
 #include "update/Fetch.h"

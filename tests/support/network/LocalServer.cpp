@@ -46,7 +46,28 @@ void LocalServer::answer(QTcpSocket* socket) {
     requests.append(path);
     emit requested(path);
     const Answer answer = answers.value(path, page("not here", 404));
+    if (pieceSize > 0) return sendInPieces(socket, answer);
     socket->write(answer.beginning);
+    afterTheBeginning(socket, answer);
+}
+
+// Each piece on its own way, as far as the system lets it: what is received may be joined again.
+void LocalServer::sendInPieces(QTcpSocket* socket, const Answer& answer) {
+    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    auto* timer = new QTimer(socket);
+    connect(timer, &QTimer::timeout, this, [this, socket, timer, answer, sent = qsizetype(0)]() mutable {
+        if (!socket->isOpen()) return timer->stop();
+        socket->write(answer.beginning.mid(sent, pieceSize));
+        socket->flush();
+        sent += pieceSize;
+        if (sent < answer.beginning.size()) return;
+        timer->stop();
+        afterTheBeginning(socket, answer);
+    });
+    timer->start(0);
+}
+
+void LocalServer::afterTheBeginning(QTcpSocket* socket, const Answer& answer) {
     if (answer.mayEnd || !answer.repeated.isEmpty())
         continueLater(socket, answer);
     else if (answer.hangsUp)

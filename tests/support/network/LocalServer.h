@@ -41,6 +41,7 @@ public:
     quint16 port() const { return m_server->serverPort(); }
 
     QHash<QByteArray, Answer> answers;  // by path; any other path is not found
+    int pieceSize = 0;                  // bytes of an answer's beginning that are sent at a time; 0: all at once
     QList<QByteArray> requests;         // the paths that were asked for
 
 signals:
@@ -49,6 +50,8 @@ signals:
 private:
     void take(QTcpSocket* socket);
     void answer(QTcpSocket* socket);
+    void sendInPieces(QTcpSocket* socket, const Answer& answer);
+    void afterTheBeginning(QTcpSocket* socket, const Answer& answer);
     void continueLater(QTcpSocket* socket, const Answer& answer);
 
     std::unique_ptr<QTcpServer> m_server;

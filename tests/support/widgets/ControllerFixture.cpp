@@ -142,7 +142,7 @@ void ControllerFixture::connectDialogs() {
         });
     controller->trackExport().setRunPanel(
         [this](const QString& folder, const QString& name) { return dialogs.savePanel(folder, name); });
-    controller->trackLoader().setRunPanel([this](QFileDialog&) { return dialogs.openPanel(); });
+    controller->trackLoader().setRunPanel([this](FilePanel&) { return dialogs.openPanel(); });
     controller->mainRecorder().setRunSavePanel(
         [this](QWidget*, const QString& folder, const QString& name) { return dialogs.savePanel(folder, name); });
 }

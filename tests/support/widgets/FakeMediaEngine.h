@@ -79,9 +79,11 @@ public:
 
     double done = 0;
     bool finished = false;
+    bool written = true;  // when it is finished
 
     double progress() const override { return done; }
     bool isFinished() const override { return finished; }
+    bool isWritten() const override { return finished && written; }
     void cancel() override;
 
 private:
