@@ -1,5 +1,6 @@
 #!/bin/bash
-# The thread that the sound card waits for goes before all others, where the system grants precedence at all.
+# The thread that the sound card waits for goes before all others, where the system grants precedence at all. The window's
+# thread never does, not even after it has started a recording: whatever it is busy with would hold up the whole desktop.
 . "$(dirname "$0")/lib.sh"
 
 # Each thread's name and its real-time priority, 0 for none.
@@ -11,6 +12,7 @@ thread_priorities() {
 }
 
 open_test
+add_microphone
 start
 measure make-tune "$stage/tune.wav" 20
 add_track "$stage/tune.wav"
@@ -22,3 +24,12 @@ card=$(awk '$1 == "threaded-ml" { print $2 }' "$stage/priorities")
 [ -n "$card" ] || fail "the sound card's thread is not there: $(cat "$stage/priorities")"
 most=$(awk '$1 != "threaded-ml" && $2 > most { most = $2 } END { print most + 0 }' "$stage/priorities")
 [ "$most" -eq 0 ] || [ "$card" -gt "$most" ] || fail "the sound card's thread has $card, another one $most"
+
+window_priority() {
+    awk '{ sub(/.*\) /, ""); print $38 }' "/proc/$player_pid/task/$player_pid/stat"
+}
+open_recording_window
+start_take
+expect "the window's thread's priority while recording" "$(window_priority)" -eq 0
+stop_take
+expect "the window's thread's priority after a recording" "$(window_priority)" -eq 0

@@ -67,12 +67,12 @@ public:
 private:
     static long dataCallback(cubeb_stream*, void* user, const void* input, void*, long frames) {
         auto* self = static_cast<SystemInput*>(user);
+        if (!self->m_preferred.exchange(true)) preferThisThread(Urgency::Now);
         self->m_sink.take({static_cast<const StereoFrame*>(input), static_cast<std::size_t>(frames)});
         return frames;
     }
 
     static void stateCallback(cubeb_stream*, void* user, cubeb_state state) {
-        if (state == CUBEB_STATE_STARTED) preferThisThread(Urgency::Now);
         if (state == CUBEB_STATE_ERROR) static_cast<SystemInput*>(user)->lose();
     }
 
@@ -84,6 +84,7 @@ private:
     InputSink& m_sink;
     int m_sampleRate = kUsualRate;
     std::atomic<bool> m_lost{false};
+    std::atomic<bool> m_preferred{false};  // the callback's thread has been told of its urgency
     CubebContext m_context;  // outlives the stream, which is taken down first: its callbacks use all of the above
     CubebStream m_stream;
     std::unique_ptr<InputWatch> m_watch;
