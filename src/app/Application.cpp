@@ -76,6 +76,9 @@ void Application::connectWindow() {
     QObject::connect(
         &m_application, &QGuiApplication::commitDataRequest, &m_window,
         [this](QSessionManager&) { m_controller.applicationWillTerminate(); }, Qt::DirectConnection);
+    QObject::connect(
+        &m_window, &FadingWindow::madeKey, &m_window, [this] { furnishPanels(); },
+        Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
     QObject::connect(&m_mpris, &MprisService::isOnTheBus, &m_motion, &DesktopMotion::follow);
 }
 
@@ -86,10 +89,10 @@ void Application::startTheRest() {
     m_engine.load();
     applyWindowIcon();
     m_mpris.start();
-    furnishPanels();
 }
 
-// One panel at a time, and what the user does in between.
+// One panel at a time, and what the user does in between; when the window has faded in, which it would do in jerks
+// beside so much to build.
 void Application::furnishPanels() {
     for (ToolPanel* panel : m_window.findChildren<ToolPanel*>(Qt::FindDirectChildrenOnly)) {
         if (panel->isFurnished()) continue;
