@@ -44,6 +44,7 @@ Application::Application(int& argc, char** argv)
                    [](const QString& name) { return namedImage(name, kIconScale); }),
       m_audioRecord(m_capture),
       m_window(m_outlets, &m_controller),
+      m_statusNotices(m_window, m_controller.notices()),
       m_levelMeters(m_outlets, &m_window),
       m_trackInfo(m_outlets, &m_window),
       m_video(m_outlets, &m_window),
