@@ -45,6 +45,7 @@ Application::Application(int& argc, char** argv)
                    [](const QString& name) { return namedImage(name, kIconScale); }),
       m_audioRecord(m_capture, m_controller.takes()),
       m_window(m_outlets, &m_controller),
+      m_statusNotices(m_window, m_controller.notices()),
       m_levelMeters(m_outlets, &m_window),
       m_trackInfo(m_outlets, &m_window),
       m_video(m_outlets, &m_window),
@@ -83,6 +84,9 @@ void Application::connectWindow() {
     QObject::connect(
         &m_application, &QGuiApplication::commitDataRequest, &m_window,
         [this](QSessionManager&) { m_controller.applicationWillTerminate(); }, Qt::DirectConnection);
+    QObject::connect(
+        &m_window, &FadingWindow::madeKey, &m_window, [this] { furnishPanels(); },
+        Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
     QObject::connect(&m_mpris, &MprisService::isOnTheBus, &m_motion, &DesktopMotion::follow);
 }
 
@@ -94,10 +98,10 @@ void Application::startTheRest() {
     applyWindowIcon();
     m_mpris.start();
     m_controller.takes().offerLeft();
-    furnishPanels();
 }
 
-// One panel at a time, and what the user does in between.
+// One panel at a time, and what the user does in between; when the window has faded in, which it would do in jerks
+// beside so much to build.
 void Application::furnishPanels() {
     for (ToolPanel* panel : m_window.findChildren<ToolPanel*>(Qt::FindDirectChildrenOnly)) {
         if (panel->isFurnished()) continue;

@@ -20,6 +20,7 @@
 #include "ui/windows/MainWindowState.h"
 #include "ui/windows/PreferencesWindow.h"
 #include "ui/windows/RecorderWindows.h"
+#include "ui/windows/StatusNotices.h"
 #include "ui/windows/TrackInfoPanel.h"
 #include "ui/windows/VideoPanel.h"
 #include "update/SoftwareUpdater.h"
@@ -55,6 +56,7 @@ private:
     Outlets m_outlets;
     AudioRecordOutlets m_audioRecordOutlets;
     MainWindow m_window;
+    StatusNotices m_statusNotices;
     LevelMetersPanel m_levelMeters;
     TrackInfoPanel m_trackInfo;
     VideoPanel m_video;

@@ -1,10 +1,12 @@
 #include "app/WindowPosition.h"
 
+#include <QEvent>
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QStringDecoder>
+#include <QTimer>
 #include <QWidget>
 #include <algorithm>
 #include <array>
@@ -39,6 +41,59 @@ std::optional<QString> readText(const QString& path) {
     const QString text = decoder(file.read(kLongestFile));
     if (decoder.hasError()) return std::nullopt;
     return text;
+}
+
+bool isNormal(const QWidget& window) {
+    return !window.isMaximized() && !window.isFullScreen() && !window.isMinimized();
+}
+
+// How far the desktop's frame reaches beyond the window at its left and top, as it was when the window was neither
+// maximised nor minimised, which changes the frame.
+class FrameWatch : public QObject {
+public:
+    explicit FrameWatch(QWidget& window) : QObject(&window), m_window(window) {
+        m_settled.setSingleShot(true);
+        m_settled.setInterval(kSettleMs);
+        connect(&m_settled, &QTimer::timeout, this, &FrameWatch::look);
+        window.installEventFilter(this);
+    }
+
+    QPoint reach() const { return m_reach.value_or(reachNow()); }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        const auto type = event->type();
+        if (type == QEvent::Show || type == QEvent::Move || type == QEvent::Resize || type == QEvent::WindowStateChange)
+            m_settled.start();
+        return false;
+    }
+
+private:
+    // The desktop tells place and state one after the other, so neither is believed at once.
+    static constexpr int kSettleMs = 200;
+
+    QPoint reachNow() const { return m_window.geometry().topLeft() - m_window.pos(); }
+
+    void look() {
+        if (m_window.isVisible() && isNormal(m_window)) m_reach = reachNow();
+    }
+
+    QWidget& m_window;
+    QTimer m_settled;
+    std::optional<QPoint> m_reach;
+};
+
+FrameWatch* watchOf(const QWidget& window) {
+    for (QObject* child : window.children())
+        if (auto* watch = dynamic_cast<FrameWatch*>(child)) return watch;
+    return nullptr;
+}
+
+// The place of its frame and its inner size while it is neither maximised nor minimised, also when it is now.
+QRect placeOf(const QWidget& window) {
+    if (isNormal(window)) return {window.pos(), window.size()};
+    const FrameWatch* watch = watchOf(window);
+    return window.normalGeometry().translated(watch ? -watch->reach() : QPoint());
 }
 
 QList<QRect> availableScreens() {
@@ -84,8 +139,7 @@ std::optional<QRect> frameFromSavedString(const QString& text, QSize minimum, co
 void saveWindowPosition(const QWidget& window) {
     const QString path = windowPositionPath();
     if (path.isEmpty()) return;
-    const bool special = window.isMaximized() || window.isFullScreen() || window.isMinimized();
-    const QRect frame = special ? window.normalGeometry() : QRect(window.pos(), window.size());
+    const QRect frame = placeOf(window);
     const QByteArray text =
         savedFrameString(frame, window.screen()->geometry(), QGuiApplication::primaryScreen()->geometry()).toUtf8();
     // Written in place: the file keeps its identity, links to it stay good.
@@ -96,6 +150,7 @@ void saveWindowPosition(const QWidget& window) {
 }
 
 void restoreWindowPosition(QWidget& window) {
+    if (!watchOf(window)) new FrameWatch(window);
     const auto text = readText(windowPositionPath());
     if (!text) return;
     const auto frame = frameFromSavedString(*text, window.minimumSize().expandedTo(window.minimumSizeHint()),

@@ -26,7 +26,10 @@ QString savedFrameString(const QRect& window, const QRect& screen, const QRect& 
 std::optional<QRect> frameFromSavedString(const QString& text, QSize minimum, const QRect& primary,
                                           const QList<QRect>& screens);
 
+// Of a window that is maximised or minimised, the place where it stands otherwise.
 void saveWindowPosition(const QWidget& window);
+
+// Watches the window's frame from then on, for the place that is saved.
 void restoreWindowPosition(QWidget& window);
 
 }  // namespace qm

@@ -3,9 +3,12 @@
 // else listens hears the same. Main thread only.
 #pragma once
 
+#include <QMetaMethod>
 #include <QObject>
 #include <QString>
 #include <functional>
+#include <utility>
+#include <vector>
 
 namespace qm {
 
@@ -21,13 +24,27 @@ class Notices : public QObject {
     Q_OBJECT
 
 public:
-    void tell(const Notice& notice) { emit told(notice); }
+    void tell(const Notice& notice) {
+        if (!isSignalConnected(QMetaMethod::fromSignal(&Notices::told))) m_untold.push_back(notice);
+        emit told(notice);
+    }
     void tell(const QString& text) { tell(Notice{text, {}}); }
-    void withdraw(const QString& subject) { emit withdrawn(subject); }  // what it said is not so any more
+
+    // What it said is not so any more.
+    void withdraw(const QString& subject) {
+        std::erase_if(m_untold, [&](const Notice& notice) { return notice.subject == subject; });
+        emit withdrawn(subject);
+    }
+
+    // What was told while nobody listened, the oldest first: parts speak before there is a window.
+    std::vector<Notice> takeUntold() { return std::exchange(m_untold, {}); }
 
 signals:
     void told(const qm::Notice& notice);
     void withdrawn(const QString& subject);
+
+private:
+    std::vector<Notice> m_untold;
 };
 
 }  // namespace qm

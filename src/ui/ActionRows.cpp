@@ -250,6 +250,17 @@ void addWindow(Rows& rows) {
     rows.push_back({"displayAudioRecordWindow", "Window", "", "Recorder", {ctrl(Qt::Key_5)}, kOnce, "", "", kRecorder});
     rows.push_back({"displayTrackFormat", "Window", "", "Track Format", {ctrlShift(Qt::Key_F)}, kOnce, "", ""});
     rows.push_back({"toggleToolbar", "Window", "", "Show Toolbar", {ctrlShift(Qt::Key_T)}, kOnce, "", "", kWindow});
+    rows.push_back({"useMessageButton",
+                    "Window",
+                    "",
+                    "Use the Message's Button",
+                    {key(Qt::Key_F8)},
+                    kOnce,
+                    "Do what the message offers [F8]",
+                    "",
+                    kWindow,
+                    "",
+                    true});
 }
 
 void addHelp(Rows& rows) {

@@ -1,6 +1,6 @@
 // window_timeline: prints what happens to the windows of a screen, in the order in which the server saw it, one line
-// each: "ID opacity 0.05" with the value that it has by then, "ID size 480x202" and "ID keys" when a window gets the
-// keyboard. "watching" comes first; it ends when it is ended.
+// each: "ID opacity 0.05 at 1234" with the value that it has by then and the server's milliseconds of the change,
+// "ID size 480x202" and "ID keys" when a window gets the keyboard. "watching" comes first; it ends when it is ended.
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 
@@ -16,7 +16,7 @@ void watch(Display* display, Window window) {
     XSelectInput(display, window, PropertyChangeMask | FocusChangeMask | StructureNotifyMask);
 }
 
-void printOpacity(Display* display, Window window) {
+void printOpacity(Display* display, Window window, Time when) {
     Atom type = None;
     int format = 0;
     unsigned long count = 0, left = 0;
@@ -24,7 +24,8 @@ void printOpacity(Display* display, Window window) {
     const int status =
         XGetWindowProperty(display, window, g_opacity, 0, 1, False, XA_CARDINAL, &type, &format, &count, &left, &data);
     if (status == Success && type == XA_CARDINAL && format == 32 && count == 1)
-        std::printf("%lu opacity %.2f\n", window, double(*reinterpret_cast<unsigned long*>(data) & kOpaque) / kOpaque);
+        std::printf("%lu opacity %.2f at %lu\n", window,
+                    double(*reinterpret_cast<unsigned long*>(data) & kOpaque) / kOpaque, when);
     if (data) XFree(data);
 }
 
@@ -37,7 +38,7 @@ void print(Display* display, const XEvent& event) {
         case CreateNotify:
             return watch(display, event.xcreatewindow.window);
         case PropertyNotify:
-            if (event.xproperty.atom == g_opacity) printOpacity(display, event.xproperty.window);
+            if (event.xproperty.atom == g_opacity) printOpacity(display, event.xproperty.window, event.xproperty.time);
             return;
         case ConfigureNotify:
             if (event.xconfigure.event != event.xconfigure.window) return;  // once only, from the window itself

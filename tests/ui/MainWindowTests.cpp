@@ -269,12 +269,15 @@ TEST_CASE("state tags tell only what is away from rest") {
     LivingWindow living;
     living.loadTrack();
     living.state.refresh();
-    CHECK(living.grid().hero->stateTexts() == QStringList{"", "", ""});
+    CHECK(living.grid().hero->stateTexts() == QStringList{"", "", "", ""});
     living.controller.speed075();
     living.controller.semiToneDown();
     living.controller.loopSwitch();
     living.state.refresh();
-    CHECK(living.grid().hero->stateTexts() == QStringList{"0.75× speed", "−100 cents", "Loop A–B"});
+    CHECK(living.grid().hero->stateTexts() == QStringList{"0.75× speed", "−100 cents", "Loop A–B", ""});
+    living.controller.volumeMin();
+    living.state.refresh();
+    CHECK(living.grid().hero->stateTexts().last() == "Silent");
     living.controller.playBackward();
     living.state.refresh();
     CHECK(living.grid().hero->stateTexts().first() == "0.75× backward");

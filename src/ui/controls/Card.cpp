@@ -8,6 +8,7 @@
 #include "ui/controls/Fonts.h"
 #include "ui/controls/PixelGrid.h"
 #include "ui/controls/Tokens.h"
+#include "ui/controls/ToolTipText.h"
 
 namespace qm {
 
@@ -110,7 +111,7 @@ void TextLabel::paintEvent(QPaintEvent*) {
     const QString whole = oneLine();
     const QString shown = elidedText(font(), whole, width());
     drawLine(painter, QRectF(rect()).translated(m_leftShift, 0), alignment(), shown);
-    const QString tip = shown == whole ? QString() : whole;
+    const QString tip = shown == whole ? QString() : plainToolTip(whole);
     if (toolTip() != tip) setToolTip(tip);
 }
 

@@ -3,11 +3,13 @@
 #include <QAccessibleWidget>
 
 #include "ui/controls/Card.h"
+#include "ui/controls/ChipButton.h"
 #include "ui/controls/FaceButton.h"
 #include "ui/controls/ImageView.h"
 #include "ui/controls/InputLevels.h"
 #include "ui/controls/MeterView.h"
 #include "ui/controls/MovieView.h"
+#include "ui/controls/NoticeLine.h"
 #include "ui/controls/ScaleSample.h"
 #include "ui/controls/ScaleView.h"
 #include "ui/controls/Slider.h"
@@ -113,6 +115,25 @@ private:
     Label* m_label;
 };
 
+// A notice to screen readers, which read it as soon as it is there, and the button that it may have.
+class StatusAccess : public QAccessibleWidget {
+public:
+    explicit StatusAccess(NoticeLine* line) : QAccessibleWidget(line, QAccessible::Notification), m_line(line) {}
+
+    QString text(QAccessible::Text kind) const override {
+        if (kind != QAccessible::Name) return QAccessibleWidget::text(kind);
+        return m_line->text().isEmpty() ? NoticeLine::tr("Message") : m_line->text();
+    }
+
+    int childCount() const override { return m_line->offersAct() ? 1 : 0; }
+    QAccessibleInterface* child(int index) const override {
+        return index < childCount() ? QAccessible::queryAccessibleInterface(m_line->button()) : nullptr;
+    }
+
+private:
+    NoticeLine* m_line;
+};
+
 // What is only looked at; its parts say nothing.
 class PictureAccess : public QAccessibleWidget {
 public:
@@ -155,6 +176,7 @@ QAccessibleInterface* accessFor(const QString& className, QObject* object) {
     if (auto* label = qobject_cast<TextLabel*>(object)) return new TextAccess(label);
     if (auto* label = qobject_cast<TimeLabel*>(object)) return new TextAccess(label);
     if (auto* value = qobject_cast<ValueLabel*>(object)) return new TextAccess(value);
+    if (auto* line = qobject_cast<NoticeLine*>(object)) return new StatusAccess(line);
     if (auto* tag = qobject_cast<StateTag*>(object)) return new TextAccess(tag);
     if (auto* cap = qobject_cast<KeyCap*>(object)) return new TextAccess(cap);
     if (auto* scale = qobject_cast<ScaleView*>(object)) return new ScaleAccess(scale);

@@ -5,6 +5,7 @@
 #include <QWindow>
 #include <algorithm>
 
+#include "ui/controls/DisplayFlush.h"
 #include "ui/controls/WindowOrder.h"
 
 namespace qm {
@@ -12,6 +13,7 @@ namespace qm {
 void FadingWindow::setAlphaValue(double alpha) {
     m_alphaValue = alpha;
     setWindowOpacity(std::clamp(alpha, 0.0, 1.0));
+    flushDisplay();
 }
 
 void FadingWindow::makeKeyAndOrderFront() {

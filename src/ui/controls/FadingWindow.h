@@ -14,7 +14,7 @@ public:
     using QMainWindow::QMainWindow;
 
     double alphaValue() const { return m_alphaValue; }
-    void setAlphaValue(double alpha);
+    void setAlphaValue(double alpha);  // seen at once, however much there is to do besides
 
     // A panel that waits for its answer stays in front and keeps the keyboard.
     void makeKeyAndOrderFront();

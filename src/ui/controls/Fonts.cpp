@@ -151,6 +151,31 @@ double layOut(Face& face, const QString& text, Place place) {
     return x;
 }
 
+const QString kEllipsis = QStringLiteral("…");
+
+QString headOf(const QString& text, qsizetype length) {
+    if (length > 0 && text[length - 1].isHighSurrogate()) --length;
+    return text.left(length).trimmed();
+}
+
+QString tailOf(const QString& text, qsizetype length) {
+    if (length > 0 && text[text.size() - length].isLowSurrogate()) --length;
+    return text.right(length).trimmed();
+}
+
+// The text itself where it fits, else what `cut` makes of as many of its characters as fit.
+template <typename Cut>
+QString longestThatFits(const QFont& font, const QString& text, double width, Cut cut) {
+    constexpr double kTolerance = 0.01;
+    if (textWidth(font, text) <= width + kTolerance) return text;
+    qsizetype fits = 0, tooLong = text.size();
+    while (tooLong - fits > 1) {
+        const qsizetype middle = (fits + tooLong) / 2;
+        (textWidth(font, cut(middle)) <= width ? fits : tooLong) = middle;
+    }
+    return cut(fits);
+}
+
 }  // namespace
 
 void beginReadingFonts() {
@@ -174,16 +199,13 @@ double textWidth(const QFont& font, const QString& text) {
 }
 
 QString elidedText(const QFont& font, const QString& text, double width) {
-    constexpr double kTolerance = 0.01;
-    if (textWidth(font, text) <= width + kTolerance) return text;
-    const QString ellipsis = QStringLiteral("…");
-    qsizetype fits = 0, tooLong = text.size();
-    while (tooLong - fits > 1) {
-        const qsizetype middle = (fits + tooLong) / 2;
-        (textWidth(font, text.left(middle) + ellipsis) <= width ? fits : tooLong) = middle;
-    }
-    if (fits > 0 && text[fits - 1].isHighSurrogate()) --fits;
-    return text.left(fits).trimmed() + ellipsis;
+    return longestThatFits(font, text, width, [&](qsizetype kept) { return headOf(text, kept) + kEllipsis; });
+}
+
+QString elidedInMiddle(const QFont& font, const QString& text, double width) {
+    return longestThatFits(font, text, width, [&](qsizetype kept) {
+        return headOf(text, (kept + 1) / 2) + kEllipsis + tailOf(text, kept / 2);
+    });
 }
 
 void drawLineAt(QPainter& painter, const QPointF& left, const QString& text) {

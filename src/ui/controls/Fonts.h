@@ -23,6 +23,9 @@ double textWidth(const QFont& font, const QString& text);
 // The text, cut at its end with an ellipsis if it is wider than `width`.
 QString elidedText(const QFont& font, const QString& text, double width);
 
+// The same, cut in its middle: both ends of a path say something.
+QString elidedInMiddle(const QFont& font, const QString& text, double width);
+
 // Draws one line in the painter's font and pen, centred vertically; `alignment` takes the horizontal flags.
 void drawLine(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& text);
 

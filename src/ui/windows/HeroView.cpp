@@ -22,6 +22,7 @@ constexpr Measures kRoomy = {75, 24, 30, 14, 20, 56, 92};
 constexpr int kTagGap = 3, kTagSpacing = 6, kTagHeight = 18;
 constexpr int kRemainingGap = 2, kRemainingLine = 18;
 constexpr int kClockGap = 16;
+constexpr int kStatusGap = 10, kStatusHeight = 20;
 constexpr int kStripGap = 10, kCueGap = 4, kCueHeight = 24;
 
 const Measures& measures(bool roomy) {
@@ -41,9 +42,8 @@ HeroView::HeroView(Outlets& outlets, QWidget* parent)
       m_outlets(outlets),
       m_title(new TextLabel(QString(), uiFont(kNormal.titleText, 600, -0.01), tokens::kText, this)),
       m_byLine(new TextLabel(QString(), uiFont(kNormal.byText), tokens::kText2, this)),
-      m_speedTag(new StateTag(false, this)),
-      m_pitchTag(new StateTag(false, this)),
-      m_loopTag(new StateTag(true, this)),
+      m_tags{new StateTag(false, this), new StateTag(false, this), new StateTag(true, this), new StateTag(false, this)},
+      m_status(new NoticeLine(this)),
       m_remainingWord(new TextLabel(tr("remaining"), uiFont(13), tokens::kText2, this)) {
     m_outlets.timecode = named(new TimeLabel(QStringLiteral("0:00:00.00"), this), "timecode");
     m_outlets.timeRemaining = named(new TimeLabel(QStringLiteral("00:00:00"), this), "timeRemaining");
@@ -61,6 +61,7 @@ HeroView::HeroView(Outlets& outlets, QWidget* parent)
     look.knobCentreY = kCueHeight / 2.0;
     m_outlets.cueSlider->setLook(look);
     m_outlets.cueSlider->setRange(0, 1);
+    connect(m_status, &NoticeLine::changed, this, &HeroView::relayout);
     applyFonts();
 }
 
@@ -85,16 +86,16 @@ void HeroView::showTrack(const QString& title, const QString& byLine, bool loade
     m_outlets.timecode->setTextColor(loaded ? tokens::kText : tokens::kText3);
 }
 
-void HeroView::showStates(const QString& speed, const QString& pitch, const QString& loop) {
-    if (stateTexts() == QStringList{speed, pitch, loop}) return;
-    m_speedTag->setText(speed);
-    m_pitchTag->setText(pitch);
-    m_loopTag->setText(loop);
+void HeroView::showStates(const QStringList& texts) {
+    if (stateTexts() == texts) return;
+    for (std::size_t i = 0; i < m_tags.size(); ++i) m_tags[i]->setText(texts.value(static_cast<qsizetype>(i)));
     relayout();
 }
 
 QStringList HeroView::stateTexts() const {
-    return {m_speedTag->text(), m_pitchTag->text(), m_loopTag->text()};
+    QStringList texts;
+    for (const StateTag* tag : m_tags) texts << tag->text();
+    return texts;
 }
 
 void HeroView::keepClockInPlace() {
@@ -113,7 +114,8 @@ void HeroView::relayout() {
     const int right = m_outlets.timecode->x() - kClockGap;
     m_title->setGeometry(0, 0, right, m.titleLine);
     m_byLine->setGeometry(0, m.titleLine, right, m.byLine);
-    layOutTags(m.titleLine + m.byLine + kTagGap, right);
+    const int tagsTop = m.titleLine + m.byLine + kTagGap;
+    layOutStatus(tagsTop, layOutTags(tagsTop, right));
     const int stripTop = m.head + kStripGap;
     m_outlets.waveformStrip->setGeometry(0, stripTop, width(), m.strip);
     m_outlets.cueSlider->setGeometry(0, stripTop + m.strip + kCueGap, width(), kCueHeight);
@@ -133,14 +135,30 @@ void HeroView::layOutClock() {
     m_outlets.timeRemaining->setGeometry(right - remaining, top, remaining, kRemainingLine);
 }
 
-void HeroView::layOutTags(int top, int right) {
-    int x = 0;
-    for (StateTag* tag : {m_speedTag, m_pitchTag, m_loopTag}) {
+// Answers where the last tag ends.
+int HeroView::layOutTags(int top, int right) {
+    int x = 0, end = 0;
+    for (StateTag* tag : m_tags) {
         if (tag->text().isEmpty()) continue;
         const int width = std::min(tag->sizeHint().width(), std::max(0, right - x));
         tag->setGeometry(x, top, width, kTagHeight);
-        x += width + kTagSpacing;
+        end = x + width;
+        x = end + kTagSpacing;
     }
+    return end;
+}
+
+// In the row of the tags, as far as the remaining time; what is too long for that stands in the artist's place, which
+// has more room, for as long as it is shown.
+void HeroView::layOutStatus(int tagsTop, int tagsEnd) {
+    const int left = tagsEnd > 0 ? tagsEnd + kStatusGap : 0;
+    const int beside = m_outlets.timeRemaining->x() - kClockGap - left;
+    const int wanted = m_status->sizeHint().width();
+    const bool isBeside = wanted <= beside || beside >= m_byLine->width();
+    const int x = isBeside ? left : 0;
+    const int y = isBeside ? tagsTop - (kStatusHeight - kTagHeight) / 2 : m_byLine->y();
+    m_status->setGeometry(x, y, std::min(wanted, isBeside ? beside : m_byLine->width()), kStatusHeight);
+    m_byLine->setVisible(isBeside || m_status->text().isEmpty());
 }
 
 }  // namespace qm

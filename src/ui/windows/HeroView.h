@@ -1,11 +1,13 @@
-// The head of the main window: what is playing, where it is, the facts that are away from rest, the waveform strip and
-// the position slider. Main thread only.
+// The head of the main window: what is playing, where it is, the facts that are away from rest, what there is to tell,
+// the waveform strip and the position slider. Main thread only.
 #pragma once
 
 #include <QLabel>
 #include <QWidget>
+#include <array>
 
 #include "ui/controls/Card.h"
+#include "ui/controls/NoticeLine.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
@@ -17,13 +19,14 @@ public:
     explicit HeroView(Outlets& outlets, QWidget* parent = nullptr);
 
     void showTrack(const QString& title, const QString& byLine, bool loaded);
-    void showStates(const QString& speed, const QString& pitch, const QString& loop);  // an empty text shows no tag
+    void showStates(const QStringList& texts);  // of speed, pitch, loop and gain; an empty text shows no tag
     void setRoomy(bool roomy);
     void keepClockInPlace();  // after a time's text may have changed in length
 
     QString title() const { return m_title->text(); }
     QString byLine() const { return m_byLine->text(); }
     QStringList stateTexts() const;
+    NoticeLine& noticeLine() { return *m_status; }
 
 protected:
     void resizeEvent(QResizeEvent*) override;
@@ -32,14 +35,14 @@ private:
     void applyFonts();
     void relayout();
     void layOutClock();
-    void layOutTags(int top, int right);
+    int layOutTags(int top, int right);
+    void layOutStatus(int tagsTop, int tagsEnd);
 
     Outlets& m_outlets;
     TextLabel* m_title;
     TextLabel* m_byLine;
-    StateTag* m_speedTag;
-    StateTag* m_pitchTag;
-    StateTag* m_loopTag;
+    std::array<StateTag*, 4> m_tags;
+    NoticeLine* m_status;
     QLabel* m_remainingWord;
     bool m_roomy = false;
 };

@@ -113,6 +113,7 @@ MainWindow::MainWindow(Outlets& outlets, QObject* controller)
     connect(m_actions, &ActionTable::sent, this, pulse);
     setTabOrderOfAreas();
     openMenuByKey();
+    followNoticeLine();
 }
 
 void MainWindow::setTabOrderOfAreas() {
@@ -157,6 +158,21 @@ void MainWindow::setTabOrderOfAreas() {
         chain(row.reset);
     }
     chainChildren(m_grid->bar);
+    chain(m_grid->hero->noticeLine().button());
+}
+
+// Its button has a key and a menu item while there is one.
+void MainWindow::followNoticeLine() {
+    const QString slot = QStringLiteral("useMessageButton");
+    NoticeLine& line = m_grid->hero->noticeLine();
+    const auto offer = [this, slot, &line] { m_actions->action(slot)->setEnabled(line.offersAct()); };
+    line.button()->setToolTip(tr(actionRow(slot)->tooltip));
+    connect(&line, &NoticeLine::changed, this, offer);
+    offer();
+}
+
+void MainWindow::useMessageButton() {
+    m_grid->hero->noticeLine().act();
 }
 
 // As on other desktops; Alt alone would take the player's keys away whenever it is touched.

@@ -60,6 +60,7 @@ public slots:
     void toggleToolbar();
     void displayVideo();  // brings the video panel to the front
     void displayShortcuts();
+    void useMessageButton();  // of the status line, while it has one
 
 signals:
     void quitRequested();
@@ -71,6 +72,7 @@ protected:
 
 private:
     void setTabOrderOfAreas();
+    void followNoticeLine();
     void openMenuByKey();
 
     ActionTable* m_actions;

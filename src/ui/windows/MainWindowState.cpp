@@ -111,8 +111,9 @@ void MainWindowState::refreshHero() {
                                           : tr("Add a track, select it, then press Space."),
                        false);
     }
-    hero.showStates(speedTag(m_state.rate), pitchTag(m_state.pitch),
-                    loopShows() ? QStringLiteral("Loop A–B") : QString());
+    const bool silent = m_outlets.gainSlider->value() == 0;
+    hero.showStates({speedTag(m_state.rate), pitchTag(m_state.pitch),
+                     loopShows() ? QStringLiteral("Loop A–B") : QString(), silent ? tr("Silent") : QString()});
     hero.keepClockInPlace();
 }
 

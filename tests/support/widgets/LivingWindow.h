@@ -4,6 +4,7 @@
 #include "support/widgets/ControllerFixture.h"
 #include "ui/windows/MainWindow.h"
 #include "ui/windows/MainWindowState.h"
+#include "ui/windows/StatusNotices.h"
 
 namespace qm {
 
@@ -12,6 +13,7 @@ struct LivingWindow {
     QMController& controller = fixture.init();
     Outlets outlets;
     MainWindow window{outlets, &controller};
+    StatusNotices statusNotices{window, controller.notices()};
     MainWindowState state{window, controller, controller, outlets};
 
     LivingWindow() { controller.awakeFromNib(outlets); }

@@ -1,0 +1,70 @@
+#include "ui/windows/StatusNotices.h"
+
+#include <utility>
+
+#include "ui/controls/NoticeLine.h"
+#include "ui/windows/HeroView.h"
+#include "ui/windows/MainWindow.h"
+
+namespace qm {
+
+StatusNotices::StatusNotices(MainWindow& window, Notices& notices)
+    : QObject(&window), m_line(window.grid().hero->noticeLine()) {
+    connect(&notices, &Notices::told, this, &StatusNotices::tell);
+    connect(&notices, &Notices::withdrawn, this, &StatusNotices::withdraw);
+    connect(&m_line, &NoticeLine::gone, this, [this] {
+        m_passing.reset();
+        showLasting();
+    });
+    connect(&m_line, &NoticeLine::acted, this, &StatusNotices::act);
+    // Nobody reads a window that is still fading in.
+    connect(&window, &FadingWindow::madeKey, &m_line, &NoticeLine::announce);
+    for (const Notice& notice : notices.takeUntold()) tell(notice);
+}
+
+void StatusNotices::tell(const Notice& notice) {
+    forget(notice.subject);
+    m_passing.reset();
+    if (notice.lasts)
+        m_lasting.push_back(notice);
+    else
+        m_passing = notice;
+    m_line.tell(notice.text, notice.actText, notice.lasts);
+}
+
+// What does not stand in front leaves without a change on the screen.
+void StatusNotices::withdraw(const QString& subject) {
+    if (subject.isEmpty()) return;
+    const bool isShown =
+        m_passing ? m_passing->subject == subject : !m_lasting.empty() && m_lasting.back().subject == subject;
+    forget(subject);
+    if (isShown) showLasting();
+}
+
+void StatusNotices::forget(const QString& subject) {
+    if (subject.isEmpty()) return;
+    if (m_passing && m_passing->subject == subject) m_passing.reset();
+    std::erase_if(m_lasting, [&](const Notice& notice) { return notice.subject == subject; });
+}
+
+void StatusNotices::showLasting() {
+    if (m_lasting.empty())
+        m_line.clear();
+    else
+        m_line.bringBack(m_lasting.back().text, m_lasting.back().actText);
+}
+
+// The notice leaves first, so that what the act itself has to tell stays.
+void StatusNotices::act() {
+    Notice acted;
+    if (m_passing) {
+        acted = *std::exchange(m_passing, std::nullopt);
+    } else if (!m_lasting.empty()) {
+        acted = m_lasting.back();
+        m_lasting.pop_back();
+    }
+    showLasting();
+    if (acted.act) acted.act();
+}
+
+}  // namespace qm
