@@ -6,6 +6,8 @@ add_executable(close_window system/close_window.cpp)
 target_link_libraries(close_window PRIVATE X11::X11)
 add_executable(window_timeline system/window_timeline.cpp)
 target_link_libraries(window_timeline PRIVATE X11::X11)
+add_executable(film_watcher system/film_watcher.cpp)
+target_link_libraries(film_watcher PRIVATE X11::X11)
 add_executable(drag_source system/drag_source.cpp)
 target_link_libraries(drag_source PRIVATE Qt6::Widgets)
 add_executable(update_server system/update_server.cpp)
@@ -14,7 +16,7 @@ add_executable(accessible_tree system/accessible_tree.cpp)
 target_link_libraries(accessible_tree PRIVATE Qt6::DBus)
 add_executable(desktop_settings system/desktop_settings.cpp)
 target_link_libraries(desktop_settings PRIVATE Qt6::DBus)
-set_target_properties(close_window window_timeline drag_source update_server accessible_tree desktop_settings
+set_target_properties(close_window window_timeline film_watcher drag_source update_server accessible_tree desktop_settings
                       PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 file(GLOB SYSTEM_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/test_*.sh)

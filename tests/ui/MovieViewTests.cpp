@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QImage>
 #include <QTimer>
+#include <thread>
 
 #include "support/widgets/ControllerFixture.h"
 #include "ui/windows/MainWindow.h"
@@ -48,8 +49,10 @@ struct FilmWindow {
     bool offersVideo() { return window.actions().action(QStringLiteral("displayVideo"))->isEnabled(); }
 };
 
-void lookAgain(MovieView* view) {
-    fire(view->findChild<QTimer*>());
+// As the movie does it: on another thread.
+void tell(FakeMovie& movie) {
+    std::thread(movie.viewer->changed).join();
+    QCoreApplication::processEvents();
 }
 
 }  // namespace
@@ -58,7 +61,7 @@ TEST_CASE_FIXTURE(FilmWindow, "a picture is painted in the middle in its own pro
     FakeMovie& movie = load("/music/film.mp4");
     movie.picture = plain(0xff20c040, 2);
     outlets.movieView->resize(400, 300);
-    lookAgain(outlets.movieView);
+    tell(movie);
     CHECK(outlets.movieView->pictureRect() == QRectF(0, 50, 400, 200));
     QImage image(400, 300, QImage::Format_RGB32);
     image.fill(Qt::red);
@@ -69,24 +72,24 @@ TEST_CASE_FIXTURE(FilmWindow, "a picture is painted in the middle in its own pro
     CHECK(image.pixelColor(396, 54) == QColor(0x20, 0xc0, 0x40));
 
     movie.picture = plain(0xff20c040, 0.5);
-    lookAgain(outlets.movieView);
+    tell(movie);
     CHECK(outlets.movieView->pictureRect() == QRectF(125, 0, 150, 300));
 }
 
 TEST_CASE_FIXTURE(FilmWindow, "a movie is watched for as long as its view is visible") {
     FakeMovie& film = load("/music/film.mp4");
-    CHECK(film.watched);
+    CHECK(film.viewer);
     panel.hide();
-    CHECK_FALSE(film.watched);
-    CHECK_FALSE(outlets.movieView->findChild<QTimer*>()->isActive());
+    CHECK_FALSE(film.viewer);
     panel.show();
-    CHECK(film.watched);
-    CHECK(outlets.movieView->findChild<QTimer*>()->isActive());
+    CHECK(film.viewer);
+    CHECK_FALSE(outlets.movieView->findChild<QTimer*>());  // it is told, and never looks
 }
 
 TEST_CASE_FIXTURE(FilmWindow, "the view lets go of a movie before it goes, and of its picture with it") {
-    load("/music/film.mp4").picture = plain(0xffffffff, 2);
-    lookAgain(outlets.movieView);
+    FakeMovie& film = load("/music/film.mp4");
+    film.picture = plain(0xffffffff, 2);
+    tell(film);
     CHECK_FALSE(outlets.movieView->pictureRect().isEmpty());
     QTMovie* viewedAtOpen = controller.qtMovie.get();
     fixture.log.atEvent = [&](const std::string& event) {
@@ -96,13 +99,34 @@ TEST_CASE_FIXTURE(FilmWindow, "the view lets go of a movie before it goes, and o
     CHECK(viewedAtOpen == nullptr);
     CHECK(outlets.movieView->movie() == &other);
     CHECK(outlets.movieView->pictureRect().isEmpty());
-    CHECK(other.watched);
+    CHECK(other.viewer);
 
     fixture.engine.unreadable.insert("/music/text.mp4");
     controller.loadFileAdd("/music/text.mp4", true);
     CHECK(controller.qtMovie == nullptr);
     CHECK(outlets.movieView->movie() == nullptr);
-    CHECK_FALSE(outlets.movieView->findChild<QTimer*>()->isActive());
+}
+
+TEST_CASE_FIXTURE(FilmWindow, "pictures are asked for in the size of the view, and painted pixel by pixel") {
+    FakeMovie& film = load("/music/film.mp4");
+    panel.resize(401, 300);
+    CHECK(film.viewer->width == 401);
+    CHECK(film.viewer->height == 300);
+    auto stripes = std::make_shared<VideoPicture>(*plain(0xff000000, 401.0 / 201, 401, 201));
+    for (std::size_t i = 0; i < stripes->pixels.size(); i += 2) stripes->pixels[i] = 0xffffffff;
+    film.picture = stripes;
+    tell(film);
+    QImage image(401, 300, QImage::Format_RGB32);
+    outlets.movieView->render(&image);
+    int others = 0;
+    for (int y = 60; y < 240; ++y)
+        for (int x = 0; x < 401; ++x) others += image.pixel(x, y) != 0xff000000 && image.pixel(x, y) != 0xffffffff;
+    CHECK(others == 0);
+    panel.hide();
+    panel.resize(500, 400);
+    CHECK_FALSE(film.viewer);
+    panel.show();
+    CHECK(film.viewer->width == 500);
 }
 
 TEST_CASE_FIXTURE(FilmWindow, "the panel comes with a film, goes with a song and can be closed and called back") {

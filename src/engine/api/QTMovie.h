@@ -53,9 +53,10 @@ public:
     virtual void setMuted(bool muted) = 0;
     virtual void setVolume(float volume) = 0;  // 0 to 1, linear
 
-    // Pictures are made only while they are watched. The picture of what is being heard, the same object for as long as
-    // it stands; null without video and before the first picture is there.
-    virtual void setWatched(bool watched) = 0;
+    // Pictures are made only while somebody watches, who is told when the next one is due; once another viewer or none
+    // is set, the one before is not called any more. The picture of what is being heard is the same object for as long
+    // as it stands; null without video and before the first picture is there.
+    virtual void setPictureViewer(std::optional<PictureViewer> viewer) = 0;
     virtual std::shared_ptr<const VideoPicture> currentPicture() const = 0;
 
     // The picture of the whole sound, enabled tracks together, as far as it is known by now. It is begun when it is

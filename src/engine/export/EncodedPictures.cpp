@@ -54,7 +54,7 @@ std::unique_ptr<EncodedPictures> EncodedPictures::create(std::unique_ptr<VideoRe
 // The first picture tells the size.
 bool EncodedPictures::readFirst() {
     for (int i = 0; i < kPicturesToTry && !m_hasPicture; ++i) {
-        switch (m_reader->next(m_picture, kEverything, false)) {
+        switch (m_reader->next(m_picture, kEverything, VideoReader::kAllPixels)) {
             case VideoReader::Outcome::Picture:
                 m_hasPicture = true;
                 break;
@@ -131,7 +131,7 @@ bool EncodedPictures::encode(const AVFrame& picture, double seconds) {
 
 ExportTrack::Outcome EncodedPictures::feed() {
     if (!m_hasPicture) {
-        const VideoReader::Outcome outcome = m_reader->next(m_picture, kEverything, false);
+        const VideoReader::Outcome outcome = m_reader->next(m_picture, kEverything, VideoReader::kAllPixels);
         if (outcome == VideoReader::Outcome::End) {
             return avcodec_send_frame(m_encoder.get(), nullptr) >= 0 ? Outcome::Working : Outcome::Failed;
         }

@@ -5,6 +5,7 @@
 
 extern "C" {
 #include <libavutil/imgutils.h>
+#include <libavutil/mastering_display_metadata.h>
 #include <libavutil/pixdesc.h>
 #include <libswscale/swscale.h>
 }
@@ -13,6 +14,7 @@ namespace qm {
 
 namespace {
 
+constexpr std::size_t kSlack = 16;                // pixels: the library may write a little past the last row
 constexpr double kNarrowest = 0.1, kWidest = 10;  // pixel shapes beyond these are taken for damage
 
 double pixelAspect(const AVFrame& frame, AVRational streamAspect) {
@@ -37,20 +39,59 @@ bool isFullRange(const AVFrame& frame) {
     }
 }
 
-// The library's own table number for the colours of the picture; large pictures that do not say use the newer one.
-int colourTable(const AVFrame& frame) {
+// How colours are made of brightness and differences; large pictures that do not say use the newer way.
+AVColorSpace colourSpace(const AVFrame& frame) {
     constexpr int kFirstLargeHeight = 720;
     switch (frame.colorspace) {
         case AVCOL_SPC_BT709:
-            return SWS_CS_ITU709;
+            return AVCOL_SPC_BT709;
         case AVCOL_SPC_BT2020_NCL:
         case AVCOL_SPC_BT2020_CL:
-            return SWS_CS_BT2020;
+            return AVCOL_SPC_BT2020_NCL;
         case AVCOL_SPC_UNSPECIFIED:
-            return frame.height >= kFirstLargeHeight ? SWS_CS_ITU709 : SWS_CS_ITU601;
+            return frame.height >= kFirstLargeHeight ? AVCOL_SPC_BT709 : AVCOL_SPC_SMPTE170M;
+        default:
+            return AVCOL_SPC_SMPTE170M;
+    }
+}
+
+// The library's own number of the same.
+int colourTable(const AVFrame& frame) {
+    switch (colourSpace(frame)) {
+        case AVCOL_SPC_BT709:
+            return SWS_CS_ITU709;
+        case AVCOL_SPC_BT2020_NCL:
+            return SWS_CS_BT2020;
         default:
             return SWS_CS_ITU601;
     }
+}
+
+// The brightest light in the film, as far as it says.
+double peakOf(const AVFrame& frame) {
+    constexpr double kUsual = 1000, kHighest = 10000;
+    double peak = 0;
+    if (const AVFrameSideData* data = av_frame_get_side_data(&frame, AV_FRAME_DATA_CONTENT_LIGHT_LEVEL)) {
+        peak = reinterpret_cast<const AVContentLightMetadata*>(data->data)->MaxCLL;
+    }
+    if (const AVFrameSideData* data = av_frame_get_side_data(&frame, AV_FRAME_DATA_MASTERING_DISPLAY_METADATA)) {
+        const auto& display = *reinterpret_cast<const AVMasteringDisplayMetadata*>(data->data);
+        peak = peak <= 0 && display.has_luminance ? av_q2d(display.max_luminance) : peak;
+    }
+    return peak > 0 && peak <= kHighest ? peak : kUsual;
+}
+
+// None for pictures whose numbers a screen can show as they are.
+std::optional<ToneSource> toneSource(const AVFrame& frame) {
+    switch (frame.color_trc) {
+        case AVCOL_TRC_SMPTE2084:
+            return ToneSource{ToneSource::Transfer::Pq, peakOf(frame)};
+        case AVCOL_TRC_ARIB_STD_B67:
+            return ToneSource{ToneSource::Transfer::Hlg};
+        default:
+            break;
+    }
+    return frame.color_primaries == AVCOL_PRI_BT2020 ? std::optional(ToneSource{}) : std::nullopt;
 }
 
 void turnClockwise(VideoPicture& picture) {
@@ -68,16 +109,23 @@ void turnClockwise(VideoPicture& picture) {
 
 }  // namespace
 
-PictureSize fitted(int width, int height, int limit) {
-    const int larger = std::max(width, height);
-    if (larger <= limit) {
-        return {width, height};
+PictureSize withPixels(PictureSize size, std::int64_t most) {
+    const std::int64_t pixels = std::int64_t{size.width} * size.height;
+    if (pixels <= most) {
+        return size;
     }
-    const auto side = [&](int length) {
-        const auto scaled = static_cast<int>(std::int64_t{length} * limit / larger);
-        return std::max(scaled & ~1, 2);
-    };
-    return {side(width), side(height)};
+    const double scale = std::sqrt(static_cast<double>(std::max<std::int64_t>(most, 1)) / static_cast<double>(pixels));
+    const auto side = [&](int length) { return std::max(static_cast<int>(length * scale) & ~1, 2); };
+    return {side(size.width), side(size.height)};
+}
+
+PictureSize fitted(PictureSize coded, double aspect, PictureSize place) {
+    const double width = std::min<double>(place.width, place.height * aspect);
+    const double height = width / aspect;
+    if (width * height >= static_cast<double>(coded.width) * coded.height) {
+        return coded;
+    }
+    return {std::max(static_cast<int>(std::lround(width)), 1), std::max(static_cast<int>(std::lround(height)), 1)};
 }
 
 PictureConverter::~PictureConverter() {
@@ -100,23 +148,30 @@ bool PictureConverter::scale(const AVFrame& from, AVPixelFormat format, PictureS
     }
     const int* coefficients = sws_getCoefficients(colourTable(from));
     const bool full = isFullRange(from);
-    sws_setColorspaceDetails(context, coefficients, full, coefficients, format == AV_PIX_FMT_RGB32 || full, 0, 1 << 16,
-                             1 << 16);
+    const bool fullOut = full || format == AV_PIX_FMT_RGB32 || format == AV_PIX_FMT_RGB48;
+    sws_setColorspaceDetails(context, coefficients, full, coefficients, fullOut, 0, 1 << 16, 1 << 16);
     return sws_scale(context, from.data, from.linesize, 0, from.height, planes, strides) > 0;
 }
 
 std::shared_ptr<VideoPicture> PictureConverter::paintable(const AVFrame& frame, int quarterTurns,
-                                                          AVRational streamAspect) {
-    const PictureSize size = fitted(frame.width, frame.height, kLargestSide);
+                                                          AVRational streamAspect, PictureSize place) {
     auto picture = std::make_shared<VideoPicture>();
+    picture->aspect = pixelAspect(frame, streamAspect) * std::max(frame.width, 1) / std::max(frame.height, 1);
+    const bool onItsSide = quarterTurns % 2 != 0;
+    place = {std::min(onItsSide ? place.height : place.width, kLargestSide),
+             std::min(onItsSide ? place.width : place.height, kLargestSide)};
+    const PictureSize size = fitted({frame.width, frame.height}, picture->aspect, place);
     picture->width = size.width;
     picture->height = size.height;
-    picture->aspect = pixelAspect(frame, streamAspect) * frame.width / std::max(frame.height, 1);
-    constexpr std::size_t kSlack = 16;  // the library may write a little past the last row
     picture->pixels.resize(std::size_t(size.width) * size.height + kSlack);
     std::uint8_t* planes[4] = {reinterpret_cast<std::uint8_t*>(picture->pixels.data())};
     const int strides[4] = {4 * size.width};
-    if (!scale(frame, AV_PIX_FMT_RGB32, size, planes, strides, m_toPaint)) {
+    const std::optional<ToneSource> tones = toneSource(frame);
+    if (tones && (!m_tones || m_tones->source() != *tones)) {
+        m_tones.emplace(*tones);
+    }
+    if (!(tones ? mapTones(frame, size, picture->pixels.data())
+                : scale(frame, AV_PIX_FMT_RGB32, size, planes, strides, m_toPaint))) {
         return nullptr;
     }
     picture->pixels.resize(std::size_t(size.width) * size.height);
@@ -126,19 +181,35 @@ std::shared_ptr<VideoPicture> PictureConverter::paintable(const AVFrame& frame, 
     return picture;
 }
 
-FramePtr PictureConverter::reduced(const AVFrame& frame) {
-    const PictureSize size = fitted(frame.width, frame.height, kReducedSide);
+bool PictureConverter::mapTones(const AVFrame& frame, PictureSize size, std::uint32_t* pixels) {
+    const std::size_t count = std::size_t(size.width) * size.height;
+    m_wide.resize(3 * (count + kSlack));
+    std::uint8_t* planes[4] = {reinterpret_cast<std::uint8_t*>(m_wide.data())};
+    const int strides[4] = {6 * size.width};
+    if (!scale(frame, AV_PIX_FMT_RGB48, size, planes, strides, m_toPaint)) {
+        return false;
+    }
+    m_tones->map(m_wide.data(), pixels, count);
+    return true;
+}
+
+FramePtr PictureConverter::reduced(const AVFrame& frame, std::int64_t mostPixels) {
+    const PictureSize size = withPixels({frame.width, frame.height}, mostPixels);
+    if (size.width == frame.width) {
+        return nullptr;
+    }
     FramePtr small(av_frame_alloc());
-    small->format = AV_PIX_FMT_YUV420P;
+    const AVPixelFormat format = toneSource(frame) ? AV_PIX_FMT_YUV420P10 : AV_PIX_FMT_YUV420P;
+    small->format = format;
     small->width = size.width;
     small->height = size.height;
     if (av_frame_get_buffer(small.get(), 0) < 0 ||
-        !scale(frame, AV_PIX_FMT_YUV420P, size, small->data, small->linesize, m_toKeep)) {
+        !scale(frame, format, size, small->data, small->linesize, m_toKeep)) {
         return nullptr;
     }
-    small->colorspace = colourTable(frame) == SWS_CS_ITU709 ? AVCOL_SPC_BT709 : AVCOL_SPC_SMPTE170M;
+    av_frame_copy_props(small.get(), &frame);
+    small->colorspace = colourSpace(frame);
     small->color_range = isFullRange(frame) ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
-    small->sample_aspect_ratio = frame.sample_aspect_ratio;
     return small;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <thread>
 
 extern "C" {
 #include <libavutil/display.h>
@@ -16,12 +17,11 @@ namespace {
 constexpr double kTolerance = 0.0005;    // seconds; time stamps are rounded
 constexpr double kFirstStepBack = 0.25;  // seconds before a target where seeking tries again
 constexpr double kEverything = -std::numeric_limits<double>::infinity();
-constexpr double kWorthSeeking = 0.3;             // seconds of pictures to be saved by a seek
-constexpr double kWorthSeekingBlindly = 10;       // the same where key pictures are not known
-constexpr double kUnreferencedMargin = 0.5;       // seconds before a wanted picture in which nothing is left out
-constexpr std::int64_t kMostPixels = 64 << 20;    // of one picture; more is taken for damage
-constexpr int kPacketsToLand = 2000;              // decoded after a seek before it is given up
-constexpr std::int64_t kManyPixels = 1280 * 720;  // from here on two threads decode
+constexpr double kWorthSeeking = 0.3;           // seconds of pictures to be saved by a seek
+constexpr double kWorthSeekingBlindly = 10;     // the same where key pictures are not known
+constexpr double kUnreferencedMargin = 0.5;     // seconds before a wanted picture in which nothing is left out
+constexpr std::int64_t kMostPixels = 64 << 20;  // of one picture; more is taken for damage
+constexpr int kPacketsToLand = 2000;            // decoded after a seek before it is given up
 
 // Quarter turns clockwise, from the matrix by which a camera says how it was held.
 int turnOf(const AVStream& stream) {
@@ -32,6 +32,25 @@ int turnOf(const AVStream& stream) {
     }
     const double degrees = -av_display_rotation_get(reinterpret_cast<const std::int32_t*>(matrix));
     return std::isfinite(degrees) ? (static_cast<int>(std::lround(degrees / 90)) % 4 + 4) % 4 : 0;
+}
+
+RawPicture rawPicture(FramePtr frame, double seconds, bool isReduced) {
+    const int bytes =
+        av_image_get_buffer_size(static_cast<AVPixelFormat>(frame->format), frame->width, frame->height, 32);
+    RawPicture picture;
+    picture.seconds = seconds;
+    picture.bytes = static_cast<std::size_t>(std::max(bytes, 1));
+    picture.pixels = std::int64_t{frame->width} * frame->height;
+    picture.reduced = isReduced;
+    picture.frame = std::shared_ptr<AVFrame>(std::move(frame));
+    return picture;
+}
+
+// Threads of the codec: groups of large pictures are to be decoded much faster than they are played.
+int threadsFor(std::int64_t pixels) {
+    constexpr std::int64_t kManyPixels = 1280 * 720;
+    constexpr unsigned kMost = 4;
+    return pixels < kManyPixels ? 1 : static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 2u, kMost));
 }
 
 }  // namespace
@@ -76,7 +95,7 @@ bool VideoDecoder::openDecoder() {
     }
     m_codec->pkt_timebase = m_timeBase;
     m_codec->max_pixels = kMostPixels;
-    m_codec->thread_count = std::int64_t{m_codec->width} * m_codec->height >= kManyPixels ? 2 : 1;
+    m_codec->thread_count = threadsFor(std::int64_t{m_codec->width} * m_codec->height);
     return avcodec_open2(m_codec.get(), codec, nullptr) >= 0;
 }
 
@@ -196,7 +215,7 @@ bool VideoDecoder::takeFrame() {
     return true;
 }
 
-VideoReader::Outcome VideoDecoder::next(RawPicture& picture, double wantedFrom, bool reduce) {
+VideoReader::Outcome VideoDecoder::next(RawPicture& picture, double wantedFrom, std::int64_t mostPixels) {
     if (!m_demuxer) {
         return Outcome::End;
     }
@@ -208,26 +227,27 @@ VideoReader::Outcome VideoDecoder::next(RawPicture& picture, double wantedFrom, 
             return outcome;
         }
     }
-    picture.seconds = m_last;
-    const bool large = std::max(m_frame->width, m_frame->height) > PictureConverter::kReducedSide;
-    FramePtr kept = reduce && large ? m_converter.reduced(*m_frame) : nullptr;
-    picture.reduced = kept != nullptr;
-    if (!kept) {
+    FramePtr kept = m_converter.reduced(*m_frame, mostPixels);
+    const bool isReduced = kept != nullptr;
+    if (!isReduced) {
         kept.reset(av_frame_alloc());
         av_frame_move_ref(kept.get(), m_frame.get());
     }
-    const int bytes = av_image_get_buffer_size(static_cast<AVPixelFormat>(kept->format), kept->width, kept->height, 32);
-    picture.bytes = static_cast<std::size_t>(std::max(bytes, 1));
-    picture.frame = std::shared_ptr<AVFrame>(std::move(kept));
+    picture = rawPicture(std::move(kept), m_last, isReduced);
     return Outcome::Picture;
 }
 
-std::shared_ptr<const VideoPicture> VideoDecoder::convert(const RawPicture& picture) {
+RawPicture VideoDecoder::reduced(const RawPicture& picture, std::int64_t mostPixels) {
+    FramePtr smaller = m_converter.reduced(*picture.frame, mostPixels);
+    return smaller ? rawPicture(std::move(smaller), picture.seconds, true) : picture;
+}
+
+std::shared_ptr<const VideoPicture> VideoDecoder::convert(const RawPicture& picture, PictureSize place) {
     if (!picture.frame) {
         return nullptr;
     }
     const AVRational aspect = m_demuxer ? m_demuxer->stream(m_stream).sample_aspect_ratio : AVRational{0, 1};
-    auto converted = m_converter.paintable(*picture.frame, m_turn, aspect);
+    auto converted = m_converter.paintable(*picture.frame, m_turn, aspect, place);
     if (converted) {
         converted->seconds = picture.seconds;
     }

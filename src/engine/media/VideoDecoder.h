@@ -18,8 +18,10 @@ public:
 
     bool seek(double seconds) override;
     bool gainsBySeeking(double from, double to) override;
-    Outcome next(RawPicture& picture, double wantedFrom, bool reduce) override;
-    std::shared_ptr<const VideoPicture> convert(const RawPicture& picture) override;
+    Outcome next(RawPicture& picture, double wantedFrom, std::int64_t mostPixels) override;
+    double secondsPerPicture() const override { return m_usualDuration; }
+    RawPicture reduced(const RawPicture& picture, std::int64_t mostPixels) override;
+    std::shared_ptr<const VideoPicture> convert(const RawPicture& picture, PictureSize place) override;
 
 private:
     VideoDecoder() = default;

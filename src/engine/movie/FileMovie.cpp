@@ -136,8 +136,8 @@ VideoMoment FileMovie::moment() const {
     return moment;
 }
 
-void FileMovie::setWatched(bool watched) {
-    if (m_video) m_video->setWatched(watched);
+void FileMovie::setPictureViewer(std::optional<PictureViewer> viewer) {
+    if (m_video) m_video->setViewer(std::move(viewer));
 }
 
 std::shared_ptr<const VideoPicture> FileMovie::currentPicture() const {

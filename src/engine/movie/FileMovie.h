@@ -44,7 +44,7 @@ public:
     void setPreferredRateAttribute(float rate) override;
     void setMuted(bool muted) override;
     void setVolume(float volume) override;
-    void setWatched(bool watched) override;
+    void setPictureViewer(std::optional<PictureViewer> viewer) override;
     std::shared_ptr<const VideoPicture> currentPicture() const override;
     Waveform waveform() const override;
     std::unique_ptr<MovieExport> writeToFileWithAttributes(const std::string& path, WriteAttribute attribute) override;

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <span>
 
-#include "engine/output/FourFloats.h"
+#include "engine/realtime/FourFloats.h"
 #include "engine/render/StereoFrame.h"
 
 namespace qm {

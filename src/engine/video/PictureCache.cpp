@@ -28,11 +28,20 @@ const PictureCache::Shown* PictureCache::at(double seconds) const {
     return seconds < shown.end ? &shown : nullptr;
 }
 
-double PictureCache::coveredFrom(const Span& span) const {
+const PictureCache::Shown* PictureCache::before(const Shown& shown) const {
+    const auto found = m_pictures.lower_bound(shown.begin);
+    if (found == m_pictures.begin()) {
+        return nullptr;
+    }
+    const Shown& previous = std::prev(found)->second;
+    return previous.end == shown.begin ? &previous : nullptr;
+}
+
+double PictureCache::coveredFrom(const Span& span, std::int64_t leastPixels) const {
     double reached = span.begin;
     while (reached < span.end) {
         const Shown* shown = at(reached);
-        if (!shown) {
+        if (!shown || (shown->picture.reduced && shown->picture.pixels < leastPixels)) {
             return reached;
         }
         reached = shown->end;
@@ -97,9 +106,12 @@ std::size_t PictureCache::bytesIn(const Span& span) const {
     return bytes;
 }
 
-bool PictureCache::hasReduced() const {
-    return std::any_of(m_pictures.begin(), m_pictures.end(),
-                       [](const auto& entry) { return entry.second.picture.reduced; });
+const PictureCache::Shown* PictureCache::largerThan(std::int64_t pixels, const Span& span) const {
+    const auto found = std::find_if(m_pictures.begin(), m_pictures.end(), [&](const auto& entry) {
+        const Shown& shown = entry.second;
+        return shown.picture.pixels > pixels && shown.begin >= span.begin && shown.end <= span.end;
+    });
+    return found == m_pictures.end() ? nullptr : &found->second;
 }
 
 }  // namespace qm

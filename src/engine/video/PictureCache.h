@@ -28,22 +28,26 @@ public:
     };
 
     void add(Shown shown);
-    const Shown* at(double seconds) const;  // null if that picture is not here
+    const Shown* at(double seconds) const;          // null if that picture is not here
+    const Shown* before(const Shown& shown) const;  // the one that ends where this one begins
 
     // The earliest time in the span that no picture covers, seen from its begin; the span's end if all are here.
-    double coveredFrom(const Span& span) const;
+    // Those that are kept with fewer pixels than so many do not count.
+    double coveredFrom(const Span& span, std::int64_t leastPixels = 0) const;
     // The same seen from the end: all from there to the end are here.
     double coveredBackFrom(const Span& span) const;
 
     void remove(double begin);
     void keepOnly(const std::vector<Span>& spans);  // those shown within one of them
+
+    // One that is shown only within the span and has more pixels than so many.
+    const Shown* largerThan(std::int64_t pixels, const Span& span) const;
     // Removes pictures shown within the span, first the ones at its end, or at its begin, until no more than so many
     // bytes of it are left.
     void trim(const Span& span, std::size_t bytes, bool fromBegin);
     void clear();
     std::size_t bytes() const { return m_bytes; }
     std::size_t bytesIn(const Span& span) const;
-    bool hasReduced() const;
 
 private:
     std::map<double, Shown> m_pictures;  // by begin

@@ -28,9 +28,9 @@ void PictureCursor::countFruitless() {
     }
 }
 
-bool PictureCursor::read(double wantedFrom, bool reduce, std::optional<PictureCache::Shown>& finished) {
+bool PictureCursor::read(double wantedFrom, std::int64_t mostPixels, std::optional<PictureCache::Shown>& finished) {
     RawPicture picture;
-    const VideoReader::Outcome outcome = m_reader->next(picture, wantedFrom, reduce);
+    const VideoReader::Outcome outcome = m_reader->next(picture, wantedFrom, mostPixels);
     if (outcome == VideoReader::Outcome::Working) {
         return true;
     }

@@ -16,7 +16,7 @@ public:
     void seek(double seconds);
 
     // Reads a little; a picture that is known to its end is stored in `finished`. False at the end of the film.
-    bool read(double wantedFrom, bool reduce, std::optional<PictureCache::Shown>& finished);
+    bool read(double wantedFrom, std::int64_t mostPixels, std::optional<PictureCache::Shown>& finished);
 
     // True if the picture shown at `seconds` is better reached by a seek than by reading on.
     bool needsSeek(double seconds) const;
@@ -29,7 +29,7 @@ public:
     // Nothing can be read wherever it seeks.
     bool isDead() const { return m_fruitless >= kMostFruitless; }
 
-    std::shared_ptr<const VideoPicture> convert(const RawPicture& picture) { return m_reader->convert(picture); }
+    VideoReader& reader() { return *m_reader; }
 
 private:
     static constexpr int kMostFruitless = 3;

@@ -7,23 +7,23 @@ namespace qm {
 
 namespace {
 
-constexpr double kForever = std::numeric_limits<double>::infinity();
-constexpr double kRounding = 0.001;  // seconds: positions are whole frames of sound, pictures begin between them
-constexpr double kAhead = 0.5;       // seconds of real time decoded ahead, forward
-constexpr double kAheadBackward = 6;
-constexpr double kShownLate = 0.25;    // seconds: a picture later than this is no help while decoding is too slow
-constexpr double kParkedWithin = 0.3;  // seconds before the place where reading is to go on
-
-// The time whose picture is shown: a picture that begins within the rounding has begun.
-double shownTime(const VideoMoment& moment) {
-    const double time = moment.seconds + kRounding;
-    const bool inLoop = moment.loops && moment.seconds < moment.rangeEnd;
-    return inLoop ? std::min(time, std::max(moment.rangeEnd - kRounding, moment.seconds)) : time;
-}
+constexpr double kRounding = 0.001;               // seconds
+constexpr double kParkedWithin = 0.3;             // seconds before the place where reading is to go on
+constexpr std::size_t kReady = 4;                 // pictures that are ready to be painted
+constexpr std::int64_t kLeastPixels = 480 * 270;  // of a picture that is made smaller for memory's sake
+constexpr double kMuchLarger = 1.25;              // worth the work of making it smaller
+constexpr double kAboutAsLarge = 0.9;
 
 }  // namespace
 
 PictureServer::PictureServer(VideoOpener open, std::size_t budget) : m_open(std::move(open)), m_budget(budget) {}
+
+void PictureServer::setPlace(PictureSize place) {
+    if (place != m_place) {
+        m_place = place;
+        m_schedule.pictures.clear();
+    }
+}
 
 bool PictureServer::isReadable() {
     isReady(m_lanes[0]);
@@ -41,124 +41,131 @@ bool PictureServer::isReady(Lane& lane) {
     return !lane.cursor->isDead();
 }
 
-std::shared_ptr<const VideoPicture> PictureServer::pictureAt(const VideoMoment& moment) {
-    const double now = shownTime(moment);
-    const PictureCache::Shown* shown = m_cache.at(now);
-    const RawPicture* picture = shown ? &shown->picture : lateButNew(now);
-    if (!picture) {
-        return nullptr;
-    }
-    if (!m_shown || m_shownBegin != picture->seconds) {
-        if (auto converted = m_lanes[0].cursor->convert(*picture)) {
-            m_shown = std::move(converted);
-            m_shownBegin = picture->seconds;
-        }
-    }
-    return m_shown;
-}
-
-// Forward, the newest picture there is stands in for one that is not decoded in time.
-const RawPicture* PictureServer::lateButNew(double now) const {
-    const PictureCursor* cursor = m_lanes[0].cursor.get();
-    const RawPicture* newest = cursor && !m_backward ? cursor->pending() : nullptr;
-    return newest && newest->seconds <= now && newest->seconds > now - kShownLate ? newest : nullptr;
-}
-
-double PictureServer::secondsToChange(const VideoMoment& moment) const {
-    if (moment.rate == 0) {
-        return kForever;
-    }
-    const double time = shownTime(moment);
-    const PictureCache::Shown* shown = m_cache.at(time);
-    double change = moment.rate > 0 ? kForever : -kForever;
-    if (shown) {
-        change = moment.rate > 0 ? shown->end : shown->begin;
-    }
-    if (moment.loops) {
-        change = moment.rate > 0 ? std::min(change, moment.rangeEnd) : std::max(change, moment.rangeBegin);
-    }
-    return std::max((change - time) / moment.rate, 0.0);
-}
-
 void PictureServer::forget() {
     m_cache.clear();
-    m_shown.reset();
+    m_schedule.pictures.clear();
     for (Lane& lane : m_lanes) {
         lane = {};
     }
 }
 
-void PictureServer::lookAhead(const VideoMoment& moment) {
-    const double now = shownTime(moment);
-    const double speed = std::max(std::abs(moment.rate), 1.0);
-    const bool inRange = moment.loops && now >= moment.rangeBegin && now < moment.rangeEnd;
-    m_wanted.clear();
-    m_backward = moment.rate < 0;
-    if (m_backward) {
-        m_ahead = kAheadBackward * speed;
-        const double first = inRange ? std::max(now - m_ahead, moment.rangeBegin) : now - m_ahead;
-        m_wanted.push_back({first, now + kRounding});
-        if (moment.loops) {
-            const double farthest = std::max(moment.rangeEnd - m_ahead, moment.rangeBegin);
-            m_wanted.push_back({inRange ? std::max(farthest, now + kRounding) : farthest, moment.rangeEnd});
+bool PictureServer::prepare(const VideoMoment& moment) {
+    PictureSchedule schedule;
+    const Shown* fresh = nullptr;
+    const auto isKnown = [&](const RawPicture& picture, double begin) {
+        for (const ReadyPicture& known : m_schedule.pictures) {
+            if (known.begin == begin && known.madeOf == picture.pixels) {
+                schedule.pictures.push_back(known);
+                return true;
+            }
         }
-        return;
+        return false;
+    };
+    for (const Shown* shown : upcoming(moment)) {
+        if (isKnown(shown->picture, shown->begin)) {
+            schedule.pictures.back().end = shown->end;
+        } else if (!fresh) {
+            fresh = shown;
+        }
     }
-    m_ahead = moment.rate == 0 ? kRounding : kAhead * speed;
-    m_wanted.push_back({now, inRange ? std::min(now + m_ahead, moment.rangeEnd) : now + m_ahead});
-    if (moment.loops && moment.rate > 0) {
-        const double farthest = std::min(moment.rangeBegin + m_ahead, moment.rangeEnd);
-        m_wanted.push_back({moment.rangeBegin, inRange ? std::min(farthest, now) : farthest});
-        m_parks = m_wanted[1].end == farthest && farthest < moment.rangeEnd;
+    const RawPicture* late = schedule.pictures.empty() && !fresh ? lateButNew(moment) : nullptr;
+    if (fresh) {
+        schedule.pictures.push_back(ready(fresh->begin, fresh->end, fresh->picture));
+    } else if (late && !isKnown(*late, late->seconds)) {
+        schedule.pictures.push_back(ready(late->seconds, late->seconds, *late));
+    } else {
+        return false;
     }
+    m_schedule = std::move(schedule);
+    return true;
+}
+
+ReadyPicture PictureServer::ready(double begin, double end, const RawPicture& picture) {
+    return {begin, end, picture.pixels, m_lanes[0].cursor->reader().convert(picture, m_place)};
+}
+
+std::vector<const PictureServer::Shown*> PictureServer::upcoming(const VideoMoment& moment) const {
+    std::vector<const Shown*> all;
+    const std::size_t most = moment.rate == 0 ? 1 : kReady;
+    const Shown* shown = m_cache.at(moment.shownTime());
+    while (shown && all.size() < most && std::find(all.begin(), all.end(), shown) == all.end()) {
+        all.push_back(shown);
+        shown = following(*shown, moment);
+    }
+    return all;
+}
+
+const PictureServer::Shown* PictureServer::following(const Shown& shown, const VideoMoment& moment) const {
+    const bool inLoop = moment.isInLoop();
+    if (moment.rate > 0) {
+        return m_cache.at(inLoop && shown.end >= moment.rangeEnd ? moment.rangeBegin + kRounding : shown.end);
+    }
+    return inLoop && shown.begin <= moment.rangeBegin ? m_cache.at(moment.rangeEnd - kRounding) : m_cache.before(shown);
+}
+
+// Forward, the newest picture there is stands in for one that is not decoded in time.
+const RawPicture* PictureServer::lateButNew(const VideoMoment& moment) const {
+    const PictureCursor* cursor = m_lanes[0].cursor.get();
+    const RawPicture* newest = cursor ? cursor->pending() : nullptr;
+    if (!newest) {
+        return nullptr;
+    }
+    const PictureSchedule asReady{{{newest->seconds, newest->seconds, newest->pixels, nullptr}}};
+    return asReady.at(moment) ? newest : nullptr;
 }
 
 bool PictureServer::work(const VideoMoment& moment) {
-    const bool wasBackward = m_backward;
-    lookAhead(moment);
-    if (wasBackward != m_backward) {
+    const bool turns = moment.rate != 0 && m_backward != (moment.rate < 0);
+    if (turns) {
+        m_backward = !m_backward;
         m_lanes[0].group.reset();
         m_lanes[1].group.reset();
     }
-    if (!m_backward && m_cache.hasReduced()) {
-        m_cache.clear();
-        m_shown.reset();
-    }
-    m_cache.keepOnly(m_wanted);
+    m_look = lookAhead(moment, m_backward);
+    keepWanted();
     if (!isReady(m_lanes[0])) {
         return false;
     }
-    const bool loops = m_wanted.size() > 1;
-    const std::size_t share = m_backward ? m_budget / 4 : m_budget / 2;
-    const std::size_t beyondSeam = share - std::min(m_lastBytes, share);  // one picture may lie across both stretches
-    if (loops) {
-        m_cache.trim(m_wanted[1], beyondSeam, m_backward);
+    if (moment.rate == 0) {  // only what is to be seen now, and as sharp as can be
+        const double now = moment.shownTime();
+        m_look.next = {now, now + kRounding};
+        m_look.beyondSeam = m_look.following = {};
     }
-    if (!m_backward) {
-        return workForward(share) || (loops && workBeyondSeam(m_wanted[1], beyondSeam));
-    }
-    const std::optional<GroupJob>& beyond = m_lanes[1].group;
-    const Span& span = m_wanted[0];
-    const bool late = m_cache.coveredBackFrom(span) >= span.end;
-    if (late && !m_lanes[0].group && beyond && beyond->span.touches(span.end - kRounding, span.end)) {
-        std::swap(m_lanes[0], m_lanes[1]);  // the seam came before what lies beyond it was ready
-    }
-    return workBackward(m_lanes[0], span, 2 * share, share) ||
-           (loops && isReady(m_lanes[1]) && workBackward(m_lanes[1], m_wanted[1], beyondSeam, 1));
+    const bool forward = !m_backward || moment.rate == 0;
+    return (forward ? workForward() : workBackward()) || makePassedSmaller();
 }
 
-bool PictureServer::workForward(std::size_t allowance) {
-    const Span& span = m_wanted[0];
-    const double missing = m_cache.coveredFrom(span);
-    if (missing >= span.end || (missing > span.begin && !fits(span, allowance))) {
-        return false;
+void PictureServer::keepWanted() {
+    std::vector<Span> wanted = m_look.passed;
+    wanted.insert(wanted.end(), {m_look.next, m_look.beyondSeam, m_look.following});
+    m_cache.keepOnly(wanted);
+    // One picture may lie across both stretches.
+    m_cache.trim(m_look.beyondSeam, m_budget / 4 - std::min(m_lastBytes, m_budget / 4), m_backward);
+    m_cache.trim(m_look.following, m_budget / 8, false);
+    for (const Span& span : m_look.passed) {
+        m_cache.trim(span, (m_backward ? m_budget / 8 : m_budget / 4) / m_look.passed.size(), !m_backward);
     }
+}
+
+// Pictures that were kept smaller than they are shown are decoded again when there is time.
+bool PictureServer::workForward() {
+    const Span& span = m_look.next;
+    const double missing = m_cache.coveredFrom(span, leastPixels());
+    if (missing >= span.end || (missing > span.begin && !fits(span, m_budget / 4))) {
+        return (!m_look.beyondSeam.empty() && workBeyondSeam(m_look.beyondSeam, m_budget / 4)) || approach();
+    }
+    m_lanes[0].group.reset();
+    crossSeam(missing);
+    stepForward(m_lanes[0], span, missing);
+    return true;
+}
+
+// What has waited beyond the seam goes on from there, once it is crossed.
+void PictureServer::crossSeam(double missing) {
     const PictureCursor* beyond = m_lanes[1].cursor.get();
     if (beyond && !beyond->needsSeek(missing) && m_lanes[0].cursor->needsSeek(missing)) {
         std::swap(m_lanes[0], m_lanes[1]);
     }
-    stepForward(m_lanes[0], span, missing);
-    return true;
 }
 
 // The pictures behind the seam, and then a cursor that waits where they end.
@@ -167,17 +174,32 @@ bool PictureServer::workBeyondSeam(const Span& span, std::size_t allowance) {
     if (!isReady(lane)) {
         return false;
     }
-    const double missing = m_cache.coveredFrom(span);
-    if (missing < span.end && fits(span, allowance)) {
+    const double missing = m_cache.coveredFrom(span, leastPixels());
+    if (missing < span.end && fits(span, allowance - std::min(m_lastBytes, allowance))) {
         stepForward(lane, span, missing);
         return true;
     }
-    const std::optional<double> position = lane.cursor->position();
-    const bool parked = position && *position <= missing && *position > missing - kParkedWithin;
-    if (parked || !m_parks) {
+    return m_look.parks && park(lane, {span.begin, missing});
+}
+
+// Where there are pictures for a while, because they were played before: a cursor that waits where they end.
+bool PictureServer::approach() {
+    const Span& span = m_look.following;
+    const double missing = m_cache.coveredFrom({m_look.next.begin, span.end}, leastPixels());
+    if (missing <= m_look.next.end || missing >= span.end) {
         return false;
     }
-    stepForward(lane, {span.begin, missing}, missing - kRounding);
+    crossSeam(missing);
+    return park(m_lanes[0], {m_look.next.begin, missing});
+}
+
+// Brings the cursor to the end of the span; false if it is there.
+bool PictureServer::park(Lane& lane, const Span& span) {
+    const std::optional<double> position = lane.cursor->position();
+    if (position && *position <= span.end && *position > span.end - kParkedWithin) {
+        return false;
+    }
+    stepForward(lane, span, span.end - kRounding);
     return true;
 }
 
@@ -190,26 +212,42 @@ void PictureServer::stepForward(Lane& lane, const Span& span, double missing) {
         lane.cursor->seek(missing);
         return;
     }
-    std::optional<PictureCache::Shown> finished;
-    lane.cursor->read(missing, false, finished);
+    std::optional<Shown> finished;
+    lane.cursor->read(missing, VideoReader::kAllPixels, finished);
     if (finished && span.touches(finished->begin, finished->end)) {
         m_lastBytes = finished->picture.bytes;
+        m_bytesPerPixel = double(m_lastBytes) / double(std::max<std::int64_t>(finished->picture.pixels, 1));
         m_cache.add(std::move(*finished));
     }
 }
 
-bool PictureServer::workBackward(Lane& lane, const Span& span, std::size_t allowance, std::size_t startBelow) {
+bool PictureServer::workBackward() {
+    const bool loops = !m_look.beyondSeam.empty();
+    const std::size_t share = loops ? m_budget / 4 : m_budget / 8 * 3;
+    const std::optional<GroupJob>& beyond = m_lanes[1].group;
+    const Span& span = m_look.next;
+    const bool late = m_cache.coveredBackFrom(span) >= span.end;
+    if (late && !m_lanes[0].group && beyond && beyond->span.touches(span.end - kRounding, span.end)) {
+        std::swap(m_lanes[0], m_lanes[1]);  // the seam came before what lies beyond it was ready
+    }
+    return workOnGroups(m_lanes[0], span, share, share) ||
+           (loops && isReady(m_lanes[1]) && workOnGroups(m_lanes[1], m_look.beyondSeam, m_budget / 4, 1));
+}
+
+// A group is begun long before it is needed: as soon as it fits beside what is still to be shown of the one after it.
+bool PictureServer::workOnGroups(Lane& lane, const Span& span, std::size_t allowance, std::size_t startBelow) {
     if (lane.group && !span.touches(lane.group->span.begin, lane.group->span.end)) {
         lane.group.reset();
     }
     if (!lane.group) {
         const double missing = m_cache.coveredBackFrom(span);
         const bool late = missing >= span.end;
-        const bool enough = span.end - missing > m_ahead / 2 || m_cache.bytesIn(span) >= startBelow;
+        const bool enough = span.end - missing > m_look.ahead / 2 || m_cache.bytesIn(span) >= startBelow;
         if (missing <= span.begin || (!late && enough)) {
             return false;
         }
-        lane.group.emplace(GroupJob{{span.begin, missing}, allowance, 0, {}});
+        lane.group.emplace(
+            GroupJob{{span.begin, missing}, allowance - std::min(m_lastBytes, allowance / 2), 0, {}, {}});
         lane.cursor->seek(missing - kRounding);
         return true;
     }
@@ -220,8 +258,12 @@ bool PictureServer::workBackward(Lane& lane, const Span& span, std::size_t allow
 // What has been passed while the group was decoded need not be reached any more.
 void PictureServer::stepGroup(Lane& lane, const Span& span) {
     GroupJob& group = *lane.group;
-    std::optional<PictureCache::Shown> finished;
-    const bool goesOn = lane.cursor->read(group.span.begin, true, finished);
+    if (!group.first && lane.cursor->position()) {
+        group.first = std::max(*lane.cursor->position(), group.span.begin);
+        m_groupPixels = pixelsFor(group.allowance, group.span.end - *group.first);
+    }
+    std::optional<Shown> finished;
+    const bool goesOn = lane.cursor->read(group.span.begin, m_groupPixels, finished);
     if (finished && finished->end > group.span.begin && finished->begin < group.span.end) {
         keepOfGroup(group, std::move(*finished));
     }
@@ -232,8 +274,8 @@ void PictureServer::stepGroup(Lane& lane, const Span& span) {
     }
 }
 
-void PictureServer::keepOfGroup(GroupJob& group, PictureCache::Shown shown) {
-    const PictureCache::Shown* known = m_cache.at(shown.begin);
+void PictureServer::keepOfGroup(GroupJob& group, Shown shown) {
+    const Shown* known = m_cache.at(shown.begin);
     if (known && known->begin == shown.begin) {
         return;
     }
@@ -241,11 +283,41 @@ void PictureServer::keepOfGroup(GroupJob& group, PictureCache::Shown shown) {
     group.kept.push_back(shown);
     m_cache.add(std::move(shown));
     while (group.bytes > group.allowance && group.kept.size() > 1) {
-        const PictureCache::Shown& oldest = group.kept.front();
+        const Shown& oldest = group.kept.front();
         group.bytes -= oldest.picture.bytes;
         m_cache.remove(oldest.begin);
         group.kept.pop_front();
     }
+}
+
+bool PictureServer::makePassedSmaller() {
+    const std::int64_t pixels = pixelsFor(m_budget / 8, 0);
+    for (const Span& span : m_look.passed) {
+        const auto tooLarge = static_cast<std::int64_t>(kMuchLarger * static_cast<double>(pixels));
+        const Shown* found = m_cache.largerThan(tooLarge, span);
+        if (!found) {
+            continue;
+        }
+        Shown smaller{m_lanes[0].cursor->reader().reduced(found->picture, pixels), found->begin, found->end};
+        m_cache.remove(smaller.begin);
+        if (smaller.picture.pixels <= tooLarge) {
+            m_cache.add(std::move(smaller));
+        }
+        return true;
+    }
+    return false;
+}
+
+// How large each picture of so many seconds, but of no less than are kept for a turn, may be within that memory.
+std::int64_t PictureServer::pixelsFor(std::size_t bytes, double seconds) const {
+    const double longest = std::max(seconds, LookAhead::kPassed * m_look.speed);
+    const double count = std::max(longest / m_lanes[0].cursor->reader().secondsPerPicture(), 1.0);
+    const auto fitting = static_cast<std::int64_t>(double(bytes) / count / m_bytesPerPixel);
+    return std::min(std::max(fitting, kLeastPixels), std::int64_t{m_place.width} * m_place.height);
+}
+
+std::int64_t PictureServer::leastPixels() const {
+    return static_cast<std::int64_t>(kAboutAsLarge * m_place.width * m_place.height);
 }
 
 }  // namespace qm

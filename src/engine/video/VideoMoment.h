@@ -11,6 +11,13 @@ struct VideoMoment {
     bool loops = false;
     double rangeBegin = 0;  // what is played, in seconds
     double rangeEnd = 0;
+
+    // The time whose picture is shown. Positions are whole frames of sound and pictures begin between them: one that
+    // begins within the next millisecond has begun.
+    double shownTime() const;
+
+    // Inside what is played again and again.
+    bool isInLoop() const;
 };
 
 // Any thread.

@@ -6,17 +6,8 @@
 
 namespace qm {
 
-namespace {
-
-constexpr int kLookMilliseconds = 12;
-
-}  // namespace
-
 MovieView::MovieView(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_OpaquePaintEvent);
-    m_timer.setTimerType(Qt::PreciseTimer);
-    m_timer.setInterval(kLookMilliseconds);
-    connect(&m_timer, &QTimer::timeout, this, &MovieView::look);
 }
 
 MovieView::~MovieView() {
@@ -34,12 +25,15 @@ void MovieView::setMovie(QTMovie* movie) {
 
 void MovieView::watch(bool watch) {
     if (!m_movie) return;
-    m_movie->setWatched(watch);
-    watch ? m_timer.start() : m_timer.stop();
+    if (!watch) return m_movie->setPictureViewer(std::nullopt);
+    const QSize place = size() * devicePixelRatio();
+    const auto showSoon = [this] { QMetaObject::invokeMethod(this, &MovieView::showPicture, Qt::QueuedConnection); };
+    m_movie->setPictureViewer(PictureViewer{place.width(), place.height(), showSoon});
+    showPicture();
 }
 
-void MovieView::look() {
-    auto picture = m_movie->currentPicture();
+void MovieView::showPicture() {
+    auto picture = m_movie ? m_movie->currentPicture() : nullptr;
     if (!picture || picture == m_picture) return;
     m_picture = std::move(picture);
     update();
@@ -56,10 +50,18 @@ void MovieView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.fillRect(event->rect(), Qt::black);
     if (!m_picture) return;
-    const QImage image(reinterpret_cast<const uchar*>(m_picture->pixels.data()), m_picture->width, m_picture->height,
-                       4 * m_picture->width, QImage::Format_RGB32);
+    QImage image(reinterpret_cast<const uchar*>(m_picture->pixels.data()), m_picture->width, m_picture->height,
+                 4 * m_picture->width, QImage::Format_RGB32);
+    const QRectF rect = pictureRect();
+    const double ratio = devicePixelRatio();
+    const QSize pixels(qRound(rect.width() * ratio), qRound(rect.height() * ratio));
+    if (image.size() == pixels) {  // made for this place: pixel by pixel
+        image.setDevicePixelRatio(ratio);
+        painter.drawImage(QPointF(qRound(rect.x() * ratio) / ratio, qRound(rect.y() * ratio) / ratio), image);
+        return;
+    }
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(pictureRect(), image);
+    painter.drawImage(rect, image);
 }
 
 void MovieView::showEvent(QShowEvent* event) {
@@ -70,6 +72,11 @@ void MovieView::showEvent(QShowEvent* event) {
 void MovieView::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     watch(false);
+}
+
+void MovieView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (isVisible()) watch(true);
 }
 
 }  // namespace qm

@@ -1,9 +1,8 @@
-// Shows the pictures of a movie, centred in their own proportions on black. It looks for a new one a little more often
-// than a screen does, and only while it is visible; the movie makes pictures only for as long as it looks. The movie
-// must be taken away with setMovie() before it goes. Main thread only.
+// Shows the pictures of a movie, centred in their own proportions on black. The movie tells it when the next one is
+// due, and makes pictures, in the size of the view, only while the view is visible. The movie must be taken away with
+// setMovie() before it goes. Main thread only.
 #pragma once
 
-#include <QTimer>
 #include <QWidget>
 #include <memory>
 
@@ -28,14 +27,14 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void watch(bool watch);
-    void look();
+    void showPicture();
 
     QTMovie* m_movie = nullptr;
     std::shared_ptr<const VideoPicture> m_picture;
-    QTimer m_timer{this};
 };
 
 }  // namespace qm

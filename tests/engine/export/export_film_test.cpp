@@ -23,9 +23,9 @@ std::vector<Shown> film(const std::string& path) {
     std::vector<Shown> pictures;
     RawPicture raw;
     for (;;) {
-        switch (reader->next(raw, 0, false)) {
+        switch (reader->next(raw, 0, VideoReader::kAllPixels)) {
             case VideoReader::Outcome::Picture:
-                pictures.push_back({numberOf(*reader->convert(raw)), raw.seconds});
+                pictures.push_back({numberOf(*reader->convert(raw, {1920, 1920})), raw.seconds});
                 break;
             case VideoReader::Outcome::Working:
                 break;

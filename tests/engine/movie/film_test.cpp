@@ -16,7 +16,9 @@ constexpr int kPictures = 150;
 
 // A film of numbered pictures that is watched while the test lets time go on.
 struct WatchedFilm {
-    explicit WatchedFilm(const std::string& path) : player(open(path)) { player.movie->setWatched(true); }
+    explicit WatchedFilm(const std::string& path) : player(open(path)) {
+        player.movie->setPictureViewer(PictureViewer{192, 64, {}});
+    }
 
     static OpenedMedia open(const std::string& path) {
         auto opened = openMedia(path);

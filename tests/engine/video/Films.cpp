@@ -29,19 +29,35 @@ public:
         return groupOf(to) > groupOf(from);
     }
 
-    Outcome next(RawPicture& picture, double, bool reduce) override {
+    Outcome next(RawPicture& picture, double, std::int64_t mostPixels) override {
         if (m_next >= m_film.pictures) {
             return Outcome::End;
         }
         m_film.onDecode();
         ++m_film.reads;
         picture.seconds = m_film.first + m_next++ / m_film.perSecond;
-        picture.bytes = reduce ? m_film.bytesPerPicture / 2 : m_film.bytesPerPicture;
-        picture.reduced = reduce;
+        picture.bytes = m_film.bytesPerPicture;
+        picture.pixels = m_film.pixels;
+        picture.reduced = false;
+        picture = reduced(picture, mostPixels);
         return Outcome::Picture;
     }
 
-    std::shared_ptr<const VideoPicture> convert(const RawPicture& raw) override {
+    double secondsPerPicture() const override { return 1 / m_film.perSecond; }
+
+    RawPicture reduced(const RawPicture& picture, std::int64_t mostPixels) override {
+        if (picture.pixels <= mostPixels) {
+            return picture;
+        }
+        RawPicture smaller = picture;
+        smaller.bytes = std::max<std::size_t>(picture.bytes * mostPixels / picture.pixels, 1);
+        smaller.pixels = mostPixels;
+        smaller.reduced = true;
+        return smaller;
+    }
+
+    std::shared_ptr<const VideoPicture> convert(const RawPicture& raw, PictureSize) override {
+        ++m_film.conversions;
         auto picture = std::make_shared<VideoPicture>();
         picture->seconds = raw.seconds;
         return picture;

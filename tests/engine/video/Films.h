@@ -1,6 +1,7 @@
 // Films whose pictures say which ones they are: made by the ffmpeg program where that is installed, or computed.
 #pragma once
 
+#include <atomic>
 #include <cmath>
 #include <string>
 
@@ -25,13 +26,13 @@ struct ComputedFilm {
     int pictures = 500;
     double perSecond = 25;
     int group = 50;
-    int width = 64;
-    int height = 36;
     double first = 0;
     std::function<void()> onDecode = [] {};
     int seeks = 0;
     int reads = 0;
+    std::atomic<int> conversions = 0;
     std::size_t bytesPerPicture = 1000;
+    std::int64_t pixels = 64 * 36;
 
     VideoOpener opener();
 };

@@ -19,7 +19,17 @@ constexpr std::size_t kBudget = std::size_t{96} << 20;
 struct Playback {
     explicit Playback(VideoOpener open, std::size_t budget = kBudget) : server(std::move(open), budget) {}
 
-    std::shared_ptr<const VideoPicture> shown() { return server.pictureAt(moment); }
+    std::shared_ptr<const VideoPicture> shown() {
+        while (server.prepare(moment)) {
+        }
+        const ReadyPicture* ready = server.schedule().at(moment);
+        return ready ? ready->picture : nullptr;
+    }
+
+    double secondsToChange() {
+        shown();
+        return server.schedule().secondsToChange(moment);
+    }
 
     // All that can be done while the moment lasts. A server that never finds an end fails.
     int settle() {
@@ -34,6 +44,7 @@ struct Playback {
 
     // Moves on in real time, folding at the seam of a loop.
     void advance(double seconds) {
+        passed += seconds;
         moment.seconds += moment.rate * seconds;
         const double length = moment.rangeEnd - moment.rangeBegin;
         if (moment.loops && moment.seconds >= moment.rangeEnd) moment.seconds -= length;
@@ -43,6 +54,7 @@ struct Playback {
     VideoMoment moment;
     PictureServer server;
     std::size_t mostBytes = 0;
+    double passed = 0;
 };
 
 // The farthest that a shown picture is from the right one, in seconds of real time, over so much play.
@@ -62,6 +74,54 @@ double farthestOver(Playback& playback, double seconds, const std::function<doub
     }
     return farthest;
 }
+
+// Plays so long while decoding takes its time, and answers the longest time for which the right picture was not there.
+double longestWithout(Playback& playback, double seconds) {
+    double passed = 0, since = 0, longest = 0;
+    while (passed < seconds) {
+        const double before = playback.passed;
+        if (!playback.server.prepare(playback.moment) && !playback.server.work(playback.moment))
+            playback.advance(0.001);
+        playback.mostBytes = std::max(playback.mostBytes, playback.server.bytes());
+        passed += playback.passed - before;
+        const ReadyPicture* ready = playback.server.schedule().at(playback.moment);
+        if (ready && ready->end > playback.moment.shownTime()) since = passed;
+        longest = std::max(longest, passed - since);
+    }
+    return longest;
+}
+
+// Ordinary high definition, shown in a small window: 250 pictures between key pictures, and a second and a quarter to
+// decode them all.
+struct HighDefinition {
+    explicit HighDefinition(double from, double rate) {
+        film.pictures = 1500;
+        film.group = 250;
+        film.pixels = 1920 * 1080;
+        film.bytesPerPicture = 1920 * 1080 * 3 / 2;
+        film.onDecode = [this] { playback.advance(0.005); };
+        playback.server.setPlace({560, 315});
+        playback.moment = {from, rate, false, 0, 60};
+        longestWithout(playback, 1.5);
+    }
+
+    double turn(double rate, double seconds) {
+        playback.moment.rate = rate;
+        return longestWithout(playback, seconds);
+    }
+
+    double loop(double begin, double end, double seconds) {
+        playback.moment.loops = true;
+        playback.moment.rangeBegin = begin;
+        playback.moment.rangeEnd = end;
+        return longestWithout(playback, seconds);
+    }
+
+    ComputedFilm film;
+    Playback playback{film.opener(), std::size_t{256} << 20};
+};
+
+constexpr double kNotSeen = 0.02;  // seconds: shorter than a picture is shown
 
 double ownTime(const VideoPicture& picture) {
     return picture.seconds;
@@ -128,7 +188,7 @@ TEST_CASE("paused after a skip the right picture stands there at once and nothin
         const int reads = film.reads;
         CHECK_FALSE(playback.server.work(playback.moment));
         CHECK(film.reads == reads);
-        CHECK(std::isinf(playback.server.secondsToChange(playback.moment)));
+        CHECK(std::isinf(playback.secondsToChange()));
         CHECK(playback.shown() == playback.shown());
     }
 }
@@ -138,13 +198,13 @@ TEST_CASE("the time to the next picture follows the speed and ends at the seam o
     Playback playback(film.opener());
     playback.moment = {2.01, 0.5};
     playback.settle();
-    CHECK(playback.server.secondsToChange(playback.moment) == doctest::Approx((0.03 - 0.001) / 0.5));
+    CHECK(playback.secondsToChange() == doctest::Approx((0.03 - 0.001) / 0.5));
     playback.moment = {2.01, -0.5};
     playback.settle();
-    CHECK(playback.server.secondsToChange(playback.moment) == doctest::Approx((0.01 + 0.001) / 0.5));
+    CHECK(playback.secondsToChange() == doctest::Approx((0.01 + 0.001) / 0.5));
     playback.moment = {2.01, 1, true, 1, 2.02};
     playback.settle();
-    CHECK(playback.server.secondsToChange(playback.moment) == doctest::Approx(0.01 - 0.001));
+    CHECK(playback.secondsToChange() == doctest::Approx(0.01 - 0.001));
 }
 
 TEST_CASE("pictures beyond the seam of a loop are there before it is reached") {
@@ -259,8 +319,10 @@ TEST_CASE("a film without a picture that can be decoded is given up") {
         class Empty : public VideoReader {
             bool seek(double) override { return true; }
             bool gainsBySeeking(double, double) override { return false; }
-            Outcome next(RawPicture&, double, bool) override { return Outcome::End; }
-            std::shared_ptr<const VideoPicture> convert(const RawPicture&) override { return nullptr; }
+            Outcome next(RawPicture&, double, std::int64_t) override { return Outcome::End; }
+            double secondsPerPicture() const override { return 0.04; }
+            RawPicture reduced(const RawPicture& picture, std::int64_t) override { return picture; }
+            std::shared_ptr<const VideoPicture> convert(const RawPicture&, PictureSize) override { return nullptr; }
         };
         return std::make_unique<Empty>();
     });
@@ -285,17 +347,65 @@ TEST_CASE("turns and jumps in quick succession, before anything could be decoded
     CHECK(playback.shown()->seconds == doctest::Approx(11.48));
 }
 
-TEST_CASE("turning to pause after backward play shows the picture in full size") {
-    ComputedFilm film;
-    Playback playback(film.opener());
-    playback.moment = {8, -1};
-    playback.settle();
-    const std::size_t bytes = playback.server.bytes();
-    CHECK(bytes > 0);
-    CHECK(bytes % (film.bytesPerPicture / 2) == 0);
-    playback.moment.rate = 0;
-    playback.settle();
-    CHECK(playback.server.bytes() == film.bytesPerPicture);
-    REQUIRE(playback.shown());
-    CHECK(playback.shown()->seconds == doctest::Approx(8));
+TEST_CASE("a picture that was kept small for playing backward is shown as sharp as can be when it stands still") {
+    HighDefinition large(20, -1);
+    large.playback.server.setPlace({1920, 1080});
+    large.turn(-1, 6);
+    REQUIRE(large.playback.shown());
+    CHECK(large.playback.server.schedule().at(large.playback.moment)->madeOf < 1920 * 1080 / 2);
+    large.playback.moment.rate = 0;
+    large.playback.settle();
+    REQUIRE(large.playback.shown());
+    CHECK(large.playback.server.schedule().at(large.playback.moment)->madeOf == 1920 * 1080);
+}
+
+TEST_CASE("backward, every group of pictures is there before it is reached") {
+    for (const double rate : {-0.5, -1.0, -2.0}) {
+        CAPTURE(rate);
+        HighDefinition film(55, rate);
+        CHECK(longestWithout(film.playback, 20) < kNotSeen);
+        CHECK(film.playback.mostBytes <= std::size_t{256} << 20);
+    }
+}
+
+TEST_CASE("a turn shows what was just shown, for as long as it takes to decode what lies before it") {
+    HighDefinition film(14, 1);
+    CHECK(film.turn(1, 4) < kNotSeen);
+    CHECK(film.turn(-1, 9) < kNotSeen);
+    CHECK(film.turn(1, 4) < kNotSeen);
+    CHECK(film.turn(-1, 3) < kNotSeen);
+    CHECK(film.turn(-2, 5) < kNotSeen);
+    CHECK(film.turn(2, 3) < kNotSeen);
+    CHECK(film.playback.mostBytes <= std::size_t{256} << 20);
+}
+
+TEST_CASE("the first wrap of a loop finds its pictures ready, in both directions, as do all that follow") {
+    HighDefinition film(13, 1);
+    film.turn(1, 3);
+    CHECK(film.loop(13.8, 19, 30) < kNotSeen);
+    CHECK(film.turn(-1, 20) < kNotSeen);
+    HighDefinition justPassed(16, 1);
+    justPassed.turn(1, 1.2);
+    CHECK(justPassed.loop(17.3, justPassed.playback.moment.seconds + 0.02, 12) < kNotSeen);
+    CHECK(justPassed.turn(-1, 6) < kNotSeen);
+}
+
+TEST_CASE("the pictures to come are ready to be painted before they are due") {
+    for (const double rate : {1.0, -1.0}) {
+        CAPTURE(rate);
+        ComputedFilm film;
+        Playback playback(film.opener());
+        playback.moment = {rate > 0 ? 5.34 : 5.1, rate, true, 5, 5.4};  // the seam comes with the next but one
+        playback.settle();
+        playback.shown();
+        const int conversions = film.conversions;
+        for (int picture = 0; picture < 3; ++picture) {
+            playback.advance(0.04);
+            const ReadyPicture* ready = playback.server.schedule().at(playback.moment);
+            REQUIRE(ready);
+            CHECK(ready->begin <= playback.moment.shownTime());
+            CHECK(ready->end > playback.moment.shownTime());
+        }
+        CHECK(film.conversions == conversions);
+    }
 }

@@ -15,6 +15,8 @@ using namespace qm::test;
 
 namespace {
 
+constexpr PictureSize kLargePlace{4096, 4096};
+
 struct Coding {
     const char* file;
     const char* rate;
@@ -44,7 +46,7 @@ std::unique_ptr<VideoReader> openPictures(const std::string& path) {
 
 bool nextPicture(VideoReader& reader, RawPicture& picture) {
     for (;;) {
-        const VideoReader::Outcome outcome = reader.next(picture, -1, false);
+        const VideoReader::Outcome outcome = reader.next(picture, -1, VideoReader::kAllPixels);
         if (outcome != VideoReader::Outcome::Working) return outcome == VideoReader::Outcome::Picture;
     }
 }
@@ -53,7 +55,7 @@ int numberOfNext(VideoReader& reader, double& seconds) {
     RawPicture picture;
     if (!nextPicture(reader, picture)) return -2;
     seconds = picture.seconds;
-    const auto shown = reader.convert(picture);
+    const auto shown = reader.convert(picture, kLargePlace);
     return shown ? numberOf(*shown) : -3;
 }
 
@@ -147,13 +149,13 @@ TEST_CASE("a picture knows its shape: the shape of its pixels and how the camera
     const auto first = openPictures(wide);
     first->seek(0);
     REQUIRE(nextPicture(*first, raw));
-    CHECK(first->convert(raw)->aspect == doctest::Approx(3));
-    CHECK(first->convert(raw)->width == 144);
+    CHECK(first->convert(raw, kLargePlace)->aspect == doctest::Approx(3));
+    CHECK(first->convert(raw, kLargePlace)->width == 144);
 
     const auto second = openPictures(turned);
     second->seek(0);
     REQUIRE(nextPicture(*second, raw));
-    const auto upright = second->convert(raw);
+    const auto upright = second->convert(raw, kLargePlace);
     CHECK(upright->width == 32);
     CHECK(upright->height == 64);
     CHECK(upright->aspect == doctest::Approx(0.5));
@@ -164,7 +166,7 @@ TEST_CASE("a picture knows its shape: the shape of its pixels and how the camera
     CHECK_FALSE(isBlue(24, 56));
 }
 
-TEST_CASE("pictures wider than a large screen are made smaller, and smaller still to be kept for playing backward") {
+TEST_CASE("pictures are made smaller to fit where they are shown, and smaller still to be kept") {
     if (!hasEncoder()) return;
     const TemporaryFolder folder;
     const std::string path = folder.file("large.mp4");
@@ -175,14 +177,25 @@ TEST_CASE("pictures wider than a large screen are made smaller, and smaller stil
     double seconds = 0;
     CHECK(numberOfNext(*reader, seconds) == 0);
     REQUIRE(nextPicture(*reader, raw));
-    const auto full = reader->convert(raw);
+    const auto full = reader->convert(raw, kLargePlace);
     CHECK(full->width == 1920);
     CHECK(full->height == 640);
     CHECK(full->aspect == doctest::Approx(3));
     CHECK_FALSE(raw.reduced);
-    while (reader->next(raw, -1, true) == VideoReader::Outcome::Working) {
+    const auto fitting = reader->convert(raw, {600, 900});
+    CHECK(fitting->width == 600);
+    CHECK(fitting->height == 200);
+    CHECK(fitting->aspect == doctest::Approx(3));
+    CHECK(numberOf(*fitting) == 1);
+    const RawPicture kept = reader->reduced(raw, 480 * 160);
+    CHECK(kept.reduced);
+    CHECK(kept.bytes < raw.bytes / 30);
+    CHECK(reader->convert(kept, kLargePlace)->width == 480);
+    CHECK(numberOf(*reader->convert(kept, kLargePlace)) == 1);
+    CHECK_FALSE(reader->reduced(raw, VideoReader::kAllPixels).reduced);
+    while (reader->next(raw, -1, 960 * 320) == VideoReader::Outcome::Working) {
     }
-    const auto small = reader->convert(raw);
+    const auto small = reader->convert(raw, kLargePlace);
     CHECK(raw.reduced);
     CHECK(small->width == 960);
     CHECK(small->aspect == doctest::Approx(3));
@@ -231,9 +244,35 @@ TEST_CASE("a film that is cut off or damaged shows what can be decoded and comes
             for (; count < 1000 && nextPicture(*reader, raw); ++count) {
                 CHECK(raw.seconds > last);
                 last = raw.seconds;
-                reader->convert(raw);
+                reader->convert(raw, kLargePlace);
             }
             CHECK(count < 1000);
         }
+    }
+}
+
+TEST_CASE("a film of high dynamic range is shown with the contrast of an ordinary one, also where it is kept small") {
+    if (!hasEncoder()) return;
+    const TemporaryFolder folder;
+    // Left grey of 18 percent, right reference white, as HLG codes them: 0.38 and 0.75 of the range.
+    const std::string path = folder.file("hlg.mp4");
+    REQUIRE(
+        encode("-f lavfi -i \"color=c=black:s=128x64:r=25,format=yuv420p10le,"
+               "geq=lum='if(lt(X\\,64)\\,64+876*0.38\\,64+876*0.75)':cb=512:cr=512\" -frames:v 3 -c:v libx264 -qp 4 "
+               "-color_primaries bt2020 -color_trc arib-std-b67 -colorspace bt2020nc -color_range tv",
+               path));
+    const auto reader = openPictures(path);
+    RawPicture raw;
+    reader->seek(0);
+    REQUIRE(nextPicture(*reader, raw));
+    for (const RawPicture& picture : {raw, reader->reduced(raw, 64 * 32)}) {
+        const auto shown = reader->convert(picture, kLargePlace);
+        REQUIRE(shown);
+        const auto green = [&](double x) {
+            const auto column = static_cast<int>(x * shown->width);
+            return int(shown->pixels[std::size_t(shown->height / 2) * shown->width + column] >> 8 & 0xff);
+        };
+        CHECK(green(0.25) == doctest::Approx(0.426 * 255).epsilon(0.04));
+        CHECK(green(0.75) == doctest::Approx(0.903 * 255).epsilon(0.03));
     }
 }

@@ -38,7 +38,7 @@ public:
     MovieScript script;
     QTTime time;        // the current time; a test may set any value and flags
     bool done = false;  // what IsMovieDone() answers
-    bool watched = false;
+    std::optional<PictureViewer> viewer;
     std::shared_ptr<const VideoPicture> picture;  // what currentPicture() answers
     Waveform pictured;                            // what waveform() answers
 
@@ -61,7 +61,7 @@ public:
     std::unique_ptr<MovieExport> writeToFileWithAttributes(const std::string& path, WriteAttribute attribute) override;
     void setMuted(bool muted) override;
     void setVolume(float volume) override;
-    void setWatched(bool isWatched) override { watched = isWatched; }
+    void setPictureViewer(std::optional<PictureViewer> newViewer) override { viewer = std::move(newViewer); }
     std::shared_ptr<const VideoPicture> currentPicture() const override { return picture; }
     Waveform waveform() const override { return pictured; }
     Movie quickTimeMovie() const override { return m_handle; }
