@@ -20,13 +20,15 @@ double believed(double seconds) {
 double endInTable(AVStream& stream, std::int64_t fileSize) {
     const int entries = avformat_index_get_entries_count(&stream);
     const double stated = stream.duration > 0 ? startSeconds(stream) + secondsOf(stream, stream.duration) : 0;
-    for (int i = 0; i < entries; ++i) {
+    double end = stated;
+    for (int i = entries - 1; i >= 0; --i) {
         const AVIndexEntry* entry = avformat_index_get_entry(&stream, i);
-        if (entry->pos + entry->size > fileSize) {
-            return std::min(stated, secondsOf(stream, entry->timestamp));
+        if (entry->pos + entry->size <= fileSize) {
+            return end;
         }
+        end = std::min(stated, secondsOf(stream, entry->timestamp));
     }
-    return stated;
+    return end;
 }
 
 // In units of the stream. Where packets do not say how long their pictures last, the usual duration tells.
