@@ -87,6 +87,9 @@ void Application::connectWindow() {
     QObject::connect(
         &m_window, &FadingWindow::madeKey, &m_window, [this] { furnishPanels(); },
         Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    UndoHistory& history = m_controller.undoHistory();
+    QObject::connect(&history, &UndoHistory::changed, &m_window,
+                     [this, &history] { m_window.showUndo(history.newestName()); });
     QObject::connect(&m_mpris, &MprisService::isOnTheBus, &m_motion, &DesktopMotion::follow);
 }
 

@@ -42,7 +42,7 @@ QMController::QMController(MediaEngine& engine, CaptureEngine& capture, Prefs& s
       m_panes(*this, images),
       m_metadata(engine),
       m_loader(*this, *this, *this, engine, m_clock, m_tone, m_metadata, m_notices, meterHooks()),
-      m_table(*this, *this, *this, m_loader, m_loop, m_info),
+      m_table(*this, *this, *this, m_loader, m_loop, m_info, m_history),
       m_file(*this, *this),
       m_transport(*this, *this, *this, engine, m_clock, m_speed, m_table, m_info),
       m_alert(*this, *this, m_speed, m_transport),

@@ -19,6 +19,7 @@
 #include "player/Notices.h"
 #include "player/PositionClock.h"
 #include "player/Transport.h"
+#include "player/UndoHistory.h"
 #include "record/MainRecorder.h"
 #include "sound/LevelMeters.h"
 #include "sound/PitchControl.h"
@@ -72,6 +73,7 @@ public:
     MainRecorder& mainRecorder() { return m_recorder; }
     Notices& notices() { return m_notices; }
     Takes& takes() { return m_takes; }
+    UndoHistory& undoHistory() { return m_history; }
     void captureOutputDidFinishRecordingToOutputFileAtURLForConnectionsDueToError(const QUrl& file) {
         m_recorder.captureOutputDidFinishRecording(file);
     }
@@ -145,6 +147,7 @@ public slots:
     void selectTrack() { m_table.selectTrack(); }
     void removeListEntry() { m_table.removeListEntry(); }
     void clearList() { m_table.clearList(); }
+    void undo() { m_history.undo(); }
 
     void exportMovie() { m_export.exportMovie(); }
     void cancelExport() { m_export.cancelExport(); }
@@ -176,6 +179,7 @@ private:
 
     // In the order in which they build on one another.
     Notices m_notices;
+    UndoHistory m_history{m_notices};
     WindowChrome m_chrome;
     PositionClock m_clock;
     TrackInfo m_info;
