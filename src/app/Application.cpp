@@ -101,6 +101,7 @@ void Application::startTheRest() {
     applyWindowIcon();
     m_mpris.start();
     m_controller.takes().offerLeft();
+    m_controller.lookAfterPlayList();
 }
 
 // One panel at a time, and what the user does in between; when the window has faded in, which it would do in jerks

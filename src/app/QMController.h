@@ -9,6 +9,7 @@
 #include "app/PlayerState.h"
 #include "app/Prefs.h"
 #include "library/PlayListArrays.h"
+#include "library/PlayListCopy.h"
 #include "library/PlayListFile.h"
 #include "library/PlayListTable.h"
 #include "library/TrackExport.h"
@@ -48,6 +49,9 @@ public:
 
     // Takes the outlets and gives windows and controls their first state. Call once, when the windows are built.
     void awakeFromNib(const Outlets& outlets);
+
+    // The window stands: offers the list of an end that was no quit, and keeps this one against such an end.
+    void lookAfterPlayList() { m_copy.start(); }
 
     // The program quits: keeps what must survive.
     void applicationWillTerminate();
@@ -171,6 +175,7 @@ private:
     void setUpFields();
     void setUpPlayList();
     void nudgeSecondColumn();
+    void savePlayList() { m_copy.finish(m_file.savePlayList()); }
     void cleanupWhenClosing();
 
     Prefs& prefs;
@@ -195,6 +200,7 @@ private:
     TrackLoader m_loader;
     PlayListTable m_table;
     PlayListFile m_file;
+    PlayListCopy m_copy;
     Transport m_transport;
     PlayerAlert m_alert;
     TrackExport m_export;
