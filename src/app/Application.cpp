@@ -39,7 +39,7 @@ void prepare() {
 
 }  // namespace
 
-Application::Application(int& argc, char** argv)
+Application::Application(int& argc, char** argv, OnlyProgram& only)
     : m_application(argc, argv),
       m_controller((prepare(), m_engine), m_capture, m_prefs,
                    [](const QString& name) { return namedImage(name, kIconScale); }),
@@ -71,6 +71,7 @@ Application::Application(int& argc, char** argv)
     connectWindow();
     makeUpdaters();
     endOnSignals();
+    only.listen([this](const QByteArray& token) { comeToFront(token); });
 }
 
 Application::~Application() = default;
@@ -87,6 +88,9 @@ void Application::connectWindow() {
     QObject::connect(
         &m_window, &FadingWindow::madeKey, &m_window, [this] { furnishPanels(); },
         Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    UndoHistory& history = m_controller.undoHistory();
+    QObject::connect(&history, &UndoHistory::changed, &m_window,
+                     [this, &history] { m_window.showUndo(history.newestName()); });
     QObject::connect(&m_mpris, &MprisService::isOnTheBus, &m_motion, &DesktopMotion::follow);
 }
 
@@ -98,6 +102,15 @@ void Application::startTheRest() {
     applyWindowIcon();
     m_mpris.start();
     m_controller.takes().offerLeft();
+    m_controller.lookAfterPlayList();
+}
+
+// The user has started the program once more. The token is what the desktop wants to see before it lets a window come
+// to the front; where it does not let it, the window says that it is there.
+void Application::comeToFront(const QByteArray& token) {
+    if (!token.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", token);
+    m_remote.raise();
+    QApplication::alert(&m_window);
 }
 
 // One panel at a time, and what the user does in between; when the window has faded in, which it would do in jerks

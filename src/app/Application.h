@@ -6,6 +6,7 @@
 
 #include "app/DeferredCapture.h"
 #include "app/DeferredEngine.h"
+#include "app/OnlyProgram.h"
 #include "app/Prefs.h"
 #include "app/QMController.h"
 #include "app/QuitQuestion.h"
@@ -31,13 +32,15 @@ namespace qm {
 
 class Application {
 public:
-    Application(int& argc, char** argv);
+    // `only` is the one program of this home.
+    Application(int& argc, char** argv, OnlyProgram& only);
     ~Application();
 
     int run();
 
 private:
     void connectWindow();
+    void comeToFront(const QByteArray& token);
     void startTheRest();
     void furnishPanels();
     void endOnSignals();

@@ -42,8 +42,9 @@ QMController::QMController(MediaEngine& engine, CaptureEngine& capture, Prefs& s
       m_panes(*this, images),
       m_metadata(engine),
       m_loader(*this, *this, *this, engine, m_clock, m_tone, m_metadata, m_notices, meterHooks()),
-      m_table(*this, *this, *this, m_loader, m_loop, m_info),
-      m_file(*this, *this),
+      m_table(*this, *this, *this, m_loader, m_loop, m_info, m_history),
+      m_file(*this, *this, m_notices),
+      m_copy(*this, m_file, m_notices, [this](const PlayListArrays& rows) { m_table.bringBackList(rows); }),
       m_transport(*this, *this, *this, engine, m_clock, m_speed, m_table, m_info),
       m_alert(*this, *this, m_speed, m_transport),
       m_export(*this, *this, m_alert),
@@ -108,13 +109,13 @@ void QMController::nudgeSecondColumn() {
 
 void QMController::applicationWillTerminate() {
     prefs.setBool(prefkeys::kToolbarOpen, toolbar && !toolbar->isHidden());
-    m_file.savePlayList();
+    savePlayList();
     cleanupWhenClosing();
 }
 
 void QMController::windowWillClose(const QWidget* window) {
     if (!window || window != mainWindow) return;
-    m_file.savePlayList();
+    savePlayList();
     cleanupWhenClosing();
     m_exit(0);
 }

@@ -9,6 +9,7 @@
 #include "app/PlayerState.h"
 #include "app/Prefs.h"
 #include "library/PlayListArrays.h"
+#include "library/PlayListCopy.h"
 #include "library/PlayListFile.h"
 #include "library/PlayListTable.h"
 #include "library/TrackExport.h"
@@ -19,6 +20,7 @@
 #include "player/Notices.h"
 #include "player/PositionClock.h"
 #include "player/Transport.h"
+#include "player/UndoHistory.h"
 #include "record/MainRecorder.h"
 #include "sound/LevelMeters.h"
 #include "sound/PitchControl.h"
@@ -48,6 +50,9 @@ public:
     // Takes the outlets and gives windows and controls their first state. Call once, when the windows are built.
     void awakeFromNib(const Outlets& outlets);
 
+    // The window stands: offers the list of an end that was no quit, and keeps this one against such an end.
+    void lookAfterPlayList() { m_copy.start(); }
+
     // The program quits: keeps what must survive.
     void applicationWillTerminate();
 
@@ -72,6 +77,7 @@ public:
     MainRecorder& mainRecorder() { return m_recorder; }
     Notices& notices() { return m_notices; }
     Takes& takes() { return m_takes; }
+    UndoHistory& undoHistory() { return m_history; }
     void captureOutputDidFinishRecordingToOutputFileAtURLForConnectionsDueToError(const QUrl& file) {
         m_recorder.captureOutputDidFinishRecording(file);
     }
@@ -145,6 +151,7 @@ public slots:
     void selectTrack() { m_table.selectTrack(); }
     void removeListEntry() { m_table.removeListEntry(); }
     void clearList() { m_table.clearList(); }
+    void undo() { m_history.undo(); }
 
     void exportMovie() { m_export.exportMovie(); }
     void cancelExport() { m_export.cancelExport(); }
@@ -168,6 +175,7 @@ private:
     void setUpFields();
     void setUpPlayList();
     void nudgeSecondColumn();
+    void savePlayList() { m_copy.finish(m_file.savePlayList()); }
     void cleanupWhenClosing();
 
     Prefs& prefs;
@@ -176,6 +184,7 @@ private:
 
     // In the order in which they build on one another.
     Notices m_notices;
+    UndoHistory m_history{m_notices};
     WindowChrome m_chrome;
     PositionClock m_clock;
     TrackInfo m_info;
@@ -191,6 +200,7 @@ private:
     TrackLoader m_loader;
     PlayListTable m_table;
     PlayListFile m_file;
+    PlayListCopy m_copy;
     Transport m_transport;
     PlayerAlert m_alert;
     TrackExport m_export;

@@ -1,9 +1,22 @@
 #include "app/Application.h"
+#include "app/OnlyProgram.h"
+#include "engine/api/Log.h"
+#include "library/SupportFolder.h"
 #include "ui/controls/Fonts.h"
 
 // There is no command line: not even the toolkit sees what stands behind the program's name.
 int main(int, char** argv) {
+    qm::OnlyProgram only(qm::homeFolder());
+    switch (only.start()) {
+        case qm::OnlyProgram::Start::First:
+            break;
+        case qm::OnlyProgram::Start::HandedOver:
+            return 0;
+        case qm::OnlyProgram::Start::NoAnswer:
+            qm::qmLog("Quillmere is running already, and does not answer.");
+            return 1;
+    }
     qm::beginReadingFonts();
     int count = 1;
-    return qm::Application(count, argv).run();
+    return qm::Application(count, argv, only).run();
 }

@@ -25,6 +25,12 @@ PlayListArrays::PlayListArrays() {
     forEachArray(*this, [](auto& array) { array.reserve(10); });
 }
 
+PlayListEntry PlayListArrays::entry(int index) const {
+    const auto i = static_cast<std::size_t>(index);
+    return {trackArray[i],     artistArray[i], albumArray[i],  displayNamesArray[i], durations[i],
+            timescaleArray[i], bassArray[i],   trebleArray[i], markAarray[i],        markBarray[i]};
+}
+
 void PlayListArrays::insertEntry(int index, const PlayListEntry& entry) {
     trackArray.insert(trackArray.begin() + index, entry.track);
     displayNamesArray.insert(displayNamesArray.begin() + index, entry.displayName);
@@ -44,6 +50,23 @@ void PlayListArrays::removeEntry(int index) {
 
 void PlayListArrays::removeAllEntries() {
     forEachArray(*this, [](auto& array) { array.clear(); });
+}
+
+void PlayListArrays::replaceFrom(int index, const PlayListArrays& rows) {
+    const auto replace = [index](auto& array, const auto& with) {
+        array.erase(array.begin() + index, array.end());
+        array.insert(array.end(), with.begin(), with.end());
+    };
+    replace(trackArray, rows.trackArray);
+    replace(artistArray, rows.artistArray);
+    replace(albumArray, rows.albumArray);
+    replace(displayNamesArray, rows.displayNamesArray);
+    replace(durations, rows.durations);
+    replace(timescaleArray, rows.timescaleArray);
+    replace(bassArray, rows.bassArray);
+    replace(trebleArray, rows.trebleArray);
+    replace(markAarray, rows.markAarray);
+    replace(markBarray, rows.markBarray);
 }
 
 }  // namespace qm

@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <span>
 
 #include "library/FilePath.h"
 #include "library/PropertyListReader.h"
@@ -19,7 +20,7 @@ namespace {
 // What is absent is empty; required are all but artist and album.
 struct ReadTrack {
     std::optional<QString> track, artist, album, displayName;
-    std::optional<std::int64_t> duration, timescale, bass, treble;
+    std::optional<std::int64_t> duration, timescale, bass, treble, markA, markB;
 };
 
 struct StringKey {
@@ -36,14 +37,18 @@ constexpr std::array<StringKey, 4> kStringKeys = {{{"track", &ReadTrack::track},
                                                    {"artist", &ReadTrack::artist},
                                                    {"album", &ReadTrack::album},
                                                    {"displayName", &ReadTrack::displayName}}};
-constexpr std::array<NumberKey, 4> kNumberKeys = {{{"duration", &ReadTrack::duration},
+constexpr std::array<NumberKey, 6> kNumberKeys = {{{"duration", &ReadTrack::duration},
                                                    {"timescale", &ReadTrack::timescale},
                                                    {"bass", &ReadTrack::bass},
-                                                   {"treble", &ReadTrack::treble}}};
+                                                   {"treble", &ReadTrack::treble},
+                                                   {"markA", &ReadTrack::markA},
+                                                   {"markB", &ReadTrack::markB}}};
+constexpr std::size_t kNumberKeysWithoutMarks = 4;
 
-template <typename Keys>
-auto findKey(const Keys& keys, std::string_view name) {
-    return std::find_if(keys.begin(), keys.end(), [name](const auto& key) { return key.name == name; });
+template <typename Key>
+const Key* findKey(std::span<const Key> keys, std::string_view name) {
+    const auto found = std::find_if(keys.begin(), keys.end(), [name](const Key& key) { return key.name == name; });
+    return found == keys.end() ? nullptr : &*found;
 }
 
 std::int64_t truncated(double value) {
@@ -62,16 +67,18 @@ std::optional<std::int64_t> numberOf(const PropertyListReader& reader, Event eve
 }
 
 // The value of the key just read. False if it is of a wrong kind or damaged; an unknown key's value is skipped.
-bool readValue(PropertyListReader& reader, ReadTrack& track) {
-    const auto stringKey = findKey(kStringKeys, reader.text());
-    const auto numberKey = findKey(kNumberKeys, reader.text());
+bool readValue(PropertyListReader& reader, ReadTrack& track, Marks marks) {
+    const std::span<const NumberKey> allNumbers(kNumberKeys);
+    const StringKey* stringKey = findKey(std::span<const StringKey>(kStringKeys), reader.text());
+    const NumberKey* numberKey =
+        findKey(marks == Marks::Kept ? allNumbers : allNumbers.first(kNumberKeysWithoutMarks), reader.text());
     const Event event = reader.next();
-    if (stringKey != kStringKeys.end()) {
+    if (stringKey) {
         if (event != Event::String) return false;
         track.*(stringKey->member) = reader.string();
         return true;
     }
-    if (numberKey != kNumberKeys.end()) {
+    if (numberKey) {
         const auto number = numberOf(reader, event);
         if (!number) return false;
         track.*(numberKey->member) = *number;
@@ -94,11 +101,11 @@ QString readPath(const QString& written) {
 }
 
 // The rest of a track's dictionary, as a row. None if a required key is missing or a value is wrong.
-std::optional<PlayListEntry> readEntry(PropertyListReader& reader) {
+std::optional<PlayListEntry> readEntry(PropertyListReader& reader, Marks marks) {
     ReadTrack track;
     Event event = reader.next();
     for (; event == Event::Key; event = reader.next()) {
-        if (!readValue(reader, track)) return std::nullopt;
+        if (!readValue(reader, track, marks)) return std::nullopt;
     }
     if (event != Event::EndDict) return std::nullopt;
     if (!track.track || !track.displayName || !track.duration || !track.timescale || !track.bass || !track.treble)
@@ -112,8 +119,8 @@ std::optional<PlayListEntry> readEntry(PropertyListReader& reader) {
                          static_cast<std::int32_t>(*track.timescale),
                          static_cast<std::int16_t>(*track.bass),
                          static_cast<std::int16_t>(*track.treble),
-                         0,
-                         *track.duration};
+                         track.markA.value_or(0),
+                         track.markB.value_or(*track.duration)};
 }
 
 QString damageAt(const PropertyListReader& reader, const char* otherwise) {
@@ -123,12 +130,12 @@ QString damageAt(const PropertyListReader& reader, const char* otherwise) {
 
 }  // namespace
 
-std::optional<QString> readPlayList(const QByteArray& document, PlayListArrays& list) {
+std::optional<QString> readPlayList(const QByteArray& document, PlayListArrays& list, Marks marks) {
     PropertyListReader reader(document);
     if (reader.next() != Event::BeginArray) return damageAt(reader, "not an array of tracks");
     Event event = reader.next();
     for (; event == Event::BeginDict; event = reader.next()) {
-        const auto entry = readEntry(reader);
+        const auto entry = readEntry(reader, marks);
         if (!entry) return damageAt(reader, "a track with a missing or wrong value");
         list.insertEntry(list.count(), *entry);
     }
@@ -137,7 +144,7 @@ std::optional<QString> readPlayList(const QByteArray& document, PlayListArrays& 
     return std::nullopt;
 }
 
-bool writePlayList(QIODevice& device, const PlayListArrays& list) {
+bool writePlayList(QIODevice& device, const PlayListArrays& list, Marks marks) {
     PropertyListWriter writer(device);
     const auto string = [&writer](std::string_view key, const QString& value) {
         writer.key(key);
@@ -155,6 +162,10 @@ bool writePlayList(QIODevice& device, const PlayListArrays& list) {
         integer("bass", list.bassArray[i]);
         string("displayName", list.displayNamesArray[i]);
         integer("duration", list.durations[i]);
+        if (marks == Marks::Kept) {
+            integer("markA", list.markAarray[i]);
+            integer("markB", list.markBarray[i]);
+        }
         integer("timescale", list.timescaleArray[i]);
         string("track", writtenPath(list.trackArray[i]));
         integer("treble", list.trebleArray[i]);
@@ -162,6 +173,13 @@ bool writePlayList(QIODevice& device, const PlayListArrays& list) {
     }
     writer.endArray();
     return writer.finish();
+}
+
+bool isSameDocument(const PlayListArrays& one, const PlayListArrays& other) {
+    return one.trackArray == other.trackArray && one.artistArray == other.artistArray &&
+           one.albumArray == other.albumArray && one.displayNamesArray == other.displayNamesArray &&
+           one.durations == other.durations && one.timescaleArray == other.timescaleArray &&
+           one.bassArray == other.bassArray && one.trebleArray == other.trebleArray;
 }
 
 }  // namespace qm

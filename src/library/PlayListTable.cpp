@@ -30,13 +30,14 @@ QString spokenTimeOf(std::int64_t value, std::int32_t scale) {
 }  // namespace
 
 PlayListTable::PlayListTable(PlayerState& state, PlayListArrays& list, const Outlets& outlets, TrackLoader& loader,
-                             AbLoop& loop, TrackInfo& info)
+                             AbLoop& loop, TrackInfo& info, UndoHistory& history)
     : m_state(state),
       m_list(list),
       m_outlets(outlets),
       m_loader(loader),
       m_loop(loop),
       m_info(info),
+      m_history(history),
       m_runAlert([this](const QString& message, const QStringList& buttons) {
           return runWarningAlert(m_outlets.mainWindow, message, buttons);
       }) {}
@@ -188,16 +189,58 @@ void PlayListTable::rowDoubleClicked() {
 void PlayListTable::removeListEntry() {
     const int row = selectedRow(m_outlets, m_list);
     if (row < 0) return;
+    const PlayListEntry entry = m_list.entry(row);
+    const int rowsBelow = m_list.count() - 1 - row;
     m_list.removeEntry(row);
     reloadTable(m_outlets.playList);
+    m_history.add({tr("Remove Track"), [this, entry, rowsBelow] { putBackEntry(entry, rowsBelow); },
+                   tr("Removed %1").arg(entry.displayName), tr("Brought back %1").arg(entry.displayName)});
 }
 
 void PlayListTable::clearList() {
     const int pressed = m_runAlert(QStringLiteral("Your Quillmere play list will be cleared."),
                                    {QStringLiteral("Clear list"), QStringLiteral("Cancel")});
     if (pressed != kAlertFirstButtonReturn) return;
+    const PlayListArrays rows = m_list;
     m_list.removeAllEntries();
     reloadTable(m_outlets.playList);
+    if (rows.count() == 0) return;
+    m_history.add({tr("Clear List"), [this, rows] { putBackRows(m_list.count(), rows); }, tr("Cleared the play list"),
+                   tr("Brought back the play list")});
+}
+
+void PlayListTable::bringBackList(const PlayListArrays& rows) {
+    const PlayListArrays before = m_list;
+    const int count = rows.count();
+    putBackRows(0, rows);
+    m_history.add({tr("Bring Back List"), [this, before, count] { putBackRows(m_list.count() - count, before); },
+                   tr("Brought back the last list"), tr("The list is as it was")});
+}
+
+// The row chosen last is chosen by its index alone, so it is moved on where its track has been.
+void PlayListTable::putBackEntry(const PlayListEntry& entry, int rowsBelow) {
+    const int row = m_list.count() - rowsBelow;
+    m_list.insertEntry(row, entry);
+    std::int32_t& chosen = m_state.mostRecentlySelected;
+    if (chosen >= row && !holdsLoadedFile(chosen) && holdsLoadedFile(chosen + 1)) ++chosen;
+    reloadTable(m_outlets.playList);
+    if (m_outlets.playList) m_outlets.playList->selectRowIndex(row);
+}
+
+// These rows in place of the one at the index and all below it. The row chosen last is where the loaded file is now.
+void PlayListTable::putBackRows(int index, const PlayListArrays& rows) {
+    m_list.replaceFrom(index, rows);
+    std::int32_t& chosen = m_state.mostRecentlySelected;
+    if (chosen >= 0 && !holdsLoadedFile(chosen)) {
+        chosen = m_list.count() - 1;
+        while (chosen >= 0 && !holdsLoadedFile(chosen)) --chosen;
+    }
+    reloadTable(m_outlets.playList);
+    if (m_outlets.playList && chosen >= 0) m_outlets.playList->selectRowIndex(chosen);
+}
+
+bool PlayListTable::holdsLoadedFile(int row) const {
+    return row < m_list.count() && m_list.trackArray[static_cast<std::size_t>(row)] == m_state.loadedPath;
 }
 
 }  // namespace qm

@@ -1,6 +1,6 @@
 // The play list's table: the model of its view, and the user's operations on rows. Holds no data of its own: every cell
 // is read from the arrays when it is shown, so that 100 000 rows cost no more than the visible ones. Main thread only.
-// Nothing is reported: without a selected row an operation does nothing.
+// Without a selected row an operation does nothing. What was removed can be undone.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -13,6 +13,7 @@
 #include "library/TrackInfo.h"
 #include "library/TrackLoader.h"
 #include "player/AbLoop.h"
+#include "player/UndoHistory.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
@@ -25,7 +26,7 @@ public:
     using RunAlert = std::function<int(const QString& message, const QStringList& buttons)>;
 
     PlayListTable(PlayerState& state, PlayListArrays& list, const Outlets& outlets, TrackLoader& loader, AbLoop& loop,
-                  TrackInfo& info);
+                  TrackInfo& info, UndoHistory& history);
 
     // The data source, for the table `playList` only. The row count also refreshes trackTotal.
     int numberOfRowsInTableView(const QObject* table) const;
@@ -36,6 +37,8 @@ public:
     void rowDoubleClicked();
     void removeListEntry();
     void clearList();
+
+    void bringBackList(const PlayListArrays& rows);  // in place of the list as it is
 
     void setRunAlert(RunAlert run) { m_runAlert = std::move(run); }
 
@@ -52,6 +55,9 @@ private:
     bool isLoadedTrack(int row) const;
     bool isChangedMark(const QString& column, int row) const;
     void refreshTrackTotal() const;
+    void putBackEntry(const PlayListEntry& entry, int rowsBelow);
+    void putBackRows(int index, const PlayListArrays& rows);
+    bool holdsLoadedFile(int row) const;
 
     PlayerState& m_state;
     PlayListArrays& m_list;
@@ -59,6 +65,7 @@ private:
     TrackLoader& m_loader;
     AbLoop& m_loop;
     TrackInfo& m_info;
+    UndoHistory& m_history;
     RunAlert m_runAlert;
     mutable const QLabel* m_shownLabel = nullptr;  // what trackTotal shows now, and where
     mutable int m_shownCount = -1;

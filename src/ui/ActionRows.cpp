@@ -7,6 +7,7 @@ namespace {
 
 constexpr bool kRepeats = true;
 constexpr bool kOnce = false;
+constexpr bool kInList = true;
 constexpr auto kController = ActionRow::Controller;
 constexpr auto kWindow = ActionRow::Window;
 constexpr auto kRecorder = ActionRow::Recorder;
@@ -52,6 +53,7 @@ void addFileAndEdit(Rows& rows) {
                               "",
                               true},
                              {"quit", "File", "", "Quit", {ctrl(Qt::Key_Q)}, kOnce, "", "", kWindow, "", true},
+                             {"undo", "Edit", "", "Undo", {ctrl(Qt::Key_Z)}, kOnce, "", ""},
                              {"removeListEntry",
                               "Edit",
                               "",
@@ -59,7 +61,11 @@ void addFileAndEdit(Rows& rows) {
                               {key(Qt::Key_Delete), key(Qt::Key_Backspace)},
                               kOnce,
                               "Remove from the list; the file stays on disk [Del]",
-                              "Remove track"},
+                              "Remove track",
+                              kController,
+                              "",
+                              true,
+                              kInList},
                              {"clearList",
                               "Edit",
                               "",

@@ -50,12 +50,17 @@ QAction* ActionTable::makeAction(const ActionRow& row) {
     auto* action = new QAction(text, this);
     action->setObjectName(QString::fromLatin1(row.slot));
     action->setShortcuts(QList<QKeySequence>(row.keys.begin(), row.keys.end()));
-    action->setShortcutContext(Qt::WindowShortcut);
+    action->setShortcutContext(row.inListOnly ? Qt::WidgetShortcut : Qt::WindowShortcut);
     action->setAutoRepeat(row.repeats);
     const QString slot = QString::fromLatin1(row.slot);
     connect(action, &QAction::triggered, this, [this, slot] { send(slot); });
     m_actions.insert(slot, action);
     return action;
+}
+
+void ActionTable::giveKeysToList(QWidget* list) {
+    for (const ActionRow& row : actionRows())
+        if (row.inListOnly) list->addAction(action(QString::fromLatin1(row.slot)));
 }
 
 void ActionTable::describe(QWidget* control, const QString& slot) const {

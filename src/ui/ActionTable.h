@@ -35,6 +35,7 @@ struct ActionRow {
     Owner owner = Controller;
     const char* shownKey = "";  // a key that the menu only mentions, because a control owns it
     bool separatorBefore = false;
+    bool inListOnly = false;  // its keys count while the play list has the keyboard
 };
 
 const std::vector<ActionRow>& actionRows();
@@ -56,6 +57,7 @@ public:
     }
 
     void buildMenus();
+    void giveKeysToList(QWidget* list);                       // those of the rows whose keys are the play list's
     void bind(QAbstractButton* button, const QString& slot);  // sends it when clicked
     void bind(Slider* slider, const QString& slot);           // sends it whenever the user moves the slider
     void send(const QString& slot);

@@ -10,6 +10,7 @@
 #include <csignal>
 
 #include "support/widgets/ControllerFixture.h"
+#include "support/widgets/ToldNotices.h"
 
 using namespace qm;
 
@@ -62,7 +63,8 @@ struct FileFixture {
     TestHome home{log};
     PlayListArrays list;
     Outlets outlets;
-    PlayListFile file{list, outlets};
+    ToldNotices notices;
+    PlayListFile file{list, outlets, notices};
 };
 
 // The system administrator is above the permissions of files.
@@ -93,10 +95,10 @@ TEST_CASE_FIXTURE(FileFixture, "the file lies in the support folder, its path fo
 }
 
 TEST_CASE_FIXTURE(FileFixture, "without a home folder nothing is read and nothing is written") {
-    PlayListFile homeless(list, outlets, [] { return QString(); });
+    PlayListFile homeless(list, outlets, notices, [] { return QString(); });
     addRow("/music/one.wav");
     homeless.loadPlayList();
-    homeless.savePlayList();
+    CHECK_FALSE(homeless.savePlayList());
     CHECK(homeless.path().isEmpty());
     CHECK(list.count() == 1);
     CHECK(filesInSupportFolder().isEmpty());
@@ -124,7 +126,7 @@ TEST_CASE_FIXTURE(FileFixture, "what was saved is loaded again, also tracks whos
     list.bassArray[0] = 5;
     file.savePlayList();
     PlayListArrays back;
-    PlayListFile(back, outlets).loadPlayList();
+    PlayListFile(back, outlets, notices).loadPlayList();
     REQUIRE(back.count() == 1);
     CHECK(back.trackArray[0] == "/nowhere/gone.wav");
     CHECK(back.bassArray[0] == 5);
@@ -202,7 +204,7 @@ TEST_CASE_FIXTURE(FileFixture, "a full disk leaves a damaged file in its place f
         file.savePlayList();
     }
     CHECK(read(path()) == kTwoTracksCutShort);
-    CHECK(filesInSupportFolder() == QStringList{"Quillmere.xml"});
+    CHECK(filesInSupportFolder() == QStringList{"Quillmere (damaged).xml", "Quillmere.xml"});
     file.savePlayList();
     CHECK(read(home.supportFolder() + "/Quillmere (damaged).xml") == kTwoTracksCutShort);
 }
@@ -215,10 +217,14 @@ TEST_CASE_FIXTURE(FileFixture, "a damaged file gives the tracks before the damag
     CHECK(log.events().size() == 1);
 }
 
-TEST_CASE_FIXTURE(FileFixture, "a damaged file is kept beside the new one by the next save, once") {
+TEST_CASE_FIXTURE(FileFixture, "a damaged file is kept beside the list as soon as it is read, once for all starts") {
     write(kTwoTracksCutShort);
+    for (int start = 0; start < 3; ++start) {
+        PlayListArrays fresh;
+        PlayListFile(fresh, outlets, notices).loadPlayList();
+        CHECK(filesInSupportFolder() == QStringList{"Quillmere (damaged).xml", "Quillmere.xml"});
+    }
     file.loadPlayList();
-    CHECK(filesInSupportFolder() == QStringList{"Quillmere.xml"});
     file.savePlayList();
     CHECK(read(home.supportFolder() + "/Quillmere (damaged).xml") == kTwoTracksCutShort);
     CHECK(read(path()).contains("/music/one.wav"));
@@ -226,11 +232,71 @@ TEST_CASE_FIXTURE(FileFixture, "a damaged file is kept beside the new one by the
     CHECK(filesInSupportFolder().size() == 2);
 }
 
+TEST_CASE_FIXTURE(FileFixture, "the user is told how much of a damaged file was read, and where it is kept") {
+    write(kTwoTracksCutShort);
+    file.loadPlayList();
+    CHECK(notices.texts == QStringList{"The play list is damaged: only its first track could be read; the file is "
+                                       "kept as Quillmere (damaged).xml"});
+    CHECK(notices.last.lasts);
+    write("hello");
+    PlayListArrays fresh;
+    PlayListFile next(fresh, outlets, notices);
+    next.loadPlayList();
+    CHECK(notices.last.text ==
+          "The play list is damaged, and nothing of it could be read; the file is kept as Quillmere (damaged 2).xml");
+}
+
+TEST_CASE_FIXTURE(FileFixture, "nothing is told of a sound file") {
+    file.savePlayList();
+    file.loadPlayList();
+    CHECK(notices.texts.isEmpty());
+}
+
+TEST_CASE_FIXTURE(FileFixture, "the list that is replaced is kept, as long as the new one is another") {
+    const QString previous = home.supportFolder() + "/Quillmere.previous.xml";
+    addRow("/music/one.wav");
+    CHECK(file.savePlayList());
+    CHECK_FALSE(QFileInfo::exists(previous));
+    list.removeAllEntries();
+    CHECK(file.savePlayList());
+    CHECK(read(previous).contains("/music/one.wav"));
+    CHECK(read(path()).contains("<array/>"));
+    CHECK(file.savePlayList());
+    CHECK(read(previous).contains("/music/one.wav"));
+    addRow("/music/two.wav");
+    CHECK(file.savePlayList());
+    CHECK(read(previous).contains("<array/>"));
+    CHECK(filesInSupportFolder() == QStringList{"Quillmere.previous.xml", "Quillmere.xml"});
+}
+
+TEST_CASE_FIXTURE(FileFixture, "a damaged list does not take the place of the last good one") {
+    addRow("/music/good.wav");
+    file.savePlayList();
+    addRow("/music/better.wav");
+    file.savePlayList();
+    write(kTwoTracksCutShort);
+    PlayListArrays fresh;
+    PlayListFile next(fresh, outlets, notices);
+    next.loadPlayList();
+    fresh.removeAllEntries();
+    CHECK(next.savePlayList());
+    CHECK(read(home.supportFolder() + "/Quillmere.previous.xml").contains("/music/good.wav"));
+}
+
+TEST_CASE_FIXTURE(FileFixture, "a list that cannot be saved is told with the reason") {
+    REQUIRE(QDir(home.supportFolder()).removeRecursively());
+    writeTo(home.supportFolder(), "in the way");
+    CHECK_FALSE(file.savePlayList());
+    REQUIRE(notices.texts.size() == 1);
+    CHECK(notices.last.text.startsWith("The play list could not be saved: "));
+    CHECK(notices.last.text.size() > 40);
+}
+
 TEST_CASE_FIXTURE(FileFixture, "an earlier damaged file is never overwritten") {
     for (const char* text : {"first", "second", "third"}) {
         write(text);
         PlayListArrays fresh;
-        PlayListFile next(fresh, outlets);
+        PlayListFile next(fresh, outlets, notices);
         next.loadPlayList();
         next.savePlayList();
     }
@@ -245,7 +311,7 @@ TEST_CASE_FIXTURE(FileFixture, "files that are no play list give an empty list, 
         CAPTURE(text);
         write(text);
         PlayListArrays fresh;
-        PlayListFile next(fresh, outlets);
+        PlayListFile next(fresh, outlets, notices);
         next.loadPlayList();
         CHECK(fresh.count() == 0);
     }
@@ -273,8 +339,8 @@ TEST_CASE_FIXTURE(FileFixture, "a damaged file that has been taken away meanwhil
     write("damaged");
     file.loadPlayList();
     REQUIRE(QFile::remove(path()));
-    file.savePlayList();
-    CHECK(filesInSupportFolder() == QStringList{"Quillmere.xml"});
+    CHECK(file.savePlayList());
+    CHECK(filesInSupportFolder() == QStringList{"Quillmere (damaged).xml", "Quillmere.xml"});
 }
 
 TEST_CASE_FIXTURE(FileFixture,

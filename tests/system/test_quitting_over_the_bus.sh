@@ -1,6 +1,6 @@
 #!/bin/bash
-# Quit over the bus ends the program as its own Quit does, also while a panel is open, and the caller gets its answer. A
-# second instance has a name of its own; without a bus there is a line in the log and nothing else.
+# Quit over the bus ends the program as its own Quit does, also while a panel is open, and the caller gets its answer. The
+# program of another home has a name of its own; without a bus there is a line in the log and nothing else.
 . "$(dirname "$0")/lib.sh"
 
 names_are() {  # NAME...: the players on the bus, in this order
@@ -28,7 +28,8 @@ start_bus
 start
 wait_until "the first is on the bus" names_are "$remote"
 first_pid=$player_pid
-start
+mkdir -m 700 "$stage/another_home"
+HOME=$stage/another_home XDG_CONFIG_HOME=$stage/another_home/.config start
 wait_until "the second has a name of its own" names_are "$remote" "$remote.instance$player_pid"
 quit_by_key
 wait_until "the second has left the bus" names_are "$remote"

@@ -107,6 +107,8 @@ MainWindow::MainWindow(Outlets& outlets, QObject* controller)
     for (const char* slot : {"toggleToolbar", "displayLevels", "displayInfo", "displayTrackFormat", "openPrefsWindow"})
         m_actions->action(QString::fromLatin1(slot))->setCheckable(true);
     m_actions->action(QStringLiteral("toggleToolbar"))->setChecked(true);
+    m_actions->giveKeysToList(outlets.playList);
+    showUndo({});
     const auto pulse = [this](const QString& slot) {
         if (slot == u"playForward" || slot == u"toggleStartStop") m_grid->playList->pulseDropArea();
     };
@@ -188,6 +190,12 @@ void MainWindow::openMenuByKey() {
 void MainWindow::toggleToolbar() {
     m_tools->setVisible(m_tools->isHidden());
     m_actions->action(QStringLiteral("toggleToolbar"))->setChecked(!m_tools->isHidden());
+}
+
+void MainWindow::showUndo(const QString& act) {
+    QAction* undo = m_actions->action(QStringLiteral("undo"));
+    undo->setText(act.isEmpty() ? tr("Undo") : tr("Undo %1").arg(act));
+    undo->setEnabled(!act.isEmpty());
 }
 
 void MainWindow::displayVideo() {

@@ -55,6 +55,8 @@ public:
     MainToolbar& tools() { return *m_tools; }
     ActionTable& actions() { return *m_actions; }
 
+    void showUndo(const QString& act);  // what Undo would take back; empty: nothing
+
 public slots:
     void quit() { emit quitRequested(); }
     void toggleToolbar();
