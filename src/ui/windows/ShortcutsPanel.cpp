@@ -1,7 +1,6 @@
 #include "ui/windows/ShortcutsPanel.h"
 
 #include <QBoxLayout>
-#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLinearGradient>
 #include <QPainter>
@@ -106,9 +105,21 @@ ShortcutsPanel::ShortcutsPanel(QWidget* mainWindow)
     resize(content->sizeHint().boundedTo(room));
 }
 
-// Up, Down and the page keys scroll.
+// The scroll bar is told what to do instead of being sent the key: a key that it does not know would come back here.
 void ShortcutsPanel::keyPressEvent(QKeyEvent* event) {
-    QCoreApplication::sendEvent(m_scroll->verticalScrollBar(), event);
+    QScrollBar& bar = *m_scroll->verticalScrollBar();
+    switch (event->key()) {
+        case Qt::Key_Up:
+            return bar.triggerAction(QAbstractSlider::SliderSingleStepSub);
+        case Qt::Key_Down:
+            return bar.triggerAction(QAbstractSlider::SliderSingleStepAdd);
+        case Qt::Key_PageUp:
+            return bar.triggerAction(QAbstractSlider::SliderPageStepSub);
+        case Qt::Key_PageDown:
+            return bar.triggerAction(QAbstractSlider::SliderPageStepAdd);
+        default:
+            return ToolPanel::keyPressEvent(event);
+    }
 }
 
 void ShortcutsPanel::paintEvent(QPaintEvent*) {
