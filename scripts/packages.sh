@@ -16,9 +16,9 @@ window_packages=(fonts-inter ca-certificates)
 # To play on a machine without a desktop: a virtual screen, a virtual sound card, keys and clicks, a camera.
 stage_packages=(xvfb xdotool pulseaudio pulseaudio-utils ffmpeg)
 
-# To run the tests: the test framework, the style check, another language's number format, a secure server's key, a
-# message bus and the accessibility bus, a window manager.
-test_packages=(doctest-dev clang-format locales libx11-dev openssl dbus-daemon dbus-bin at-spi2-core openbox)
+# To run the tests: the test framework, the style check, another language's number format, events as from a real keyboard
+# and mouse, a secure server's key, a message bus and the accessibility bus, a window manager.
+test_packages=(doctest-dev clang-format locales libx11-dev libxtst-dev openssl dbus-daemon dbus-bin at-spi2-core openbox)
 
 # To make the Debian package: what finds out which libraries it needs.
 package_packages=(dpkg-dev file)
@@ -35,15 +35,39 @@ missing_packages() {
 
 # Installs those of the named packages that are missing, and asks nothing. Everything it says goes to standard error.
 install_packages() {
-    local missing as_root=()
+    local missing
     mapfile -t missing < <(missing_packages "$@")
     [ ${#missing[@]} -gt 0 ] || return 0
-    if [ "$(id -u)" -ne 0 ]; then
-        as_root=(sudo)
+    if [ "$(id -u)" -ne 0 ] && ! command -v sudo >/dev/null; then
+        echo "These packages are missing, and only root can install them (there is no sudo here):" \
+            "apt-get install --no-install-recommends ${missing[*]}" >&2
+        return 1
     fi
     echo "Installing: ${missing[*]}" >&2
-    {
-        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -q
-        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends "${missing[@]}"
-    } >&2
+    apt_get update && apt_get install -y --no-install-recommends "${missing[@]}"
+}
+
+# How often and how long, in seconds, the end of another package manager is waited for: a quarter of an hour, which is
+# enough for a machine that installs its first updates.
+apt_tries=180 apt_pause=5
+
+# apt_get ARGUMENTS...: as root. Waits while another program uses the package manager: apt itself waits for one of its
+# locks only, and only if asked to.
+apt_get() {
+    local as_root=() said status try
+    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    said=$(mktemp)
+    for ((try = 1; try <= apt_tries; try++)); do
+        status=0
+        (
+            set -o pipefail
+            "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive LC_ALL=C apt-get -q "$@" 2>&1 | tee "$said" >&2
+        ) || status=$?
+        [ "$status" -ne 0 ] && grep -q 'Could not get lock' "$said" || break
+        [ "$try" -gt 1 ] || echo "Another program is installing packages; waiting for it to finish ..." >&2
+        sleep "$apt_pause"
+    done
+    [ "$try" -le "$apt_tries" ] || echo "It has not finished. Start again when it has." >&2
+    rm -f "$said"
+    return "$status"
 }

@@ -11,6 +11,7 @@ player_window=         # its main window
 player_log=            # what it wrote on standard error
 sound_server_pid=
 recorder_pid=
+witness_pids=()        # a plain player and what records it
 microphone=            # the sound server's module
 recorded_sink=qm_out
 recording=             # raw 32-bit float stereo, 44100 frames a second
@@ -84,10 +85,12 @@ start_screen() {
 }
 
 # PulseAudio with one null sink. Without norewinds=1 an idle sink renders two seconds ahead and swallows the first sound.
+# Its threads ask for real-time priority, as a desktop's server has it: without, they and not the program break off beside
+# other work. Where they may not have it, the server goes on without.
 start_sound_server() {
     export PULSE_SERVER=unix:$stage/sound/native PULSE_RUNTIME_PATH=$stage/sound PULSE_STATE_PATH=$stage/sound
     env -u DISPLAY pulseaudio -n --daemonize=no --use-pid-file=no --exit-idle-time=-1 --disallow-exit \
-        --high-priority=yes --realtime=no --disable-shm=yes --no-cpu-limit=yes --log-level=warn --log-target=stderr \
+        --high-priority=yes --realtime=yes --disable-shm=yes --no-cpu-limit=yes --log-level=warn --log-target=stderr \
         -L "module-native-protocol-unix auth-anonymous=1 auth-cookie-enabled=0 socket=$stage/sound/native" \
         -L "module-null-sink sink_name=qm_out norewinds=1 rate=44100 format=float32le channels=2" \
         >"$stage/sound/log" 2>&1 </dev/null &
@@ -228,6 +231,29 @@ start_recording() {
 stop_recording() {
     kill "$recorder_pid"
     wait "$recorder_pid" || true
+}
+
+# A plain player beside the program, before it is started: into a sink of its own on the same server, with as little in
+# reserve as the program begins with. Where it breaks off, the machine or the stage does not keep up.
+witness_milliseconds=50
+
+add_witness() {
+    pactl load-module module-null-sink sink_name=qm_witness norewinds=1 rate=44100 format=float32le channels=2 >/dev/null
+    pactl set-default-sink qm_out
+}
+
+# start_witness FILE.wav: what is heard of it is recorded to $stage/witness.raw.
+start_witness() {
+    parec -d qm_witness.monitor --format=float32le --rate=44100 --channels=2 --raw --latency-msec=20 >"$stage/witness.raw" &
+    witness_pids=($!)
+    paplay --device=qm_witness --latency-msec="$witness_milliseconds" "$1" &
+    witness_pids+=($!)
+    stage_pids+=("${witness_pids[@]}")
+}
+
+stop_witness() {
+    kill "${witness_pids[@]}"
+    wait "${witness_pids[@]}" || true
 }
 
 recorded_frames() {

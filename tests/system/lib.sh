@@ -70,9 +70,9 @@ start() {
     start_player "$programs/quillmere" "$@"
 }
 
-# A window manager, for the rest of the test.
+# A window manager, for the rest of the test; with further arguments of its own.
 start_window_manager() {
-    openbox --sm-disable >"$stage/window_manager.log" 2>&1 </dev/null &
+    openbox --sm-disable "$@" >"$stage/window_manager.log" 2>&1 </dev/null &
     stage_pids+=($!)
     wait_until "the window manager is up" xdotool get_num_desktops
 }

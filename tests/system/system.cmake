@@ -16,7 +16,11 @@ add_executable(accessible_tree system/accessible_tree.cpp)
 target_link_libraries(accessible_tree PRIVATE Qt6::DBus)
 add_executable(desktop_settings system/desktop_settings.cpp)
 target_link_libraries(desktop_settings PRIVATE Qt6::DBus)
-set_target_properties(close_window window_timeline film_watcher drag_source update_server accessible_tree desktop_settings
+file(GLOB MONKEY_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/monkey/*.cpp)
+add_executable(monkey ${MONKEY_SOURCES})
+target_link_libraries(monkey PRIVATE X11::X11 X11::Xtst)
+set_target_properties(monkey close_window window_timeline film_watcher drag_source update_server accessible_tree
+                      desktop_settings
                       PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 file(GLOB SYSTEM_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/test_*.sh)

@@ -31,6 +31,7 @@ constexpr const char* kUsage =
     "quillmere-measure runs RECORDING GAIN          where each stretch of a recorded coded sound comes from\n"
     "quillmere-measure passes RECORDING FROM SHORTEST LONGEST\n"
     "                                               period, pitch and silences of a recorded loop of the tune\n"
+    "quillmere-measure silences RECORDING FROM      the silences between its first and its last sound\n"
     "Recordings are raw 32-bit float stereo, 44100 frames a second. FROM, SHORTEST and LONGEST are frames.\n";
 
 int makeCoded(const Arguments& a) {
@@ -101,6 +102,21 @@ int runs(const Arguments& a) {
     return found.empty() ? 1 : 0;
 }
 
+void printSilences(const Sound& recording) {
+    const std::vector<Silence> silences = findSilences(recording);
+    std::size_t longest = 0;
+    for (const Silence& s : silences) {
+        longest = std::max(longest, s.length);
+    }
+    std::printf("silences %zu\nlongest_silence_frames %zu\n", silences.size(), longest);
+}
+
+int silences(const Arguments& a) {
+    const Sound recording = readRecording(a[0]).from(std::stoul(a[1]));
+    printSilences(recording);
+    return recording.withoutSilence().frames() > 0 ? 0 : 1;
+}
+
 int passes(const Arguments& a) {
     const Sound recording = readRecording(a[0]).from(std::stoul(a[1]));
     // Where a starved sound card was silent nothing was played: that is told by itself and not part of the period.
@@ -111,14 +127,10 @@ int passes(const Arguments& a) {
         std::fputs("quillmere-measure: nothing repeats in this recording\n", stderr);
         return 1;
     }
-    const std::vector<Silence> silences = findSilences(recording);
-    std::size_t longest = 0;
-    for (const Silence& s : silences) {
-        longest = std::max(longest, s.length);
-    }
     std::printf("period_frames %.2f\nperiod_seconds %.5f\nworst_pass_frames %.2f\npasses %d\n", period->meanFrames,
                 period->meanFrames / kSampleRate, period->worstFrames, period->passes);
-    std::printf("pitch_cents %.2f\nsilences %zu\nlongest_silence_frames %zu\n", *cents, silences.size(), longest);
+    std::printf("pitch_cents %.2f\n", *cents);
+    printSilences(recording);
     return 0;
 }
 
@@ -136,6 +148,7 @@ const std::map<std::string, Command> kCommands = {
     {"tail", {tail, 2}},
     {"runs", {runs, 2}},
     {"passes", {passes, 4}},
+    {"silences", {silences, 2}},
 };
 
 }  // namespace
