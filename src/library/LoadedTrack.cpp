@@ -16,6 +16,7 @@ int LoadedTrack::row() const {
     const auto fits = [&](int row) {
         return row >= 0 && row < m_list.count() && tracks[static_cast<std::size_t>(row)] == m_state.loadedPath;
     };
+    if (fits(m_list.loadedRow)) return m_list.loadedRow;
     const int selected = selectedRow(m_outlets, m_list);
     if (fits(selected)) return selected;
     if (fits(m_rowHint)) return m_rowHint;

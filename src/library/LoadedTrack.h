@@ -13,7 +13,9 @@ class LoadedTrack {
 public:
     LoadedTrack(const PlayerState& state, const PlayListArrays& list, const Outlets& outlets);
 
-    int row() const;  // the selected row if the track stands there, else the first where it does; -1 none
+    // The row it was loaded from. Where that is gone, the selected row if the same track stands there, else the first
+    // where it does; -1 none.
+    int row() const;
 
     // Without a row the title is what the file itself says; unknown names are empty, and so is all of it without a
     // loaded track.

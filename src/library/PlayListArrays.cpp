@@ -42,14 +42,20 @@ void PlayListArrays::insertEntry(int index, const PlayListEntry& entry) {
     trebleArray.insert(trebleArray.begin() + index, entry.treble);
     markAarray.insert(markAarray.begin() + index, entry.markA);
     markBarray.insert(markBarray.begin() + index, entry.markB);
+    if (loadedRow >= index) ++loadedRow;
 }
 
 void PlayListArrays::removeEntry(int index) {
     forEachArray(*this, [index](auto& array) { array.erase(array.begin() + index); });
+    if (loadedRow == index)
+        loadedRow = -1;
+    else if (loadedRow > index)
+        --loadedRow;
 }
 
 void PlayListArrays::removeAllEntries() {
     forEachArray(*this, [](auto& array) { array.clear(); });
+    loadedRow = -1;
 }
 
 void PlayListArrays::replaceFrom(int index, const PlayListArrays& rows) {

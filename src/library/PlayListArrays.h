@@ -33,6 +33,8 @@ struct PlayListArrays {
     std::vector<std::int64_t> markAarray;  // units of the row's time scale
     std::vector<std::int64_t> markBarray;
 
+    int loadedRow = -1;  // the row that the current track was loaded from, wherever it has moved to; -1 none
+
     PlayListArrays();
     int count() const { return static_cast<int>(trackArray.size()); }
     PlayListEntry entry(int index) const;

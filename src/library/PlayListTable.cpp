@@ -38,6 +38,7 @@ PlayListTable::PlayListTable(PlayerState& state, PlayListArrays& list, const Out
       m_loop(loop),
       m_info(info),
       m_history(history),
+      m_loaded(state, list, outlets),
       m_runAlert([this](const QString& message, const QStringList& buttons) {
           return runWarningAlert(m_outlets.mainWindow, message, buttons);
       }) {}
@@ -104,8 +105,10 @@ QVariant PlayListTable::icon(int row) const {
     return {};
 }
 
+// The same file may stand in several rows: the one that it was loaded from is the loaded track.
 bool PlayListTable::isLoadedTrack(int row) const {
-    return m_state.qtMovie && m_list.trackArray[static_cast<std::size_t>(row)] == m_state.loadedPath;
+    const bool isSameFile = m_list.trackArray[static_cast<std::size_t>(row)] == m_state.loadedPath;
+    return m_state.qtMovie && isSameFile && row == m_loaded.row();
 }
 
 bool PlayListTable::isChangedMark(const QString& column, int row) const {

@@ -9,6 +9,7 @@
 #include <functional>
 
 #include "app/PlayerState.h"
+#include "library/LoadedTrack.h"
 #include "library/PlayListArrays.h"
 #include "library/TrackInfo.h"
 #include "library/TrackLoader.h"
@@ -66,6 +67,7 @@ private:
     AbLoop& m_loop;
     TrackInfo& m_info;
     UndoHistory& m_history;
+    LoadedTrack m_loaded;
     RunAlert m_runAlert;
     mutable const QLabel* m_shownLabel = nullptr;  // what trackTotal shows now, and where
     mutable int m_shownCount = -1;

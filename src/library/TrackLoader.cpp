@@ -41,6 +41,7 @@ void TrackLoader::load(const Wish& wish) {
     qmLog("loadFile: 1");
     if (m_state.qtMovie) m_state.qtMovie->stop();
     m_state.loadedPath = wish.path;
+    m_list.loadedRow = rowOf(wish);
     qmLog("loadFile: 2");
     if (!open(wish.path)) return;
     qmLog("loadFile: 3");
@@ -59,12 +60,19 @@ void TrackLoader::load(const Wish& wish) {
     if (m_outlets.playList) m_outlets.playList->viewport()->update();  // another row may be the loaded one now
 }
 
+// A new row is made when the file is open; an old one is loaded because it is selected.
+int TrackLoader::rowOf(const Wish& wish) const {
+    const int row = wish.add ? -1 : selectedRow(m_outlets, m_list);
+    return row >= 0 && m_list.trackArray[static_cast<std::size_t>(row)] == wish.path ? row : -1;
+}
+
 bool TrackLoader::open(const QString& path) {
     if (m_outlets.movieView) m_outlets.movieView->setMovie(nullptr);
     m_state.qtMovie.reset();
     const std::string name = pathBytes(path).toStdString();
     auto movie = m_engine.movieWithFile(name);
     if (!movie) {
+        ++m_failures;
         qmLog("Unable to open " + name + ": " + movie.error().message);
         if (movie.error().category == ErrorCategory::TooLong)
             m_notices.tell(QFileInfo(path).fileName() + u' ' + QString::fromStdString(movie.error().message));
@@ -116,6 +124,7 @@ void TrackLoader::addEntry() {
     entry.markA = 0;
     entry.markB = entry.duration;
     m_list.insertEntry(0, entry);
+    m_list.loadedRow = 0;
     reloadTable(m_outlets.playList);
 }
 

@@ -41,6 +41,9 @@ public:
     // open, without a track; what is to be loaded meanwhile follows in its turn.
     void loadFileAdd(const QString& path, bool add);
 
+    bool isLoading() const { return !m_wishes.isEmpty(); }
+    int failures() const { return m_failures; }  // loads so far that gave no track
+
     // Asks for files and adds each, in the panel's order: the last one ends on top and stays loaded.
     void openFile();
 
@@ -62,6 +65,7 @@ private:
     void resetPositionSlider();
     void carryOverSound();
     void addEntry();
+    int rowOf(const Wish& wish) const;
     void restoreTone();
     void enableMetering();
 
@@ -77,6 +81,7 @@ private:
     RunPanel m_runPanel;
     QString m_panelFolder;  // where files were last chosen
     QList<Wish> m_wishes;   // the first one is being loaded
+    int m_failures = 0;
 };
 
 }  // namespace qm

@@ -24,6 +24,10 @@ void PositionClock::startCueTimer() {
     m_state.movieTimer->start(kTickMilliseconds);
 }
 
+void PositionClock::wake() {
+    if (!m_state.movieTimer || !m_state.movieTimer->isActive()) startCueTimer();
+}
+
 void PositionClock::updateSlider() {
     if (!m_state.qtMovie) return;
     const Movie movie = m_state.quickTimeMovie;
@@ -57,9 +61,11 @@ void PositionClock::cueUpdate() {
         m_outlets.cueSlider->setValue(0.0);
         return;
     }
-    if (m_state.isLooping && m_state.markBset) return;
-    m_engine.SetMovieTimeValue(m_state.quickTimeMovie, truncToInt32(value));
-    movieTimeChanged();
+    if (!m_state.isLooping || !m_state.markBset) {
+        m_engine.SetMovieTimeValue(m_state.quickTimeMovie, truncToInt32(value));
+        movieTimeChanged();
+    }
+    wake();
 }
 
 }  // namespace qm

@@ -15,6 +15,9 @@ public:
     // Replaces the running timer, if any: there is never more than one.
     void startCueTimer();
 
+    // Starts it when it stands, so that the display follows what was moved: a movie that is done has stopped it.
+    void wake();
+
     // One tick. The one that finds the movie done stops the timer.
     void updateSlider();
 

@@ -1,7 +1,5 @@
 #include "player/Transport.h"
 
-#include <QTimer>
-
 #include "player/OutletSetters.h"
 #include "player/TransportImages.h"
 
@@ -28,7 +26,7 @@ void Transport::playForward() {
     showForwardImages(m_outlets);
     m_state.qtMovie->setRate(m_state.rate);
     showSliderRange();
-    if (!m_state.movieTimer || !m_state.movieTimer->isActive()) m_clock.startCueTimer();
+    m_clock.wake();
     m_info.movieMetaData();
 }
 
@@ -85,12 +83,14 @@ void Transport::goToStart() {
     if (!m_state.isLooping) {
         m_engine.SetMovieTimeValue(m_state.quickTimeMovie, 0);
         showValue(m_outlets.cueSlider, 0.0);
+        m_clock.wake();
         return;
     }
     const int row = selectedRow(m_outlets, m_list);
     if (row < 0) return;
     const auto scale = static_cast<std::int32_t>(m_state.qtMovie->timeScaleAttribute().value_or(0));
     m_state.qtMovie->setCurrentTime({m_list.markAarray[row], scale, 0});
+    m_clock.wake();
 }
 
 void Transport::skip(std::int32_t seconds) {
@@ -103,6 +103,7 @@ void Transport::skip(std::int32_t seconds) {
     const auto step =
         static_cast<std::int32_t>(static_cast<std::uint32_t>(seconds) * static_cast<std::uint32_t>(timeScale));
     m_state.qtMovie->setCurrentTime(QTTimeIncrement(current, {step, timeScale, 0}));
+    m_clock.wake();
 }
 
 }  // namespace qm

@@ -75,17 +75,21 @@ void LevelMeters::audioLevelFireMethod() {
             if (place >= std::size(results.level) || indicator == m_meters.mArray.end()) break;
             (*indicator++)->setFloatValue(kBandScale * results.level[place]);
         }
-        showPower(c == 0 ? m_outlets.audioLevelLeft : m_outlets.audioLevelRight,
-                  m_meters.pAveragePowerLevels->level[c]);
+        const float power = m_meters.pAveragePowerLevels->level[c];
+        if (c == 0)
+            showPower(m_outlets.audioLevelLeft, m_left, power);
+        else
+            showPower(m_outlets.audioLevelRight, m_right, power);
     }
 }
 
-// With one decimal, and only when that changes.
-void LevelMeters::showPower(QLabel* readOut, float decibels) {
+// With one decimal. A text is made only when that has changed, or when something else was shown meanwhile.
+void LevelMeters::showPower(QLabel* readOut, Power& shown, float decibels) {
     if (!readOut) return;
     const double tenths = std::round(double{decibels} * 10) + 0.0;  // no "-0.0"
-    const QString text = QString::number(tenths / 10, 'f', 1);
-    if (readOut->text() != text) readOut->setText(text);
+    if (tenths == shown.tenths && !shown.text.isNull() && readOut->text() == shown.text) return;
+    shown = {tenths, QString::number(tenths / 10, 'f', 1)};
+    readOut->setText(shown.text);
 }
 
 void LevelMeters::displayLevels() {

@@ -3,6 +3,7 @@
 // without some of the controls is shown as far as it goes.
 #pragma once
 
+#include <QString>
 #include <QTimer>
 #include <cstdint>
 #include <memory>
@@ -38,13 +39,21 @@ public:
     void displayLevels();         // shows or hides the panel; the meters go on
 
 private:
+    // What a read-out was last given.
+    struct Power {
+        double tenths = 0;
+        QString text;
+    };
+
     bool readLevels();
-    void showPower(QLabel* readOut, float decibels);
+    static void showPower(QLabel* readOut, Power& shown, float decibels);
 
     PlayerState& m_state;
     LevelMeterState& m_meters;
     const Outlets& m_outlets;
     MediaEngine& m_engine;
+    Power m_left;
+    Power m_right;
 };
 
 }  // namespace qm

@@ -160,6 +160,28 @@ TEST_CASE_FIXTURE(TableFixture, "the loaded track is marked as such, until anoth
     CHECK_FALSE(loaded(1));
 }
 
+TEST_CASE_FIXTURE(TableFixture, "of two rows with the same file the one that was loaded is marked, wherever it moves") {
+    startWithRows({"/m/one.wav", "/m/two.wav", "/m/one.wav"});
+    const auto loadedRows = [this] {
+        std::vector<int> rows;
+        for (int row = 0; row < controller->count(); ++row)
+            if (shown("IBtrack", row, LoadedTrackRole).toBool()) rows.push_back(row);
+        return rows;
+    };
+    outlets.playList->selectRowIndex(2);
+    controller->selectTrack();
+    CHECK(loadedRows() == std::vector{2});
+    outlets.playList->selectRowIndex(0);
+    CHECK(loadedRows() == std::vector{2});
+    controller->removeListEntry();
+    CHECK(loadedRows() == std::vector{1});
+    controller->loadFileAdd("/m/one.wav", true);
+    CHECK(loadedRows() == std::vector{0});
+    outlets.playList->selectRowIndex(0);
+    controller->removeListEntry();
+    CHECK(loadedRows() == std::vector{1});
+}
+
 TEST_CASE_FIXTURE(TableFixture, "a mark is marked as changed where it differs from the track's start or end") {
     startWithRows({"/m/one.wav"});
     const auto changed = [this](const char* column) { return shown(column, 0, ChangedMarkRole).toBool(); };

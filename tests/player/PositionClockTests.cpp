@@ -2,6 +2,7 @@
 
 #include <QPointer>
 #include <QTimer>
+#include <functional>
 
 #include "support/widgets/ControllerFixture.h"
 
@@ -189,4 +190,62 @@ TEST_CASE_FIXTURE(ControllerFixture, "the cue timer and the time fields go on wh
     engine.movie()->time.timeValue = 6000;
     fire(controller->movieTimer.get());
     CHECK(outlets.timecode->text() == "0:00:10.00");
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "after the end everything that moves the track starts the clock again") {
+    startWithLoadedTrack();
+    const auto seek = [this] { drag(outlets.cueSlider, 1200, &QMController::cueUpdate); };
+    const std::pair<const char*, std::function<void()>> moves[] = {{"go to start", [this] { controller->goToStart(); }},
+                                                                   {"skip back", [this] { controller->skip_10(); }},
+                                                                   {"skip", [this] { controller->skip1(); }},
+                                                                   {"seek", seek}};
+    for (const auto& [name, move] : moves) {
+        CAPTURE(name);
+        controller->playForward();
+        engine.movie()->time.timeValue = 60000;
+        engine.movie()->done = true;
+        fire(controller->movieTimer.get());
+        REQUIRE_FALSE(controller->movieTimer->isActive());
+        engine.movie()->done = false;
+        move();
+        REQUIRE(controller->movieTimer->isActive());
+        engine.movie()->time.timeValue = 3000;
+        fire(controller->movieTimer.get());
+        CHECK(outlets.cueSlider->value() == 3000.0);
+        CHECK(outlets.timecode->text() == "0:00:05.00");
+        controller->pause();
+    }
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "moving a track while the clock goes leaves its beat alone") {
+    startWithLoadedTrack();
+    const QTimer* timer = controller->movieTimer.get();
+    controller->goToStart();
+    controller->skip1();
+    drag(outlets.cueSlider, 1200, &QMController::cueUpdate);
+    CHECK(controller->movieTimer.get() == timer);
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "after the end a refused drag is put back by the next tick") {
+    startWithLoadedTrack();
+    engine.movie()->time.timeValue = 9000;
+    controller->markBUpdate();
+    controller->loopSwitch();
+    engine.movie()->done = true;
+    fire(controller->movieTimer.get());
+    REQUIRE_FALSE(controller->movieTimer->isActive());
+    log.take();
+    drag(outlets.cueSlider, 40000, &QMController::cueUpdate);
+    CHECK(log.events() == Events{});
+    REQUIRE(controller->movieTimer->isActive());
+    fire(controller->movieTimer.get());
+    CHECK(outlets.cueSlider->value() == 9000.0);
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "while the loop is on go to start wakes the clock, too") {
+    startWithLoadedTrack();
+    controller->loopSwitch();
+    controller->movieTimer->stop();
+    controller->goToStart();
+    CHECK(controller->movieTimer->isActive());
 }

@@ -1,5 +1,4 @@
-// The device's callback under watch: every allocation, release and lock that its thread makes is counted by functions
-// that stand in front of the C library's own.
+// The device's callback under watch: every allocation, release and lock that its thread makes is counted.
 #include <dlfcn.h>
 #include <doctest/doctest.h>
 #include <pthread.h>
@@ -9,43 +8,21 @@
 
 #include "engine/capture/CaptureSession.h"
 #include "engine/movie/FileMovie.h"
+#include "support/HeapWatch.h"
 #include "support/Signals.h"
 #include "support/SteppedInput.h"
 
 namespace {
 
-thread_local bool t_inCallback = false;
-thread_local int t_allocations = 0;
 thread_local int t_locks = 0;
 
 }  // namespace
 
 extern "C" {
-void* __libc_malloc(std::size_t);
-void __libc_free(void*);
-void* __libc_calloc(std::size_t, std::size_t);
-void* __libc_realloc(void*, std::size_t);
-
-void* malloc(std::size_t size) {
-    t_allocations += t_inCallback;
-    return __libc_malloc(size);
-}
-void free(void* block) {
-    t_allocations += t_inCallback;
-    __libc_free(block);
-}
-void* calloc(std::size_t count, std::size_t size) {
-    t_allocations += t_inCallback;
-    return __libc_calloc(count, size);
-}
-void* realloc(void* block, std::size_t size) {
-    t_allocations += t_inCallback;
-    return __libc_realloc(block, size);
-}
 int pthread_mutex_lock(pthread_mutex_t* mutex) {
     using Lock = int (*)(pthread_mutex_t*);
     static const Lock real = reinterpret_cast<Lock>(dlsym(RTLD_NEXT, "pthread_mutex_lock"));
-    t_locks += t_inCallback;
+    t_locks += qm::test::t_isWatched;
     return real(mutex);
 }
 }
@@ -77,9 +54,9 @@ struct Watched {
     void play(int callbacks) {
         std::vector<StereoFrame> block(441);
         for (int i = 0; i < callbacks; ++i) {
-            t_inCallback = true;
+            t_isWatched = true;
             device->step(block);
-            t_inCallback = false;
+            t_isWatched = false;
         }
     }
 
@@ -90,20 +67,21 @@ struct Watched {
 }  // namespace
 
 TEST_CASE("the watch sees allocations and locks") {
-    t_allocations = t_locks = 0;
-    t_inCallback = true;
-    std::free(std::malloc(10));
+    t_heapCalls = t_locks = 0;
+    t_isWatched = true;
+    void* volatile block = std::malloc(10);
+    std::free(block);
     pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
     pthread_mutex_lock(&mutex);
-    t_inCallback = false;
+    t_isWatched = false;
     pthread_mutex_unlock(&mutex);
-    CHECK(t_allocations == 2);
+    CHECK(t_heapCalls == 2);
     CHECK(t_locks == 1);
 }
 
 TEST_CASE("the callback neither allocates nor locks, whatever is done to the movie") {
     Watched w;
-    t_allocations = t_locks = 0;
+    t_heapCalls = t_locks = 0;
     w.movie->play();
     w.movie->meter().enableVolume(true);
     w.movie->meter().enableBands(true);
@@ -129,7 +107,7 @@ TEST_CASE("the callback neither allocates nor locks, whatever is done to the mov
     act([&] { w.movie->stop(); });
     act([&] { w.movie->play(); });
     CHECK(metered);
-    CHECK(t_allocations == 0);
+    CHECK(t_heapCalls == 0);
     CHECK(t_locks == 0);
 }
 
@@ -144,20 +122,20 @@ TEST_CASE("the input's callback neither allocates nor locks, recording or not, a
     session->startRunning();
     REQUIRE(session->addOutput(output));
     const std::vector<StereoFrame> frames(MovieFileOutput::kRingFrames + 1, {0.1f, 0.2f});
-    t_allocations = t_locks = 0;
+    t_heapCalls = t_locks = 0;
     const auto arrive = [&] {
-        t_inCallback = true;
+        t_isWatched = true;
         hand.input->step(frames);
-        t_inCallback = false;
+        t_isWatched = false;
     };
     arrive();
     output->recordToOutputFileURL("/dev/null");
     arrive();
     output->recordToOutputFileURL(std::nullopt);
     arrive();
-    t_inCallback = true;
+    t_isWatched = true;
     hand.input->vanish();
-    t_inCallback = false;
-    CHECK(t_allocations == 0);
+    t_isWatched = false;
+    CHECK(t_heapCalls == 0);
     CHECK(t_locks == 0);
 }

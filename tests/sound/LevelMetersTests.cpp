@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <memory>
 
+#include "support/HeapWatch.h"
 #include "support/widgets/ControllerFixture.h"
 #include "ui/controls/MeterView.h"
 
@@ -376,3 +377,29 @@ TEST_CASE_FIXTURE(MeterFixture, "the meters go on while a menu is open") {
     CHECK(open);
     CHECK(ticks == 2);
 }
+
+#ifdef QUILLMERE_HEAP_WATCH
+TEST_CASE_FIXTURE(MeterFixture, "a tick takes nothing from the heap as long as the tenth of a decibel stays") {
+    startWithLoadedTrack();
+    const auto heapCalls = [](const std::function<void()>& act) {
+        test::t_heapCalls = 0;
+        test::t_isWatched = true;
+        act();
+        test::t_isWatched = false;
+        return test::t_heapCalls;
+    };
+    measurePower(-20.01f, -30.02f);
+    controller->audioLevelFireMethod();
+    const int readingAlone = heapCalls([this] {
+        engine.GetMovieAudioFrequencyLevels(controller->quickTimeMovie, kStereoMix, *controller->mFreqResults);
+        engine.GetMovieAudioVolumeLevels(controller->quickTimeMovie, kDeviceMix, *controller->pAveragePowerLevels,
+                                         *controller->pPeakHoldLevels);
+    });
+    measurePower(-20.04f, -29.98f);
+    CHECK(heapCalls([this] { controller->audioLevelFireMethod(); }) == readingAlone);
+    CHECK(readOuts() == Events{"-20.0", "-30.0"});
+    measurePower(-20.06f, -29.98f);
+    CHECK(heapCalls([this] { controller->audioLevelFireMethod(); }) > readingAlone);
+    CHECK(readOuts() == Events{"-20.1", "-30.0"});
+}
+#endif

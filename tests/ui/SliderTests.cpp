@@ -4,6 +4,7 @@
 #include <QMouseEvent>
 #include <QWheelEvent>
 #include <cmath>
+#include <functional>
 #include <limits>
 
 #include "support/widgets/Gestures.h"
@@ -188,4 +189,76 @@ TEST_CASE("assistive tools hear a slider's value in words and move it as the han
     access->valueInterface()->setCurrentValue(0.5);
     CHECK(watched.slider.value() == 0.5);
     CHECK(watched.actions == 1);
+}
+
+namespace {
+
+struct GappedSlider : WatchedSlider {
+    GappedSlider() {
+        slider.setRange(-2.5, 2.5);
+        slider.setStep(0.05);
+        slider.setGap(0.35);
+    }
+    double after(const std::function<void()>& act) {
+        act();
+        return slider.value();
+    }
+};
+
+}  // namespace
+
+TEST_CASE("a knob dragged through a slider's gap snaps to 0 and to the gap's edges") {
+    GappedSlider gapped;
+    Slider& slider = gapped.slider;
+    slider.setValue(1);
+    pressMouse(slider, gapped.knob());
+    const std::pair<double, double> places[] = {{0.4, 0.4}, {0.3, 0.35}, {0.2, 0.35},   {0.15, 0},
+                                                {0, 0},     {-0.15, 0},  {-0.2, -0.35}, {-0.34, -0.35},
+                                                {-1, -1},   {-0.15, 0},  {0.3, 0.35}};
+    for (const auto& [place, value] : places) {
+        CAPTURE(place);
+        moveMouse(slider, gapped.at(place));
+        CHECK(slider.value() == doctest::Approx(value));
+    }
+    moveMouse(slider, gapped.at(0.1));
+    CHECK(slider.value() == 0.0);
+}
+
+TEST_CASE("a click into a slider's gap snaps, and a value from the program may lie there") {
+    GappedSlider gapped;
+    gapped.slider.setValue(1);
+    clickMouse(gapped.slider, gapped.at(0.05));
+    CHECK(gapped.slider.value() == 0.0);
+    gapped.slider.setValue(0.1);
+    CHECK(gapped.slider.value() == 0.1);
+}
+
+TEST_CASE("steps of keys and wheel lead across a slider's gap, by its edge, 0 and the other edge") {
+    GappedSlider gapped;
+    Slider& slider = gapped.slider;
+    const auto down = [&] { pressKey(slider, Qt::Key_Down); };
+    const auto up = [&] { pressKey(slider, Qt::Key_Up); };
+    slider.setValue(0.38);
+    for (const double value : {0.35, 0.0, -0.35, -0.4}) CHECK(gapped.after(down) == doctest::Approx(value));
+    for (const double value : {-0.35, 0.0, 0.35, 0.4}) CHECK(gapped.after(up) == doctest::Approx(value));
+    slider.setValue(0.45);
+    CHECK(gapped.after([&] { turnWheel(slider, -4); }) == doctest::Approx(-0.35));
+    // The edge as a number of less precision.
+    slider.setValue(static_cast<double>(0.35f));
+    CHECK(gapped.after(down) == 0.0);
+    slider.setValue(static_cast<double>(-0.35f));
+    CHECK(gapped.after(up) == 0.0);
+}
+
+TEST_CASE("assistive tools that change a slider by its step come across its gap") {
+    GappedSlider gapped;
+    Slider& slider = gapped.slider;
+    slider.setValue(0.35);
+    auto* access = QAccessible::queryAccessibleInterface(&slider)->valueInterface();
+    for (const double value : {0.0, -0.35, -0.4}) {
+        access->setCurrentValue(slider.value() - access->minimumStepSize().toDouble());
+        CHECK(slider.value() == doctest::Approx(value));
+    }
+    access->setCurrentValue(1.5);
+    CHECK(slider.value() == 1.5);
 }

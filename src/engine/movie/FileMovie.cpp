@@ -73,7 +73,9 @@ FileMovie::~FileMovie() {
 
 void FileMovie::play() {
     m_request.playing = true;
+    m_hasPlayed = true;
     if (!m_hasRate) takeRate(m_preferredRate);
+    beginInside();
     request();
 }
 
@@ -82,15 +84,29 @@ void FileMovie::stop() {
     request();
 }
 
+// Another speed at an end that play has come to does not play the movie once more.
 void FileMovie::setRate(float rate) {
+    const bool begins = m_request.playing && !isDone();
     m_hasRate = true;
     takeRate(rate);
+    if (begins) beginInside();
     request();
 }
 
 void FileMovie::takeRate(float rate) {
     m_request.rate = rate;
     if (rate != 0) m_backward = rate < 0;
+}
+
+// Play that would lead straight out of the movie begins at the other end.
+void FileMovie::beginInside() {
+    if (m_request.loops || m_request.rate == 0 || !standsAtTheEnd()) return;
+    seekTo(m_backward ? toUnits(m_render.length()) : 0);
+}
+
+// The end in the direction of play.
+bool FileMovie::standsAtTheEnd() const {
+    return m_backward ? position() <= 0 : position() >= m_render.length();
 }
 
 void FileMovie::setPitch(float cents) {
@@ -106,8 +122,11 @@ void FileMovie::setTone(const ToneSettings& tone) {
 void FileMovie::request() {
     assert(m_mainThread.isHere());
     const bool selects = m_playsSelectionOnly && m_selection.time.timeScale > 0;
-    m_request.rangeBegin = selects ? toFrames(m_selection.time) : 0;
-    m_request.rangeEnd = selects ? toFrames(QTTimeIncrement(m_selection.time, m_selection.duration)) : 0;
+    const std::int64_t from = selects ? toFrames(m_selection.time) : 0;
+    const std::int64_t to = selects ? toFrames(QTTimeIncrement(m_selection.time, m_selection.duration)) : 0;
+    // A selection that ends before it begins is what lies between the two.
+    m_request.rangeBegin = std::min(from, to);
+    m_request.rangeEnd = std::max(from, to);
     m_render.request(m_request);
     if (!m_video) return;
     {
@@ -165,17 +184,23 @@ void FileMovie::setCurrentTime(QTTime time) {
     seekTo(rescale(time.timeValue, m_timeScale, scale));
 }
 
-// While a range repeats, a time outside it is the edge at which play enters it.
 void FileMovie::seekTo(std::int64_t time) {
     const bool pastEnd = time >= toUnits(m_render.length());
     const std::int64_t target =
         pastEnd ? m_render.length() : toFrames({std::max<std::int64_t>(time, 0), m_timeScale, 0});
-    m_request.seekTarget =
-        m_request.loops
-            ? makePlayhead(target, m_backward, true, m_request.rangeBegin, m_request.rangeEnd, m_render.length()).start
-            : target;
+    m_request.seekTarget = m_request.loops ? intoRange(target) : target;
     ++m_request.seek;
+    m_hasPlayed = m_hasPlayed && m_request.playing;
     request();
+}
+
+// While a range repeats, a position outside it is the edge at which play enters it. Both edges belong to the range,
+// also the one at which play wraps at once.
+std::int64_t FileMovie::intoRange(std::int64_t position) const {
+    const Playhead entry =
+        makePlayhead(position, m_backward, true, m_request.rangeBegin, m_request.rangeEnd, m_render.length());
+    const bool isOnEdge = position == entry.rangeBegin || position == entry.rangeEnd;
+    return isOnEdge ? position : entry.start;
 }
 
 std::int64_t FileMovie::toFrames(QTTime time) const {
@@ -187,8 +212,7 @@ std::int64_t FileMovie::toUnits(std::int64_t frames) const {
 }
 
 bool FileMovie::isDone() const {
-    if (m_request.loops) return false;
-    return m_backward ? position() <= 0 : position() >= m_render.length();
+    return m_hasPlayed && !m_request.loops && standsAtTheEnd();
 }
 
 std::optional<long> FileMovie::timeScaleAttribute() const {

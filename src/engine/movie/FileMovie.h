@@ -50,7 +50,8 @@ public:
     std::unique_ptr<MovieExport> writeToFileWithAttributes(const std::string& path, WriteAttribute attribute) override;
     Movie quickTimeMovie() const override { return m_handle; }
 
-    // True when playback has reached the end in its direction of play: that of the last rate that was not zero.
+    // True when playback has reached the end in its direction of play: that of the last rate that was not zero. A movie
+    // that was only moved to an end while it stood still has not played to it.
     bool isDone() const;
     void setPitch(float cents);
     void setBalance(float balance);
@@ -64,6 +65,9 @@ public:
 private:
     void request();
     void takeRate(float rate);
+    void beginInside();
+    bool standsAtTheEnd() const;
+    std::int64_t intoRange(std::int64_t position) const;
     void applyGains();
     std::int64_t position() const;  // frames
     VideoMoment moment() const;     // asked by the video thread
@@ -86,6 +90,7 @@ private:
     QTTimeRange m_selection;
     bool m_playsSelectionOnly = false;
     bool m_backward = false;
+    bool m_hasPlayed = false;  // since it was last moved while it stood still
     bool m_muted = false;
     float m_volume = 1;
     float m_balance = 0;

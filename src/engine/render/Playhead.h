@@ -41,7 +41,7 @@ struct Playhead {
 };
 
 // A playhead that plays [begin, end) of a track, or the whole of it when that range holds nothing. A start outside the
-// range of a loop is moved to the edge where play enters it.
+// range of a loop is moved to the edge where play enters it; so is one on the edge where play would wrap at once.
 Playhead makePlayhead(std::int64_t start, bool backward, bool loops, std::int64_t begin, std::int64_t end,
                       std::int64_t length);
 

@@ -1,6 +1,7 @@
 #include "ui/controls/ControlAccess.h"
 
 #include <QAccessibleWidget>
+#include <cmath>
 
 #include "ui/controls/Card.h"
 #include "ui/controls/ChipButton.h"
@@ -40,7 +41,13 @@ public:
     QVariant minimumValue() const override { return m_slider->minimum(); }
     QVariant maximumValue() const override { return m_slider->maximum(); }
     QVariant minimumStepSize() const override { return m_slider->step(); }
-    void setCurrentValue(const QVariant& value) override { m_slider->moveByUser(value.toDouble()); }
+
+    // One step more or less is taken as that step, so that it can lead across a gap.
+    void setCurrentValue(const QVariant& value) override {
+        const double steps = (value.toDouble() - m_slider->value()) / m_slider->step();
+        const bool isOneStep = std::abs(std::abs(steps) - 1) < 0.01;
+        isOneStep ? m_slider->stepByUser(steps > 0 ? 1 : -1) : m_slider->moveByUser(value.toDouble());
+    }
 
 private:
     Slider* m_slider;

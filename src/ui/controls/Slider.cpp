@@ -224,13 +224,34 @@ void Slider::paintKnob(QPainter& painter) const {
 
 // --- the user's hand -------------------------------------------------------------------------------------------------
 
+double Slider::nearestValue(double value) const {
+    const double size = std::abs(value);
+    if (!(size < m_gap)) return value;
+    return size < m_gap / 2 ? 0 : std::copysign(m_gap, value);
+}
+
 void Slider::moveByUser(double value) {
-    setValue(value);
+    setValue(nearestValue(value));
     if (QAccessible::isActive()) {
         QAccessibleEvent spoken(this, QAccessible::DescriptionChanged);
         QAccessible::updateAccessibility(&spoken);
     }
     emit action();
+}
+
+void Slider::stepByUser(int steps) {
+    double value = m_value;
+    for (int taken = 0; taken < std::abs(steps); ++taken) value = afterStep(value, steps < 0 ? -1 : 1);
+    moveByUser(value);
+}
+
+// The edge of the gap may have been rounded to a number of less precision: what is nearly there stands on it.
+double Slider::afterStep(double value, int direction) const {
+    const double next = value + direction * m_step;
+    if (std::abs(next) >= m_gap) return next;
+    const bool goesOut = value * direction >= 0;
+    if (goesOut) return direction * m_gap;
+    return std::abs(value) > m_gap + m_step / 1000 ? -direction * m_gap : 0;
 }
 
 bool Slider::isOnKnob(const QPointF& position) const {
@@ -264,17 +285,17 @@ void Slider::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void Slider::wheelEvent(QWheelEvent* event) {
     m_wheelRest += event->angleDelta().y() != 0 ? event->angleDelta().y() : event->angleDelta().x();
-    const double notches = std::trunc(m_wheelRest / kWheelNotch);
+    const int notches = static_cast<int>(m_wheelRest / kWheelNotch);
     m_wheelRest -= notches * kWheelNotch;
-    if (notches != 0) moveByUser(m_value + notches * m_step);
+    if (notches != 0) stepByUser(notches);
     event->accept();
 }
 
 void Slider::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Up)
-        moveByUser(m_value + m_step);
+        stepByUser(1);
     else if (event->key() == Qt::Key_Down)
-        moveByUser(m_value - m_step);
+        stepByUser(-1);
     else
         event->ignore();
 }

@@ -51,6 +51,11 @@ public:
     void setStep(double step) { m_step = step; }                            // of the wheel and of Up and Down
     double step() const { return m_step; }
 
+    // Values nearer to 0 than this, but 0 itself, are none that the user's hand can set: the knob snaps to 0 or to the
+    // gap's edge, and a step leads from the edge to 0 and on.
+    void setGap(double edge) { m_gap = edge; }
+    double nearestValue(double value) const;  // that the hand can set
+
     bool isHeld() const { return m_held; }  // the user holds the knob
     void setLocked(bool locked);            // amber knob, forbidden pointer; the action is still sent
     bool isLocked() const { return m_locked; }
@@ -70,7 +75,9 @@ public:
     void setSpokenForm(std::function<QString(double)> form);
     QString spokenValue() const;
 
-    void moveByUser(double value);  // as the user's hand does: sets the value and sends the action
+    // As the user's hand does: sets the value, or so many steps more or less, and sends the action.
+    void moveByUser(double value);
+    void stepByUser(int steps);
 
     double xOfValue(double value) const;  // pixels from the slider's left edge
     QPainterPath focusPath() const override;
@@ -95,6 +102,7 @@ protected:
 
 private:
     double valueOfX(double x) const;
+    double afterStep(double value, int direction) const;
     bool isOnKnob(const QPointF& position) const;
     void paintAll(QPainter& painter) const;
     void paintGroove(QPainter& painter) const;
@@ -111,6 +119,7 @@ private:
     double m_maximum = 1;
     double m_resetValue = 0;
     double m_step = 0.05;
+    double m_gap = 0;
     double m_wheelRest = 0;
     double m_grip = 0;  // pointer minus knob centre, pixels, while held
     bool m_held = false;

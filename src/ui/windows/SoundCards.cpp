@@ -23,6 +23,7 @@ constexpr int kTop = 10, kRoomyTop = 14;
 constexpr int kHeadGap = 6, kButtonsGap = 7, kButtonSpacing = 6;
 constexpr int kToneTitleWidth = 52;  // more in a wide typeface
 constexpr double kOctaveTick = 5, kSemitoneTick = 3;
+constexpr double kSlowest = 0.35;  // slower there is only standing still
 
 TitleButton* makeValue(const char* name, const char* title, const char* slot, int width, ActionTable& actions) {
     auto* button = new TitleButton(QString::fromLatin1(title));
@@ -108,6 +109,7 @@ SpeedCard::SpeedCard(Outlets& o, ActionTable& actions, QWidget* parent) : ScaleC
     o.speedResetButton = makeValue("speedResetButton", "1.0", "speedReset", kValueWidth, actions);
     QWidget* head = makeHead(&o.speedTitle, "speedTitle", tr("Speed"), o.speedResetButton);
     o.speedSlider = makeSlider("speedSlider", -2.5, 2.5, 1.0, 0.05, "speedUpdate", actions);
+    o.speedSlider->setGap(kSlowest);
     o.speedSlider->setReadableForm(readableSpeed);
     o.speedSlider->setSpokenForm(spokenSpeed);
     SliderLook look;

@@ -57,6 +57,13 @@ struct Player {
         settle();
     }
 
+    // The device plays on until nothing sounds any more.
+    void pause() {
+        movie->stop();
+        play(1000);
+        settle();
+    }
+
     static void waitFor(const std::function<bool()>& condition, int attempts = 20000) {
         for (int i = 0; i < attempts && !condition(); ++i) std::this_thread::sleep_for(std::chrono::microseconds(500));
     }

@@ -4,32 +4,10 @@
 #include <limits>
 #include <vector>
 
-#include "engine/movie/SteppedPlayer.h"
+#include "engine/movie/Heard.h"
 
 using namespace qm;
 using namespace qm::test;
-
-namespace {
-
-// The frames heard at full level, without the silence and the ramps around them.
-std::vector<std::int64_t> heard(const std::vector<StereoFrame>& sound) {
-    std::vector<std::int64_t> frames;
-    for (const StereoFrame& f : sound)
-        if (f.left != 0 && f.right == -f.left) frames.push_back(frameOf(f.left));
-    return frames;
-}
-
-int breaks(const std::vector<std::int64_t>& frames, std::int64_t step = 1) {
-    int count = 0;
-    for (std::size_t i = 1; i < frames.size(); ++i) count += frames[i] - frames[i - 1] != step;
-    return count;
-}
-
-std::vector<std::int64_t> settled(const std::vector<StereoFrame>& sound, std::size_t skip = 128) {
-    return heard({sound.begin() + std::ptrdiff_t(skip), sound.end()});
-}
-
-}  // namespace
 
 TEST_CASE("a movie starts stopped at its beginning and says how long it is") {
     Player p;
@@ -91,29 +69,6 @@ TEST_CASE("a time before the start or past the end is held at the start or the e
     CHECK(p.movie->currentTime() == p.movie->duration());
     p.settle();
     CHECK(p.movie->currentTime() == p.movie->duration());
-}
-
-TEST_CASE("a movie is done at its end forward and at its start backward, and not before it moved") {
-    Player p(2000);
-    CHECK_FALSE(p.movie->isDone());
-    p.start();
-    p.play(4000);
-    CHECK(p.movie->isDone());
-    CHECK(p.movie->currentTime() == p.movie->duration());
-    p.movie->setRate(-1);
-    p.settle();
-    CHECK_FALSE(p.movie->isDone());
-    p.play(4000);
-    CHECK(p.movie->isDone());
-    CHECK(p.now() == 0);
-}
-
-TEST_CASE("play at the end stays there") {
-    Player p(2000);
-    p.movie->setCurrentTime(at(2000));
-    p.start();
-    CHECK(heard(p.play(3000)).empty());
-    CHECK(p.movie->isDone());
 }
 
 TEST_CASE("backward play gives the exact reverse from the end") {
@@ -246,18 +201,73 @@ TEST_CASE("a loop set elsewhere while paused is entered when play begins, not be
     CHECK(settled(p.play(500)).front() == 100000);
 }
 
-TEST_CASE("an inverted and an empty selection loop the whole track") {
-    for (const std::int64_t length : {-500, 0}) {
-        Player p(3000);
-        p.movie->setSelectionAttribute({at(1000), at(length)});
-        p.movie->setLoopsAttribute(true);
-        p.movie->setPlaysSelectionOnlyAttribute(true);
-        p.start();
-        const auto frames = settled(p.play(9000));
-        CHECK(frames.front() == 0);
-        CHECK(*std::max_element(frames.begin(), frames.end()) > 2700);
-        CHECK_FALSE(p.movie->isDone());
+TEST_CASE("an empty selection loops the whole track") {
+    Player p(3000);
+    p.movie->setSelectionAttribute({at(1000), at(0)});
+    p.movie->setLoopsAttribute(true);
+    p.movie->setPlaysSelectionOnlyAttribute(true);
+    p.start();
+    const auto frames = settled(p.play(9000));
+    CHECK(frames.front() == 0);
+    CHECK(*std::max_element(frames.begin(), frames.end()) > 2700);
+    CHECK_FALSE(p.movie->isDone());
+}
+
+TEST_CASE("a selection that ends before it begins loops the passage between the two") {
+    Player p(9000);
+    loop(p, 5000, 2000);
+    p.start();
+    const auto sound = p.play(128 + 9000);
+    for (const int pass : {0, 1, 2}) CHECK(frameOf(sound[128 + std::size_t(pass) * 3000].left) == 2000);
+    CHECK(frameOf(sound[128 + 2700].left) == 4700);
+    p.movie->setCurrentTime(at(8000));
+    CHECK(p.now() == 2000);
+}
+
+TEST_CASE("in a loop both edges can be gone to, whichever way was played last") {
+    constexpr std::int64_t a = 88200, b = 220500;
+    for (const float rate : {1.0f, -1.0f}) {
+        CAPTURE(rate);
+        Player p;
+        loop(p, a, b);
+        p.start(rate);
+        p.play(5000);
+        p.pause();
+        for (const std::int64_t edge : {a, b}) {
+            p.movie->setCurrentTime(at(edge));
+            CHECK(p.now() == edge);
+            p.settle();
+            CHECK(p.now() == edge);
+        }
     }
+}
+
+TEST_CASE("play from the edge of a loop plays the passage, forward from A and backward from B") {
+    constexpr std::int64_t a = 88200, b = 220500;
+    for (const std::int64_t edge : {a, b}) {
+        for (const float rate : {1.0f, -1.0f}) {
+            CAPTURE(edge);
+            CAPTURE(rate);
+            Player p;
+            loop(p, a, b);
+            p.movie->setCurrentTime(at(edge));
+            p.start(rate);
+            const auto frames = settled(p.play(500));
+            REQUIRE_FALSE(frames.empty());
+            CHECK(frames.front() == (rate > 0 ? a : b - 1));
+        }
+    }
+}
+
+TEST_CASE("while the whole track repeats backward, going to its start stands at the start") {
+    Player p;
+    p.movie->setLoopsAttribute(true);
+    p.start(-1);
+    p.play(5000);
+    p.pause();
+    p.movie->setCurrentTime(at(0));
+    p.settle();
+    CHECK(p.now() == 0);
 }
 
 TEST_CASE("a selection longer than any time loops to the end of the track") {
