@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "engine/api/Log.h"
+#include "engine/api/StandardStreams.h"
 #include "engine/media/SoundReader.h"
 #include "engine/render/PcmCache.h"
 #include "engine/render/Renderer.h"
@@ -263,6 +264,7 @@ int render(const Options& o) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    qm::openStandardStreams();
     if (argc == 2 && std::strcmp(argv[1], "--help") == 0) return std::fputs(kUsage, stdout) < 0 ? 1 : 0;
     try {
         return render(parse(argc, argv));

@@ -5,6 +5,7 @@
 #include <QSocketNotifier>
 #include <QTimer>
 #include <array>
+#include <chrono>
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
@@ -14,6 +15,9 @@
 #include <unistd.h>
 #endif
 
+#include "app/LiveWait.h"
+#include "app/SuddenEnd.h"
+#include "engine/api/Log.h"
 #include "library/SupportFolder.h"
 #include "ui/Style.h"
 #include "ui/controls/NamedImage.h"
@@ -24,6 +28,7 @@ namespace qm {
 namespace {
 
 constexpr double kIconScale = 4;  // sharp on every screen
+constexpr std::chrono::milliseconds kLongestFlush{300};
 
 int g_signalSockets[2];
 
@@ -56,7 +61,8 @@ Application::Application(int& argc, char** argv)
       m_about(m_outlets, &m_window),
       m_state(m_window, m_controller, m_controller, m_outlets),
       m_remote(m_controller, m_controller, m_outlets, m_engine, m_window.actions()),
-      m_mpris(m_remote) {
+      m_mpris(m_remote),
+      m_soundWatch(m_engine, m_controller.notices()) {
     m_window.actions().setReceiver(ActionRow::Recorder, &m_audioRecord);
     m_controller.setExit([this](int status) { end(status); });
     m_levelMeters.hold();
@@ -65,6 +71,12 @@ Application::Application(int& argc, char** argv)
     connectWindow();
     makeUpdaters();
     endOnSignals();
+    m_controller.trackLoader().setPatience(waitWithLiveWindow);
+    beforeSuddenEnd([this] {
+        m_controller.keepWhatMustSurvive();
+        m_controller.mainRecorder().finishFile();
+        m_audioRecord.finishFile();
+    });
 }
 
 Application::~Application() = default;
@@ -84,6 +96,7 @@ void Application::startTheRest() {
     m_levelMeters.release();
     m_state.refresh();
     m_engine.load();
+    m_soundWatch.start();
     applyWindowIcon();
     m_mpris.start();
     furnishPanels();
@@ -120,9 +133,13 @@ void Application::quit() {
 }
 
 // Without taking anything down: the sound threads are alive, and all that needs to be kept of theirs is a recording.
+// The windows go first, because the system keeps what is left of the program for as long as a thread of it waits for a
+// file that does not answer.
 void Application::end(int status) {
     m_controller.mainRecorder().finishFile();
     m_audioRecord.finishFile();
+    for (QWidget* window : QApplication::topLevelWidgets()) window->hide();
+    flushLog(kLongestFlush);
     std::_Exit(status);
 }
 

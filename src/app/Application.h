@@ -8,6 +8,7 @@
 #include "app/DeferredEngine.h"
 #include "app/Prefs.h"
 #include "app/QMController.h"
+#include "player/SoundWatch.h"
 #include "remote/DesktopMotion.h"
 #include "remote/MprisService.h"
 #include "remote/RemotePlayer.h"
@@ -65,6 +66,7 @@ private:
     RemotePlayer m_remote;
     MprisService m_mpris;
     DesktopMotion m_motion;
+    SoundWatch m_soundWatch;
     std::unique_ptr<QSocketNotifier> m_signalNotifier;
 };
 

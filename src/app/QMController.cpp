@@ -41,7 +41,7 @@ QMController::QMController(MediaEngine& engine, CaptureEngine& capture, Prefs& s
       m_preferences(*this, *this, prefs, m_volume, m_levels),
       m_panes(*this, images),
       m_metadata(engine),
-      m_loader(*this, *this, *this, engine, m_clock, m_tone, m_metadata, meterHooks()),
+      m_loader(*this, *this, *this, engine, m_clock, m_tone, m_metadata, m_notices, meterHooks()),
       m_table(*this, *this, *this, m_loader, m_loop, m_info),
       m_file(*this, *this),
       m_transport(*this, *this, *this, engine, m_clock, m_speed, m_table, m_info),
@@ -107,8 +107,12 @@ void QMController::nudgeSecondColumn() {
 
 void QMController::applicationWillTerminate() {
     prefs.setBool(prefkeys::kToolbarOpen, toolbar && !toolbar->isHidden());
-    m_file.savePlayList();
+    keepWhatMustSurvive();
     cleanupWhenClosing();
+}
+
+void QMController::keepWhatMustSurvive() {
+    m_file.savePlayList();
 }
 
 void QMController::windowWillClose(const QWidget* window) {

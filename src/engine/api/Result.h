@@ -7,7 +7,17 @@
 
 namespace qm {
 
-enum class ErrorCategory { NotFound, Unreadable, Unwritable, Unsupported, Protected, Damaged, Device };
+enum class ErrorCategory {
+    NotFound,
+    Unreadable,
+    Unwritable,
+    Unsupported,
+    Protected,
+    Damaged,
+    Device,
+    NoAnswer,
+    GivenUp
+};
 
 struct Error {
     ErrorCategory category;

@@ -5,6 +5,7 @@
 #include "engine/media/MixReader.h"
 #include "engine/media/SoundReader.h"
 #include "engine/media/VideoDecoder.h"
+#include "engine/media/tags/Tags.h"
 
 namespace qm {
 
@@ -67,13 +68,14 @@ Result<OpenedMedia> completed(OpenedMedia media, const std::string& path) {
         const double seconds = static_cast<double>(media.sound->length()) / media.sound->sampleRate();
         media.description.durationSeconds = std::max(media.description.durationSeconds, seconds);
     }
+    media.tags = readTags(*media.file);
     return media;
 }
 
 }  // namespace
 
-Result<OpenedMedia> openMedia(const std::string& path) {
-    const auto file = FileBytes::open(path);
+Result<OpenedMedia> openMedia(const std::string& path, ReadCount reads) {
+    const auto file = FileBytes::open(path, std::move(reads));
     if (!file) {
         return file.error();
     }
