@@ -78,7 +78,8 @@ end_process() {
 
 start_screen() {
     Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$stage/display" 2>"$stage/screen.log" &
-    stage_pids+=($!)
+    screen_pid=$!
+    stage_pids+=("$screen_pid")
     wait_until "the virtual screen is up" test -s "$stage/display"
     DISPLAY=:$(cat "$stage/display")
     export DISPLAY

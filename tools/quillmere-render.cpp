@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "engine/api/Log.h"
+#include "engine/api/StandardStreams.h"
 #include "engine/export/TargetFile.h"
 #include "engine/media/SoundReader.h"
 #include "engine/render/PcmCache.h"
@@ -301,6 +302,7 @@ int render(const Options& o) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    qm::openStandardStreams();
     if (argc == 2 && std::strcmp(argv[1], "--help") == 0) return std::fputs(kUsage, stdout) < 0 ? 1 : 0;
     try {
         const int status = render(parse(argc, argv));

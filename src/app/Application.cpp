@@ -5,6 +5,7 @@
 #include <QSocketNotifier>
 #include <QTimer>
 #include <array>
+#include <chrono>
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
@@ -14,7 +15,10 @@
 #include <unistd.h>
 #endif
 
+#include "app/LiveWait.h"
+#include "app/SuddenEnd.h"
 #include "app/TakePreparation.h"
+#include "engine/api/Log.h"
 #include "library/SupportFolder.h"
 #include "ui/Style.h"
 #include "ui/controls/NamedImage.h"
@@ -25,6 +29,7 @@ namespace qm {
 namespace {
 
 constexpr double kIconScale = 4;  // sharp on every screen
+constexpr std::chrono::milliseconds kLongestFlush{300};
 
 int g_signalSockets[2];
 
@@ -61,7 +66,8 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
       m_about(m_outlets, &m_window),
       m_state(m_window, m_controller, m_controller, m_outlets),
       m_remote(m_controller, m_controller, m_outlets, m_engine, m_window.actions()),
-      m_mpris(m_remote) {
+      m_mpris(m_remote),
+      m_soundWatch(m_engine, m_controller.notices()) {
     m_window.actions().setReceiver(ActionRow::Recorder, &m_audioRecord);
     prepareTakes(m_window.actions(), m_controller, m_audioRecord);
     m_controller.setExit([this](int status) { end(status); });
@@ -72,6 +78,12 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
     makeUpdaters();
     endOnSignals();
     only.listen([this](const QByteArray& token) { comeToFront(token); });
+    m_controller.trackLoader().setPatience(waitWithLiveWindow);
+    beforeSuddenEnd([this] {
+        m_controller.keepWhatMustSurvive();
+        m_controller.mainRecorder().finishFile();
+        m_audioRecord.finishFile();
+    });
 }
 
 Application::~Application() = default;
@@ -99,6 +111,7 @@ void Application::startTheRest() {
     m_levelMeters.release();
     m_state.refresh();
     m_engine.load();
+    m_soundWatch.start();
     applyWindowIcon();
     m_mpris.start();
     m_controller.takes().offerLeft();
@@ -150,9 +163,13 @@ void Application::quit() {
 }
 
 // Without taking anything down: the sound threads are alive, and all that needs to be kept of theirs is a recording.
+// The windows go first, because the system keeps what is left of the program for as long as a thread of it waits for a
+// file that does not answer.
 void Application::end(int status) {
     m_controller.mainRecorder().finishFile();
     m_audioRecord.finishFile();
+    for (QWidget* window : QApplication::topLevelWidgets()) window->hide();
+    flushLog(kLongestFlush);
     std::_Exit(status);
 }
 

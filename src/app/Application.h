@@ -10,6 +10,7 @@
 #include "app/Prefs.h"
 #include "app/QMController.h"
 #include "app/QuitQuestion.h"
+#include "player/SoundWatch.h"
 #include "remote/DesktopMotion.h"
 #include "remote/MprisService.h"
 #include "remote/RemotePlayer.h"
@@ -73,6 +74,7 @@ private:
     RemotePlayer m_remote;
     MprisService m_mpris;
     DesktopMotion m_motion;
+    SoundWatch m_soundWatch;
     std::unique_ptr<QSocketNotifier> m_signalNotifier;
 };
 

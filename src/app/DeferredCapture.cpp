@@ -1,9 +1,11 @@
 #include "app/DeferredCapture.h"
 
+#include "app/LiveWait.h"
+
 namespace qm {
 
 CaptureEngine* DeferredCapture::capture() {
-    if (!m_capture && m_engine.module()) m_capture = m_engine.module()->makeCaptureEngine();
+    if (!m_capture && m_engine.module()) m_capture = m_engine.module()->makeCaptureEngine(waitWithLiveWindow);
     return m_capture.get();
 }
 

@@ -15,7 +15,11 @@ const EngineModule* loadModule(const QString& path) {
     QLibrary library(path);
     library.setLoadHints(QLibrary::ResolveAllSymbolsHint);
     const auto entry = reinterpret_cast<EngineModuleEntry>(library.resolve(kEngineModuleEntry));
-    if (entry) return entry();
+    if (entry) {
+        const EngineModule* module = entry();
+        module->setLogSink(qmLog);
+        return module;
+    }
     qmLog("the media engine cannot be loaded: " + library.errorString().toStdString());
     return nullptr;
 }
@@ -35,19 +39,26 @@ void DeferredEngine::load() {
 
 const EngineModule* DeferredEngine::module() {
     load();
+    waitWithLiveWindow([this](std::chrono::milliseconds longest) {
+        return !m_loading.valid() || m_loading.wait_for(longest) == std::future_status::ready;
+    });
     if (m_loading.valid()) m_module = m_loading.get();
     return m_module;
 }
 
 Result<std::unique_ptr<QTMovie>> DeferredEngine::movieWithFile(const std::string& path) {
-    load();
-    waitWithLiveWindow([this](std::chrono::milliseconds longest) {
-        return !m_loading.valid() || m_loading.wait_for(longest) == std::future_status::ready;
-    });
-    if (!m_engine && module()) m_engine = m_module->makeMediaEngine(waitWithLiveWindow);
+    if (!m_engine && module() && !m_engine) m_engine = m_module->makeMediaEngine(waitWithLiveWindow);
     if (m_engine) return m_engine->movieWithFile(path);
     qmLog("cannot open " + path + ": there is no media engine");
     return Error{ErrorCategory::Unsupported, "there is no media engine"};
+}
+
+void DeferredEngine::giveUpOpening() {
+    if (m_engine) m_engine->giveUpOpening();
+}
+
+std::optional<SoundOutput> DeferredEngine::soundOutput() const {
+    return m_engine ? m_engine->soundOutput() : std::nullopt;
 }
 
 std::int32_t DeferredEngine::GetMovieDuration(Movie movie) {

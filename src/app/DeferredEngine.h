@@ -16,9 +16,11 @@ public:
     explicit DeferredEngine(QString modulePath = installedModule());
 
     void load();                   // begins, and returns at once
-    const EngineModule* module();  // waits for it; null if it cannot be loaded
+    const EngineModule* module();  // waits for it with a living window; null if it cannot be loaded
 
     Result<std::unique_ptr<QTMovie>> movieWithFile(const std::string& path) override;
+    void giveUpOpening() override;
+    std::optional<SoundOutput> soundOutput() const override;
 
     // Before the first movie there is no handle that could mean anything.
     std::int32_t GetMovieDuration(Movie movie) override;

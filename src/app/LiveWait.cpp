@@ -1,6 +1,7 @@
 #include "app/LiveWait.h"
 
 #include <QCursor>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QGuiApplication>
 
@@ -9,6 +10,7 @@ namespace qm {
 namespace {
 
 constexpr std::chrono::milliseconds kMoment{100};  // nobody sees it
+constexpr std::chrono::milliseconds kLong{400};    // the user has the window back
 constexpr std::chrono::milliseconds kStep{10};
 
 }  // namespace
@@ -16,8 +18,11 @@ constexpr std::chrono::milliseconds kStep{10};
 void waitWithLiveWindow(const IsDone& isDone) {
     if (isDone(kMoment)) return;
     QGuiApplication::setOverrideCursor(Qt::BusyCursor);
+    QElapsedTimer waiting;
+    waiting.start();
     do {
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        const bool isLong = waiting.hasExpired(kLong.count());
+        QCoreApplication::processEvents(isLong ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
     } while (!isDone(kStep));
     QGuiApplication::restoreOverrideCursor();
 }

@@ -109,8 +109,12 @@ void QMController::nudgeSecondColumn() {
 
 void QMController::applicationWillTerminate() {
     prefs.setBool(prefkeys::kToolbarOpen, toolbar && !toolbar->isHidden());
-    savePlayList();
+    keepWhatMustSurvive();
     cleanupWhenClosing();
+}
+
+void QMController::keepWhatMustSurvive() {
+    savePlayList();
 }
 
 void QMController::windowWillClose(const QWidget* window) {

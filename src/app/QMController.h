@@ -56,6 +56,10 @@ public:
     // The program quits: keeps what must survive.
     void applicationWillTerminate();
 
+    // What the user has made and would lose, without asking anything of the screen, which may have gone. As often as
+    // one likes.
+    void keepWhatMustSurvive();
+
     // A window is about to close. The main window takes the program with it, and this does not return.
     void windowWillClose(const QWidget* window);
 

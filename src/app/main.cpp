@@ -1,11 +1,16 @@
 #include "app/Application.h"
 #include "app/OnlyProgram.h"
+#include "app/SuddenEnd.h"
 #include "engine/api/Log.h"
+#include "engine/api/StandardStreams.h"
 #include "library/SupportFolder.h"
 #include "ui/controls/Fonts.h"
 
 // There is no command line: not even the toolkit sees what stands behind the program's name.
 int main(int, char** argv) {
+    qm::openStandardStreams();
+    qm::outliveBrokenPipes();
+    qm::logToolkitMessages();
     qm::OnlyProgram only(qm::homeFolder());
     switch (only.start()) {
         case qm::OnlyProgram::Start::First:

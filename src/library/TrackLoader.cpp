@@ -1,11 +1,15 @@
 #include "library/TrackLoader.h"
 
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QUrl>
+#include <algorithm>
+#include <chrono>
 #include <string>
 #include <utility>
 
+#include "engine/api/Aside.h"
 #include "engine/api/Log.h"
 #include "library/FileAcceptance.h"
 #include "library/FilePath.h"
@@ -16,6 +20,12 @@
 #include "ui/controls/MovieView.h"
 
 namespace qm {
+
+namespace {
+
+constexpr std::chrono::seconds kLongestAnswer{2};  // that a file is waited for
+
+}  // namespace
 
 TrackLoader::TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
                          PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, Notices& notices,
@@ -32,9 +42,17 @@ TrackLoader::TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets
       m_runPanel(runOpenPanel) {}
 
 void TrackLoader::loadFileAdd(const QString& path, bool add) {
+    if (!m_wishes.isEmpty()) giveWay();
     m_wishes.append({path, add});
     if (m_wishes.size() > 1) return;
     for (; !m_wishes.isEmpty(); m_wishes.removeFirst()) load(Wish(m_wishes.first()));
+}
+
+// The first one is being opened at this moment.
+void TrackLoader::giveWay() {
+    if (!m_wishes.first().add) m_engine.giveUpOpening();
+    m_wishes.erase(std::remove_if(m_wishes.begin() + 1, m_wishes.end(), [](const Wish& wish) { return !wish.add; }),
+                   m_wishes.end());
 }
 
 void TrackLoader::load(const Wish& wish) {
@@ -74,12 +92,33 @@ bool TrackLoader::open(const QString& path) {
     if (!movie) {
         ++m_failures;
         qmLog("Unable to open " + name + ": " + movie.error().message);
+        if (movie.error().category == ErrorCategory::NoAnswer) tellNoAnswer(path);
         if (movie.error().category == ErrorCategory::TooLong)
             m_notices.tell(QFileInfo(path).fileName() + u' ' + QString::fromStdString(movie.error().message));
         return false;
     }
     m_state.qtMovie = std::move(movie.value());
     return true;
+}
+
+void TrackLoader::tellNoAnswer(const QString& path) {
+    m_notices.tell(QStringLiteral("%1 cannot be read").arg(QFileInfo(path).fileName()));
+}
+
+// The answer of another thread that looks at the file; none, and the user is told, if the file does not let it.
+template <typename Question>
+auto TrackLoader::ask(Question question, const QString& path) -> std::optional<decltype(question(path))> {
+    if (!m_patience) return question(path);
+    auto answer = aside([question, path] { return question(path); });
+    const QDeadlineTimer end(kLongestAnswer);
+    const auto isThere = [&answer](std::chrono::milliseconds longest) {
+        return answer.wait_for(longest) == std::future_status::ready;
+    };
+    m_patience([&](std::chrono::milliseconds longest) { return isThere(longest) || end.hasExpired(); });
+    if (isThere(std::chrono::milliseconds(0))) return answer.get();
+    qmLog("no answer from " + QFile::encodeName(path).toStdString());
+    tellNoAnswer(path);
+    return std::nullopt;
 }
 
 void TrackLoader::showVideo() {
@@ -149,19 +188,21 @@ void TrackLoader::enableMetering() {
 }
 
 void TrackLoader::openFile() {
-    const auto panel = makeOpenPanel(m_outlets.mainWindow, m_panelFolder.isEmpty() ? homeFolder() : m_panelFolder);
+    const auto isThere = [](const QString& folder) { return QFileInfo::exists(folder); };
+    if (m_panelFolder.isEmpty() || !ask(isThere, m_panelFolder).value_or(false)) m_panelFolder = homeFolder();
+    const auto panel = makeOpenPanel(m_outlets.mainWindow, m_panelFolder);
     const auto chosen = m_runPanel(*panel);
     if (!chosen) return;
     for (const QString& path : *chosen) {
         if (!openPanelTypes().contains(pathExtension(path))) continue;  // typed, not offered
         m_panelFolder = QFileInfo(path).path();
-        loadFileAdd(resolvedPath(path), true);
+        if (const auto resolved = ask(resolvedPath, path)) loadFileAdd(*resolved, true);
     }
 }
 
 bool TrackLoader::acceptDrop(const QList<QUrl>& urls) {
     const auto path = firstDroppedFile(urls);
-    if (!path || !isValidFileForDrop(*path)) return false;
+    if (!path || !ask(isValidFileForDrop, *path).value_or(false)) return false;
     loadFileAdd(*path, true);
     return true;
 }

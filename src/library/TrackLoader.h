@@ -1,6 +1,7 @@
 // Makes a file the current track, from the open panel, a drop or the play list. The player's settings are carried over
 // to it and never reset; a row's bass and treble come back with it. Main thread only. A file that cannot be opened is
-// no message, only a log line, and the movie before it stays stopped; one that is too long is told, too.
+// no message, only a log line, and the movie before it stays stopped; the user is told of one that is too long and of
+// one that does not answer.
 #pragma once
 
 #include <QList>
@@ -38,7 +39,8 @@ public:
                 LevelMeterHooks meters = {});
 
     // With `add`, a new row at the top of the play list keeps the file. The window lives on while a file takes long to
-    // open, without a track; what is to be loaded meanwhile follows in its turn.
+    // open, without a track. What is to be loaded meanwhile follows in its turn, and takes the place of those before it
+    // that were to be loaded only.
     void loadFileAdd(const QString& path, bool add);
 
     bool isLoading() const { return !m_wishes.isEmpty(); }
@@ -53,14 +55,21 @@ public:
     // How the open panel is run: the chosen files, or none if it was cancelled.
     void setRunPanel(RunPanel run) { m_runPanel = std::move(run); }
 
+    // How to wait for a file that another thread looks at; at first files are looked at directly.
+    void setPatience(Patience patience) { m_patience = std::move(patience); }
+
 private:
     struct Wish {
         QString path;
         bool add;
     };
 
+    void giveWay();
     void load(const Wish& wish);
     bool open(const QString& path);
+    void tellNoAnswer(const QString& path);
+    template <typename Question>
+    auto ask(Question question, const QString& path) -> std::optional<decltype(question(path))>;
     void showVideo();
     void resetPositionSlider();
     void carryOverSound();
@@ -78,6 +87,7 @@ private:
     TrackMetadata& m_metadata;
     Notices& m_notices;
     LevelMeterHooks m_meters;
+    Patience m_patience;
     RunPanel m_runPanel;
     QString m_panelFolder;  // where files were last chosen
     QList<Wish> m_wishes;   // the first one is being loaded

@@ -115,3 +115,23 @@ TEST_CASE_FIXTURE(DropFixture, "a file dropped on the list's view arrives, and a
     CHECK(controller->count() == 1);
     CHECK_FALSE(outlets.playList->showsDropMarker());
 }
+
+TEST_CASE_FIXTURE(DropFixture, "a dropped file is looked at by another thread, and refused when that gets no answer") {
+    start();
+    QStringList told;
+    QObject::connect(&controller->notices(), &Notices::told, [&](const Notice& notice) { told.append(notice.text); });
+    const QString path = file("far.wav");
+    int waits = 0;
+    controller->trackLoader().setPatience([&](const IsDone& isDone) {
+        ++waits;
+        while (!isDone(std::chrono::milliseconds(1))) {
+        }
+    });
+    CHECK(drop({path}));
+    CHECK(waits == 1);
+    controller->trackLoader().setPatience([&](const IsDone&) { ++waits; });  // which has run out
+    bool refused = false;
+    for (int i = 0; i < 1000 && !refused; ++i) refused = !drop({path});  // unless the answer was quicker
+    CHECK(refused);
+    CHECK(told.contains("far.wav cannot be read"));
+}

@@ -246,8 +246,9 @@ TEST_CASE_FIXTURE(ControllerFixture,
     PositionClock clock(*controller, *controller, engine);
     ToneControl tone(*controller, *controller, *controller, engine);
     TrackMetadata metadata(engine);
+    Notices notices;
     bool wanted = true;
-    TrackLoader loader(*controller, *controller, *controller, engine, clock, tone, metadata, controller->notices(),
+    TrackLoader loader(*controller, *controller, *controller, engine, clock, tone, metadata, notices,
                        {[&] { return wanted; }, [&](bool on) { log.add(on ? "meters on" : "meters off"); }});
     loader.loadFileAdd("/music/one.wav", false);
     CHECK(log.events().back() == "meters on");
@@ -292,4 +293,42 @@ TEST_CASE_FIXTURE(ControllerFixture, "names that are not ASCII reach the engine 
     start();
     controller->loadFileAdd(QStringLiteral("/music/\u00fc.wav"), false);
     CHECK(log.count("open /music/\xc3\xbc.wav") == 1);
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "a track that is asked for while another one is opened takes its place") {
+    start();
+    log.atEvent = [&](const std::string& event) {
+        if (event != "open /mounted/far.wav") return;
+        controller->loadFileAdd("/music/near.wav", false);
+        controller->loadFileAdd("/music/nearer.wav", false);
+    };
+    controller->loadFileAdd("/mounted/far.wav", false);
+    CHECK(log.count("give up opening") == 2);
+    CHECK(log.count("open /music/near.wav") == 0);
+    CHECK(controller->loadedPath == "/music/nearer.wav");
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "a track that is to be added keeps its turn, whatever is asked for after it") {
+    start();
+    log.atEvent = [&](const std::string& event) {
+        if (event != "open /music/one.wav") return;
+        controller->loadFileAdd("/music/two.wav", true);
+        controller->loadFileAdd("/music/three.wav", false);
+    };
+    controller->loadFileAdd("/music/one.wav", true);
+    CHECK(log.count("give up opening") == 0);
+    CHECK(controller->trackArray == std::vector<QString>{"/music/two.wav", "/music/one.wav"});
+    CHECK(controller->loadedPath == "/music/three.wav");
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "the user is told of a file that does not answer, and of no other that fails") {
+    start();
+    QStringList told;
+    QObject::connect(&controller->notices(), &Notices::told, [&](const Notice& notice) { told.append(notice.text); });
+    engine.unreadable.insert("/music/text.mp3");
+    engine.silent.insert("/mounted/far.wav");
+    controller->loadFileAdd("/music/text.mp3", false);
+    CHECK(told.isEmpty());
+    controller->loadFileAdd("/mounted/far.wav", false);
+    CHECK(told == QStringList{"far.wav cannot be read"});
 }

@@ -2,7 +2,9 @@
 // stretcher and the sound device comes with it.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <string_view>
 
 #include "engine/api/MediaEngine.h"
 #include "engine/api/QTCapture.h"
@@ -11,7 +13,8 @@ namespace qm {
 
 struct EngineModule {
     std::unique_ptr<MediaEngine> (*makeMediaEngine)(Patience patience);
-    std::unique_ptr<CaptureEngine> (*makeCaptureEngine)();
+    std::unique_ptr<CaptureEngine> (*makeCaptureEngine)(Patience patience);
+    void (*setLogSink)(std::function<void(std::string_view)> sink);  // the module has a log of its own
 };
 
 // The module's one symbol: a function without arguments that answers a `const EngineModule*`. Any thread.

@@ -7,7 +7,18 @@
 
 namespace qm {
 
-enum class ErrorCategory { NotFound, Unreadable, Unwritable, Unsupported, Protected, Damaged, TooLong, Device };
+enum class ErrorCategory {
+    NotFound,
+    Unreadable,
+    Unwritable,
+    Unsupported,
+    Protected,
+    Damaged,
+    TooLong,
+    Device,
+    NoAnswer,
+    GivenUp
+};
 
 struct Error {
     ErrorCategory category;

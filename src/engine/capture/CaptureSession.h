@@ -4,37 +4,63 @@
 
 #include <atomic>
 
+#include "engine/api/MediaEngine.h"
 #include "engine/api/QTCapture.h"
 #include "engine/capture/MovieFileOutput.h"
 #include "engine/capture/SoundInput.h"
 #include "engine/output/Meter.h"
+#include "engine/waiting/Reaper.h"
 
 namespace qm {
 
-// The default input. It holds the system's device only while it is open.
-class CaptureDevice : public QTCaptureDevice, private InputSink {
+// The default input. It holds the system's device only while it is open. With `patience`, whatever may have to wait for
+// the sound system does so on another thread, and an input that does not answer for two seconds cannot be used.
+class CaptureDevice : public QTCaptureDevice {
 public:
-    explicit CaptureDevice(InputFactory openInput) : m_openInput(std::move(openInput)) {}
+    CaptureDevice(InputFactory openInput, Patience patience, std::shared_ptr<Reaper> reaper)
+        : m_openInput(std::move(openInput)), m_patience(std::move(patience)), m_reaper(std::move(reaper)) {}
     ~CaptureDevice() override { close(); }
 
     bool open() override;
     void close();
-    bool isOpen() const { return m_input && !m_lost; }
-    int sampleRate() const { return m_input ? m_input->sampleRate() : 0; }
+    bool isOpen() const { return m_held && !m_held->gate.isLost(); }
+    int sampleRate() const { return m_held ? m_held->input->sampleRate() : 0; }
 
     bool start(InputSink& sink);  // opens it again if need be; the sink has to outlive the next stop()
     void stop() { close(); }
-    bool isRunning() const { return m_running && !m_lost; }
+    bool isRunning() const { return m_running && isOpen(); }
 
 private:
-    void take(std::span<const StereoFrame> frames) noexcept override;
-    void inputLost() noexcept override;
+    // What the device's threads call. They may still come when nobody takes the sound any more.
+    class Gate final : public InputSink {
+    public:
+        void open(InputSink& sink) { m_sink = &sink; }
+        void shut() noexcept;  // after it the sink is not called any more
+        bool isLost() const { return m_lost; }
+
+    private:
+        void take(std::span<const StereoFrame> frames) noexcept override;
+        void inputLost() noexcept override;
+
+        std::atomic<InputSink*> m_sink{nullptr};
+        std::atomic<int> m_inside{0};
+        std::atomic<bool> m_lost{false};
+    };
+
+    struct Held {
+        Gate gate;
+        std::unique_ptr<SoundInput> input;  // ends before what it calls
+    };
+
+    template <typename Work>
+    auto inTime(Work work) -> std::optional<decltype(work())>;
 
     const InputFactory m_openInput;
-    std::atomic<InputSink*> m_sink{nullptr};
-    std::atomic<bool> m_lost{false};
+    const Patience m_patience;
+    const std::shared_ptr<Reaper> m_reaper;
+    bool m_isWaiting = false;  // for the sound system, and the window lives on
     bool m_running = false;
-    std::unique_ptr<SoundInput> m_input;
+    std::shared_ptr<Held> m_held;
 };
 
 class CaptureDeviceInput : public QTCaptureDeviceInput {
@@ -69,7 +95,8 @@ private:
 
 class SystemCapture : public CaptureEngine {
 public:
-    explicit SystemCapture(InputFactory openInput = openSystemInput) : m_openInput(std::move(openInput)) {}
+    explicit SystemCapture(InputFactory openInput = openSystemInput, Patience patience = {})
+        : m_openInput(std::move(openInput)), m_patience(std::move(patience)), m_reaper(std::make_shared<Reaper>()) {}
 
     std::shared_ptr<QTCaptureDevice> defaultInputDeviceWithMediaType(QTMediaType type) override;
     std::shared_ptr<QTCaptureDeviceInput> makeDeviceInput(std::shared_ptr<QTCaptureDevice> device) override;
@@ -78,6 +105,8 @@ public:
 
 private:
     const InputFactory m_openInput;
+    const Patience m_patience;
+    const std::shared_ptr<Reaper> m_reaper;
 };
 
 }  // namespace qm

@@ -11,13 +11,16 @@ namespace {
 
 constexpr std::size_t kBlockFrames = 4096;
 constexpr auto kPause = std::chrono::milliseconds(50);
+constexpr std::chrono::seconds kLongestEnd{3};
 
 }  // namespace
 
-MovieFileOutput::MovieFileOutput() : m_ring(kRingFrames), m_block(kBlockFrames) {}
+MovieFileOutput::MovieFileOutput(Patience patience)
+    : m_patience(std::move(patience)), m_ring(kRingFrames), m_block(kBlockFrames) {}
 
 MovieFileOutput::~MovieFileOutput() {
     finish();
+    if (m_thread.joinable()) m_thread.join();
 }
 
 void MovieFileOutput::recordToOutputFileURL(const std::optional<std::string>& path) {
@@ -31,6 +34,7 @@ std::optional<Error> MovieFileOutput::error() const {
 }
 
 void MovieFileOutput::begin(const std::string& path) {
+    if (m_thread.joinable()) return endWith({ErrorCategory::NoAnswer, "the last recording is not finished"});
     m_error.reset();
     if (m_sampleRate == 0) return endWith({ErrorCategory::Device, "there is no sound input"});
     auto file = MovieFileWriter::create(path, m_sampleRate);
@@ -39,6 +43,7 @@ void MovieFileOutput::begin(const std::string& path) {
     m_lostFrames = 0;
     m_inputLost = false;
     m_stop = false;
+    m_ended = false;
     m_recording = true;
     m_thread = std::thread([this, writer = std::move(file.value())] { write(*writer); });
 }
@@ -50,8 +55,20 @@ void MovieFileOutput::finish() {
         const std::lock_guard lock(m_mutex);
         m_stop = true;
     }
-    m_stopped.notify_one();
+    m_stopped.notify_all();
+    const auto end = std::chrono::steady_clock::now() + kLongestEnd;
+    if (m_patience) {
+        m_patience([&](std::chrono::milliseconds longest) {
+            return hasEnded(longest) || std::chrono::steady_clock::now() > end;
+        });
+        if (!hasEnded(std::chrono::milliseconds(0))) return qmLog("recording: the file does not answer");
+    }
     m_thread.join();
+}
+
+bool MovieFileOutput::hasEnded(std::chrono::milliseconds longest) {
+    std::unique_lock lock(m_mutex);
+    return m_stopped.wait_for(lock, longest, [this] { return m_ended; });
 }
 
 void MovieFileOutput::take(std::span<const StereoFrame> frames) noexcept {
@@ -71,6 +88,9 @@ void MovieFileOutput::write(MovieFileWriter& file) {
     }
     m_recording = false;
     file.finish();
+    const std::lock_guard lock(m_mutex);
+    m_ended = true;
+    m_stopped.notify_all();
 }
 
 // False when the next frames are the last.

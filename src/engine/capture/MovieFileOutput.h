@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include "engine/api/MediaEngine.h"
 #include "engine/api/QTCapture.h"
 #include "engine/capture/MovieFileWriter.h"
 #include "engine/capture/SoundInput.h"
@@ -19,8 +20,9 @@ class MovieFileOutput : public QTCaptureMovieFileOutput, public InputSink {
 public:
     static constexpr std::size_t kRingFrames = 1 << 19;  // 10.9 s at 48000
 
-    MovieFileOutput();
-    ~MovieFileOutput() override;  // finishes the file
+    // With `patience`, a file that does not answer for three seconds is left to finish by itself.
+    explicit MovieFileOutput(Patience patience = {});
+    ~MovieFileOutput() override;  // finishes the file, however long that takes
 
     // Main thread.
     void recordToOutputFileURL(const std::optional<std::string>& path) override;
@@ -36,12 +38,14 @@ public:
 private:
     void begin(const std::string& path);
     void finish();
+    bool hasEnded(std::chrono::milliseconds longest);
     void write(MovieFileWriter& file);
     bool waitForMore();
     bool writeWhatCame(MovieFileWriter& file);
     void logLostFrames(int& logged) const;
     void endWith(Error error);
 
+    const Patience m_patience;
     int m_sampleRate = 0;  // 0 while no input is known
 
     // Device to writer thread.
@@ -53,6 +57,7 @@ private:
     mutable std::mutex m_mutex;
     std::condition_variable m_stopped;
     bool m_stop = false;
+    bool m_ended = true;  // the thread has done what it had to do
     std::optional<Error> m_error;
     std::vector<StereoFrame> m_block;  // writer thread
     std::thread m_thread;

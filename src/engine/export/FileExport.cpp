@@ -1,19 +1,22 @@
 #include "engine/export/FileExport.h"
 
+#include <chrono>
+
+#include "engine/api/Aside.h"
 #include "engine/api/Log.h"
 #include "engine/realtime/ThreadPriority.h"
 
 namespace qm {
 
+namespace {
+
+constexpr std::chrono::milliseconds kLongestRemoval{200};
+
+}  // namespace
+
 FileExport::FileExport(std::shared_ptr<const FileBytes> source, const std::string& target, float preferredRate) {
-    auto created = TargetFile::create(target);
-    if (!created) {
-        qmLog("cannot export to " + target + ": " + created.error().message);
-        m_finished = true;
-        return;
-    }
-    m_target = std::move(created.value());
-    m_thread = std::thread([this, source = std::move(source), preferredRate] { run(source, preferredRate); });
+    m_thread =
+        std::thread([this, source = std::move(source), target, preferredRate] { run(source, target, preferredRate); });
 }
 
 FileExport::~FileExport() {
@@ -23,26 +26,39 @@ FileExport::~FileExport() {
     }
 }
 
+// The file is gone when this returns, unless its folder does not answer.
 void FileExport::cancel() {
     m_monitor.cancelled = true;
-    if (m_target) {
-        m_target->abandon();
-    }
+    const std::lock_guard lock(m_mutex);
+    if (m_target) aside([made = m_target] { made->abandon(); }).wait_for(kLongestRemoval);
 }
 
-void FileExport::run(std::shared_ptr<const FileBytes> source, float preferredRate) {
+void FileExport::run(std::shared_ptr<const FileBytes> source, const std::string& target, float preferredRate) {
     preferThisThread(Urgency::Idle);
-    auto failure = exportMovie(source, *m_target, preferredRate, m_monitor);
-    if (!failure) {
-        failure = m_target->commit();
-    }
-    if (failure) {
-        m_target->abandon();
-        const std::string reason = m_monitor.cancelled ? "cancelled" : failure->message;
-        qmLog("cannot export to " + m_target->name() + ": " + reason);
+    if (const auto made = makeTarget(target)) {
+        auto failure = exportMovie(source, *made, preferredRate, m_monitor);
+        if (!failure) {
+            failure = made->commit();
+        }
+        if (failure) {
+            made->abandon();
+            const std::string reason = m_monitor.cancelled ? "cancelled" : failure->message;
+            qmLog("cannot export to " + target + ": " + reason);
+        }
     }
     m_written = !failure;
     m_finished = true;
+}
+
+std::shared_ptr<TargetFile> FileExport::makeTarget(const std::string& target) {
+    auto created = TargetFile::create(target);
+    if (!created) {
+        qmLog("cannot export to " + target + ": " + created.error().message);
+        return nullptr;
+    }
+    const std::lock_guard lock(m_mutex);
+    m_target = std::move(created.value());
+    return m_target;
 }
 
 }  // namespace qm

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
 
@@ -12,7 +13,7 @@ namespace qm {
 
 class FileExport : public MovieExport {
 public:
-    // The source needs its name no more: the target may be the file it was opened from.
+    // The source needs its name no more: the target may be the file it was opened from. Neither is waited for here.
     FileExport(std::shared_ptr<const FileBytes> source, const std::string& target, float preferredRate);
     ~FileExport() override;
 
@@ -22,9 +23,11 @@ public:
     void cancel() override;
 
 private:
-    void run(std::shared_ptr<const FileBytes> source, float preferredRate);
+    void run(std::shared_ptr<const FileBytes> source, const std::string& target, float preferredRate);
+    std::shared_ptr<TargetFile> makeTarget(const std::string& target);
 
-    std::unique_ptr<TargetFile> m_target;  // null where none could be made
+    std::mutex m_mutex;
+    std::shared_ptr<TargetFile> m_target;  // null until it is made, and where none could be made
     ExportMonitor m_monitor;
     std::atomic<bool> m_finished = false;
     std::atomic<bool> m_written = false;

@@ -23,7 +23,7 @@ Error openError(const std::string& path, int code) {
 
 }  // namespace
 
-Result<std::shared_ptr<const FileBytes>> FileBytes::open(const std::string& path) {
+Result<std::shared_ptr<const FileBytes>> FileBytes::open(const std::string& path, ReadCount reads) {
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (descriptor < 0) {
         return openError(path, errno);
@@ -33,7 +33,7 @@ Result<std::shared_ptr<const FileBytes>> FileBytes::open(const std::string& path
         ::close(descriptor);
         return Error{ErrorCategory::Unreadable, path + ": not a regular file"};
     }
-    return std::shared_ptr<const FileBytes>(new FileBytes(path, descriptor, status.st_size));
+    return std::shared_ptr<const FileBytes>(new FileBytes(path, descriptor, status.st_size, std::move(reads)));
 }
 
 FileBytes::~FileBytes() {
@@ -48,6 +48,7 @@ std::size_t FileBytes::readAt(std::int64_t position, void* target, std::size_t c
         if (got < 0 && errno == EINTR) {
             continue;
         }
+        if (m_reads) ++*m_reads;
         if (got <= 0) {
             break;
         }

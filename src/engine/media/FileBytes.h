@@ -2,6 +2,7 @@
 // opening never blocks. Any thread: reads carry their own position. Failure of a read is a short count.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -12,9 +13,12 @@
 
 namespace qm {
 
+using ReadCount = std::shared_ptr<std::atomic<std::uint64_t>>;
+
 class FileBytes {
 public:
-    static Result<std::shared_ptr<const FileBytes>> open(const std::string& path);
+    // `reads` counts what is read, for whoever wants to know whether the file still answers.
+    static Result<std::shared_ptr<const FileBytes>> open(const std::string& path, ReadCount reads = {});
     ~FileBytes();
     FileBytes(const FileBytes&) = delete;
     FileBytes& operator=(const FileBytes&) = delete;
@@ -24,12 +28,13 @@ public:
     std::size_t readAt(std::int64_t position, void* target, std::size_t count) const;
 
 private:
-    FileBytes(std::string path, int descriptor, std::int64_t size)
-        : m_path(std::move(path)), m_descriptor(descriptor), m_size(size) {}
+    FileBytes(std::string path, int descriptor, std::int64_t size, ReadCount reads)
+        : m_path(std::move(path)), m_descriptor(descriptor), m_size(size), m_reads(std::move(reads)) {}
 
     std::string m_path;
     int m_descriptor;
     std::int64_t m_size;
+    ReadCount m_reads;
 };
 
 // A view for walking forward through a file in small steps without a system call for each.

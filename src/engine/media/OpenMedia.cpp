@@ -6,6 +6,7 @@
 #include "engine/media/PictureEnd.h"
 #include "engine/media/SoundReader.h"
 #include "engine/media/VideoDecoder.h"
+#include "engine/media/tags/Tags.h"
 
 namespace qm {
 
@@ -56,13 +57,14 @@ Result<OpenedMedia> completed(OpenedMedia media, const std::string& path) {
     if (media.sound) {
         media.description.durationSeconds = static_cast<double>(media.sound->length()) / media.sound->sampleRate();
     }
+    media.tags = readTags(*media.file);
     return media;
 }
 
 }  // namespace
 
-Result<OpenedMedia> openMedia(const std::string& path) {
-    const auto file = FileBytes::open(path);
+Result<OpenedMedia> openMedia(const std::string& path, ReadCount reads) {
+    const auto file = FileBytes::open(path, std::move(reads));
     if (!file) {
         return file.error();
     }

@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/api/MetaData.h"
 #include "engine/api/Result.h"
 #include "engine/media/FileBytes.h"
 #include "engine/media/VideoReader.h"
@@ -60,11 +61,13 @@ struct OpenedMedia {
     MediaDescription description;
     std::unique_ptr<SoundReader> sound;  // as long as the longest track; none for a file without sound
     SoundOpener openSound;               // another reader of it; empty for a file without sound; any thread
+    std::vector<Tag> tags;               // what the file says of itself
     VideoOpener openVideo;               // empty for a file without moving pictures; any thread
 };
 
 // Opens the file and builds its exact index. Protected, damaged beyond use, empty or foreign files are an Error.
-// A three-hour file opens in well under a second. `path` is in the file system's own encoding.
-Result<OpenedMedia> openMedia(const std::string& path);
+// A three-hour file opens in well under a second. `path` is in the file system's own encoding. `reads` counts what is
+// read on the way.
+Result<OpenedMedia> openMedia(const std::string& path, ReadCount reads = {});
 
 }  // namespace qm

@@ -1,5 +1,6 @@
 #include "engine/api/EngineModule.h"
 
+#include "engine/api/Log.h"
 #include "engine/capture/CaptureSession.h"
 #include "engine/movie/FileEngine.h"
 
@@ -14,6 +15,9 @@ extern "C" QM_VISIBLE const qm::EngineModule* qmEngineModule() {
         [](qm::Patience patience) -> std::unique_ptr<qm::MediaEngine> {
             return std::make_unique<qm::FileEngine>(qm::openSystemOutput, std::move(patience));
         },
-        []() -> std::unique_ptr<qm::CaptureEngine> { return std::make_unique<qm::SystemCapture>(); }};
+        [](qm::Patience patience) -> std::unique_ptr<qm::CaptureEngine> {
+            return std::make_unique<qm::SystemCapture>(qm::openSystemInput, std::move(patience));
+        },
+        qm::setLogSink};
     return &module;
 }

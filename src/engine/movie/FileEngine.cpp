@@ -1,11 +1,13 @@
 #include "engine/movie/FileEngine.h"
 
+#include <algorithm>
+#include <atomic>
 #include <cassert>
 #include <cstdio>
 #include <cstring>
-#include <future>
 #include <limits>
 
+#include "engine/api/Aside.h"
 #include "engine/api/Log.h"
 
 namespace qm {
@@ -27,6 +29,28 @@ std::string tooLong(int sampleRate) {
     return "is too long to be played: " + hours + counted(minutes % 60, "minute") + " is the most at " + rate + " kHz";
 }
 
+// Watches whether a file is still being read.
+class Silence {
+public:
+    explicit Silence(const std::atomic<std::uint64_t>& reads) : m_reads(reads) {}
+
+    bool isLong() {
+        const auto now = std::chrono::steady_clock::now();
+        if (const std::uint64_t reads = m_reads; reads != m_seen) {
+            m_seen = reads;
+            m_since = now;
+        }
+        return now - m_since > kLongest;
+    }
+
+private:
+    static constexpr std::chrono::seconds kLongest{5};
+
+    const std::atomic<std::uint64_t>& m_reads;
+    std::uint64_t m_seen = 0;
+    std::chrono::steady_clock::time_point m_since = std::chrono::steady_clock::now();
+};
+
 }  // namespace
 
 FileEngine::FileEngine(OutputFactory openOutput, Patience patience)
@@ -36,13 +60,20 @@ FileEngine::FileEngine(OutputFactory openOutput, Patience patience)
 
 FileEngine::~FileEngine() = default;
 
-// Most files are open in a moment; one without an index is read to its end.
-Result<OpenedMedia> FileEngine::open(const std::string& path) const {
+// Most files are open in a moment; one without an index is read to its end. What is given up may hang for ever.
+Result<OpenedMedia> FileEngine::open(const std::string& path) {
     if (!m_patience) return openMedia(path);
-    auto opening = std::async(std::launch::async, openMedia, path);
-    m_patience(
-        [&](std::chrono::milliseconds longest) { return opening.wait_for(longest) == std::future_status::ready; });
-    return opening.get();
+    m_isGivenUp = false;
+    const auto reads = std::make_shared<std::atomic<std::uint64_t>>(0);
+    auto opening = aside([path, reads] { return openMedia(path, reads); });
+    Silence silence(*reads);
+    m_patience([&](std::chrono::milliseconds longest) {
+        return m_isGivenUp || opening.wait_for(longest) == std::future_status::ready || silence.isLong();
+    });
+    if (opening.wait_for(std::chrono::seconds(0)) == std::future_status::ready) return opening.get();
+    m_registry->reaper.end(std::move(opening));
+    if (m_isGivenUp) return Error{ErrorCategory::GivenUp, path + ": not wanted any more"};
+    return Error{ErrorCategory::NoAnswer, path + ": does not answer"};
 }
 
 Result<std::unique_ptr<QTMovie>> FileEngine::movieWithFile(const std::string& path) {
@@ -57,10 +88,18 @@ Result<std::unique_ptr<QTMovie>> FileEngine::movieWithFile(const std::string& pa
         std::make_unique<FileMovie>(++m_lastHandle, m_registry, std::move(opened.value()), m_openOutput));
 }
 
+// The worst of the movies that live: most of the time there is one.
+std::optional<SoundOutput> FileEngine::soundOutput() const {
+    std::optional<SoundOutput> worst;
+    for (const auto& [handle, movie] : m_registry->movies)
+        worst = std::max(worst.value_or(SoundOutput::Works), movie->renderThread().soundOutput());
+    return worst;
+}
+
 FileMovie* FileEngine::find(Movie movie) const {
     assert(m_mainThread.isHere());
-    const auto found = m_registry->find(movie);
-    return found == m_registry->end() ? nullptr : found->second;
+    const auto found = m_registry->movies.find(movie);
+    return found == m_registry->movies.end() ? nullptr : found->second;
 }
 
 std::int32_t FileEngine::GetMovieDuration(Movie movie) {

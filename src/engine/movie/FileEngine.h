@@ -17,6 +17,8 @@ public:
     ~FileEngine() override;
 
     Result<std::unique_ptr<QTMovie>> movieWithFile(const std::string& path) override;
+    void giveUpOpening() override { m_isGivenUp = true; }
+    std::optional<SoundOutput> soundOutput() const override;
 
     std::int32_t GetMovieDuration(Movie movie) override;
     std::int32_t GetMovieTime(Movie movie) override;
@@ -43,13 +45,14 @@ public:
 
 private:
     FileMovie* find(Movie movie) const;
-    Result<OpenedMedia> open(const std::string& path) const;
+    Result<OpenedMedia> open(const std::string& path);
 
     const ThreadRole m_mainThread;
     const OutputFactory m_openOutput;
     const Patience m_patience;
     const std::shared_ptr<MovieRegistry> m_registry;  // shared with the movies, which leave it when they go
     Movie m_lastHandle = 0;
+    bool m_isGivenUp = false;  // the file that is being opened
     MetaDataCopies m_metaData;
 };
 

@@ -55,20 +55,26 @@ std::int64_t rescale(std::int64_t value, std::int32_t to, std::int32_t from) {
 FileMovie::FileMovie(Movie handle, std::shared_ptr<MovieRegistry> registry, OpenedMedia media, OutputFactory openOutput)
     : m_handle(handle),
       m_registry(std::move(registry)),
-      m_file(std::move(media.file)),
-      m_description(std::move(media.description)),
-      m_openSound(std::move(media.openSound)),
-      m_render(soundOrSilence(std::move(media.sound), m_description.durationSeconds), std::move(openOutput)),
+      m_description(media.description),
+      m_tags(std::move(media.tags)),
+      m_works(std::make_unique<Works>(media, std::move(openOutput))),
+      m_render(m_works->render),
       m_timeScale(m_description.hasSound ? m_render.sampleRate() : kScaleWithoutSound),
       m_preferredRate(playableRate(m_description.preferredRate)) {
-    if (media.openVideo) {
-        m_video = std::make_unique<VideoThread>(std::move(media.openVideo), [this] { return moment(); });
-    }
-    m_registry->emplace(m_handle, this);
+    m_registry->movies.emplace(m_handle, this);
 }
 
 FileMovie::~FileMovie() {
-    m_registry->erase(m_handle);
+    m_registry->movies.erase(m_handle);
+    m_render.close();
+    m_registry->reaper.end(std::move(m_works));
+}
+
+FileMovie::Works::Works(OpenedMedia& media, OutputFactory openOutput)
+    : file(std::move(media.file)),
+      openSound(std::move(media.openSound)),
+      render(soundOrSilence(std::move(media.sound), media.description.durationSeconds), std::move(openOutput)) {
+    if (media.openVideo) video = std::make_unique<VideoThread>(std::move(media.openVideo), [this] { return moment(); });
 }
 
 void FileMovie::play() {
@@ -128,39 +134,39 @@ void FileMovie::request() {
     m_request.rangeBegin = std::min(from, to);
     m_request.rangeEnd = std::max(from, to);
     m_render.request(m_request);
-    if (!m_video) return;
+    if (!m_works->video) return;
     {
-        const std::lock_guard lock(m_momentMutex);
-        m_requestForMoment = m_request;
+        const std::lock_guard lock(m_works->momentMutex);
+        m_works->requestForMoment = m_request;
     }
-    m_video->clockChanged();
+    m_works->video->clockChanged();
 }
 
-VideoMoment FileMovie::moment() const {
+VideoMoment FileMovie::Works::moment() const {
     RenderThread::Request request;
     {
-        const std::lock_guard lock(m_momentMutex);
-        request = m_requestForMoment;
+        const std::lock_guard lock(momentMutex);
+        request = requestForMoment;
     }
-    const RenderThread::Heard heard = m_render.heard();
+    const RenderThread::Heard heard = render.heard();
     const bool arrived = heard.seek == request.seek;
-    const double perFrame = 1.0 / m_render.sampleRate();
+    const double perFrame = 1.0 / render.sampleRate();
     VideoMoment moment;
     moment.seconds = (arrived ? heard.position : static_cast<double>(request.seekTarget)) * perFrame;
     moment.rate = request.playing ? request.rate : 0;
     moment.loops = request.loops;
     const bool whole = request.rangeEnd <= request.rangeBegin;
     moment.rangeBegin = whole ? 0 : static_cast<double>(request.rangeBegin) * perFrame;
-    moment.rangeEnd = static_cast<double>(whole ? m_render.length() : request.rangeEnd) * perFrame;
+    moment.rangeEnd = static_cast<double>(whole ? render.length() : request.rangeEnd) * perFrame;
     return moment;
 }
 
 void FileMovie::setPictureViewer(std::optional<PictureViewer> viewer) {
-    if (m_video) m_video->setViewer(std::move(viewer));
+    if (m_works->video) m_works->video->setViewer(std::move(viewer));
 }
 
 std::shared_ptr<const VideoPicture> FileMovie::currentPicture() const {
-    return m_video ? m_video->picture() : nullptr;
+    return m_works->video ? m_works->video->picture() : nullptr;
 }
 
 QTTime FileMovie::currentTime() const {
@@ -228,11 +234,6 @@ std::optional<std::string> FileMovie::displayNameAttribute() const {
     return m_description.displayName;
 }
 
-const std::vector<Tag>& FileMovie::tags() const {
-    if (!m_tags) m_tags = readTags(*m_file);
-    return *m_tags;
-}
-
 std::optional<std::string> FileMovie::copyrightAttribute() const {
     const Tag* copyright = findCopyright(tags());
     if (!copyright) return std::nullopt;
@@ -260,12 +261,13 @@ void FileMovie::setPreferredRateAttribute(float rate) {
 
 Waveform FileMovie::waveform() const {
     assert(m_mainThread.isHere());
-    if (m_openSound) m_waveform = std::make_unique<WaveformScan>(std::exchange(m_openSound, nullptr));
-    return m_waveform ? m_waveform->waveform() : Waveform{.isComplete = true};
+    Works& works = *m_works;
+    if (works.openSound) works.waveform = std::make_unique<WaveformScan>(std::exchange(works.openSound, nullptr));
+    return works.waveform ? works.waveform->waveform() : Waveform{.isComplete = true};
 }
 
 std::unique_ptr<MovieExport> FileMovie::writeToFileWithAttributes(const std::string& path, WriteAttribute) {
-    return std::make_unique<FileExport>(m_file, path, m_preferredRate);
+    return std::make_unique<FileExport>(m_works->file, path, m_preferredRate);
 }
 
 void FileMovie::setMuted(bool muted) {

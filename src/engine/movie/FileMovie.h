@@ -14,17 +14,23 @@
 #include "engine/realtime/ThreadRole.h"
 #include "engine/render/RenderThread.h"
 #include "engine/video/VideoThread.h"
+#include "engine/waiting/Reaper.h"
 
 namespace qm {
 
 class FileMovie;
-using MovieRegistry = std::unordered_map<Movie, FileMovie*>;
+
+// The movies that live, and who ends what is left of the others.
+struct MovieRegistry {
+    std::unordered_map<Movie, FileMovie*> movies;
+    Reaper reaper;
+};
 
 class FileMovie : public QTMovie {
 public:
     // Stands in the registry under its handle for as long as it lives.
     FileMovie(Movie handle, std::shared_ptr<MovieRegistry> registry, OpenedMedia media, OutputFactory openOutput);
-    ~FileMovie() override;
+    ~FileMovie() override;  // falls silent at once; its threads, device and file end when they can
 
     void play() override;
     void stop() override;
@@ -36,7 +42,7 @@ public:
     bool hasVideoAttribute() const override;
     std::optional<std::string> displayNameAttribute() const override;
     std::optional<std::string> copyrightAttribute() const override;
-    std::optional<std::int64_t> dataSizeAttribute() const override { return m_file->size(); }
+    std::optional<std::int64_t> dataSizeAttribute() const override { return m_works->file->size(); }
     std::vector<std::optional<std::string>> trackFormatSummaries() const override { return m_description.trackFormats; }
     void setSelectionAttribute(QTTimeRange range) override;
     void setLoopsAttribute(bool loops) override;
@@ -60,9 +66,23 @@ public:
     void seekTo(std::int64_t time);  // units of the movie's time scale
     Meter& meter() { return m_render.meter(); }
     const RenderThread& renderThread() const { return m_render; }
-    const std::vector<Tag>& tags() const;  // of the file, which is read for them when they are first asked for
+    const std::vector<Tag>& tags() const { return m_tags; }
 
 private:
+    // All of a movie that may have to wait for its device or its file before it can end.
+    struct Works {
+        Works(OpenedMedia& media, OutputFactory openOutput);
+        VideoMoment moment() const;  // asked by the video thread
+
+        const std::shared_ptr<const FileBytes> file;
+        SoundOpener openSound;  // until the scan has it
+        RenderThread render;
+        std::unique_ptr<WaveformScan> waveform;
+        mutable std::mutex momentMutex;
+        RenderThread::Request requestForMoment;
+        std::unique_ptr<VideoThread> video;  // ends before what its clock asks
+    };
+
     void request();
     void takeRate(float rate);
     void beginInside();
@@ -70,19 +90,16 @@ private:
     std::int64_t intoRange(std::int64_t position) const;
     void applyGains();
     std::int64_t position() const;  // frames
-    VideoMoment moment() const;     // asked by the video thread
     std::int64_t toFrames(QTTime time) const;
     std::int64_t toUnits(std::int64_t frames) const;
 
     const ThreadRole m_mainThread;
     const Movie m_handle;
     const std::shared_ptr<MovieRegistry> m_registry;
-    const std::shared_ptr<const FileBytes> m_file;
     const MediaDescription m_description;
-    mutable std::optional<std::vector<Tag>> m_tags;
-    mutable SoundOpener m_openSound;  // until the scan has it
-    mutable std::unique_ptr<WaveformScan> m_waveform;
-    RenderThread m_render;
+    const std::vector<Tag> m_tags;
+    std::unique_ptr<Works> m_works;
+    RenderThread& m_render;
     const std::int32_t m_timeScale;  // units per second
     RenderThread::Request m_request;
     float m_preferredRate;
@@ -94,10 +111,6 @@ private:
     bool m_muted = false;
     float m_volume = 1;
     float m_balance = 0;
-
-    mutable std::mutex m_momentMutex;
-    RenderThread::Request m_requestForMoment;
-    std::unique_ptr<VideoThread> m_video;  // ends before what its clock asks
 };
 
 }  // namespace qm

@@ -79,6 +79,7 @@ public:
     bool isRunning() const { return m_running.load(std::memory_order_acquire); }
     void setGains(float left, float right);
     bool gateIsClosed() const { return m_gateClosed.load(std::memory_order_acquire); }
+    std::int64_t framesTaken() const { return m_deviceFrame.load(std::memory_order_relaxed); }  // by this device
     std::uint32_t underruns() const { return m_underruns.load(std::memory_order_relaxed); }
 
     // Any thread. Frames that could be played before the render thread has to do more.

@@ -25,14 +25,19 @@ PcmCache::PcmCache(std::unique_ptr<SoundReader> reader, std::size_t budgetBytes)
       m_thread([this] { decode(); }) {}
 
 PcmCache::~PcmCache() {
+    close();
+    m_thread.join();
+}
+
+void PcmCache::close() {
     {
         const std::lock_guard lock(m_mutex);
         m_closing = true;
         m_interrupted = true;
+        m_chunks.clear();
     }
     m_wanted.notify_all();
     m_published.notify_all();
-    m_thread.join();
 }
 
 void PcmCache::setOutlook(const Outlook& outlook) {

@@ -52,6 +52,8 @@ public:
     void interrupt();
     void resume();
 
+    void close();  // any thread; for good: gives the memory back, and the end waits for nothing but the reader
+
     std::size_t residentBytes() const;
 
 private:

@@ -26,6 +26,7 @@ constexpr std::int64_t kUnderrunMilliseconds = 10000;  // underruns are counted 
 constexpr std::uint32_t kUnderrunsTolerated = 4;
 constexpr std::int64_t kRetryMilliseconds = 500;    // between attempts to open a device
 constexpr std::int64_t kPlayOutMilliseconds = 500;  // for a device to play what it holds
+constexpr std::int64_t kAnswerMilliseconds = 1000;  // within which a device that works has done something
 
 std::int64_t nowMilliseconds() {
     using namespace std::chrono;
@@ -33,6 +34,18 @@ std::int64_t nowMilliseconds() {
 }
 
 }  // namespace
+
+// Whatever asks something of the device may have to wait for a sound server.
+template <typename Call>
+auto RenderThread::onDevice(Call call) {
+    struct Watch {
+        explicit Watch(std::atomic<std::int64_t>& callSince) : since(callSince) { since = nowMilliseconds(); }
+        ~Watch() { since = 0; }
+        std::atomic<std::int64_t>& since;
+    };
+    const Watch watch(m_callSince);
+    return call();
+}
 
 RenderThread::RenderThread(std::unique_ptr<SoundReader> reader, OutputFactory openOutput)
     : m_cache(std::move(reader)),
@@ -53,14 +66,18 @@ std::size_t RenderThread::firstFrames(const Shape& shape) const {
 }
 
 RenderThread::~RenderThread() {
+    close();
+    m_thread.join();
+}
+
+void RenderThread::close() {
+    m_output.setRunning(false);
     {
         const std::lock_guard lock(m_mutex);
         m_closing = true;
-        m_cache.interrupt();
+        m_cache.close();
     }
     m_requested.notify_one();
-    m_thread.join();
-    setDevice(nullptr);
 }
 
 void RenderThread::request(const Request& request) {
@@ -99,6 +116,7 @@ void RenderThread::run() {
     openDevice();
     while (waitForWork(request)) {
         watchDevice();
+        watchPulse();
         watchUnderruns();
         watchForGaps();
         const Shape shape = shapeOf(request);
@@ -108,6 +126,7 @@ void RenderThread::run() {
         fillLane();
         if (!m_deviceStarted) m_output.settleWhileStopped();
     }
+    setDevice(nullptr);
 }
 
 // Takes the newest request. Waits while there is nothing to do; false when the thread is to end.
@@ -269,13 +288,13 @@ void RenderThread::applyRunning(const Request& request) {
 
 bool RenderThread::startDevice() {
     m_gaps.restart();
-    return m_device->start();
+    return onDevice([this] { return m_device->start(); });
 }
 
 void RenderThread::restDevice() {
-    m_device->stop();
+    onDevice([this] { m_device->stop(); });
     m_deviceStarted = false;
-    if (m_reserve.rest(nowMilliseconds())) m_device->setReserve(m_reserve.deviceSeconds());
+    if (m_reserve.rest(nowMilliseconds())) onDevice([this] { m_device->setReserve(m_reserve.deviceSeconds()); });
 }
 
 // Unless a newer request has closed it meanwhile.
@@ -319,13 +338,15 @@ void RenderThread::growReserve() {
     qmLog("sound output: the device ran dry; it is to hold " +
           std::to_string(std::lround(1000 * m_reserve.deviceSeconds())) + " ms from now on");
     m_growBy = 0;
-    m_device->stop();
-    m_device->setReserve(m_reserve.deviceSeconds());
+    onDevice([this] {
+        m_device->stop();
+        m_device->setReserve(m_reserve.deviceSeconds());
+    });
     m_deviceStarted = startDevice();
 }
 
 void RenderThread::openDevice() {
-    auto opened = m_openOutput(sampleRate(), m_output);
+    auto opened = onDevice([this] { return m_openOutput(sampleRate(), m_output); });
     if (!opened) {
         qmLog("sound output: " + opened.error().message + "; playing on silently");
         opened = openNullOutput(sampleRate(), m_output);
@@ -344,7 +365,7 @@ void RenderThread::watchDevice() {
         openDevice();
     } else {
         m_retryAt = nowMilliseconds() + kRetryMilliseconds;
-        auto opened = m_openOutput(sampleRate(), m_output);
+        auto opened = onDevice([this] { return m_openOutput(sampleRate(), m_output); });
         if (!opened || opened.value()->isSilent()) return;
         qmLog("sound output: a device is there again");
         m_silentDevice = false;
@@ -354,8 +375,8 @@ void RenderThread::watchDevice() {
 }
 
 void RenderThread::setDevice(std::unique_ptr<AudioOutput> device) {
-    if (m_device) m_device->stop();
-    if (device) device->setReserve(m_reserve.deviceSeconds());
+    if (m_device) onDevice([this] { m_device->stop(); });
+    if (device) onDevice([&] { device->setReserve(m_reserve.deviceSeconds()); });
     m_deviceStarted = false;
     m_growBy = 0;
     std::unique_ptr<AudioOutput> old;
@@ -364,6 +385,25 @@ void RenderThread::setDevice(std::unique_ptr<AudioOutput> device) {
         old = std::exchange(m_device, std::move(device));
         m_output.restartDeviceCount();
     }
+    onDevice([&old] { old.reset(); });
+}
+
+// A device that is started takes frames all the time, also behind a closed gate.
+void RenderThread::watchPulse() {
+    const std::int64_t now = nowMilliseconds();
+    const std::int64_t taken = m_output.framesTaken();
+    if (!m_deviceStarted || taken != m_takenByDevice) {
+        m_takenByDevice = taken;
+        m_takenAt = now;
+    }
+    m_deviceStands = now - m_takenAt > kAnswerMilliseconds;
+}
+
+SoundOutput RenderThread::soundOutput() const {
+    const std::int64_t since = m_callSince;
+    if (m_deviceStands || (since != 0 && nowMilliseconds() - since > kAnswerMilliseconds))
+        return SoundOutput::DoesNotAnswer;
+    return m_silentDevice ? SoundOutput::Absent : SoundOutput::Works;
 }
 
 }  // namespace qm

@@ -6,6 +6,7 @@
 // was rendered ahead is heard out first.
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <memory>
@@ -13,6 +14,7 @@
 #include <thread>
 #include <vector>
 
+#include "engine/api/MediaEngine.h"
 #include "engine/output/AudioOutput.h"
 #include "engine/output/GapWatch.h"
 #include "engine/output/OutputCallback.h"
@@ -44,6 +46,7 @@ public:
 
     // Main thread.
     void request(const Request& request);
+    void close();  // silence at once, and nothing more is done; the end may then have to wait for device and file
     void setGains(float left, float right) { m_output.setGains(left, right); }
     Meter& meter() { return m_output.meter(); }
 
@@ -55,6 +58,8 @@ public:
     Heard heard() const;
 
     std::uint32_t underruns() const { return m_output.underruns(); }
+
+    SoundOutput soundOutput() const;  // any thread
 
     // Any thread. True when the newest request is in force and its sound lies ready; false while a splice waits for the
     // device to play on.
@@ -96,6 +101,9 @@ private:
     bool startDevice();
     void openDevice();
     void setDevice(std::unique_ptr<AudioOutput> device);
+    void watchPulse();
+    template <typename Call>
+    auto onDevice(Call call);
 
     PcmCache m_cache;
     OutputCallback m_output;
@@ -119,7 +127,6 @@ private:
     std::vector<StereoFrame> m_block;
     std::vector<StereoFrame> m_heardOn;  // what the active lane would play on, for alignment
     bool m_deviceStarted = false;
-    bool m_silentDevice = true;
     Reserve m_reserve;
     GapWatch m_gaps;
     std::int64_t m_growBy = 0;     // when the device, which is playing out, is stopped at the latest; 0 otherwise
@@ -129,6 +136,14 @@ private:
     std::uint32_t m_knownUnderruns = 0;
     std::uint32_t m_underrunsBefore = 0;  // count when the period that is watched began
     std::int64_t m_underrunsSince = 0;
+
+    std::int64_t m_takenByDevice = 0;  // frames, when the device was last seen to take some
+    std::int64_t m_takenAt = 0;
+
+    // For soundOutput().
+    std::atomic<std::int64_t> m_callSince{0};  // milliseconds of the steady clock; 0 outside calls of the device
+    std::atomic<bool> m_deviceStands{false};   // it is started and takes nothing
+    std::atomic<bool> m_silentDevice{false};
 
     mutable std::mutex m_deviceMutex;
     std::unique_ptr<AudioOutput> m_device;

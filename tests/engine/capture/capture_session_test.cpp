@@ -3,6 +3,7 @@
 #include <doctest/doctest.h>
 
 #include <filesystem>
+#include <future>
 #include <thread>
 
 #include "../media/MediaFiles.h"
@@ -187,4 +188,50 @@ TEST_CASE_FIXTURE(Chain, "the levels are those of the sound that arrives, and th
     CHECK(levels.peakHold[0] == doctest::Approx(-6.02).epsilon(0.01));
     session->stopRunning();
     CHECK(session->audioLevels().peakHold[0] == QTCaptureAudioLevels::kFloor);
+}
+
+TEST_CASE("a sound system that does not answer holds nobody up, and is no input") {
+    LogLines log;
+    std::promise<void> answer;
+    const auto open = [answers = answer.get_future().share()](InputSink&) -> Result<std::unique_ptr<SoundInput>> {
+        answers.wait();
+        return Error{ErrorCategory::Device, "too late"};
+    };
+    int waits = 0;
+    SystemCapture engine(open, [&](const IsDone& isDone) {
+        ++waits;
+        while (!isDone(std::chrono::milliseconds(10))) {
+        }
+    });
+    const auto device = engine.defaultInputDeviceWithMediaType(QTMediaType::Sound);
+    CHECK_FALSE(device->open());
+    CHECK(waits == 1);
+    CHECK(log.lines() == std::vector<std::string>{"sound input: the sound system does not answer"});
+    answer.set_value();
+}
+
+TEST_CASE("with patience, too, what was recorded is a whole file, and the input is let go") {
+    TemporaryFolder folder;
+    SteppedInput::Hand hand;
+    SystemCapture engine(hand.factory(), [](const IsDone& isDone) {
+        while (!isDone(std::chrono::milliseconds(10))) {
+        }
+    });
+    const auto device = engine.defaultInputDeviceWithMediaType(QTMediaType::Sound);
+    REQUIRE(device->open());
+    const auto session = engine.makeSession();
+    REQUIRE(session->addInput(engine.makeDeviceInput(device)));
+    session->startRunning();
+    const auto output = engine.makeMovieFileOutput();
+    REQUIRE(session->addOutput(output));
+    output->recordToOutputFileURL(folder.file("take.mov"));
+    hand.input->step(std::vector<StereoFrame>(1000, StereoFrame{0.5f, 0.5f}));
+    output->recordToOutputFileURL(std::nullopt);
+    CHECK_FALSE(output->error());
+    session->stopRunning();
+    const auto sound = openSound(folder.file("take.mov"));
+    REQUIRE(sound);
+    CHECK(sound->length() == 1000);
+    while (hand.input) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    CHECK_FALSE(session->isRunning());
 }

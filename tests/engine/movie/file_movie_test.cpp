@@ -1,10 +1,14 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
+#include <future>
 #include <limits>
 #include <vector>
 
+#include "engine/media/MediaFiles.h"
+#include "engine/movie/FileEngine.h"
 #include "engine/movie/Heard.h"
+#include "engine/movie/SteppedPlayer.h"
 
 using namespace qm;
 using namespace qm::test;
@@ -361,4 +365,50 @@ TEST_CASE("a film without sound counts its time in units of 600") {
     CHECK(movie.duration() == QTTime{1500, 600, 0});
     movie.setCurrentTime({600, 600, 0});
     CHECK(movie.currentTime() == QTTime{600, 600, 0});
+}
+
+TEST_CASE("a movie whose device does not let go is given up at once, and another one plays meanwhile") {
+    std::promise<void> answer;
+    struct StandingOutput : SteppedOutput {
+        StandingOutput(OutputSource& source, std::shared_future<void> waitsFor)
+            : SteppedOutput(source), answers(std::move(waitsFor)) {}
+        ~StandingOutput() override { answers.wait(); }
+        std::shared_future<void> answers;
+    };
+    const auto media = [] {
+        OpenedMedia opened;
+        opened.description.hasSound = true;
+        opened.sound = std::make_unique<ComputedSound>(kRate, codedFrame);
+        return opened;
+    };
+    const auto registry = std::make_shared<MovieRegistry>();
+    const auto answers = answer.get_future().share();
+    for (Movie handle = 1; handle <= 100; ++handle) {
+        FileMovie movie(handle, registry, media(),
+                        [&](int, OutputSource& source) -> Result<std::unique_ptr<AudioOutput>> {
+                            return std::unique_ptr<AudioOutput>(std::make_unique<StandingOutput>(source, answers));
+                        });
+        Player::waitFor([&] { return movie.renderThread().isCaughtUp(); });
+    }
+    CHECK(registry->movies.empty());
+    CHECK(registry->reaper.ending() == 100);
+    Player p;
+    p.start();
+    CHECK_FALSE(settled(p.play(1000)).empty());
+    answer.set_value();
+}
+
+TEST_CASE("opening a file that does not answer can be given up") {
+    TemporaryFolder folder;
+    FileEngine* opening = nullptr;
+    FileEngine engine(openNullOutput, [&](const IsDone& isDone) {
+        opening->giveUpOpening();
+        CHECK(isDone(std::chrono::milliseconds(0)));
+    });
+    opening = &engine;
+    // Whether the thread that opens it was quicker is its own affair.
+    const auto movie = engine.movieWithFile(folder.file("nowhere.wav"));
+    REQUIRE_FALSE(movie);
+    const ErrorCategory category = movie.error().category;
+    CHECK((category == ErrorCategory::GivenUp || category == ErrorCategory::NotFound));
 }

@@ -166,3 +166,36 @@ TEST_CASE("a device that waits for a sound server holds up no request and no que
     render.reset();
     CHECK(served);
 }
+
+TEST_CASE("a device that waits for a sound server does not answer, until it has what it waited for") {
+    Barrier server;
+    std::atomic<bool> served = false;
+    const auto open = [&](int, OutputSource& source) -> Result<std::unique_ptr<AudioOutput>> {
+        return std::unique_ptr<AudioOutput>(std::make_unique<HesitantOutput>(source, server, served));
+    };
+    RenderThread render(std::make_unique<ComputedSound>(100000, codedFrame), open);
+    const auto awaited = [&](SoundOutput wanted) {
+        for (int i = 0; i < 10000 && render.soundOutput() != wanted; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return render.soundOutput() == wanted;
+    };
+    CHECK(awaited(SoundOutput::Works));
+    RenderThread::Request request;
+    request.playing = true;
+    render.request(request);
+    server.awaitVisitor();
+    CHECK(awaited(SoundOutput::DoesNotAnswer));
+    server.open();
+    CHECK(awaited(SoundOutput::Works));
+    // Nobody takes frames from it now, though it was started.
+    CHECK(awaited(SoundOutput::DoesNotAnswer));
+}
+
+TEST_CASE("without any device there is no sound output, though time goes on") {
+    RenderThread render(std::make_unique<ComputedSound>(100000, codedFrame),
+                        [](int, OutputSource&) -> Result<std::unique_ptr<AudioOutput>> {
+                            return Error{ErrorCategory::Device, "none"};
+                        });
+    while (render.soundOutput() != SoundOutput::Absent) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    CHECK(render.soundOutput() == SoundOutput::Absent);
+}

@@ -118,6 +118,7 @@ OSErr FakeMediaEngine::statusFor(Movie movie) const {
 
 Result<std::unique_ptr<QTMovie>> FakeMediaEngine::movieWithFile(const std::string& path) {
     log.add("open " + path);
+    if (silent.contains(path)) return Error{ErrorCategory::NoAnswer, "does not answer"};
     if (unreadable.contains(path)) return Error{ErrorCategory::Unreadable, "not a media file"};
     const auto own = files.find(path);
     std::unique_ptr<QTMovie> opened =

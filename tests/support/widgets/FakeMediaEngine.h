@@ -98,6 +98,8 @@ public:
     MovieScript usual;                         // what a file without a script of its own opens as
     std::map<std::string, MovieScript> files;  // by path
     std::set<std::string> unreadable;          // paths that cannot be opened
+    std::set<std::string> silent;              // paths of files that do not answer
+    std::optional<SoundOutput> output;         // what soundOutput() answers
     OSErr status = kNoErr;                     // what every call with a status answers on a living movie
 
     // What the meters measure, and what the two calls that read them answer in place of `status`.
@@ -121,6 +123,8 @@ public:
     FakeMovie* movie() const;
 
     Result<std::unique_ptr<QTMovie>> movieWithFile(const std::string& path) override;
+    void giveUpOpening() override { log.add("give up opening"); }
+    std::optional<SoundOutput> soundOutput() const override { return output; }
     std::int32_t GetMovieDuration(Movie movie) override;
     std::int32_t GetMovieTime(Movie movie) override;
     void SetMovieTimeValue(Movie movie, std::int32_t time) override;
