@@ -45,6 +45,7 @@ Application::Application(int& argc, char** argv)
       m_audioRecord(m_capture),
       m_window(m_outlets, &m_controller),
       m_statusNotices(m_window, m_controller.notices()),
+      m_spokenDeeds(m_window.actions(), m_controller, m_controller.abLoop(), m_outlets, m_controller.notices()),
       m_levelMeters(m_outlets, &m_window),
       m_trackInfo(m_outlets, &m_window),
       m_video(m_outlets, &m_window),
@@ -55,7 +56,7 @@ Application::Application(int& argc, char** argv)
                  [this] { return signsOf(m_audioRecord, m_audioRecord.recordingStatus); }),
       m_preferences(m_outlets, m_window.actions(), &m_window),
       m_about(m_outlets, &m_window),
-      m_state(m_window, m_controller, m_controller, m_outlets),
+      m_state(m_window, m_controller, m_controller, m_controller.abLoop(), m_outlets),
       m_remote(m_controller, m_controller, m_outlets, m_engine, m_window.actions()),
       m_mpris(m_remote) {
     m_window.actions().setReceiver(ActionRow::Recorder, &m_audioRecord);

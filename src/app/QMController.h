@@ -71,6 +71,7 @@ public:
     TrackExport& trackExport() { return m_export; }
     MainRecorder& mainRecorder() { return m_recorder; }
     Notices& notices() { return m_notices; }
+    const AbLoop& abLoop() const { return m_loop; }
     void captureOutputDidFinishRecordingToOutputFileAtURLForConnectionsDueToError(const QUrl& file) {
         m_recorder.captureOutputDidFinishRecording(file);
     }

@@ -12,6 +12,7 @@ add_executable(update_server system/update_server.cpp)
 target_link_libraries(update_server PRIVATE network_test_support)
 add_executable(accessible_tree system/accessible_tree.cpp)
 target_link_libraries(accessible_tree PRIVATE Qt6::DBus)
+set_target_properties(accessible_tree PROPERTIES AUTOMOC ON)
 add_executable(desktop_settings system/desktop_settings.cpp)
 target_link_libraries(desktop_settings PRIVATE Qt6::DBus)
 set_target_properties(close_window window_timeline drag_source update_server accessible_tree desktop_settings
