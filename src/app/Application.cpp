@@ -51,6 +51,7 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
       m_audioRecord(m_capture, m_controller.takes()),
       m_window(m_outlets, &m_controller),
       m_statusNotices(m_window, m_controller.notices()),
+      m_spokenDeeds(m_window.actions(), m_controller, m_controller.abLoop(), m_outlets, m_controller.notices()),
       m_levelMeters(m_outlets, &m_window),
       m_trackInfo(m_outlets, &m_window),
       m_video(m_outlets, &m_window),
@@ -64,7 +65,7 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
                  [this] { return signsOf(m_audioRecord, m_audioRecord.recordingStatus); }),
       m_preferences(m_outlets, m_window.actions(), &m_window),
       m_about(m_outlets, &m_window),
-      m_state(m_window, m_controller, m_controller, m_outlets),
+      m_state(m_window, m_controller, m_controller, m_controller.abLoop(), m_outlets),
       m_remote(m_controller, m_controller, m_outlets, m_engine, m_window.actions()),
       m_mpris(m_remote),
       m_soundWatch(m_engine, m_controller.notices()) {

@@ -22,6 +22,7 @@
 #include "ui/windows/MainWindowState.h"
 #include "ui/windows/PreferencesWindow.h"
 #include "ui/windows/RecorderWindows.h"
+#include "ui/windows/SpokenDeeds.h"
 #include "ui/windows/StatusNotices.h"
 #include "ui/windows/TrackInfoPanel.h"
 #include "ui/windows/VideoPanel.h"
@@ -61,6 +62,7 @@ private:
     AudioRecordOutlets m_audioRecordOutlets;
     MainWindow m_window;
     StatusNotices m_statusNotices;
+    SpokenDeeds m_spokenDeeds;
     LevelMetersPanel m_levelMeters;
     TrackInfoPanel m_trackInfo;
     VideoPanel m_video;

@@ -82,6 +82,7 @@ public:
     Notices& notices() { return m_notices; }
     Takes& takes() { return m_takes; }
     UndoHistory& undoHistory() { return m_history; }
+    const AbLoop& abLoop() const { return m_loop; }
     void captureOutputDidFinishRecordingToOutputFileAtURLForConnectionsDueToError(const QUrl& file) {
         m_recorder.captureOutputDidFinishRecording(file);
     }

@@ -6,6 +6,7 @@
 #include "player/TransportImages.h"
 #include "ui/ReadableForms.h"
 #include "ui/controls/FadingWindow.h"
+#include "ui/controls/ToolTipText.h"
 
 namespace qm {
 
@@ -135,7 +136,7 @@ QVariant PlayListTable::data(const QModelIndex& index, int role) const {
         case Qt::DecorationRole:
             return column == u"IBicon" ? icon(row) : QVariant();
         case Qt::ToolTipRole:
-            return m_list.trackArray[static_cast<std::size_t>(row)];
+            return plainToolTip(m_list.trackArray[static_cast<std::size_t>(row)]);
         case Qt::AccessibleTextRole:
             return spokenCell(column, row);
         case Qt::TextAlignmentRole:

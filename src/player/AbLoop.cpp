@@ -1,5 +1,7 @@
 #include "player/AbLoop.h"
 
+#include <algorithm>
+
 #include "player/OutletSetters.h"
 #include "player/TimeFormat.h"
 
@@ -41,10 +43,11 @@ void AbLoop::loopSwitch() {
 }
 
 void AbLoop::switchOn(int row) {
-    const QTTime a = markA(m_list, row);
-    m_state.qtMovie->setSelectionAttribute({a, QTTimeDecrement(markB(m_list, row), a)});
+    const QTTime a = markA(m_list, row), b = markB(m_list, row);
+    m_state.qtMovie->setSelectionAttribute({a, QTTimeDecrement(b, a)});
     m_state.qtMovie->setLoopsAttribute(true);
     m_state.qtMovie->setPlaysSelectionOnlyAttribute(true);
+    m_told = {m_state.qtMovie->quickTimeMovie(), a, b, true, true};
     showImage(m_outlets.loopButton, QStringLiteral("db_loop_on.png"));
     m_clock.startCueTimer();
 }
@@ -53,6 +56,7 @@ void AbLoop::switchOff() {
     m_state.markBset = false;
     m_state.qtMovie->setLoopsAttribute(false);
     m_state.qtMovie->setPlaysSelectionOnlyAttribute(false);
+    m_told = {};
     showImage(m_outlets.loopButton, QStringLiteral("db_loop_off.png"));
 }
 
@@ -89,6 +93,7 @@ void AbLoop::resetMarks() {
     if (!m_state.qtMovie) return;
     m_state.markBset = false;
     m_state.qtMovie->setPlaysSelectionOnlyAttribute(false);
+    if (hasTold(*m_state.qtMovie)) m_told.selectionOnly = false;
     const int row = selectedRow(m_outlets, m_list);
     if (row < 0) return;
     m_list.markAarray[row] = 0;
@@ -102,8 +107,24 @@ void AbLoop::resetMarks() {
 void AbLoop::displayLoopFields() {
     const int row = selectedRow(m_outlets, m_list);
     if (row < 0) return;
-    showMark(m_outlets.loopIn, markA(m_list, row));
-    showMark(m_outlets.loopOut, markB(m_list, row));
+    const QTTime a = markA(m_list, row), b = markB(m_list, row);
+    showMark(m_outlets.loopIn, a);
+    showMark(m_outlets.loopOut, b);
+    m_shown = {a, b, a.timeValue != 0, b.timeValue != m_list.durations[row]};
+}
+
+std::optional<std::pair<double, double>> AbLoop::repeatedPassage() const {
+    if (!m_state.qtMovie || !hasTold(*m_state.qtMovie) || !m_told.loops) return std::nullopt;
+    const QTTime whole = m_state.qtMovie->duration();
+    const auto end = static_cast<double>(whole.timeValue);
+    const auto inMovie = [&](QTTime mark) {
+        return std::clamp(static_cast<double>(mark.timeValue) * whole.timeScale / mark.timeScale, 0.0, end);
+    };
+    if (m_told.selectionOnly && m_told.a.timeScale > 0) {
+        const std::pair passage(inMovie(m_told.a), inMovie(m_told.b));
+        if (passage.first != passage.second) return passage;
+    }
+    return std::pair(0.0, end);  // an empty range is no range: the whole movie repeats
 }
 
 }  // namespace qm

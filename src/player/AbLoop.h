@@ -3,12 +3,23 @@
 // current movie, or without a selected row where one is needed, an action ends where it first needs it.
 #pragma once
 
+#include <optional>
+#include <utility>
+
 #include "app/PlayerState.h"
 #include "library/PlayListArrays.h"
 #include "player/PositionClock.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
+
+// The marks whose times the loop fields show, of the row that was selected when they were shown.
+struct ShownMarks {
+    QTTime a;
+    QTTime b;
+    bool aChanged = false;  // away from the track's start
+    bool bChanged = false;  // away from its end
+};
 
 class AbLoop {
 public:
@@ -21,17 +32,35 @@ public:
 
     // Shows A and B of the selected row.
     void displayLoopFields();
+    const std::optional<ShownMarks>& shownMarks() const { return m_shown; }
+
+    // A and B between which the current movie repeats, as it was told last: in units of its time scale, inside it, and
+    // in either order. The loop switch does not say it: another row may have given the marks, or another movie may have
+    // been loaded since.
+    std::optional<std::pair<double, double>> repeatedPassage() const;
 
 private:
+    // What a movie was told.
+    struct Told {
+        Movie movie = 0;
+        QTTime a;
+        QTTime b;
+        bool loops = false;
+        bool selectionOnly = false;
+    };
+
     void switchOn(int row);
     void switchOff();
     void rearmAndShow();
+    bool hasTold(const QTMovie& movie) const { return m_told.movie == movie.quickTimeMovie(); }
 
     PlayerState& m_state;
     PlayListArrays& m_list;
     const Outlets& m_outlets;
     MediaEngine& m_engine;
     PositionClock& m_clock;
+    Told m_told;
+    std::optional<ShownMarks> m_shown;
 };
 
 }  // namespace qm

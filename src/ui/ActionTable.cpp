@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMetaMethod>
+#include <QStyleOptionMenuItem>
 #include <QThread>
 #include <algorithm>
 
@@ -13,6 +14,26 @@
 #include "ui/controls/Slider.h"
 
 namespace qm {
+
+namespace {
+
+constexpr char kShownKey[] = "shownKey";
+
+// Shows keys that the menu only mentions where the others stand. In the item's text, where the toolkit would look for
+// them, assistive tools would read them as part of its name.
+class KeyMenu : public QMenu {
+public:
+    using QMenu::QMenu;
+
+protected:
+    void initStyleOption(QStyleOptionMenuItem* option, const QAction* action) const override {
+        QMenu::initStyleOption(option, action);
+        const QString key = action->property(kShownKey).toString();
+        if (!key.isEmpty()) option->text += u'\t' + key;
+    }
+};
+
+}  // namespace
 
 const ActionRow* actionRow(const QString& slot) {
     const auto& rows = actionRows();
@@ -37,7 +58,10 @@ void ActionTable::buildMenus() {
 
 QMenu* ActionTable::menuFor(const ActionRow& row) {
     QMenu*& menu = m_menus[QString::fromUtf8(row.menu)];
-    if (!menu) menu = m_window->menuBar()->addMenu(u'&' + tr(row.menu));
+    if (!menu) {
+        menu = new KeyMenu(u'&' + tr(row.menu), m_window->menuBar());
+        m_window->menuBar()->addMenu(menu);
+    }
     if (*row.submenu == '\0') return menu;
     QMenu*& submenu = m_menus[QString::fromUtf8(row.menu) + u'/' + QString::fromUtf8(row.submenu)];
     if (!submenu) submenu = menu->addMenu(tr(row.submenu));
@@ -45,9 +69,8 @@ QMenu* ActionTable::menuFor(const ActionRow& row) {
 }
 
 QAction* ActionTable::makeAction(const ActionRow& row) {
-    QString text = tr(row.text);
-    if (*row.shownKey != '\0') text += u'\t' + QString::fromUtf8(row.shownKey);
-    auto* action = new QAction(text, this);
+    auto* action = new QAction(tr(row.text), this);
+    action->setProperty(kShownKey, QString::fromUtf8(row.shownKey));
     action->setObjectName(QString::fromLatin1(row.slot));
     action->setShortcuts(QList<QKeySequence>(row.keys.begin(), row.keys.end()));
     action->setShortcutContext(row.inListOnly ? Qt::WidgetShortcut : Qt::WindowShortcut);

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QTextDocumentFragment>
 
 #include "support/widgets/ControllerFixture.h"
 
@@ -145,6 +146,13 @@ TEST_CASE_FIXTURE(TableFixture, "a time whose scale is damaged is an empty cell"
 TEST_CASE_FIXTURE(TableFixture, "every cell's tooltip is the full path") {
     startWithRows({"/m/one.wav"});
     for (const char* column : kPlayListColumns) CHECK(shown(column, 0, Qt::ToolTipRole) == "/m/one.wav");
+}
+
+TEST_CASE_FIXTURE(TableFixture, "a path that reads like markup is shown letter by letter") {
+    startWithRows({"/m/<b>one</b>.wav", "/m/one & two.wav"});
+    const QString tip = shown("IBtrack", 0, Qt::ToolTipRole).toString();
+    CHECK(QTextDocumentFragment::fromHtml(tip).toPlainText() == "/m/<b>one</b>.wav");
+    CHECK(shown("IBtrack", 1, Qt::ToolTipRole) == "/m/one & two.wav");
 }
 
 TEST_CASE_FIXTURE(TableFixture, "the loaded track is marked as such, until another is loaded or none") {

@@ -6,6 +6,8 @@
 //   accessible_tree set NAME NUMBER    moves the slider of that name
 //   accessible_tree say NAME           its description, or its text where it has none
 //   accessible_tree is NAME STATE      exit status 0 when it has the state
+//   accessible_tree watch              until it is ended, what a screen reader is told: what comes into view and what
+//                                      gets the focus, one line each: "showing notification "A at 1 second""
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -184,6 +186,35 @@ int check() {
     return visited > 0 && sliders > 0 && offences == 0 ? 0 : 1;
 }
 
+class Watcher : public QObject {
+    Q_OBJECT
+
+public:
+    Watcher() : m_bus(accessibilityBus()) {
+        for (const char* event : {"object:state-changed:showing", "object:state-changed:focused"}) {
+            QDBusMessage ask = QDBusMessage::createMethodCall(
+                QStringLiteral("org.a11y.atspi.Registry"), QStringLiteral("/org/a11y/atspi/registry"),
+                QStringLiteral("org.a11y.atspi.Registry"), QStringLiteral("RegisterEvent"));
+            ask.setArguments({QString::fromLatin1(event)});
+            m_bus.call(ask);
+        }
+        m_bus.connect(QString(), QString(), QStringLiteral("org.a11y.atspi.Event.Object"),
+                      QStringLiteral("StateChanged"), this, SLOT(print(QDBusMessage)));
+        out << "watching" << Qt::endl;
+    }
+
+private slots:
+    void print(const QDBusMessage& event) {
+        const QVariantList arguments = event.arguments();
+        if (arguments.value(1).toInt() != 1) return;
+        const Node source(m_bus, event.service(), event.path());
+        out << arguments.value(0).toString() << " " << source.role() << " \"" << source.name() << "\"" << Qt::endl;
+    }
+
+private:
+    QDBusConnection m_bus;
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -192,6 +223,10 @@ int main(int argc, char** argv) {
     const QString command = arguments.value(1);
     if (command == u"list") return list();
     if (command == u"check") return check();
+    if (command == u"watch") {
+        const Watcher watcher;
+        return QCoreApplication::exec();
+    }
     const auto node = nodeNamed(arguments.value(2));
     if (!node) {
         complaints << "nothing is called " << arguments.value(2) << "\n";
@@ -204,3 +239,5 @@ int main(int argc, char** argv) {
     complaints << "unknown command " << command << "\n";
     return 1;
 }
+
+#include "accessible_tree.moc"

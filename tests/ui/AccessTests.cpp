@@ -1,13 +1,18 @@
 #include <doctest/doctest.h>
 
 #include <QAccessible>
+#include <QAction>
 #include <QCoreApplication>
 #include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <algorithm>
 #include <functional>
 
 #include "support/widgets/LivingWindow.h"
 #include "ui/controls/MovieView.h"
 #include "ui/controls/WaveformStrip.h"
+#include "ui/windows/HeroView.h"
 #include "ui/windows/LevelMetersPanel.h"
 #include "ui/windows/VideoPanel.h"
 
@@ -144,15 +149,18 @@ TEST_CASE("buttons that stand for something say whether it is on") {
     living.controller.speed150();
     living.state.refresh();
     CHECK(isOn(living.window.findChild<QWidget*>(QStringLiteral("speed150"))));
-    CHECK_FALSE(isOn(living.window.findChild<QWidget*>(QStringLiteral("speed20"))));
+    auto* other = living.window.findChild<QWidget*>(QStringLiteral("speed20"));
+    CHECK_FALSE(accessOf(other)->state().checkable);
+    CHECK(spoken(other).isEmpty());
 }
 
 TEST_CASE("the marks' buttons tell the times of the marks") {
     LivingWindow living;
     living.loadTrack();
-    living.controller.markAarray[0] = 83 * 600;
+    living.fixture.engine.movie()->time.timeValue = 83 * 600;
+    living.controller.markAUpdate();
     living.state.refresh();
-    CHECK(accessOf(living.outlets.markAButton)->text(QAccessible::Description) == "off. 1 minute 23 seconds");
+    CHECK(accessOf(living.outlets.markAButton)->text(QAccessible::Description) == "on. 1 minute 23 seconds");
     CHECK(accessOf(living.outlets.markBButton)->text(QAccessible::Description) == "off. 1 minute 40 seconds");
 }
 
@@ -185,4 +193,88 @@ TEST_CASE("a slider's scale says nothing beside it, and the strip is the slider'
     CHECK(accessOf(scale)->child(0)->object() == living.outlets.speedSlider);
     CHECK(accessOf(living.outlets.waveformStrip)->role() == QAccessible::Graphic);
     CHECK(nameOf(living.outlets.waveformStrip) == "Picture of the position slider");
+}
+
+namespace {
+
+// What assistive tools are told while it lives.
+struct ToldEvents {
+    ToldEvents() {
+        s_events = {};
+        QAccessible::setActive(true);
+        m_before = QAccessible::installUpdateHandler(
+            [](QAccessibleEvent* event) { s_events.emplace_back(event->type(), event->object()); });
+    }
+    ~ToldEvents() {
+        QAccessible::installUpdateHandler(m_before);
+        QAccessible::setActive(false);
+    }
+    long count(QAccessible::Event type, const QObject* of) const {
+        return std::count(s_events.begin(), s_events.end(), std::pair(type, of));
+    }
+
+private:
+    static inline std::vector<std::pair<QAccessible::Event, const QObject*>> s_events;
+    QAccessible::UpdateHandler m_before;
+};
+
+}  // namespace
+
+TEST_CASE("a mark that is set, or a track that is added, tells of no focus in the list, and going to a row does") {
+    LivingWindow living;
+    living.loadTrack();
+    living.window.show();
+    living.window.activateWindow();
+    QCoreApplication::processEvents();
+    living.outlets.playList->setFocus();
+    REQUIRE(living.outlets.playList->hasFocus());
+    ToldEvents told;
+    living.markAt(600, 1200);
+    living.controller.resetMarks();
+    living.addTrack(QStringLiteral("/music/b.mp3"));
+    CHECK(told.count(QAccessible::Focus, living.outlets.playList) == 0);
+    CHECK(living.outlets.playList->selectedRow() == 0);
+    living.outlets.playList->selectRowIndex(1);
+    CHECK(told.count(QAccessible::Focus, living.outlets.playList) == 1);
+}
+
+TEST_CASE("a screen reader is told of each notice as of one that comes into view") {
+    LivingWindow living;
+    living.window.show();
+    NoticeLine& line = living.grid().hero->noticeLine();
+    ToldEvents told;
+    living.controller.notices().tell(QStringLiteral("A at 1 second"));
+    const long shows = told.count(QAccessible::ObjectShow, &line);
+    CHECK(shows >= 1);
+    living.controller.notices().tell(QStringLiteral("A at 1 second"));
+    CHECK(told.count(QAccessible::ObjectShow, &line) > shows);
+    CHECK(told.count(QAccessible::NameChanged, &line) == 2);
+}
+
+TEST_CASE("no menu item has its key in its name, and a key that is only mentioned is drawn all the same") {
+    LivingWindow living;
+    for (const QAction* menu : living.window.menuBar()->actions()) {
+        walk(accessOf(menu->menu()),
+             [](QAccessibleInterface& item) { CHECK_FALSE(item.text(QAccessible::Name).contains(u'\t')); });
+    }
+    QMenu* playback = living.window.menuBar()->actions().at(2)->menu();
+    QAction* item = living.window.actions().action(QStringLiteral("rowDoubleClicked"));
+    const QImage with = playback->grab().toImage();
+    item->setProperty("shownKey", QString());
+    CHECK(playback->grab().toImage() != with);
+}
+
+TEST_CASE("a button that switches nothing off never says that it is off") {
+    LivingWindow living;
+    living.loadTrack();
+    living.controller.speed150();
+    living.state.refresh();
+    QStringList off;
+    for (FaceButton* button : living.window.findChildren<FaceButton*>())
+        if (accessOf(button)->text(QAccessible::Description).startsWith(QStringLiteral("off. "))) off << nameOf(button);
+    off.sort();
+    CHECK(off == QStringList{"Level meters", "Loop A to B", "Play backward", "Play forward", "Set A", "Set B",
+                             "Track information"});
+    auto* preset = living.window.findChild<QWidget*>(QStringLiteral("speed150"));
+    CHECK(accessOf(preset)->text(QAccessible::Description).startsWith(QStringLiteral("on. ")));
 }

@@ -38,7 +38,7 @@ struct MeteredWindow {
     Outlets outlets;
     MainWindow window{outlets, &controller};
     LevelMetersPanel panel{outlets, &window};
-    MainWindowState state{window, controller, controller, outlets};
+    MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
     MeteredWindow() { controller.awakeFromNib(outlets); }
 };

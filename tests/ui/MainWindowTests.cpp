@@ -301,39 +301,6 @@ TEST_CASE("exactly the preset that equals the speed is lit") {
     CHECK(lit().isEmpty());
 }
 
-TEST_CASE("loop times turn amber when a mark leaves the track's ends, and the strip shows the marks") {
-    LivingWindow living;
-    living.loadTrack();
-    living.state.refresh();
-    CHECK(living.outlets.loopIn->textColor() != tokens::kAmberHigh);
-    CHECK_FALSE(living.outlets.waveformStrip->loop());
-    living.controller.markAarray[0] = 15000;
-    living.state.refresh();
-    CHECK(living.outlets.loopIn->textColor() == tokens::kAmberHigh);
-    CHECK(living.outlets.loopOut->textColor() != tokens::kAmberHigh);
-    REQUIRE(living.outlets.waveformStrip->loop());
-    CHECK_FALSE(living.outlets.waveformStrip->isLooping());
-    living.controller.loopSwitch();
-    living.state.refresh();
-    CHECK(living.outlets.waveformStrip->isLooping());
-    REQUIRE(living.outlets.cueSlider->loopRegion());
-    CHECK(living.outlets.cueSlider->loopRegion()->first == 15000);
-}
-
-TEST_CASE("a loop switched on without a selected row shows nowhere in the window") {
-    LivingWindow living;
-    living.loadTrack();
-    living.outlets.playList->selectRowIndex(-1);
-    living.state.refresh();
-    const QImage before = living.window.grab().toImage();
-    living.controller.loopSwitch();
-    REQUIRE(living.controller.isLooping);
-    living.state.refresh();
-    CHECK_FALSE(living.outlets.waveformStrip->isLooping());
-    CHECK_FALSE(living.outlets.cueSlider->loopRegion());
-    CHECK(living.window.grab().toImage() == before);
-}
-
 TEST_CASE("the position slider is locked while the loop is on and B is set") {
     LivingWindow living;
     living.loadTrack();

@@ -31,7 +31,7 @@ struct FilmWindow {
     Outlets outlets;
     MainWindow window{outlets, &controller};
     VideoPanel panel{outlets, &window};
-    MainWindowState state{window, controller, controller, outlets};
+    MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
     FilmWindow() {
         fixture.engine.files["/music/film.mp4"].hasVideo = true;

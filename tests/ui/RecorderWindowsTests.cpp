@@ -34,7 +34,7 @@ struct RecorderDesk {
                               [this] { return signsOf(controller, controller.isRecording); }};
     RecorderWindow recorder{recorderOutlets, window.actions(), &window,
                             [this] { return signsOf(audioRecord, audioRecord.recordingStatus); }};
-    MainWindowState state{window, controller, controller, outlets};
+    MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
     RecorderDesk() {
         window.actions().setReceiver(ActionRow::Recorder, &audioRecord);

@@ -26,7 +26,7 @@ struct InfoWindow {
     Outlets outlets;
     MainWindow window{outlets, &controller};
     TrackInfoPanel panel{outlets, &window};
-    MainWindowState state{window, controller, controller, outlets};
+    MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
     InfoWindow() {
         fixture.addRow("/music/one.m4a");

@@ -114,7 +114,7 @@ ToolButton::ToolButton(const QString& text, const QString& iconName, QWidget* pa
     setText(text);
 }
 
-void ToolButton::setOn(bool on) {
+void ToolButton::setOn(std::optional<bool> on) {
     if (m_on == on) return;
     m_on = on;
     onStateChanged();

@@ -16,8 +16,9 @@ public:
     explicit ChipButton(const QString& text, const QString& iconName = {}, QWidget* parent = nullptr);
 
     void setLit(bool lit);
-    bool isLit() const { return m_lit.value_or(false); }
-    std::optional<bool> onState() const override { return m_lit; }
+    bool isLit() const { return m_lit; }
+    // Lit it says that it is on; otherwise nothing, for it cannot be switched off.
+    std::optional<bool> onState() const override { return m_lit ? std::optional(true) : std::nullopt; }
     void setQuiet(bool quiet);  // no ground at rest
     void setTextSize(double pixels);
     void setInk(const QColor& color, int weight);
@@ -34,7 +35,7 @@ private:
 
     QString m_iconName;
     QColor m_ink;
-    std::optional<bool> m_lit;  // none for a chip that names no value
+    bool m_lit = false;
     bool m_quiet = false;
 };
 
@@ -44,7 +45,7 @@ class ToolButton : public FaceButton {
 
 public:
     ToolButton(const QString& text, const QString& iconName, QWidget* parent = nullptr);
-    void setOn(bool on);
+    void setOn(std::optional<bool> on);  // off is none for a tool that switches nothing off
     bool isOn() const { return m_on.value_or(false); }
     std::optional<bool> onState() const override { return m_on; }
     double exactWidth() const;  // sizeHint() is this in whole pixels
@@ -55,7 +56,7 @@ protected:
 
 private:
     QString m_iconName;
-    std::optional<bool> m_on;  // none for a tool that opens no panel
+    std::optional<bool> m_on;
 };
 
 // A full-size push button; the primary one is filled with aqua, and there is at most one of those in a window.

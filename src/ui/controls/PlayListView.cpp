@@ -101,6 +101,9 @@ void PlayListView::selectRowIndex(int row) {
 
 void PlayListView::reloadData() {
     if (!model()) return;
+    // The same number of rows needs no more than a fresh look. A reset would tell assistive tools of a list that is new
+    // and of a cell that has got the focus.
+    if (model()->rowCount() == verticalHeader()->count()) return viewport()->update();
     m_modelChanging = true;
     const int scrolled = verticalScrollBar()->value();
     verticalHeader()->reset();
@@ -124,6 +127,14 @@ void PlayListView::selectionChanged(const QItemSelection& selected, const QItemS
     QTableView::selectionChanged(selected, deselected);
     if (!m_modelChanging) m_selectedIndex = selectedRow();
     viewport()->update();
+}
+
+// The focus is told of where the user went, not of a row that is kept through a change of the rows.
+void PlayListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    if (hasFocus() && !m_modelChanging)
+        QTableView::currentChanged(current, previous);
+    else
+        QAbstractItemView::currentChanged(current, previous);
 }
 
 // --- layout ----------------------------------------------------------------------------------------------------------

@@ -76,7 +76,8 @@ QColor WaveformStrip::barColor(double fraction) const {
     if (!m_active) return {0x3A, 0x3E, 0x43};
     const bool played = fraction < m_position;
     if (!m_loop || !m_looping) return played ? tokens::kAqua : QColor(0x6B, 0x72, 0x7A);
-    if (fraction < m_loop->first || fraction > m_loop->second) return {0x50, 0x56, 0x5D};
+    const auto [begin, end] = std::minmax(m_loop->first, m_loop->second);
+    if (fraction < begin || fraction > end) return {0x50, 0x56, 0x5D};
     return played ? tokens::kAqua : tokens::kAmber;
 }
 
@@ -92,8 +93,9 @@ void WaveformStrip::paintEvent(QPaintEvent* event) {
     }
     paintBars(painter, event->rect());
     if (m_loop) {
-        paintFlag(painter, xOf(m_loop->first), u'A', true);
-        paintFlag(painter, xOf(m_loop->second), u'B', false);
+        const bool inOrder = m_loop->first <= m_loop->second;
+        paintFlag(painter, xOf(m_loop->first), u'A', inOrder);
+        paintFlag(painter, xOf(m_loop->second), u'B', !inOrder);
     }
     if (m_active) paintPlayhead(painter);
     strokeRounded(painter, rect(), tokens::kChipRadius, QColor(255, 255, 255, 15));

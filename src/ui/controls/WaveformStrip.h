@@ -19,7 +19,8 @@ public:
     const std::vector<float>& peaks() const { return m_peaks; }
     void setPosition(double position);
     double position() const { return m_position; }
-    // Marks A and B; none draws neither region nor flags. While `looping` the sound outside them is grey.
+    // Marks A and B, in either order; none draws neither region nor flags. While `looping` the sound outside them is
+    // grey.
     void setLoop(std::optional<std::pair<double, double>> loop, bool looping = true);
     std::optional<std::pair<double, double>> loop() const { return m_loop; }
     void setActive(bool active);  // false: nothing loaded, no playhead

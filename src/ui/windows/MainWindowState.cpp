@@ -7,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "player/TimeFormat.h"
 #include "ui/ReadableForms.h"
 #include "ui/controls/ImageButton.h"
 #include "ui/controls/ImageView.h"
@@ -30,12 +31,17 @@ namespace {
 constexpr int kRefreshMilliseconds = 100;
 constexpr double kRestOpacity = 0.7;
 
-QString spokenMark(std::int64_t mark, std::int32_t scale) {
-    return scale > 0 ? spokenDuration(static_cast<double>(mark) / scale) : QString();
+QString spokenMark(QTTime mark) {
+    return mark.timeScale > 0 ? spokenDuration(static_cast<double>(mark.timeValue) / mark.timeScale) : QString();
 }
 
 void describe(QWidget& control, const QString& description) {
     if (control.accessibleDescription() != description) control.setAccessibleDescription(description);
+}
+
+std::optional<std::pair<double, double>> inOrder(const std::optional<std::pair<double, double>>& marks) {
+    if (!marks) return std::nullopt;
+    return std::pair(std::min(marks->first, marks->second), std::max(marks->first, marks->second));
 }
 
 QColor restColor(bool loaded) {
@@ -47,11 +53,12 @@ QColor restColor(bool loaded) {
 }  // namespace
 
 MainWindowState::MainWindowState(MainWindow& window, const PlayerState& state, const PlayListArrays& list,
-                                 const Outlets& outlets)
+                                 const AbLoop& loop, const Outlets& outlets)
     : QObject(&window),
       m_window(window),
       m_state(state),
       m_list(list),
+      m_loop(loop),
       m_outlets(outlets),
       m_loaded(state, list, outlets) {
     m_timer.setInterval(kRefreshMilliseconds);
@@ -85,14 +92,13 @@ double MainWindowState::secondsOf(double value) const {
     return scale > 0 ? value / static_cast<double>(scale) : 0;
 }
 
-// The loop as the user sees it: switched on without a selected row, it is on for the actions and nowhere to be seen.
-bool MainWindowState::loopShows() const {
-    return m_state.isLooping && m_outlets.loopButton->imageName() == QLatin1String("db_loop_on.png");
-}
-
-bool MainWindowState::marksChanged(int row) const {
+// Of the loaded track, in units of its time scale; none while both are at rest.
+std::optional<std::pair<double, double>> MainWindowState::changedMarks() const {
+    const int row = m_loaded.row();
+    if (row < 0) return std::nullopt;
     const auto i = static_cast<size_t>(row);
-    return row >= 0 && (m_list.markAarray[i] != 0 || m_list.markBarray[i] != m_list.durations[i]);
+    if (m_list.markAarray[i] == 0 && m_list.markBarray[i] == m_list.durations[i]) return std::nullopt;
+    return std::pair(static_cast<double>(m_list.markAarray[i]), static_cast<double>(m_list.markBarray[i]));
 }
 
 QString MainWindowState::trackByLine() const {
@@ -113,7 +119,8 @@ void MainWindowState::refreshHero() {
     }
     const bool silent = m_outlets.gainSlider->value() == 0;
     hero.showStates({speedTag(m_state.rate), pitchTag(m_state.pitch),
-                     loopShows() ? QStringLiteral("Loop A–B") : QString(), silent ? tr("Silent") : QString()});
+                     m_loop.repeatedPassage() ? QStringLiteral("Loop A–B") : QString(),
+                     silent ? tr("Silent") : QString()});
     hero.keepClockInPlace();
 }
 
@@ -128,22 +135,18 @@ void MainWindowState::refreshPositionSlider() {
     cue.setDimmed(!m_state.qtMovie);
 }
 
+// What the movie repeats, whatever the rows say; without a loop the marks of the loaded track.
 void MainWindowState::refreshStrip() {
     WaveformStrip& strip = *m_outlets.waveformStrip;
     Slider& cue = *m_outlets.cueSlider;
-    const int row = m_loaded.row();
-    std::optional<std::pair<double, double>> marks;
-    if (row >= 0 && (loopShows() || marksChanged(row))) {
-        const auto i = static_cast<size_t>(row);
-        marks = {static_cast<double>(m_list.markAarray[i]), static_cast<double>(m_list.markBarray[i])};
-    }
-    const bool forward = marks && marks->second >= marks->first;
-    cue.setLoopRegion(loopShows() && forward ? marks : std::nullopt);
+    const auto repeated = m_loop.repeatedPassage();
+    cue.setLoopRegion(inOrder(repeated));
+    auto marks = repeated ? repeated : changedMarks();
     const double length = cue.maximum() - cue.minimum();
     if (marks && length > 0)
         marks = {std::clamp(marks->first / length, 0.0, 1.0), std::clamp(marks->second / length, 0.0, 1.0)};
     strip.setActive(m_state.qtMovie != nullptr);
-    strip.setLoop(marks, loopShows());
+    strip.setLoop(marks, repeated.has_value());
     strip.setPosition(length > 0 ? (cue.value() - cue.minimum()) / length : 0);
 }
 
@@ -160,17 +163,16 @@ void MainWindowState::refreshWaveform() {
     m_outlets.waveformStrip->setPeaks(std::move(waveform.peaks));
 }
 
+// Coloured and spoken for the row whose times they are, which need not be the selected one any more.
 void MainWindowState::refreshLoopTimes() {
     const bool loaded = m_state.qtMovie != nullptr;
-    const int row = m_outlets.playList->selectedRow();
-    const auto i = static_cast<size_t>(row);
-    const bool shown = loaded && row >= 0 && row < m_list.count();
-    const bool a = shown && m_list.markAarray[i] != 0;
-    const bool b = shown && m_list.markBarray[i] != m_list.durations[i];
-    describe(*m_outlets.markAButton, shown ? spokenMark(m_list.markAarray[i], m_list.timescaleArray[i]) : QString());
-    describe(*m_outlets.markBButton, shown ? spokenMark(m_list.markBarray[i], m_list.timescaleArray[i]) : QString());
-    m_outlets.loopIn->setTextColor(a ? tokens::kAmberHigh : restColor(loaded));
-    m_outlets.loopOut->setTextColor(b ? tokens::kAmberHigh : restColor(loaded));
+    const ShownMarks* shown = loaded && m_loop.shownMarks() ? &*m_loop.shownMarks() : nullptr;
+    // The field of B may have been put back to its first text.
+    const bool showsB = shown && m_outlets.loopOut->text() == stringFromQTTimeLite(shown->b);
+    describe(*m_outlets.markAButton, shown ? spokenMark(shown->a) : QString());
+    describe(*m_outlets.markBButton, shown ? spokenMark(shown->b) : QString());
+    m_outlets.loopIn->setTextColor(shown && shown->aChanged ? tokens::kAmberHigh : restColor(loaded));
+    m_outlets.loopOut->setTextColor(showsB && shown->bChanged ? tokens::kAmberHigh : restColor(loaded));
 }
 
 void MainWindowState::refreshDimming() {
@@ -194,17 +196,19 @@ void MainWindowState::refreshRecording() {
 
 // The tool is lit and the menu item checked while what they show is shown, also when it was closed by its frame.
 void MainWindowState::refreshPanelSigns() {
-    const auto sign = [this](const char* name, bool shown) {
+    // A tool that only brings its window says that it is shown, and nothing while it is not.
+    const auto sign = [this](const char* name, bool shown, bool hidesAgain = true) {
         const QString slot = QString::fromLatin1(name);
         if (QAction* action = m_window.actions().action(slot)) action->setChecked(shown);
-        if (ToolButton* tool = m_window.tools().tool(slot)) tool->setOn(shown);
+        if (ToolButton* tool = m_window.tools().tool(slot))
+            tool->setOn(shown || hidesAgain ? std::optional(shown) : std::nullopt);
     };
     const auto isShown = [](const QWidget* panel) { return panel && panel->isVisible(); };
     sign("displayLevels", isShown(m_outlets.audioLevelsPanel));
     sign("displayInfo", isShown(m_outlets.trackInfoWindow));
     sign("displayTrackFormat", !m_outlets.format->isHidden());
-    sign("audioRecordOpen", isShown(m_outlets.audioRecordingWindow));
-    sign("openPrefsWindow", isShown(m_outlets.prefsWindow));
+    sign("audioRecordOpen", isShown(m_outlets.audioRecordingWindow), false);
+    sign("openPrefsWindow", isShown(m_outlets.prefsWindow), false);
     const bool hasVideo = m_outlets.movieView && m_outlets.movieView->movie();
     if (QAction* action = m_window.actions().action(QStringLiteral("displayVideo"))) action->setEnabled(hasVideo);
 }

@@ -6,10 +6,13 @@
 #include <QObject>
 #include <QString>
 #include <QTimer>
+#include <optional>
+#include <utility>
 
 #include "app/PlayerState.h"
 #include "library/LoadedTrack.h"
 #include "library/PlayListArrays.h"
+#include "player/AbLoop.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
@@ -20,7 +23,8 @@ class MainWindowState : public QObject {
     Q_OBJECT
 
 public:
-    MainWindowState(MainWindow& window, const PlayerState& state, const PlayListArrays& list, const Outlets& outlets);
+    MainWindowState(MainWindow& window, const PlayerState& state, const PlayListArrays& list, const AbLoop& loop,
+                    const Outlets& outlets);
 
     void start();    // refreshing by timer
     void refresh();  // now
@@ -36,13 +40,13 @@ private:
     void refreshPanelSigns();
     void refreshRecording();
     QString trackByLine() const;
-    bool loopShows() const;
-    bool marksChanged(int row) const;
+    std::optional<std::pair<double, double>> changedMarks() const;
     double secondsOf(double value) const;  // of the position slider's value
 
     MainWindow& m_window;
     const PlayerState& m_state;
     const PlayListArrays& m_list;
+    const AbLoop& m_loop;
     const Outlets& m_outlets;
     LoadedTrack m_loaded;
     QTimer m_timer;

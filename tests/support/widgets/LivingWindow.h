@@ -14,7 +14,7 @@ struct LivingWindow {
     Outlets outlets;
     MainWindow window{outlets, &controller};
     StatusNotices statusNotices{window, controller.notices()};
-    MainWindowState state{window, controller, controller, outlets};
+    MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
     LivingWindow() { controller.awakeFromNib(outlets); }
     void addTrack(const QString& path) {
@@ -26,6 +26,12 @@ struct LivingWindow {
         addTrack(QStringLiteral("/music/a.mp3"));
         outlets.playList->selectRowIndex(0);
         controller.selectTrack();
+    }
+    void markAt(std::int64_t a, std::int64_t b) {
+        fixture.engine.movie()->time.timeValue = a;
+        controller.markAUpdate();
+        fixture.engine.movie()->time.timeValue = b;
+        controller.markBUpdate();
     }
     MainGrid& grid() { return window.grid(); }
 };

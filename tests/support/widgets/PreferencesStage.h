@@ -26,7 +26,7 @@ struct PreferencesStage {
     LevelMetersPanel levels{outlets, &window};
     PreferencesWindow preferences{outlets, window.actions(), &window};
     AboutPanel about{outlets, &window};
-    MainWindowState state{window, controller, controller, outlets};
+    MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
     void wakeUp() {
         controller.awakeFromNib(outlets);

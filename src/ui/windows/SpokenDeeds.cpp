@@ -1,0 +1,60 @@
+#include "ui/windows/SpokenDeeds.h"
+
+#include <algorithm>
+
+#include "ui/ReadableForms.h"
+#include "ui/controls/PlayListView.h"
+
+namespace qm {
+
+namespace {
+
+QString spokenMark(QTTime mark) {
+    return spokenDuration(mark.timeScale > 0 ? static_cast<double>(mark.timeValue) / mark.timeScale : 0);
+}
+
+}  // namespace
+
+SpokenDeeds::SpokenDeeds(ActionTable& actions, const PlayerState& state, const AbLoop& loop, const Outlets& outlets,
+                         Notices& notices)
+    : QObject(&actions), m_state(state), m_loop(loop), m_outlets(outlets), m_notices(notices) {
+    connect(&actions, &ActionTable::sent, this, &SpokenDeeds::tell);
+}
+
+void SpokenDeeds::tell(const QString& slot) {
+    const QString words = wordsOf(slot);
+    if (!words.isEmpty()) m_notices.tell({words, {}, {}, QStringLiteral("deed")});
+}
+
+// The sliders need no words here: they say their value themselves.
+QString SpokenDeeds::wordsOf(const QString& slot) const {
+    static const QStringList speeds = {"speedDown", "speedUp", "speed05",   "speed075",
+                                       "speed150",  "speed20", "speedReset"};
+    static const QStringList pitches = {"semiToneDown", "semiToneUp", "pitchReset"};
+    static const QStringList loops = {"loopSwitch", "markAUpdate", "markBUpdate", "resetMarks"};
+    if (speeds.contains(slot)) return tr("Speed %1").arg(spokenSpeed(m_state.rate));
+    if (pitches.contains(slot)) return tr("Pitch %1").arg(spokenPitch(m_state.pitch));
+    return loops.contains(slot) ? wordsOfLoop(slot) : QString();
+}
+
+QString SpokenDeeds::wordsOfLoop(const QString& slot) const {
+    if (!m_state.qtMovie) return tr("No track is loaded");
+    if (slot == u"loopSwitch" && !m_state.isLooping) return tr("Loop off");
+    if (m_outlets.playList->selectedRow() < 0) return tr("No track is selected");
+    if (slot == u"loopSwitch") return wordsOfPassage();
+    if (slot == u"resetMarks") return tr("A at the start, B at the end");
+    const auto& marks = m_loop.shownMarks();
+    if (!marks) return {};
+    return slot == u"markAUpdate" ? tr("A at %1").arg(spokenMark(marks->a)) : tr("B at %1").arg(spokenMark(marks->b));
+}
+
+QString SpokenDeeds::wordsOfPassage() const {
+    const auto passage = m_loop.repeatedPassage();
+    const QTTime whole = m_state.qtMovie->duration();
+    if (!passage || whole.timeScale <= 0) return {};
+    const auto [begin, end] = std::minmax(passage->first, passage->second);
+    if (begin == 0 && end == static_cast<double>(whole.timeValue)) return tr("Loop over the whole track");
+    return tr("Loop from %1 to %2").arg(spokenDuration(begin / whole.timeScale), spokenDuration(end / whole.timeScale));
+}
+
+}  // namespace qm

@@ -1,0 +1,35 @@
+// Tells in words what the keys of loop, speed and pitch have done, for those whose eyes are on their hands or on
+// nothing, and why they have done nothing. Main thread only.
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include "app/PlayerState.h"
+#include "player/AbLoop.h"
+#include "player/Notices.h"
+#include "ui/ActionTable.h"
+#include "ui/controls/Outlets.h"
+
+namespace qm {
+
+class SpokenDeeds : public QObject {
+    Q_OBJECT
+
+public:
+    SpokenDeeds(ActionTable& actions, const PlayerState& state, const AbLoop& loop, const Outlets& outlets,
+                Notices& notices);
+
+private:
+    void tell(const QString& slot);
+    QString wordsOf(const QString& slot) const;  // empty for what needs none
+    QString wordsOfLoop(const QString& slot) const;
+    QString wordsOfPassage() const;
+
+    const PlayerState& m_state;
+    const AbLoop& m_loop;
+    const Outlets& m_outlets;
+    Notices& m_notices;
+};
+
+}  // namespace qm
