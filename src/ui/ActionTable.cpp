@@ -77,6 +77,7 @@ void ActionTable::bind(Slider* slider, const QString& slot) {
 
 void ActionTable::send(const QString& slot) {
     Q_ASSERT(QThread::currentThread() == thread());
+    if (const Prelude prelude = m_preludes.value(slot); prelude && prelude()) return;
     const ActionRow* row = actionRow(slot);
     const auto receiver = row ? m_receivers.find(row->owner) : m_receivers.end();
     QObject* target = receiver == m_receivers.end() ? nullptr : receiver->second;

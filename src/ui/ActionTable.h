@@ -9,6 +9,7 @@
 #include <QString>
 #include <functional>
 #include <map>
+#include <utility>
 #include <vector>
 
 class QAbstractButton;
@@ -22,7 +23,7 @@ namespace qm {
 class Slider;
 
 struct ActionRow {
-    enum Owner { Controller, Window, Recorder };
+    enum Owner { Controller, Window, Recorder, Keys };
 
     const char* slot;                // the action's name
     const char* menu;                // "" for those that are only controls
@@ -50,6 +51,11 @@ public:
     // Who gets the rows of another owner.
     void setReceiver(ActionRow::Owner owner, QObject* receiver) { m_receivers[owner] = receiver; }
 
+    // What is done when an action is about to be sent, by whichever key or control. True: there is no more to be done,
+    // and the action is not sent.
+    using Prelude = std::function<bool()>;
+    void setPrelude(const QString& slot, Prelude prelude) { m_preludes[slot] = std::move(prelude); }
+
     void buildMenus();
     void bind(QAbstractButton* button, const QString& slot);  // sends it when clicked
     void bind(Slider* slider, const QString& slot);           // sends it whenever the user moves the slider
@@ -67,6 +73,7 @@ private:
 
     QMainWindow* m_window;
     std::map<ActionRow::Owner, QObject*> m_receivers;
+    QHash<QString, Prelude> m_preludes;
     QHash<QString, QAction*> m_actions;
     QHash<QString, QMenu*> m_menus;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/widgets/ControllerFixture.h"
+#include "ui/PlayerKeys.h"
 #include "ui/windows/MainWindow.h"
 #include "ui/windows/MainWindowState.h"
 
@@ -12,6 +13,14 @@ struct LivingWindow {
     QMController& controller = fixture.init();
     Outlets outlets;
     MainWindow window{outlets, &controller};
+    PlayerKeys keys{controller,
+                    controller,
+                    outlets,
+                    window.actions(),
+                    controller.positionClock(),
+                    controller.trackLoader(),
+                    controller.trackInfo(),
+                    controller.notices()};
     MainWindowState state{window, controller, controller, outlets};
 
     LivingWindow() { controller.awakeFromNib(outlets); }
