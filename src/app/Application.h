@@ -14,6 +14,7 @@
 #include "remote/DesktopMotion.h"
 #include "remote/MprisService.h"
 #include "remote/RemotePlayer.h"
+#include "ui/PlayerKeys.h"
 #include "ui/controls/Outlets.h"
 #include "ui/windows/AboutPanel.h"
 #include "ui/windows/ExportPanel.h"
@@ -72,6 +73,7 @@ private:
     RecorderWindow m_recorder;
     PreferencesWindow m_preferences;
     AboutPanel m_about;
+    PlayerKeys m_keys;
     MainWindowState m_state;
     RemotePlayer m_remote;
     MprisService m_mpris;

@@ -70,10 +70,13 @@ public:
     void setUpdaterMaker(std::function<void()> make) { m_makeManualUpdater = std::move(make); }
 
     void loadFileAdd(const QString& path, bool add) { m_loader.loadFileAdd(path, add); }
+    void audioLevelFireMethod() { m_levels.audioLevelFireMethod(); }
     void switchAudioLevels(bool on) { m_levels.switchAudioLevels(on); }
     void displayAlertInfoButtonText(const QString& message, const QString& information, const QString& button) {
         m_alert.displayAlertInfoButtonText(message, information, button);
     }
+    PositionClock& positionClock() { return m_clock; }
+    TrackInfo& trackInfo() { return m_info; }
     TrackLoader& trackLoader() { return m_loader; }
     PlayListTable& playListTable() { return m_table; }
     PlayerAlert& playerAlert() { return m_alert; }

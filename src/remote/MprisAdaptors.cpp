@@ -20,12 +20,12 @@ QStringList MprisRoot::schemes() const {
     return {QStringLiteral("file")};
 }
 
+// Of what the list takes as a drop.
 QStringList MprisRoot::mimeTypes() const {
-    return {QStringLiteral("audio/mpeg"),      QStringLiteral("audio/mp4"),   QStringLiteral("audio/x-m4a"),
-            QStringLiteral("audio/x-wav"),     QStringLiteral("audio/wav"),   QStringLiteral("audio/x-aiff"),
-            QStringLiteral("audio/x-aifc"),    QStringLiteral("audio/x-caf"), QStringLiteral("video/mp4"),
-            QStringLiteral("video/quicktime"), QStringLiteral("video/x-m4v"), QStringLiteral("video/x-msvideo"),
-            QStringLiteral("video/x-ms-wmv"),  QStringLiteral("video/dv")};
+    return {QStringLiteral("audio/mpeg"),      QStringLiteral("audio/mp4"),      QStringLiteral("audio/x-m4a"),
+            QStringLiteral("audio/x-wav"),     QStringLiteral("audio/wav"),      QStringLiteral("audio/x-aiff"),
+            QStringLiteral("audio/x-caf"),     QStringLiteral("video/mp4"),      QStringLiteral("video/quicktime"),
+            QStringLiteral("video/x-msvideo"), QStringLiteral("video/x-ms-wmv"), QStringLiteral("video/dv")};
 }
 
 void MprisRoot::Raise() {

@@ -51,7 +51,7 @@ void RemotePlayer::send(const char* action) {
 
 void RemotePlayer::play() {
     if (isAtEnd()) stop();
-    if (!m_state.isPlaying) send("playForward");
+    if (!m_state.isPlaying || !m_state.qtMovie) send("playForward");
 }
 
 void RemotePlayer::pause() {
@@ -101,8 +101,9 @@ void RemotePlayer::moveTo(qlonglong target) {
 
 void RemotePlayer::setRate(double rate) {
     if (std::isnan(rate)) return qmLog("remote: a rate that is no number is ignored");
-    if (rate == 0.0) return pause();
-    if (m_outlets.speedSlider) m_outlets.speedSlider->moveByUser(rate);
+    if (!m_outlets.speedSlider) return;
+    if (m_outlets.speedSlider->nearestValue(rate) == 0.0) return pause();
+    m_outlets.speedSlider->moveByUser(rate);
 }
 
 void RemotePlayer::setVolume(double volume) {
@@ -110,10 +111,12 @@ void RemotePlayer::setVolume(double volume) {
     if (m_outlets.gainSlider) m_outlets.gainSlider->moveByUser(volume);
 }
 
+// A drop leaves the selection where it is; whoever opens a file from elsewhere means it to be played next.
 bool RemotePlayer::openUri(const QString& uri) {
-    const bool free = !QApplication::activeModalWidget() && m_outlets.playList && m_outlets.playList->acceptDrop;
-    const bool taken = free && m_outlets.playList->acceptDrop({QUrl(uri)});
+    const bool free = !QApplication::activeModalWidget() && m_outlets.playList;
+    const bool taken = free && m_outlets.playList->takeFiles({QUrl(uri)});
     if (!taken) qmLog("remote: not opened: " + uri.toStdString());
+    if (taken && m_loaded.row() >= 0) m_outlets.playList->selectRowIndex(m_loaded.row());
     return taken;
 }
 

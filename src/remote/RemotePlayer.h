@@ -36,9 +36,9 @@ public:
     void previous();
     void seek(qlonglong offset);                                   // before the start is the start, past the end next()
     void setPosition(const QString& trackId, qlonglong position);  // for that track only, within its length
-    void setRate(double rate);                                     // the nearest speed there is; 0 pauses
+    void setRate(double rate);                                     // the nearest speed there is; if that is 0, pauses
     void setVolume(double volume);                                 // the nearest from 0 to 1
-    bool openUri(const QString& uri);  // as a drop on the list; false if the list takes no such file
+    bool openUri(const QString& uri);  // as a drop on the list, and selects it; false if the list takes no such file
     void raise();
     void quit();
 

@@ -11,6 +11,7 @@ constexpr bool kInList = true;
 constexpr auto kController = ActionRow::Controller;
 constexpr auto kWindow = ActionRow::Window;
 constexpr auto kRecorder = ActionRow::Recorder;
+constexpr auto kKeys = ActionRow::Keys;
 
 QKeySequence key(int code) {
     return QKeySequence(code);
@@ -145,6 +146,11 @@ ActionRow soundRow(const char* slot, const char* submenu, const char* text, std:
     return {slot, "Sound", submenu, text, std::move(keys), kOnce, tooltip, accessibleName};
 }
 
+// An action that no menu shows.
+ActionRow controlRow(const char* slot, const char* tooltip, const char* accessibleName) {
+    return {slot, "", "", "", {}, kOnce, tooltip, accessibleName};
+}
+
 void addSpeedAndPitch(Rows& rows) {
     rows.insert(
         rows.end(),
@@ -172,8 +178,10 @@ void addSpeedAndPitch(Rows& rows) {
 
 void addVolumeAndTone(Rows& rows) {
     rows.insert(rows.end(),
-                {soundRow("volumeMin", "Gain", "Silent", {key(Qt::Key_M)}, "Silent [M]", "Gain least"),
-                 soundRow("gainReset", "Gain", "Reset", {key(Qt::Key_G)}, "Reset gain [G]", "Reset gain"),
+                {{"silence", "Sound", "Gain", "Silent", {key(Qt::Key_M)}, kOnce, "", "", kKeys},
+                 {"resetGain", "Sound", "Gain", "Reset", {key(Qt::Key_G)}, kOnce, "", "", kKeys},
+                 controlRow("volumeMin", "Silent [M]", "Gain least"),
+                 controlRow("gainReset", "Reset gain [G]", "Reset gain"),
                  soundRow("volumeMax", "Gain", "Full", {}, "Full", "Gain most"),
                  soundRow("balanceLeftMax", "Balance", "Left", {}, "Full left", "Balance left"),
                  soundRow("balanceReset", "Balance", "Centre", {key(Qt::Key_C)}, "Centre [C]", "Reset balance"),
@@ -184,17 +192,8 @@ void addVolumeAndTone(Rows& rows) {
                  soundRow("trebleMin", "Treble", "Least", {}, "Least treble", "Treble least"),
                  soundRow("trebleReset", "Treble", "Reset", {}, "Reset treble", "Reset treble"),
                  soundRow("trebleMax", "Treble", "Most", {}, "Most treble", "Treble most"),
-                 {"resetAudio",
-                  "Sound",
-                  "",
-                  "Reset All",
-                  {ctrl(Qt::Key_0)},
-                  kOnce,
-                  "Put every sound control back [Ctrl+0]",
-                  "Reset all sound",
-                  kController,
-                  "",
-                  true}});
+                 {"resetSound", "Sound", "", "Reset All", {ctrl(Qt::Key_0)}, kOnce, "", "", kKeys, "", true},
+                 controlRow("resetAudio", "Put every sound control back [Ctrl+0]", "Reset all sound")});
 }
 
 void addLoop(Rows& rows) {
@@ -288,33 +287,26 @@ void addRecorderButtons(Rows& rows) {
     rows.push_back({"toggleRecordSession", "", "", "", {}, kOnce, "Start or stop recording", "Record", kRecorder});
 }
 
-ActionRow sliderRow(const char* slot, const char* tooltip, const char* accessibleName) {
-    return {slot, "", "", "", {}, kOnce, tooltip, accessibleName};
-}
-
 void addSliders(Rows& rows) {
-    rows.insert(rows.end(), {sliderRow("cueUpdate", "Drag to move through the track", "Position"),
-                             sliderRow("speedUpdate", "Speed and direction", "Speed"),
-                             sliderRow("pitchUpdate", "Pitch in cents", "Pitch"),
-                             sliderRow("gainUpdate", "Gain", "Gain"), sliderRow("balanceUpdate", "Balance", "Balance"),
-                             sliderRow("bassUpdate", "Bass", "Bass"), sliderRow("trebleUpdate", "Treble", "Treble")});
-}
-
-ActionRow preferenceRow(const char* slot, const char* tooltip, const char* accessibleName) {
-    return {slot, "", "", "", {}, kOnce, tooltip, accessibleName};
+    rows.insert(rows.end(),
+                {controlRow("cueUpdate", "Drag to move through the track", "Position"),
+                 controlRow("speedUpdate", "Speed and direction", "Speed"),
+                 controlRow("pitchUpdate", "Pitch in cents", "Pitch"), controlRow("gainUpdate", "Gain", "Gain"),
+                 controlRow("balanceUpdate", "Balance", "Balance"), controlRow("bassUpdate", "Bass", "Bass"),
+                 controlRow("trebleUpdate", "Treble", "Treble")});
 }
 
 void addPreferences(Rows& rows) {
-    rows.insert(rows.end(),
-                {preferenceRow("toggleGeneralPreferenceView", "Turn on/off the audio level indicators.", "General"),
-                 preferenceRow("toggleUpdatePreferenceView", "Turn on/off the automatic software update check.",
-                               "Software Update"),
-                 preferenceRow("toggleAudioDefaultPreferenceView", "Set the audio level used when Quillmere starts up.",
-                               "Volume"),
-                 preferenceRow("toggleAudioLevelsPref", "", "Show level indicators"),
-                 preferenceRow("toggleTextColor", "", "Colour of scale labels"),
-                 preferenceRow("toggleSoftwareUpdateCheck", "", "Check for updates when Quillmere starts"),
-                 preferenceRow("updateDefaultAudioPref", "", "Use current gain")});
+    rows.insert(
+        rows.end(),
+        {controlRow("toggleGeneralPreferenceView", "Turn on/off the audio level indicators.", "General"),
+         controlRow("toggleUpdatePreferenceView", "Turn on/off the automatic software update check.",
+                    "Software Update"),
+         controlRow("toggleAudioDefaultPreferenceView", "Set the audio level used when Quillmere starts up.", "Volume"),
+         controlRow("toggleAudioLevelsPref", "", "Show level indicators"),
+         controlRow("toggleTextColor", "", "Colour of scale labels"),
+         controlRow("toggleSoftwareUpdateCheck", "", "Check for updates when Quillmere starts"),
+         controlRow("updateDefaultAudioPref", "", "Use current gain")});
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <QString>
 #include <functional>
 #include <map>
+#include <utility>
 #include <vector>
 
 class QAbstractButton;
@@ -22,7 +23,7 @@ namespace qm {
 class Slider;
 
 struct ActionRow {
-    enum Owner { Controller, Window, Recorder };
+    enum Owner { Controller, Window, Recorder, Keys };
 
     const char* slot;                // the action's name
     const char* menu;                // "" for those that are only controls

@@ -4,9 +4,12 @@
 
 #include <QCoreApplication>
 #include <QDBusObjectPath>
+#include <QFile>
+#include <QUrl>
 #include <cmath>
 #include <limits>
 
+#include "remote/MprisAdaptors.h"
 #include "support/widgets/LivingWindow.h"
 
 using namespace qm;
@@ -254,8 +257,10 @@ TEST_CASE("a rate outside the speeds is the nearest of them, none is ignored, an
     r.remote.play();
     r.remote.setRate(9);
     CHECK(r.player.rate == 2.5f);
-    r.remote.setRate(0.01);
+    r.remote.setRate(0.2);
     CHECK(r.player.rate == 0.35f);
+    r.remote.setRate(-0.2);
+    CHECK(r.player.rate == -0.35f);
     r.remote.setRate(-std::numeric_limits<double>::infinity());
     CHECK(r.player.rate == -2.5f);
     r.remote.setRate(std::nan(""));
@@ -266,6 +271,19 @@ TEST_CASE("a rate outside the speeds is the nearest of them, none is ignored, an
     CHECK_FALSE(r.player.isPlaying);
     CHECK(r.read("MinimumRate") == -2.5);
     CHECK(r.read("MaximumRate") == 2.5);
+}
+
+TEST_CASE("a rate that is nearer to 0 than to the slowest speed pauses and leaves the speed") {
+    for (const double rate : {0.0, -0.0, 1e-300, 0.01, -0.17}) {
+        CAPTURE(rate);
+        Remote r;
+        r.load(0);
+        r.remote.play();
+        r.remote.setRate(rate);
+        CHECK_FALSE(r.player.isPlaying);
+        CHECK(r.player.rate == 1.0f);
+        CHECK(r.read("Rate") == 1.0);
+    }
 }
 
 TEST_CASE("a volume goes the way of the gain slider and stays within its ends") {
@@ -287,6 +305,63 @@ TEST_CASE("an address is opened as a drop on the list, others are refused") {
     CHECK_FALSE(r.remote.openUri(QStringLiteral("https://example.org/a.mp3")));
     CHECK_FALSE(r.remote.openUri(QStringLiteral("nonsense")));
     CHECK(r.player.count() == 3);
+}
+
+TEST_CASE("play after opening an address plays what was opened, whichever row was selected") {
+    for (const int selected : {-1, 2}) {
+        CAPTURE(selected);
+        Remote r;
+        QFile file(r.living.fixture.home.path() + QStringLiteral("/new.mp3"));
+        REQUIRE(file.open(QIODevice::WriteOnly));
+        r.living.outlets.playList->selectRowIndex(selected);
+        REQUIRE(r.remote.openUri(QUrl::fromLocalFile(file.fileName()).toString()));
+        CHECK(r.living.outlets.playList->selectedRow() == 0);
+        CHECK(r.read("CanPlay").toBool());
+        CHECK_FALSE(r.player.isPlaying);
+        r.remote.play();
+        CHECK(r.player.isPlaying);
+        CHECK(r.player.loadedPath == file.fileName());
+    }
+}
+
+TEST_CASE("an address that gives no track leaves the selection") {
+    Remote r;
+    QFile file(r.living.fixture.home.path() + QStringLiteral("/dead.mp3"));
+    REQUIRE(file.open(QIODevice::WriteOnly));
+    r.living.fixture.engine.unreadable.insert(file.fileName().toStdString());
+    r.living.outlets.playList->selectRowIndex(2);
+    r.remote.openUri(QUrl::fromLocalFile(file.fileName()).toString());
+    CHECK(r.living.outlets.playList->selectedRow() == 2);
+}
+
+TEST_CASE("play tries a row that could not be opened again") {
+    Remote r;
+    r.living.fixture.engine.unreadable.insert("/music/a.mp3");
+    r.load(0);
+    r.remote.play();
+    CHECK_FALSE(r.player.qtMovie);
+    r.living.fixture.engine.unreadable.clear();
+    r.remote.play();
+    CHECK(r.player.qtMovie);
+    CHECK(r.read("PlaybackStatus") == "Playing");
+}
+
+TEST_CASE("the kinds of files that are named are those that are taken") {
+    Remote r;
+    QObject parent;
+    const QStringList kinds = MprisRoot(r.remote, &parent).mimeTypes();
+    const std::pair<const char*, const char*> kindOf[] = {
+        {"a.mp3", "audio/mpeg"},      {"a.m4a", "audio/mp4"},      {"a.wav", "audio/x-wav"},
+        {"a.aiff", "audio/x-aiff"},   {"a.aifc", "audio/x-aifc"},  {"a.caf", "audio/x-caf"},
+        {"a.mp4", "video/mp4"},       {"a.m4v", "video/x-m4v"},    {"a.mov", "video/quicktime"},
+        {"a.avi", "video/x-msvideo"}, {"a.wmv", "video/x-ms-wmv"}, {"a.dv", "video/dv"}};
+    for (const auto& [name, kind] : kindOf) {
+        CAPTURE(name);
+        QFile file(r.living.fixture.home.path() + u'/' + QString::fromLatin1(name));
+        REQUIRE(file.open(QIODevice::WriteOnly));
+        CHECK(r.remote.openUri(QUrl::fromLocalFile(file.fileName()).toString()) ==
+              kinds.contains(QString::fromLatin1(kind)));
+    }
 }
 
 TEST_CASE("what changes is told, and only that") {

@@ -13,6 +13,7 @@
 #include "support/widgets/Gestures.h"
 #include "support/widgets/TestText.h"
 #include "ui/ActionTable.h"
+#include "ui/PlayerKeys.h"
 #include "ui/controls/ChipButton.h"
 #include "ui/controls/Slider.h"
 #include "ui/windows/MainWindow.h"
@@ -60,6 +61,7 @@ TEST_CASE("every action of the table exists on its receiver") {
         CAPTURE(row.slot);
         const QMetaObject* type = &QMController::staticMetaObject;
         if (row.owner == ActionRow::Window) type = &MainWindow::staticMetaObject;
+        if (row.owner == ActionRow::Keys) type = &PlayerKeys::staticMetaObject;
         if (row.owner == ActionRow::Recorder) type = &AudioRecord::staticMetaObject;
         CHECK(hasSlot(*type, row.slot));
     }
@@ -167,6 +169,25 @@ TEST_CASE("an action goes to the receiver of its owner, and to none before there
     table.send(QStringLiteral("toggleRecordSession"));
     CHECK(recorder.toggles == 1);
     CHECK(receiver.received.isEmpty());
+}
+
+TEST_CASE("what stands before an action is done first, and may take its place") {
+    Receiver receiver;
+    QMainWindow window;
+    ActionTable table(&window, &receiver);
+    QStringList told;
+    QObject::connect(&table, &ActionTable::sent, &table, [&](const QString& slot) { told << slot; });
+    bool isSent = true;
+    table.setPreparation(QStringLiteral("skip_10"), [&] {
+        receiver.received << QStringLiteral("before");
+        return isSent;
+    });
+    table.send(QStringLiteral("skip_10"));
+    CHECK(receiver.received == QStringList{"before", "skip_10"});
+    isSent = false;
+    table.send(QStringLiteral("skip_10"));
+    CHECK(receiver.received == QStringList{"before", "skip_10", "before"});
+    CHECK(told == QStringList{"skip_10"});
 }
 
 TEST_CASE("an action that nobody knows leaves a log line") {

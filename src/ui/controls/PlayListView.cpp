@@ -276,10 +276,15 @@ void PlayListView::dragLeaveEvent(QDragLeaveEvent*) {
     setDropMarker(false);
 }
 
+bool PlayListView::takeFiles(const QList<QUrl>& files) {
+    if (!acceptDrop || !acceptDrop(files)) return false;
+    emit filesTaken();
+    return true;
+}
+
 void PlayListView::dropEvent(QDropEvent* event) {
     setDropMarker(false);
-    const bool taken = event->mimeData()->hasUrls() && acceptDrop && acceptDrop(event->mimeData()->urls());
-    if (!taken) {
+    if (!event->mimeData()->hasUrls() || !takeFiles(event->mimeData()->urls())) {
         event->ignore();
         return;
     }

@@ -35,6 +35,7 @@ public:
 
     // Offered the files of a drop; answers whether it took them.
     std::function<bool(const QList<QUrl>&)> acceptDrop;
+    bool takeFiles(const QList<QUrl>& files);  // as if they were dropped
 
     void setModel(QAbstractItemModel* model) override;
     void keyboardSearch(const QString&) override {}  // single keys belong to the player
@@ -44,6 +45,7 @@ public:
 
 signals:
     void rowActivated();  // Return on a selected row, or a double-click on any row
+    void filesTaken();
 
 protected:
     void paintEvent(QPaintEvent*) override;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/widgets/ControllerFixture.h"
+#include "ui/PlayerKeys.h"
 #include "ui/windows/MainWindow.h"
 #include "ui/windows/MainWindowState.h"
 #include "ui/windows/StatusNotices.h"
@@ -14,6 +15,14 @@ struct LivingWindow {
     Outlets outlets;
     MainWindow window{outlets, &controller};
     StatusNotices statusNotices{window, controller.notices()};
+    PlayerKeys keys{controller,
+                    controller,
+                    outlets,
+                    window.actions(),
+                    controller.positionClock(),
+                    controller.trackLoader(),
+                    controller.trackInfo(),
+                    controller.notices()};
     MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
     LivingWindow() { controller.awakeFromNib(outlets); }

@@ -1,0 +1,84 @@
+#include "ui/PlayerKeys.h"
+
+#include <QFileInfo>
+#include <utility>
+
+#include "player/OutletSetters.h"
+
+namespace qm {
+
+namespace {
+
+constexpr double kRestGain = 0.5;
+const QString kOpening = QStringLiteral("opening a track");  // what notices are about
+
+}  // namespace
+
+PlayerKeys::PlayerKeys(const PlayerState& state, const PlayListArrays& list, const Outlets& outlets,
+                       ActionTable& actions, PositionClock& clock, TrackLoader& loader, TrackInfo& info,
+                       Notices& notices)
+    : m_state(state),
+      m_list(list),
+      m_outlets(outlets),
+      m_actions(actions),
+      m_clock(clock),
+      m_loader(loader),
+      m_info(info),
+      m_notices(notices) {
+    actions.setReceiver(ActionRow::Keys, this);
+    for (const char* slot : {"toggleStartStop", "playForward"})
+        actions.setPreparation(QString::fromLatin1(slot), [this] { return !playSelectedRow(Direction::Forward); });
+    actions.setPreparation(QStringLiteral("playBackward"), [this] { return !playSelectedRow(Direction::Backward); });
+    connect(&actions, &ActionTable::sent, this, &PlayerKeys::follow);
+    if (!outlets.playList) return;
+    connect(outlets.playList, &PlayListView::filesTaken, this, &PlayerKeys::follow);
+    // Queued, because the row's own action is connected later.
+    connect(outlets.playList, &PlayListView::rowActivated, this, &PlayerKeys::follow, Qt::QueuedConnection);
+}
+
+// Without a track, play does what Return does on the selected row, also when that row could not be opened before.
+bool PlayerKeys::playSelectedRow(Direction direction) {
+    if (m_state.qtMovie || m_loader.isLoading() || selectedRow(m_outlets, m_list) < 0) return false;
+    const bool turns = direction == Direction::Forward ? m_state.rate < 0 : m_state.rate > 0;
+    if (turns && m_outlets.speedSlider) m_outlets.speedSlider->moveByUser(-m_state.rate);
+    m_actions.send(QStringLiteral("rowDoubleClicked"));
+    return true;
+}
+
+void PlayerKeys::silence() {
+    if (!m_outlets.gainSlider) return;
+    const double gain = m_outlets.gainSlider->value();
+    const auto silenced = std::exchange(m_silenced, std::nullopt);
+    m_outlets.gainSlider->moveByUser(gain > 0 ? 0 : silenced.value_or(kRestGain));
+    if (gain > 0) m_silenced = gain;
+}
+
+void PlayerKeys::resetGain() {
+    if (m_outlets.gainSlider) m_outlets.gainSlider->moveByUser(kRestGain);
+}
+
+void PlayerKeys::resetSound() {
+    resetGain();
+    m_actions.send(QStringLiteral("resetAudio"));
+}
+
+// After everything that may have loaded a track, set it going or changed the gain.
+void PlayerKeys::follow() {
+    if (m_outlets.gainSlider && m_outlets.gainSlider->value() > 0) m_silenced.reset();
+    if (m_loader.isLoading()) return;
+    tellFailures();
+    if (m_state.qtMovie && m_state.isPlaying) m_clock.wake();
+    const Movie movie = m_state.qtMovie ? m_state.quickTimeMovie : 0;
+    if (std::exchange(m_described, movie) == movie) return;
+    m_info.movieMetaData();
+    if (movie != 0) m_notices.withdraw(kOpening);
+}
+
+void PlayerKeys::tellFailures() {
+    if (std::exchange(m_failuresTold, m_loader.failures()) == m_loader.failures() || m_state.qtMovie) return;
+    Notice notice{tr("%1 cannot be opened").arg(QFileInfo(m_state.loadedPath).fileName()), {}};
+    notice.subject = kOpening;
+    m_notices.tell(notice);
+}
+
+}  // namespace qm

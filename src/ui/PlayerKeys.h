@@ -1,0 +1,52 @@
+// What the player's keys and controls do beside sending their actions: play opens the selected row when nothing is
+// loaded, silence comes and goes through the gain slider, and what the window says of the track follows every load.
+// The actions themselves stay as they are. Main thread only; a file that gives no track is told.
+#pragma once
+
+#include <QObject>
+#include <optional>
+
+#include "app/PlayerState.h"
+#include "library/PlayListArrays.h"
+#include "library/TrackInfo.h"
+#include "library/TrackLoader.h"
+#include "player/Notices.h"
+#include "player/PositionClock.h"
+#include "ui/ActionTable.h"
+#include "ui/controls/Outlets.h"
+
+namespace qm {
+
+class PlayerKeys : public QObject {
+    Q_OBJECT
+
+public:
+    // Receives the table's rows of the keys.
+    PlayerKeys(const PlayerState& state, const PlayListArrays& list, const Outlets& outlets, ActionTable& actions,
+               PositionClock& clock, TrackLoader& loader, TrackInfo& info, Notices& notices);
+
+public slots:
+    void silence();     // and, when it is silent, back to what it silenced
+    void resetGain();   // the gain as it is at rest
+    void resetSound();  // all of it
+
+private:
+    enum class Direction { Forward, Backward };
+    bool playSelectedRow(Direction direction);
+    void follow();
+    void tellFailures();
+
+    const PlayerState& m_state;
+    const PlayListArrays& m_list;
+    const Outlets& m_outlets;
+    ActionTable& m_actions;
+    PositionClock& m_clock;
+    TrackLoader& m_loader;
+    TrackInfo& m_info;
+    Notices& m_notices;
+    std::optional<double> m_silenced;  // the gain that silence() took away
+    Movie m_described = 0;             // the movie that the track's information is of
+    int m_failuresTold = 0;
+};
+
+}  // namespace qm
