@@ -45,8 +45,8 @@ void FileExport::run(std::shared_ptr<const FileBytes> source, const std::string&
             const std::string reason = m_monitor.cancelled ? "cancelled" : failure->message;
             qmLog("cannot export to " + target + ": " + reason);
         }
+        m_written = !failure;
     }
-    m_written = !failure;
     m_finished = true;
 }
 
