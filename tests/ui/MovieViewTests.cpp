@@ -3,6 +3,7 @@
 #include <doctest/doctest.h>
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QImage>
 #include <QTimer>
 #include <thread>

@@ -74,15 +74,8 @@ double compressed(double light, double peak) {
     return pqToLight(bent * top);
 }
 
-constexpr int kNodes = 33;  // along each side of the table's cube
-
-std::size_t nodeAt(int red, int green, int blue) {
-    return (static_cast<std::size_t>(red) * kNodes + green) * kNodes + blue;
-}
-
-}  // namespace
-
-Triple toneMapped(const ToneSource& source, const Triple& coded) {
+// R'G'B' of BT.709; below 0 and above 1 where that system has no such colour.
+Triple unclipped(const ToneSource& source, const Triple& coded) {
     Triple light = toLight(source, coded);
     const double brightest = std::max({light[0], light[1], light[2]});
     const bool isHigh = source.transfer != ToneSource::Transfer::Gamma;
@@ -92,9 +85,25 @@ Triple toneMapped(const ToneSource& source, const Triple& coded) {
     }
     const auto screen = [&](double red, double green, double blue) {
         const double value = red * light[0] + green * light[1] + blue * light[2];
-        return std::pow(std::clamp(value, 0.0, 1.0), 1 / kScreenGamma);
+        return std::copysign(std::pow(std::abs(value), 1 / kScreenGamma), value);
     };
     return {screen(1.6605, -0.5876, -0.0728), screen(-0.1246, 1.1329, -0.0083), screen(-0.0182, -0.1006, 1.1187)};
+}
+
+constexpr int kNodes = 33;  // along each side of the table's cube
+
+std::size_t nodeAt(int red, int green, int blue) {
+    return (static_cast<std::size_t>(red) * kNodes + green) * kNodes + blue;
+}
+
+}  // namespace
+
+Triple toneMapped(const ToneSource& source, const Triple& coded) {
+    Triple mapped = unclipped(source, coded);
+    for (double& component : mapped) {
+        component = std::clamp(component, 0.0, 1.0);
+    }
+    return mapped;
 }
 
 ToneTable::ToneTable(const ToneSource& source) : m_source(source), m_nodes(nodeAt(kNodes, 0, 0)) {
@@ -102,7 +111,7 @@ ToneTable::ToneTable(const ToneSource& source) : m_source(source), m_nodes(nodeA
     for (int red = 0; red < kNodes; ++red) {
         for (int green = 0; green < kNodes; ++green) {
             for (int blue = 0; blue < kNodes; ++blue) {
-                const Triple mapped = toneMapped(source, {red * kStep, green * kStep, blue * kStep});
+                const Triple mapped = unclipped(source, {red * kStep, green * kStep, blue * kStep});
                 Node& node = m_nodes[nodeAt(red, green, blue)];
                 std::transform(mapped.begin(), mapped.end(), node.begin(),
                                [](double value) { return static_cast<float>(255 * value + 0.5); });
@@ -142,8 +151,8 @@ void ToneTable::map(const std::uint16_t* from, std::uint32_t* to, std::size_t pi
         sum = add(sum, *node, place[second] - place[third]);
         node += kSteps[third];
         sum = add(sum, *node, place[third]);
-        *to = 0xff000000u | static_cast<std::uint32_t>(sum[0]) << 16 | static_cast<std::uint32_t>(sum[1]) << 8 |
-              static_cast<std::uint32_t>(sum[2]);
+        const auto part = [&](int side) { return static_cast<std::uint32_t>(std::clamp(sum[side], 0.0f, 255.0f)); };
+        *to = 0xff000000u | part(0) << 16 | part(1) << 8 | part(2);
     }
 }
 

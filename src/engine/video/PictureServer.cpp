@@ -9,6 +9,7 @@ namespace {
 
 constexpr double kRounding = 0.001;               // seconds
 constexpr double kParkedWithin = 0.3;             // seconds before the place where reading is to go on
+constexpr double kHurry = 0.35;                   // seconds by which more is left out while decoding lags behind
 constexpr std::size_t kReady = 4;                 // pictures that are ready to be painted
 constexpr std::int64_t kLeastPixels = 480 * 270;  // of a picture that is made smaller for memory's sake
 constexpr double kMuchLarger = 1.25;              // worth the work of making it smaller
@@ -115,7 +116,8 @@ const RawPicture* PictureServer::lateButNew(const VideoMoment& moment) const {
 }
 
 bool PictureServer::work(const VideoMoment& moment) {
-    const bool turns = moment.rate != 0 && m_backward != (moment.rate < 0);
+    m_plays = moment.rate != 0;
+    const bool turns = m_plays && m_backward != (moment.rate < 0);
     if (turns) {
         m_backward = !m_backward;
         m_lanes[0].group.reset();
@@ -212,8 +214,10 @@ void PictureServer::stepForward(Lane& lane, const Span& span, double missing) {
         lane.cursor->seek(missing);
         return;
     }
+    // Decoding that lags behind leaves out more, so that it does not lag for good by more than is shown.
+    const bool lags = m_plays && missing <= m_look.next.begin && !m_cache.at(missing);
     std::optional<Shown> finished;
-    lane.cursor->read(missing, VideoReader::kAllPixels, finished);
+    lane.cursor->read(lags ? missing + kHurry : missing, VideoReader::kAllPixels, finished);
     if (finished && span.touches(finished->begin, finished->end)) {
         m_lastBytes = finished->picture.bytes;
         m_bytesPerPixel = double(m_lastBytes) / double(std::max<std::int64_t>(finished->picture.pixels, 1));

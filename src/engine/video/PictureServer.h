@@ -78,7 +78,8 @@ private:
     PictureSize m_place{1920, 1080};
     PictureCache m_cache;
     LookAhead m_look;
-    bool m_backward = false;      // in the direction of play; standing still, in the last one
+    bool m_backward = false;  // in the direction of play; standing still, in the last one
+    bool m_plays = false;
     std::size_t m_lastBytes = 0;  // of a picture that was kept as it was coded
     double m_bytesPerPixel = 1.5;
     std::int64_t m_groupPixels = VideoReader::kAllPixels;  // of the pictures of the last group
