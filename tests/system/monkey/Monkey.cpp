@@ -63,7 +63,7 @@ std::string at(int x, int y, const ProgramWindow& window) {
 }
 
 bool isFilePanel(const ProgramWindow& window) {
-    return window.name == "Open" || window.name == "Save";
+    return window.name == "Open" || window.name == "Save" || window.name == "Keep the recording?";
 }
 
 }  // namespace
