@@ -24,6 +24,7 @@ demonstrate_with_a_gap() {
     "$(dirname "$0")/../../scripts/demo.sh" "$work/bin" "$work/out" >"$work/said" 2>&1 &
     demonstration=$!
     wait_until "the demonstration loops" loops
+    kill -0 "$demonstration" 2>/dev/null || { cat "$work/said"; fail "the demonstration ends before it loops"; }
     sleep 6 # so that the loop is on; the rest of it takes half a minute
     kill -STOP "$(cat "$work/pid")"
     sleep 1
