@@ -45,7 +45,8 @@ void prepare() {
 }  // namespace
 
 Application::Application(int& argc, char** argv, OnlyProgram& only)
-    : m_application(argc, argv),
+    : m_only(only),
+      m_application(argc, argv),
       m_controller((prepare(), m_engine), m_capture, m_prefs,
                    [](const QString& name) { return namedImage(name, kIconScale); }),
       m_audioRecord(m_capture, m_controller.takes()),
@@ -166,12 +167,13 @@ void Application::quit() {
 }
 
 // Without taking anything down: the sound threads are alive, and all that needs to be kept of theirs is a recording.
-// The windows go first, because the system keeps what is left of the program for as long as a thread of it waits for a
-// file that does not answer.
+// The windows and the claim to be the only program go first, because the system keeps what is left of the program for
+// as long as a thread of it waits for a file that does not answer.
 void Application::end(int status) {
     m_controller.mainRecorder().finishFile();
     m_audioRecord.finishFile();
     for (QWidget* window : QApplication::topLevelWidgets()) window->hide();
+    m_only.letGo();
     flushLog(kLongestFlush);
     std::_Exit(status);
 }

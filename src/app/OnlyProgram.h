@@ -35,6 +35,8 @@ public:
     // event loop.
     void listen(std::function<void(const QByteArray& token)> comeToFront);
 
+    void letGo();  // the program ends, whatever the system keeps of it: the next one is the first
+
     static QString runtimeFolder();  // empty if there is none
 
 private:

@@ -133,3 +133,12 @@ TEST_CASE_FIXTURE(TwoStarts, "the folder is the user's runtime folder if it is p
     CHECK(OnlyProgram::runtimeFolder() == own);
     before.isNull() ? qunsetenv("XDG_RUNTIME_DIR") : qputenv("XDG_RUNTIME_DIR", before);
 }
+
+TEST_CASE_FIXTURE(TwoStarts, "the next start is the first when the one before has let go, whatever is left of it") {
+    OnlyProgram ending(home.path(), folder.path());
+    REQUIRE(ending.start() == Start::First);
+    listen(ending);
+    ending.letGo();
+    CHECK(another(home.path()) == Start::First);
+    CHECK(tokens.isEmpty());
+}

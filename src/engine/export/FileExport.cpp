@@ -26,11 +26,14 @@ FileExport::~FileExport() {
     }
 }
 
-// The file is gone when this returns, unless its folder does not answer.
+// When this returns there is no file any more, nor will there be, unless its folder does not answer.
 void FileExport::cancel() {
     m_monitor.cancelled = true;
-    const std::lock_guard lock(m_mutex);
-    if (m_target) aside([made = m_target] { made->abandon(); }).wait_for(kLongestRemoval);
+    if (m_finished) return;
+    aside([making = m_making] {
+        const std::lock_guard lock(making->mutex);
+        if (making->target) making->target->abandon();
+    }).wait_for(kLongestRemoval);
 }
 
 void FileExport::run(std::shared_ptr<const FileBytes> source, const std::string& target, float preferredRate) {
@@ -51,14 +54,18 @@ void FileExport::run(std::shared_ptr<const FileBytes> source, const std::string&
 }
 
 std::shared_ptr<TargetFile> FileExport::makeTarget(const std::string& target) {
+    const std::lock_guard lock(m_making->mutex);
+    if (m_monitor.cancelled) {
+        qmLog("cannot export to " + target + ": cancelled");
+        return nullptr;
+    }
     auto created = TargetFile::create(target);
     if (!created) {
         qmLog("cannot export to " + target + ": " + created.error().message);
         return nullptr;
     }
-    const std::lock_guard lock(m_mutex);
-    m_target = std::move(created.value());
-    return m_target;
+    m_making->target = std::move(created.value());
+    return m_making->target;
 }
 
 }  // namespace qm

@@ -26,8 +26,13 @@ private:
     void run(std::shared_ptr<const FileBytes> source, const std::string& target, float preferredRate);
     std::shared_ptr<TargetFile> makeTarget(const std::string& target);
 
-    std::mutex m_mutex;
-    std::shared_ptr<TargetFile> m_target;  // null until it is made, and where none could be made
+    // Shared with whoever removes the file, which may take long.
+    struct Making {
+        std::mutex mutex;
+        std::shared_ptr<TargetFile> target;  // null until it is made, and where none could be made
+    };
+
+    const std::shared_ptr<Making> m_making = std::make_shared<Making>();
     ExportMonitor m_monitor;
     std::atomic<bool> m_finished = false;
     std::atomic<bool> m_written = false;

@@ -83,7 +83,11 @@ Result<std::unique_ptr<QTMovie>> FileEngine::movieWithFile(const std::string& pa
         return opened.error();
     }
     const SoundReader* sound = opened.value().sound.get();
-    if (sound && sound->length() > kMostFrames) return Error{ErrorCategory::TooLong, tooLong(sound->sampleRate())};
+    if (sound && sound->length() > kMostFrames) {
+        Error error{ErrorCategory::TooLong, tooLong(sound->sampleRate())};
+        m_registry->reaper.end(std::move(opened));
+        return error;
+    }
     return std::unique_ptr<QTMovie>(
         std::make_unique<FileMovie>(++m_lastHandle, m_registry, std::move(opened.value()), m_openOutput));
 }

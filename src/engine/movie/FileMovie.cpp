@@ -66,6 +66,7 @@ FileMovie::FileMovie(Movie handle, std::shared_ptr<MovieRegistry> registry, Open
 
 FileMovie::~FileMovie() {
     m_registry->movies.erase(m_handle);
+    setPictureViewer(std::nullopt);
     m_render.close();
     m_registry->reaper.end(std::move(m_works));
 }
