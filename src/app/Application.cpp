@@ -45,7 +45,8 @@ void prepare() {
 }  // namespace
 
 Application::Application(int& argc, char** argv, OnlyProgram& only)
-    : m_application(argc, argv),
+    : m_only(only),
+      m_application(argc, argv),
       m_controller((prepare(), m_engine), m_capture, m_prefs,
                    [](const QString& name) { return namedImage(name, kIconScale); }),
       m_audioRecord(m_capture, m_controller.takes()),
@@ -80,7 +81,7 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
     connectWindow();
     makeUpdaters();
     endOnSignals();
-    only.listen([this](const QByteArray& token) { comeToFront(token); });
+    m_only.listen([this](const QByteArray& token) { comeToFront(token); });
     m_controller.trackLoader().setPatience(waitWithLiveWindow);
     beforeSuddenEnd([this] {
         m_controller.keepWhatMustSurvive();
@@ -173,6 +174,7 @@ void Application::end(int status) {
     m_audioRecord.finishFile();
     for (QWidget* window : QApplication::topLevelWidgets()) window->hide();
     flushLog(kLongestFlush);
+    m_only.leave();
     std::_Exit(status);
 }
 

@@ -53,6 +53,7 @@ private:
     void quit();
     [[noreturn]] void end(int status);
 
+    OnlyProgram& m_only;
     QApplication m_application;
     Prefs m_prefs;
     DeferredEngine m_engine;

@@ -97,10 +97,14 @@ OnlyProgram::OnlyProgram(const QString& home, const QString& folder) {
 }
 
 OnlyProgram::~OnlyProgram() {
+    leave();
+}
+
+void OnlyProgram::leave() {
     m_calls.clear();
     m_notifier.reset();
-    if (m_socket >= 0) ::close(m_socket);
-    if (m_lock >= 0) ::close(m_lock);
+    if (m_socket >= 0) ::close(std::exchange(m_socket, -1));
+    if (m_lock >= 0) ::close(std::exchange(m_lock, -1));
 }
 
 // A first program that is just ending lets its lock go while this one waits.
@@ -209,6 +213,8 @@ QString OnlyProgram::runtimeFolder() {
 OnlyProgram::OnlyProgram(const QString&, const QString&) {}
 
 OnlyProgram::~OnlyProgram() = default;
+
+void OnlyProgram::leave() {}
 
 OnlyProgram::Start OnlyProgram::start() {
     return Start::First;

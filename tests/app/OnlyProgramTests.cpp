@@ -105,6 +105,15 @@ TEST_CASE_FIXTURE(TwoStarts, "a first program that ends meanwhile leaves its pla
     CHECK(second.get() == Start::First);
 }
 
+TEST_CASE_FIXTURE(TwoStarts, "a first program that has left is not asked, also while something of it is left") {
+    OnlyProgram first(home.path(), folder.path());
+    REQUIRE(first.start() == Start::First);
+    listen(first);
+    first.leave();
+    CHECK(another(home.path()) == Start::First);
+    CHECK(tokens.isEmpty());
+}
+
 TEST_CASE_FIXTURE(TwoStarts, "without a home or a folder each start is the first") {
     OnlyProgram homeless(QString(), folder.path());
     CHECK(homeless.start() == Start::First);
