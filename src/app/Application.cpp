@@ -81,7 +81,7 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
     connectWindow();
     makeUpdaters();
     endOnSignals();
-    only.listen([this](const QByteArray& token) { comeToFront(token); });
+    m_only.listen([this](const QByteArray& token) { comeToFront(token); });
     m_controller.trackLoader().setPatience(waitWithLiveWindow);
     beforeSuddenEnd([this] {
         m_controller.keepWhatMustSurvive();
@@ -173,7 +173,7 @@ void Application::end(int status) {
     m_controller.mainRecorder().finishFile();
     m_audioRecord.finishFile();
     for (QWidget* window : QApplication::topLevelWidgets()) window->hide();
-    m_only.letGo();
+    m_only.leave();
     flushLog(kLongestFlush);
     std::_Exit(status);
 }

@@ -97,10 +97,10 @@ OnlyProgram::OnlyProgram(const QString& home, const QString& folder) {
 }
 
 OnlyProgram::~OnlyProgram() {
-    letGo();
+    leave();
 }
 
-void OnlyProgram::letGo() {
+void OnlyProgram::leave() {
     m_calls.clear();
     m_notifier.reset();
     if (m_socket >= 0) ::close(std::exchange(m_socket, -1));
@@ -214,7 +214,7 @@ OnlyProgram::OnlyProgram(const QString&, const QString&) {}
 
 OnlyProgram::~OnlyProgram() = default;
 
-void OnlyProgram::letGo() {}
+void OnlyProgram::leave() {}
 
 OnlyProgram::Start OnlyProgram::start() {
     return Start::First;

@@ -35,7 +35,9 @@ public:
     // event loop.
     void listen(std::function<void(const QByteArray& token)> comeToFront);
 
-    void letGo();  // the program ends, whatever the system keeps of it: the next one is the first
+    // The program ends: the next start is the first. What is left of a program may keep its files for as long as a
+    // thread of it waits for a disk that does not answer, and would be taken for one that hangs.
+    void leave();
 
     static QString runtimeFolder();  // empty if there is none
 
