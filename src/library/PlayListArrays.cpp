@@ -73,6 +73,18 @@ void PlayListArrays::replaceFrom(int index, const PlayListArrays& rows) {
     replace(trebleArray, rows.trebleArray);
     replace(markAarray, rows.markAarray);
     replace(markBarray, rows.markBarray);
+    // One of the new rows may have been the loaded one when it was last in a list.
+    if (loadedRow < 0 || loadedRow >= index) loadedRow = rows.loadedRow < 0 ? -1 : index + rows.loadedRow;
+}
+
+bool PlayListArrays::operator==(const PlayListArrays& other) const {
+    return isSameButMarks(other) && markAarray == other.markAarray && markBarray == other.markBarray;
+}
+
+bool PlayListArrays::isSameButMarks(const PlayListArrays& other) const {
+    return trackArray == other.trackArray && artistArray == other.artistArray && albumArray == other.albumArray &&
+           displayNamesArray == other.displayNamesArray && durations == other.durations &&
+           timescaleArray == other.timescaleArray && bassArray == other.bassArray && trebleArray == other.trebleArray;
 }
 
 }  // namespace qm

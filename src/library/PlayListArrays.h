@@ -43,9 +43,10 @@ struct PlayListArrays {
     void removeAllEntries();
     void replaceFrom(int index, const PlayListArrays& rows);  // the row there and all below it, by those
 
-    // Compares texts that were copied from one another by their place in memory, so that a list of 100 000 tracks is
-    // compared with its copy in a few milliseconds.
-    bool operator==(const PlayListArrays&) const = default;
+    // The rows are compared, not which of them is loaded. Texts that were copied from one another are compared by their
+    // place in memory, so that a list of 100 000 tracks is compared with its copy in a few milliseconds.
+    bool operator==(const PlayListArrays& other) const;
+    bool isSameButMarks(const PlayListArrays& other) const;
 };
 
 }  // namespace qm

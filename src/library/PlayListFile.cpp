@@ -98,7 +98,7 @@ bool PlayListFile::writeFile(const QString& path) {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || !writePlayList(file, m_list)) return failed(file.errorString());
     const bool isGood = !m_fileIsDamaged && QFileInfo(original).isFile();
-    if (isGood && !isSameDocument(m_list, m_rowsInFile) && !keepAs(original, pathBeside(QStringLiteral("previous"))))
+    if (isGood && !m_list.isSameButMarks(m_rowsInFile) && !keepAs(original, pathBeside(QStringLiteral("previous"))))
         log(QStringLiteral("savePlayList: the list that is replaced cannot be kept"));
     if (!file.commit()) return failed(file.errorString());
     m_fileIsDamaged = false;

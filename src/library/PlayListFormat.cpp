@@ -175,11 +175,4 @@ bool writePlayList(QIODevice& device, const PlayListArrays& list, Marks marks) {
     return writer.finish();
 }
 
-bool isSameDocument(const PlayListArrays& one, const PlayListArrays& other) {
-    return one.trackArray == other.trackArray && one.artistArray == other.artistArray &&
-           one.albumArray == other.albumArray && one.displayNamesArray == other.displayNamesArray &&
-           one.durations == other.durations && one.timescaleArray == other.timescaleArray &&
-           one.bassArray == other.bassArray && one.trebleArray == other.trebleArray;
-}
-
 }  // namespace qm

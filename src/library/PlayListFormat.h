@@ -23,7 +23,4 @@ std::optional<QString> readPlayList(const QByteArray& document, PlayListArrays& 
 // False if the device did not take everything.
 bool writePlayList(QIODevice& device, const PlayListArrays& list, Marks marks = Marks::AtTheEnds);
 
-// The two give the same document, marks left out.
-bool isSameDocument(const PlayListArrays& one, const PlayListArrays& other);
-
 }  // namespace qm

@@ -195,10 +195,12 @@ void PlayListTable::removeListEntry() {
     if (row < 0) return;
     const PlayListEntry entry = m_list.entry(row);
     const int rowsBelow = m_list.count() - 1 - row;
+    const bool wasLoaded = row == m_list.loadedRow;
     m_list.removeEntry(row);
     reloadTable(m_outlets.playList);
-    m_history.add({tr("Remove Track"), [this, entry, rowsBelow] { putBackEntry(entry, rowsBelow); },
-                   tr("Removed %1").arg(entry.displayName), tr("Brought back %1").arg(entry.displayName)});
+    const auto undo = [this, entry, rowsBelow, wasLoaded] { putBackEntry(entry, rowsBelow, wasLoaded); };
+    m_history.add({tr("Remove Track"), undo, tr("Removed %1").arg(entry.displayName),
+                   tr("Brought back %1").arg(entry.displayName)});
 }
 
 void PlayListTable::clearList() {
@@ -222,9 +224,10 @@ void PlayListTable::bringBackList(const PlayListArrays& rows) {
 }
 
 // The row chosen last is chosen by its index alone, so it is moved on where its track has been.
-void PlayListTable::putBackEntry(const PlayListEntry& entry, int rowsBelow) {
+void PlayListTable::putBackEntry(const PlayListEntry& entry, int rowsBelow, bool wasLoaded) {
     const int row = m_list.count() - rowsBelow;
     m_list.insertEntry(row, entry);
+    if (wasLoaded && m_list.loadedRow < 0) m_list.loadedRow = row;
     std::int32_t& chosen = m_state.mostRecentlySelected;
     if (chosen >= row && !holdsLoadedFile(chosen) && holdsLoadedFile(chosen + 1)) ++chosen;
     reloadTable(m_outlets.playList);

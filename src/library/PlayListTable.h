@@ -56,7 +56,7 @@ private:
     bool isLoadedTrack(int row) const;
     bool isChangedMark(const QString& column, int row) const;
     void refreshTrackTotal() const;
-    void putBackEntry(const PlayListEntry& entry, int rowsBelow);
+    void putBackEntry(const PlayListEntry& entry, int rowsBelow, bool wasLoaded);
     void putBackRows(int index, const PlayListArrays& rows);
     bool holdsLoadedFile(int row) const;
 

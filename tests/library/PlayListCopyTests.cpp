@@ -111,6 +111,15 @@ TEST_CASE_FIXTURE(CopyFixture, "a list that does not change is not written") {
     CHECK(files().isEmpty());
 }
 
+TEST_CASE_FIXTURE(CopyFixture, "loading another track is no change of the list") {
+    start().add("/music/one.wav");
+    session->tick();
+    REQUIRE(QFile::remove(copyPath()));
+    session->list.loadedRow = 0;
+    session->tick();
+    CHECK(files().isEmpty());
+}
+
 TEST_CASE_FIXTURE(CopyFixture, "a quit takes the copy away, and the next start has nothing to say") {
     start().add("/music/one.wav");
     session->tick();

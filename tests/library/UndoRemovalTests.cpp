@@ -153,6 +153,27 @@ TEST_CASE_FIXTURE(RemovalFixture, "after an undo the row of the loaded track is 
     CHECK(controller->trackArray[static_cast<std::size_t>(controller->mostRecentlySelected)] == controller->loadedPath);
 }
 
+TEST_CASE_FIXTURE(RemovalFixture,
+                  "of two rows with the same file the loaded one is the loaded one again after an undo") {
+    startWithFive();
+    controller->insertEntry(1, controller->entry(3));
+    outlets.playList->reloadData();
+    outlets.playList->selectRowIndex(4);
+    controller->selectTrack();
+    REQUIRE(controller->loadedRow == 4);
+    SUBCASE("a removal of the row") {
+        remove(4);
+    }
+    SUBCASE("a removal above it") {
+        remove(0);
+    }
+    SUBCASE("the whole list") {
+        controller->clearList();
+    }
+    controller->undo();
+    CHECK(controller->loadedRow == 4);
+}
+
 TEST_CASE_FIXTURE(RemovalFixture, "undoing a removal loads nothing and leaves what plays alone") {
     startWithFive();
     outlets.playList->selectRowIndex(3);

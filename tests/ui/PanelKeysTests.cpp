@@ -21,7 +21,7 @@ namespace {
 
 // Every panel that there is, beside the main window, over the fake engines.
 struct AllPanels : PreferencesStage {
-    AudioRecord audioRecord{fixture.capture};
+    AudioRecord audioRecord{fixture.capture, controller.takes()};
     AudioRecordOutlets recorderOutlets;
     UpdateOutlets updateOutlets;
     TrackInfoPanel info{outlets, &window};
