@@ -34,6 +34,7 @@ constexpr long kMostMegabytes = 500;
 constexpr std::chrono::seconds kLongestWait(120);  // on the wall, for a process that waits for nothing
 constexpr std::size_t kLargestSeed = 200 << 10;    // bytes
 constexpr int kMostPictures = 40;
+constexpr std::int64_t kFewPixels = 160 * 90;
 constexpr int kSanitizerStatus = 99;
 
 struct Options {
@@ -108,10 +109,10 @@ int readPictures(const std::string& path) {
         RawPicture picture;
         VideoReader::Outcome outcome = VideoReader::Outcome::Working;
         for (int pictures = 0, steps = 0; pictures < kMostPictures && steps < 100 * kMostPictures; ++steps) {
-            outcome = reader->next(picture, reduced ? middle : 0, reduced);
+            outcome = reader->next(picture, reduced ? middle : 0, reduced ? kFewPixels : VideoReader::kAllPixels);
             if (outcome == VideoReader::Outcome::End) break;
             if (outcome != VideoReader::Outcome::Picture) continue;
-            reader->convert(picture);
+            reader->convert(picture, {640, 360});
             ++pictures;
         }
     }
