@@ -39,6 +39,9 @@ public:
     virtual void finish() {}
     virtual bool hasFinished() const { return true; }
 
+    // Plays at the pace of the clock, so that it has been silent when it falls behind.
+    virtual bool keepsTime() const { return false; }
+
     virtual bool failed() const { return false; }    // the device has vanished: open another one
     virtual bool isSilent() const { return false; }  // a stand-in that nobody hears
 };

@@ -36,6 +36,7 @@ public:
         if (m_stream) cubeb_stream_stop(m_stream.get());
     }
     bool failed() const override { return m_failed; }
+    bool keepsTime() const override { return true; }
 
     // A stream keeps the latency that it was opened with.
     void setReserve(double seconds) override {

@@ -323,7 +323,7 @@ void RenderThread::watchUnderruns() {
 // A device that has nothing left to play while other programs hold up the sound server is to hold more. It plays out
 // first, so that no frame is lost.
 void RenderThread::watchForGaps() {
-    if (!m_deviceStarted || m_silentDevice) return;
+    if (!m_deviceStarted || !m_device->keepsTime()) return;
     const std::int64_t now = nowMilliseconds();
     if (m_growBy != 0) {
         if (m_device->hasFinished() || now >= m_growBy) growReserve();

@@ -86,6 +86,7 @@ public:
     }
     void setReserve(double seconds) override { m_seen.reserveSeconds = seconds; }
     void finish() override { m_finishing = true; }
+    bool keepsTime() const override { return true; }
     bool hasFinished() const override { return m_finishing; }
     std::int64_t framesPlayed() const override { return std::max<std::int64_t>(0, m_played - m_seen.lostFrames); }
 
