@@ -50,8 +50,13 @@ void FilePanel::leaveFilesAlone() {
     if (auto* newFolder = findChild<QToolButton*>(QStringLiteral("newFolderButton"))) newFolder->hide();
 }
 
-const QListView& FilePanel::list() const {
-    return *findChild<QListView*>(QStringLiteral("listView"));
+// The toolkit selects the folder itself, too, when the text between quotation marks names nothing.
+QModelIndexList FilePanel::selectedEntries() const {
+    const auto& list = *findChild<QListView*>(QStringLiteral("listView"));
+    QModelIndexList entries;
+    for (const QModelIndex& index : list.selectionModel()->selectedRows())
+        if (index != list.rootIndex()) entries.append(index);
+    return entries;
 }
 
 bool FilePanel::hasQuotes() const {
@@ -73,7 +78,7 @@ QStringList FilePanel::quotedNames() const {
     constexpr qsizetype kMarks = 2;
     if (text.size() <= kMarks || !text.startsWith(u'"') || !text.endsWith(u'"')) return {text};
     QStringList selected;
-    for (const QModelIndex& index : list().selectionModel()->selectedRows()) selected.append(index.data().toString());
+    for (const QModelIndex& index : selectedEntries()) selected.append(index.data().toString());
     const QString separator = QStringLiteral("\" \"");
     const QString inside = text.sliced(1, text.size() - kMarks);
     return selected.join(separator) == inside ? selected : inside.split(separator);
@@ -100,8 +105,8 @@ void FilePanel::accept() {
 
 // As the toolkit does it with other names: a folder that is selected is gone into, whatever stands in the field.
 void FilePanel::acceptQuoted() {
-    const auto rows = list().selectionModel()->selectedRows();
-    if (rows.size() == 1 && goInto(rows.first().data(QFileSystemModel::FilePathRole).toString())) return;
+    const auto entries = selectedEntries();
+    if (entries.size() == 1 && goInto(entries.first().data(QFileSystemModel::FilePathRole).toString())) return;
     for (const QString& path : chosenFiles()) {
         if (goInto(path)) return;
         const bool exists = QFileInfo::exists(path);

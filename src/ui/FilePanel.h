@@ -30,7 +30,7 @@ protected:
 
 private:
     void leaveFilesAlone();
-    const QListView& list() const;
+    QModelIndexList selectedEntries() const;
     bool hasQuotes() const;
     QStringList quotedNames() const;
     QString pathOf(const QString& name) const;
