@@ -196,6 +196,7 @@ TEST_CASE("a short line stands beside the tags, a long one in the artist's place
     TellingWindow w;
     w.loadTrack();
     w.controller.speed075();
+    w.controller.semiToneDown();
     w.state.refresh();
     const QRect tag = w.placeOf(w.grid().hero->findChild<StateTag*>());
     w.tell({QStringLiteral("A at 1 second"), {}});
