@@ -29,7 +29,7 @@ start
 measure make-coded "$stage/song.wav" 83
 add_track "$stage/song.wav"
 press Down ctrl+Return
-tree watch >"$stage/heard" &
+"$programs/accessible_tree" watch >"$stage/heard" &
 stage_pids+=($!)
 wait_until "the program is listened to" heard watching
 

@@ -75,7 +75,7 @@ void NoticeLine::put(const QString& text, const QString& actText) {
     setVisible(!m_text.isEmpty());
     updateGeometry();
     emit changed();
-    resizeEvent(nullptr);  // the same size with another button
+    layOut();  // also where the size has not changed
     update();
 }
 
@@ -123,24 +123,22 @@ QSize NoticeLine::sizeHint() const {
     return {offersAct() ? words + kActGap + m_button->sizeHint().width() : words, kHeight};
 }
 
-int NoticeLine::textWidthFor(int width) const {
-    return offersAct() ? std::max(0, width - kActGap - m_button->sizeHint().width()) : width;
-}
-
-void NoticeLine::resizeEvent(QResizeEvent*) {
-    const int buttonWidth = std::min(m_button->sizeHint().width(), width());
-    m_button->setGeometry(width() - buttonWidth, 0, buttonWidth, height());
+// The button follows the words, which are cut where both have no room.
+void NoticeLine::layOut() {
+    const int buttonWidth = offersAct() ? std::min(m_button->sizeHint().width(), width()) : 0;
+    const int room = offersAct() ? std::max(0, width() - kActGap - buttonWidth) : width();
+    m_shown = elidedInMiddle(font(), m_text, room);
+    const int words = static_cast<int>(std::ceil(textWidth(font(), m_shown)));
+    m_button->setGeometry(std::min(words + kActGap, width() - buttonWidth), 0, buttonWidth, height());
+    const QString tip = m_shown == m_text ? QString() : plainToolTip(m_text);
+    if (toolTip() != tip) setToolTip(tip);
 }
 
 void NoticeLine::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setFont(font());
     painter.setPen(tokens::kText);
-    const QRect area(0, 0, textWidthFor(width()), height());
-    const QString shown = elidedInMiddle(font(), m_text, area.width());
-    drawLine(painter, area, Qt::AlignLeft, shown);
-    const QString tip = shown == m_text ? QString() : plainToolTip(m_text);
-    if (toolTip() != tip) setToolTip(tip);
+    drawLine(painter, rect(), Qt::AlignLeft, m_shown);
 }
 
 }  // namespace qm

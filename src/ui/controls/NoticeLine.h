@@ -38,17 +38,18 @@ signals:
 
 protected:
     void paintEvent(QPaintEvent*) override;
-    void resizeEvent(QResizeEvent*) override;
+    void resizeEvent(QResizeEvent*) override { layOut(); }
 
 private:
     void put(const QString& text, const QString& actText);
     void leave();
     void end();
     bool isHeld() const;
-    int textWidthFor(int width) const;
+    void layOut();
 
     ChipButton* m_button;
     QString m_text;
+    QString m_shown;  // what of it has room
     QTimer m_rest{this};
     QVariantAnimation m_fade{this};
     QPointer<QWidget> m_focusBefore;  // who had the keyboard before the button

@@ -148,15 +148,18 @@ int HeroView::layOutTags(int top, int right) {
     return end;
 }
 
-// In the row of the tags, as far as the remaining time; what is too long for that stands in the artist's place, which
+// In the row of the tags, as far as the clock; what is too long for that stands in the artist's place, which
 // has more room, for as long as it is shown.
 void HeroView::layOutStatus(int tagsTop, int tagsEnd) {
     const int left = tagsEnd > 0 ? tagsEnd + kStatusGap : 0;
-    const int beside = m_outlets.timeRemaining->x() - kClockGap - left;
+    const int besideTop = tagsTop - (kStatusHeight - kTagHeight) / 2;
+    const bool isBelowClock = besideTop > m_outlets.timecode->geometry().bottom();
+    const QWidget* next = isBelowClock ? m_outlets.timeRemaining : m_outlets.timecode;
+    const int beside = next->x() - kClockGap - left;
     const int wanted = m_status->sizeHint().width();
     const bool isBeside = wanted <= beside || beside >= m_byLine->width();
     const int x = isBeside ? left : 0;
-    const int y = isBeside ? tagsTop - (kStatusHeight - kTagHeight) / 2 : m_byLine->y();
+    const int y = isBeside ? besideTop : m_byLine->y();
     m_status->setGeometry(x, y, std::min(wanted, isBeside ? beside : m_byLine->width()), kStatusHeight);
     m_byLine->setVisible(isBeside || m_status->text().isEmpty());
 }
