@@ -4,11 +4,11 @@
 #pragma once
 
 #include <QFileDialog>
+#include <QModelIndex>
 #include <QStringList>
 
 class QAbstractButton;
 class QLineEdit;
-class QListView;
 
 namespace qm {
 
@@ -30,7 +30,7 @@ protected:
 
 private:
     void leaveFilesAlone();
-    QModelIndexList selectedEntries() const;
+    QList<QModelIndex> selectedEntries() const;
     bool hasQuotes() const;
     QStringList quotedNames() const;
     QString pathOf(const QString& name) const;

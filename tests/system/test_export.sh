@@ -1,6 +1,6 @@
 #!/bin/bash
 # Ctrl+E and the save panel by keys: the movie holds every sample and the speed, and replaces even the open file. The
-# track goes on playing meanwhile. A long export that is cancelled by Esc or by closing the window leaves nothing.
+# track goes on playing meanwhile. A long export that is cancelled by Esc leaves nothing.
 . "$(dirname "$0")/lib.sh"
 open_test
 start
