@@ -49,12 +49,13 @@ public:
             m_playedBefore = m_handedOut;
         }
         old.reset();
-        m_finishing = false;
+        m_finishing = m_drained = false;
         m_failed = !openStream();
     }
 
+    // The position will not do for the end: between two messages of the server it is only reckoned.
     void finish() override { m_finishing = true; }
-    bool hasFinished() const override { return framesPlayed() >= m_handedOut; }
+    bool hasFinished() const override { return m_drained; }
 
     std::int64_t framesPlayed() const override {
         const std::lock_guard lock(m_streamMutex);
@@ -89,6 +90,7 @@ private:
 
     static void stateCallback(cubeb_stream*, void* user, cubeb_state state) {
         if (state == CUBEB_STATE_ERROR) static_cast<SystemOutput*>(user)->m_failed = true;
+        if (state == CUBEB_STATE_DRAINED) static_cast<SystemOutput*>(user)->m_drained = true;
     }
 
     OutputSource& m_source;
@@ -96,6 +98,7 @@ private:
     std::atomic<bool> m_failed{false};
     std::atomic<bool> m_preferred{false};  // the callback's thread has been told of its urgency
     std::atomic<bool> m_finishing{false};
+    std::atomic<bool> m_drained{false};
     int m_sampleRate = 0;
     double m_reserveSeconds = kLatencySeconds;
     mutable std::mutex m_streamMutex;  // never taken by the callback
