@@ -75,7 +75,7 @@ TEST_CASE("a film lasts as long as its sound where its pictures end before it") 
         const std::string path = folder.file(coding.name);
         REQUIRE(makeUnevenFilm(path, 25, 5, coding.options));
         const OpenedMedia media = opened(path);
-        CHECK(seconds(*media.sound) >= 4.99);
+        CHECK(seconds(*media.sound) > 4.9);  // some coders lose the last packet
         CHECK(seconds(*media.sound) < 5.15);
     }
 }
