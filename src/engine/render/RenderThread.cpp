@@ -288,7 +288,9 @@ void RenderThread::applyRunning(const Request& request) {
 
 bool RenderThread::startDevice() {
     m_gaps.restart();
-    return onDevice([this] { return m_device->start(); });
+    const bool started = onDevice([this] { return m_device->start(); });
+    m_takenAt = nowMilliseconds();
+    return started;
 }
 
 void RenderThread::restDevice() {
