@@ -41,10 +41,10 @@ begin_to_open() { # the row with the keyboard
     wait_until "the file is being opened" asked_more_than "$before"
 }
 
-open_row() {
+open_row() { # HOW...: what the user does to it
     local before
     before=$(opened_count)
-    press "$@" Return
+    "$@"
     wait_until "the row's file is opened" opened_more_than "$before"
 }
 
@@ -58,18 +58,17 @@ add_track "$stage/mounted/far.wav"
 wait_until "the program is on the bus" on_the_bus
 
 # It is played from there; the end of its track waits for the file, and nobody waits for that.
-open_row Home
+open_row double_click_first_row
 wait_for_play
 folder_stands
-open_row Down
+open_row press Down Return
 wait_until "the near track is loaded" loaded_file_is coded.wav
 wait_for_play
 
 # It is opened there: whatever is asked for after it comes at once.
 press Up
 begin_to_open
-press Down
-open_row
+open_row press Down Return
 wait_until "the near track is loaded again" loaded_file_is coded.wav
 wait_for_play
 
@@ -104,6 +103,6 @@ for way in "press ctrl+q" "kill -TERM \$player_pid" close_main_window "remote_ca
     : >"$stage/player.log"
     start
     wait_until "the program is on the bus" on_the_bus
-    open_row Home
+    open_row double_click_first_row
     folder_stands
 done

@@ -13,7 +13,7 @@ use_it() {
     press Return
     wait_until "the track is loaded" loaded_file_is coded.wav
     give_keys_to_main_window
-    press space
+    double_click_first_row
     wait_for_play
     quit_by_key
     expect_text "$support_folder/Quillmere.xml" coded.wav
