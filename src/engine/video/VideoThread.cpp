@@ -16,10 +16,11 @@ using Seconds = std::chrono::duration<double>;
 constexpr auto kNever = std::chrono::steady_clock::time_point::max();
 constexpr double kLongestNap = 0.25;  // seconds, while the clock runs
 constexpr double kShortestNap = 0.0003;
-constexpr double kStanding = 0.005;  // seconds without a movement: the clock is not running
-constexpr double kLook = 0.01;       // seconds between looks at a clock that does not do yet as it was told
-constexpr int kLooks = 40;           // until it surely does
-constexpr double kLateLook = 0.1;    // between looks at one that should run and stands still
+constexpr double kStanding = 0.005;   // seconds without a movement: the clock is not running
+constexpr double kLongestStep = 0.2;  // or goes on in steps, up to so many seconds
+constexpr double kLook = 0.01;        // seconds between looks at a clock that does not do yet as it was told
+constexpr int kLooks = 40;            // until it surely does
+constexpr double kLateLook = 0.1;     // between looks at one that should run and stands still
 
 bool hasEnded(const VideoMoment& moment) {
     constexpr double kRounding = 0.001;
@@ -150,6 +151,7 @@ VideoThread::Instant VideoThread::show(const VideoMoment& moment, Instant asked)
     const bool moves = moment.seconds != m_lastMoment.seconds;
     m_lastMoment = moment;
     m_lastMoved = moves ? asked : m_lastMoved;
+    const double stands = Seconds(asked - m_lastMoved).count();
     m_looksLeft = std::max(m_looksLeft - 1, 0);
     double nap = kLongestNap;
     {
@@ -166,11 +168,12 @@ VideoThread::Instant VideoThread::show(const VideoMoment& moment, Instant asked)
     }
     if (moves) {
         m_decode.notify_one();
-    } else if (Seconds(asked - m_lastMoved).count() > kStanding) {
+    } else if (stands > kStanding) {
         if (m_looksLeft == 0 && (moment.rate == 0 || hasEnded(moment))) {
             return kNever;
         }
-        nap = std::max(nap, m_looksLeft > 0 ? kLook : kLateLook);
+        // The clock of some devices goes on in steps that are longer than a picture.
+        nap = m_looksLeft > 0 || stands < kLongestStep ? kLook : std::max(nap, kLateLook);
     }
     if (moment.rate == 0) {
         nap = kLook;

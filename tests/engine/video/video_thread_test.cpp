@@ -69,7 +69,7 @@ TEST_CASE("while the clock stands still, or nobody watches, nothing looks at it"
     std::atomic<double> rate = 0;
     VideoThread video(film.opener(), [&] {
         ++asked;
-        return VideoMoment{3, rate};
+        return VideoMoment{3, rate, false, 0, 20};
     });
     const auto sleeps = [&] {
         const int before = asked;
@@ -134,6 +134,22 @@ TEST_CASE("the viewer is told of each picture, when it is there to be taken, and
     const int toldInAll = told;
     CHECK(comesTrue([&] { return video.picture() != last; }));
     CHECK(told == toldInAll);
+}
+
+TEST_CASE("a clock that goes on in coarse steps leaves out few pictures") {
+    ComputedFilm film;
+    constexpr auto kStep = std::chrono::milliseconds(30);
+    constexpr double kBegin = 4, kPlayed = 2;
+    const auto begin = std::chrono::steady_clock::now();
+    const auto now = [&] {
+        const auto steps = (std::chrono::steady_clock::now() - begin) / kStep;
+        return kBegin + std::chrono::duration<double>(steps * kStep).count();
+    };
+    VideoThread video(film.opener(), [&] { return VideoMoment{now(), 1, false, 0, 20}; });
+    std::atomic<int> told = 0;
+    video.setViewer(PictureViewer{64, 36, [&] { ++told; }});
+    CHECK(comesTrue([&] { return now() > kBegin + kPlayed; }));
+    CHECK(told.load() > 25 * kPlayed * 0.6);
 }
 
 TEST_CASE("a film that cannot be opened has no picture, and the thread still ends") {
