@@ -24,6 +24,10 @@ is_longer_than() { # FILE BYTES
     [ "$(stat -c %s "$1" 2>/dev/null || echo 0)" -gt "$2" ]
 }
 
+is_gone() {
+    [ ! -e "$1" ]
+}
+
 sum_of() {
     sha256sum <"$1"
 }
@@ -57,7 +61,7 @@ wait_until "the panel is on the screen" find_save_panel
 xdotool windowfocus --sync "$(find_save_panel)"
 press Escape
 wait_until "the panel is gone" no_save_panel
-expect_no_file "$take"
+wait_until "the third recording is thrown away" is_gone "$take"
 expect "the first recording" "$(sum_of "$second")" = "$first_sum"
 expect "the second recording" "$(sum_of "$third")" = "$second_sum"
 
@@ -87,6 +91,6 @@ type_text "$HOME/Music/solo \"slow\" take.mov"
 press Return
 wait_until "the panel is gone" no_save_panel
 wait_until "the recording is kept" test -s "$HOME/Music/solo \"slow\" take.mov"
-expect_no_file "$left"
+wait_until "the recording has left its first place" is_gone "$left"
 give_keys_to_main_window
 quit_by_key
