@@ -22,7 +22,7 @@ namespace {
 constexpr int kFields = 12;
 constexpr int kTick = 4;  // milliseconds between looks at the window
 constexpr float kSounding = 0.02f;
-constexpr int kSilentFrames = 4410;  // before a tone begins
+constexpr int kSilentFrames = 17640;  // before a tone begins; sound that breaks off within one does not begin another
 
 long milliseconds() {
     using namespace std::chrono;
