@@ -59,6 +59,7 @@ for way in "kill -TERM \$player_pid" close_main_window "remote_call Quit"; do
     : >"$stage/player.log"
     start
     wait_until "the program is on the bus" on_the_bus
+    xdotool mousemove 0 0 # a pointer that is where it is to go is waited for in vain
     play_again
     wait_for_play
     server_stands
