@@ -22,6 +22,7 @@ told_more_than() {
 play_again() { # a double click on the row, which closes the track that hangs
     local before
     before=$(opened_count)
+    xdotool mousemove 0 0 # a pointer that is where it is to go is waited for in vain
     double_click_first_row
     wait_until "the track is opened once more" opened_more_than "$before"
 }
@@ -59,7 +60,6 @@ for way in "kill -TERM \$player_pid" close_main_window "remote_call Quit"; do
     : >"$stage/player.log"
     start
     wait_until "the program is on the bus" on_the_bus
-    xdotool mousemove 0 0 # a pointer that is where it is to go is waited for in vain
     play_again
     wait_for_play
     server_stands
