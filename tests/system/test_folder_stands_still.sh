@@ -103,6 +103,7 @@ for way in "press ctrl+q" "kill -TERM \$player_pid" close_main_window "remote_ca
     : >"$stage/player.log"
     start
     wait_until "the program is on the bus" on_the_bus
+    xdotool mousemove 0 0 # a pointer that is where it is to go is waited for in vain
     open_row double_click_first_row
     folder_stands
 done

@@ -3,18 +3,26 @@
 # and every way to quit ends the program at once, with the play list written. When it goes on, so does the sound.
 . "$(dirname "$0")/lib.sh"
 
+# server_stands: and the user is told so, once more than before.
 server_stands() {
+    local before
+    before=$(told_count)
     kill -STOP "$sound_server_pid"
-    wait_until "the user is told" grep -q 'The sound output does not answer' "$player_log"
+    wait_until "the user is told" told_more_than "$before"
+}
+
+told_count() {
+    grep -c 'The sound output does not answer' "$player_log" || true
 }
 
 told_more_than() {
-    [ "$(grep -c 'The sound output does not answer' "$player_log")" -gt "$1" ]
+    [ "$(told_count)" -gt "$1" ]
 }
 
 play_again() { # a double click on the row, which closes the track that hangs
     local before
     before=$(opened_count)
+    xdotool mousemove 0 0 # a pointer that is where it is to go is waited for in vain
     double_click_first_row
     wait_until "the track is opened once more" opened_more_than "$before"
 }
@@ -28,6 +36,8 @@ wait_for_play
 server_stands
 play_again
 play_again
+expect "times that the user is told" "$(told_count)" -eq 1
+expect_no_text "$player_log" "Sound is back"
 press p space Home l Right bracketleft
 press ctrl+4 # the recorder, which asks for a microphone
 wait_until "the recording window is on the screen" find_recording_window
@@ -39,8 +49,7 @@ wait_until "the user is told that sound is back" grep -q 'Sound is back' "$playe
 start_recording "$stage/back.raw"
 wait_for_sound
 stop_recording
-kill -STOP "$sound_server_pid"
-wait_until "the user is told again" told_more_than 1
+server_stands
 rm -f "$support_folder/Quillmere.xml"
 press ctrl+q
 ends_at_once

@@ -36,7 +36,7 @@ public:
     // Asked while movieWithFile() waits: what it is opening is not wanted any more, and it returns with an error.
     virtual void giveUpOpening() {}
 
-    virtual std::optional<SoundOutput> soundOutput() const { return std::nullopt; }  // none without a movie
+    virtual std::optional<SoundOutput> soundOutput() const { return std::nullopt; }  // none: not known
 };
 
 }  // namespace qm

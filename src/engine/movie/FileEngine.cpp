@@ -96,7 +96,8 @@ Result<std::unique_ptr<QTMovie>> FileEngine::movieWithFile(const std::string& pa
 std::optional<SoundOutput> FileEngine::soundOutput() const {
     std::optional<SoundOutput> worst;
     for (const auto& [handle, movie] : m_registry->movies)
-        worst = std::max(worst.value_or(SoundOutput::Works), movie->renderThread().soundOutput());
+        if (const auto state = movie->renderThread().soundOutput())
+            worst = std::max(worst.value_or(SoundOutput::Works), *state);
     return worst;
 }
 

@@ -55,6 +55,7 @@ RenderThread::RenderThread(std::unique_ptr<SoundReader> reader, OutputFactory op
       m_block(frames(kStretchFirstSeconds + kFadeSeconds) + 2 * kAlignmentReach + kBlock),
       m_heardOn(frames(kFadeSeconds)),
       m_gaps(m_cache.sampleRate()),
+      m_callSince(nowMilliseconds()),
       m_thread([this] { run(); }) {}
 
 std::size_t RenderThread::frames(double seconds) const {
@@ -289,7 +290,7 @@ void RenderThread::applyRunning(const Request& request) {
 bool RenderThread::startDevice() {
     m_gaps.restart();
     const bool started = onDevice([this] { return m_device->start(); });
-    m_takenAt = nowMilliseconds();
+    m_takenAt = nowMilliseconds();  // it may have been waited for
     return started;
 }
 
@@ -401,10 +402,12 @@ void RenderThread::watchPulse() {
     m_deviceStands = now - m_takenAt > kAnswerMilliseconds;
 }
 
-SoundOutput RenderThread::soundOutput() const {
+// A movie that is opened while the sound server hangs must not say that it works, as long as nobody knows.
+std::optional<SoundOutput> RenderThread::soundOutput() const {
     const std::int64_t since = m_callSince;
     if (m_deviceStands || (since != 0 && nowMilliseconds() - since > kAnswerMilliseconds))
         return SoundOutput::DoesNotAnswer;
+    if (since != 0) return std::nullopt;
     return m_silentDevice ? SoundOutput::Absent : SoundOutput::Works;
 }
 

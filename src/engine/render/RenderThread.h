@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -59,7 +60,7 @@ public:
 
     std::uint32_t underruns() const { return m_output.underruns(); }
 
-    SoundOutput soundOutput() const;  // any thread
+    std::optional<SoundOutput> soundOutput() const;  // any thread; none while the device is waited for a moment
 
     // Any thread. True when the newest request is in force and its sound lies ready; false while a splice waits for the
     // device to play on.
@@ -141,8 +142,8 @@ private:
     std::int64_t m_takenAt = 0;
 
     // For soundOutput().
-    std::atomic<std::int64_t> m_callSince{0};  // milliseconds of the steady clock; 0 outside calls of the device
-    std::atomic<bool> m_deviceStands{false};   // it is started and takes nothing
+    std::atomic<std::int64_t> m_callSince;    // milliseconds of the steady clock; 0 outside calls of the device
+    std::atomic<bool> m_deviceStands{false};  // it is started and takes nothing
     std::atomic<bool> m_silentDevice{false};
 
     mutable std::mutex m_deviceMutex;
