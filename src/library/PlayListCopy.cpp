@@ -4,13 +4,13 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QSet>
 #include <utility>
 
 #include "engine/api/Log.h"
 #include "library/KeptFile.h"
 #include "library/PlayListFormat.h"
+#include "library/WholeFile.h"
 
 namespace qm {
 
@@ -50,7 +50,7 @@ PlayListCopy::Rows readCopy(const QString& path) {
 QString writeCopy(const QString& path, const PlayListArrays& rows) {
     QDir().mkpath(QFileInfo(path).path());
     QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && writePlayList(file, rows, Marks::Kept) && file.commit()) return {};
+    if (file.open(QIODevice::WriteOnly) && writePlayList(file, rows, Marks::Kept) && commitWhole(file)) return {};
     return file.errorString();
 }
 

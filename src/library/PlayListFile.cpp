@@ -4,13 +4,13 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <utility>
 
 #include "engine/api/Log.h"
 #include "library/KeptFile.h"
 #include "library/PlayListFormat.h"
 #include "library/SupportFolder.h"
+#include "library/WholeFile.h"
 #include "ui/controls/PlayListView.h"
 
 namespace qm {
@@ -100,7 +100,7 @@ bool PlayListFile::writeFile(const QString& path) {
     const bool isGood = !m_fileIsDamaged && QFileInfo(original).isFile();
     if (isGood && !m_list.isSameButMarks(m_rowsInFile) && !keepAs(original, pathBeside(QStringLiteral("previous"))))
         log(QStringLiteral("savePlayList: the list that is replaced cannot be kept"));
-    if (!file.commit()) return failed(file.errorString());
+    if (!commitWhole(file)) return failed(file.errorString());
     m_fileIsDamaged = false;
     m_keptFile.clear();
     m_rowsInFile = m_list;

@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QThread>
 #include <algorithm>
 #include <filesystem>
@@ -15,6 +14,7 @@
 
 #include "engine/api/Log.h"
 #include "library/SupportFolder.h"
+#include "library/WholeFile.h"
 
 namespace qm {
 
@@ -34,7 +34,7 @@ bool copyWhole(const QString& from, const QString& to) {
         const QByteArray block = source.read(kBlock);
         if (block.isEmpty() || target.write(block) != block.size()) return false;
     }
-    return target.commit();
+    return commitWhole(target);
 }
 
 void waitWithoutInput(QThread& thread) {

@@ -3,11 +3,11 @@
 #include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QThread>
 #include <memory>
 
 #include "engine/api/Log.h"
+#include "library/WholeFile.h"
 #include "update/InputBlock.h"
 #include "update/UpdateServer.h"
 
@@ -18,7 +18,7 @@ namespace {
 bool writeAtomically(const QByteArray& content, const QString& path) {
     QDir().mkpath(QFileInfo(path).path());
     QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit()) return true;
+    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && commitWhole(file)) return true;
     qmLog(QStringLiteral("downloadNewDiscImage: cannot write %1: %2").arg(path, file.errorString()).toStdString());
     return false;
 }

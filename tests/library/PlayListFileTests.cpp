@@ -195,6 +195,20 @@ TEST_CASE_FIXTURE(FileFixture, "a full disk is one log line, the old file stays 
     CHECK(log.count("log savePlayList: ") == 1);
 }
 
+TEST_CASE_FIXTURE(FileFixture, "a full disk leaves the former file in its place, however short the list is") {
+    addRow("/music/one.wav");
+    file.savePlayList();
+    const QByteArray before = read(path());
+    for (int i = 0; i < 4; ++i) addRow("/music/one.wav");
+    {
+        const FullDisk full;
+        CHECK_FALSE(file.savePlayList());
+    }
+    CHECK(read(path()) == before);
+    CHECK(file.savePlayList());
+    CHECK(read(path()) != before);
+}
+
 TEST_CASE_FIXTURE(FileFixture, "a full disk leaves a damaged file in its place for the next save") {
     write(kTwoTracksCutShort);
     file.loadPlayList();
