@@ -1,5 +1,6 @@
 #include "library/TrackExport.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLabel>
@@ -18,6 +19,7 @@ namespace {
 
 constexpr int kLookMilliseconds = 100;
 constexpr int kLooksBeforePanel = 5;  // most exports are done before one could read it
+const QString kSubject = QStringLiteral("export");
 
 bool hasExtension(const QString& path, QLatin1StringView extension) {
     return pathExtension(path).compare(extension, Qt::CaseInsensitive) == 0;
@@ -32,10 +34,11 @@ QString exportName(const QString& path) {
     return name.chopped(extension > 0 ? extension + 1 : 0) + QStringLiteral(".mov");
 }
 
-TrackExport::TrackExport(PlayerState& state, const Outlets& outlets, PlayerAlert& alert)
+TrackExport::TrackExport(PlayerState& state, const Outlets& outlets, PlayerAlert& alert, Notices& notices)
     : m_state(state),
       m_outlets(outlets),
       m_alert(alert),
+      m_notices(notices),
       m_runPanel([this](const QString& folder, const QString& name) {
           return runSavePanel(m_outlets.mainWindow, folder, name);
       }) {
@@ -60,6 +63,8 @@ void TrackExport::exportMovie() {
 }
 
 void TrackExport::begin(const QString& path) {
+    m_target = path;
+    m_notices.withdraw(kSubject);
     m_state.qtMovie->setPreferredRateAttribute(m_state.rate);
     m_export = m_state.qtMovie->writeToFileWithAttributes(QFile::encodeName(path).toStdString(),
                                                           WriteAttribute::QTMovieFlatten);
@@ -71,9 +76,9 @@ void TrackExport::begin(const QString& path) {
 void TrackExport::look() {
     std::erase_if(m_cancelled, [](const auto& cancelled) { return cancelled->isFinished(); });
     if (m_export && m_export->isFinished()) {
-        const End end = m_export->isWritten() ? End::Written : End::Failed;
+        const std::string failure = m_export->failure();
         m_export.reset();
-        ended(end);
+        finished(failure);
     }
     if (m_export) {
         if (m_outlets.exportProgress) m_outlets.exportProgress->setFraction(m_export->progress());
@@ -94,6 +99,23 @@ void TrackExport::cancelExport() {
     m_export->cancel();
     m_cancelled.push_back(std::move(m_export));
     ended(End::Cancelled);
+}
+
+void TrackExport::finished(const std::string& failure) {
+    const QFileInfo file(m_target);
+    if (failure.empty())
+        m_notices.tell({QStringLiteral("“%1” is in the folder “%2”").arg(file.fileName(), file.dir().dirName()),
+                        {},
+                        {},
+                        kSubject});
+    else
+        m_notices.tell(
+            {QStringLiteral("“%1” could not be written: %2").arg(file.fileName(), QString::fromStdString(failure)),
+             {},
+             {},
+             kSubject,
+             true});
+    ended(failure.empty() ? End::Written : End::Failed);
 }
 
 void TrackExport::ended(End end) {

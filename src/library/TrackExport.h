@@ -1,5 +1,5 @@
 // Keeps the current track as a movie of its own, at the speed it is practised at, while the track goes on playing. Main
-// thread only. A protected file is refused with a warning; everything else that fails is a log line.
+// thread only. A protected file is refused with a warning; how the writing ends is told.
 #pragma once
 
 #include <QString>
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/PlayerState.h"
+#include "player/Notices.h"
 #include "ui/PlayerAlert.h"
 #include "ui/controls/Outlets.h"
 
@@ -24,7 +25,7 @@ public:
 
     using RunPanel = std::function<std::optional<QString>(const QString& folder, const QString& name)>;
 
-    TrackExport(PlayerState& state, const Outlets& outlets, PlayerAlert& alert);
+    TrackExport(PlayerState& state, const Outlets& outlets, PlayerAlert& alert, Notices& notices);
 
     // Returns when the writing has begun. One at a time: while a track is being written, its panel comes to the front.
     void exportMovie();
@@ -46,15 +47,18 @@ public:
 private:
     void begin(const QString& path);
     void look();
+    void finished(const std::string& failure);
     void ended(End end);
 
     PlayerState& m_state;
     const Outlets& m_outlets;
     PlayerAlert& m_alert;
+    Notices& m_notices;
     RunPanel m_runPanel;
     QTimer m_timer;
     int m_looks = 0;
     std::function<void(End)> m_atEnd;
+    QString m_target;                                       // its path
     std::unique_ptr<MovieExport> m_export;                  // the one that is being written
     std::vector<std::unique_ptr<MovieExport>> m_cancelled;  // whose threads have not noticed yet
 };

@@ -190,7 +190,7 @@ TEST_CASE_FIXTURE(ExportFixture, "who wants to hears once how an export ends") {
         FakeExport& export_ = exporting();
         CHECK(controller->trackExport().isExporting());
         hear();
-        export_.written = written;
+        export_.reason = written ? "" : "no room";
         export_.finished = true;
         look();
     }
@@ -201,6 +201,26 @@ TEST_CASE_FIXTURE(ExportFixture, "who wants to hears once how an export ends") {
     look();
     using End = TrackExport::End;
     CHECK((ends == std::vector{End::Written, End::Failed, End::Cancelled}));
+}
+
+TEST_CASE_FIXTURE(ExportFixture, "what has been exported is told, and so is what could not be, until the next export") {
+    QStringList told;
+    QObject::connect(&controller->notices(), &Notices::told, [&](const Notice& notice) { told << notice.text; });
+    bool withdrawn = false;
+    QObject::connect(&controller->notices(), &Notices::withdrawn,
+                     [&](const QString& subject) { withdrawn |= subject == u"export"; });
+    exporting().finished = true;
+    look();
+    FakeExport& export_ = exporting();
+    export_.reason = "No space left on device";
+    export_.finished = true;
+    look();
+    REQUIRE(told.size() == 2);
+    CHECK(told[0].contains(u"is in the folder"));
+    CHECK(told[1].endsWith(u"could not be written: No space left on device"));
+    withdrawn = false;
+    exporting();
+    CHECK(withdrawn);
 }
 
 TEST_CASE_FIXTURE(ExportFixture, "another track can be loaded while one is being written") {

@@ -11,6 +11,7 @@ namespace qm {
 namespace {
 
 constexpr std::chrono::milliseconds kLongestRemoval{200};
+const std::string kCancelled = "cancelled";
 
 }  // namespace
 
@@ -38,32 +39,28 @@ void FileExport::cancel() {
 
 void FileExport::run(std::shared_ptr<const FileBytes> source, const std::string& target, float preferredRate) {
     preferThisThread(Urgency::Idle);
-    if (const auto made = makeTarget(target)) {
-        auto failure = exportMovie(source, *made, preferredRate, m_monitor);
-        if (!failure) {
-            failure = made->commit();
-        }
-        if (failure) {
-            made->abandon();
-            const std::string reason = m_monitor.cancelled ? "cancelled" : failure->message;
-            qmLog("cannot export to " + target + ": " + reason);
-        }
-        m_written = !failure;
-    }
+    m_failure = write(source, target, preferredRate);
+    if (!m_failure.empty()) qmLog("cannot export to " + target + ": " + m_failure);
     m_finished = true;
 }
 
-std::shared_ptr<TargetFile> FileExport::makeTarget(const std::string& target) {
+// Why it could not; empty when the file is there.
+std::string FileExport::write(const std::shared_ptr<const FileBytes>& source, const std::string& target,
+                              float preferredRate) {
+    const auto made = makeTarget(target);
+    if (!made) return made.error().message;
+    auto failure = exportMovie(source, *made.value(), preferredRate, m_monitor);
+    if (!failure) failure = made.value()->commit();
+    if (!failure) return {};
+    made.value()->abandon();
+    return m_monitor.cancelled ? kCancelled : failure->message;
+}
+
+Result<std::shared_ptr<TargetFile>> FileExport::makeTarget(const std::string& target) {
     const std::lock_guard lock(m_making->mutex);
-    if (m_monitor.cancelled) {
-        qmLog("cannot export to " + target + ": cancelled");
-        return nullptr;
-    }
+    if (m_monitor.cancelled) return Error{ErrorCategory::GivenUp, kCancelled};
     auto created = TargetFile::create(target);
-    if (!created) {
-        qmLog("cannot export to " + target + ": " + created.error().message);
-        return nullptr;
-    }
+    if (!created) return created.error();
     m_making->target = std::move(created.value());
     return m_making->target;
 }

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "engine/api/MovieExport.h"
+#include "engine/api/Result.h"
 #include "engine/export/ExportMovie.h"
 
 namespace qm {
@@ -19,12 +20,13 @@ public:
 
     double progress() const override { return m_monitor.progress; }
     bool isFinished() const override { return m_finished; }
-    bool isWritten() const override { return m_written; }
+    std::string failure() const override { return m_finished ? m_failure : std::string(); }
     void cancel() override;
 
 private:
     void run(std::shared_ptr<const FileBytes> source, const std::string& target, float preferredRate);
-    std::shared_ptr<TargetFile> makeTarget(const std::string& target);
+    std::string write(const std::shared_ptr<const FileBytes>& source, const std::string& target, float preferredRate);
+    Result<std::shared_ptr<TargetFile>> makeTarget(const std::string& target);
 
     // Shared with whoever removes the file, which may take long.
     struct Making {
@@ -34,8 +36,8 @@ private:
 
     const std::shared_ptr<Making> m_making = std::make_shared<Making>();
     ExportMonitor m_monitor;
+    std::string m_failure;  // the thread's own until it has finished
     std::atomic<bool> m_finished = false;
-    std::atomic<bool> m_written = false;
     std::thread m_thread;
 };
 

@@ -79,11 +79,11 @@ public:
 
     double done = 0;
     bool finished = false;
-    bool written = true;  // when it is finished
+    std::string reason;  // when it is finished: why it failed, if it did
 
     double progress() const override { return done; }
     bool isFinished() const override { return finished; }
-    bool isWritten() const override { return finished && written; }
+    std::string failure() const override { return finished ? reason : std::string(); }
     void cancel() override;
 
 private:
