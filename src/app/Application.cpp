@@ -94,6 +94,7 @@ Application::~Application() = default;
 
 void Application::connectWindow() {
     QObject::connect(&m_window, &MainWindow::quitRequested, &m_window, [this] { quitAfterAsking(); });
+    QObject::connect(&m_window, &MainWindow::guideRequested, &m_guide, &Guide::open);
     m_window.mayClose = [this] { return m_quitQuestion.mayQuit([this] { m_window.close(); }); };
     QObject::connect(&m_remote, &RemotePlayer::quitRequested, &m_window, [this] { quit(); });
     QObject::connect(

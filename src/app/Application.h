@@ -6,6 +6,7 @@
 
 #include "app/DeferredCapture.h"
 #include "app/DeferredEngine.h"
+#include "app/Guide.h"
 #include "app/OnlyProgram.h"
 #include "app/Prefs.h"
 #include "app/QMController.h"
@@ -74,6 +75,7 @@ private:
     RecorderWindow m_recorder;
     PreferencesWindow m_preferences;
     AboutPanel m_about;
+    Guide m_guide{m_controller.notices()};
     PlayerKeys m_keys;
     MainWindowState m_state;
     RemotePlayer m_remote;
