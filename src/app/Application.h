@@ -12,6 +12,7 @@
 #include "app/QMController.h"
 #include "app/QuitQuestion.h"
 #include "player/SoundWatch.h"
+#include "remote/DesktopLauncher.h"
 #include "remote/DesktopMotion.h"
 #include "remote/MprisService.h"
 #include "remote/RemotePlayer.h"
@@ -80,6 +81,7 @@ private:
     MainWindowState m_state;
     RemotePlayer m_remote;
     MprisService m_mpris;
+    DesktopLauncher m_launcher;
     DesktopMotion m_motion;
     SoundWatch m_soundWatch;
     std::unique_ptr<QSocketNotifier> m_signalNotifier;
