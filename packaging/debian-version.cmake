@@ -29,7 +29,7 @@ if(CMAKE_SCRIPT_MODE_FILE)
 endif()
 
 # One package lies there, the newest: whoever installs it by a pattern gets this one.
-file(GLOB older ${CPACK_PACKAGE_DIRECTORY}/${CPACK_PACKAGE_NAME}_*.deb)
+file(GLOB older ${CPACK_PACKAGE_DIRECTORY}/quillmere_*.deb)
 if(older)
   file(REMOVE ${older})
 endif()
