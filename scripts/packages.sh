@@ -22,7 +22,7 @@ stage_packages=(xvfb xdotool pulseaudio pulseaudio-utils ffmpeg)
 # manager does, what judges a package.
 test_packages=(
     doctest-dev clang-format locales libx11-dev libxtst-dev openssl dbus-daemon dbus-bin at-spi2-core openbox
-    libglib2.0-bin shared-mime-info desktop-file-utils dpkg-dev lintian appstream
+    libglib2.0-bin shared-mime-info desktop-file-utils dpkg-dev lintian appstream groff-base
 )
 
 # To make the Debian package: what finds out which libraries it needs.
@@ -41,7 +41,8 @@ missing_packages() {
 # Installs those of the named packages that are missing, and asks nothing. Everything it says goes to standard error.
 install_packages() {
     local missing
-    mapfile -t missing < <(missing_packages "$@")
+    # shellcheck disable=SC2207 # names of packages have no spaces
+    missing=($(missing_packages "$@"))
     [ ${#missing[@]} -gt 0 ] || return 0
     if [ "$(id -u)" -ne 0 ] && ! command -v sudo >/dev/null; then
         echo "These packages are missing, and only root can install them (there is no sudo here):" \
