@@ -17,20 +17,20 @@ make_system() {
     debootstrap --variant=minbase bookworm "$root" "$site" >"$stage/debootstrap.log" 2>&1 ||
         fail "no base system: $(tail -n 3 "$stage/debootstrap.log")"
     cp /etc/resolv.conf "$root/etc/resolv.conf"
-    inside useradd --create-home musician
+    inside useradd --create-home --home-dir /srv/musician musician
     inside install -d -m 700 -o musician -g musician /run/musician
     inside apt-get -q update
 }
 
 inside() {
-    chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive \
+    chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/srv LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive \
         "$@" >>"$stage/inside.log" 2>&1 || fail "$*: $(tail -n 5 "$stage/inside.log")"
 }
 
 as_user=(chroot --userspec=musician:musician)
 
 start_inside() {
-    start_player "${as_user[@]}" "$root" env -i -C /home/musician PATH=/usr/bin:/bin HOME=/home/musician \
+    start_player "${as_user[@]}" "$root" env -i -C /srv/musician PATH=/usr/bin:/bin HOME=/srv/musician \
         XDG_RUNTIME_DIR=/run/musician LC_ALL=C.UTF-8 DISPLAY="$DISPLAY" PULSE_SERVER=unix:/run/sound \
         QUILLMERE_UPDATE_SERVER="$QUILLMERE_UPDATE_SERVER" quillmere
 }
@@ -38,7 +38,7 @@ start_inside() {
 # What apt keeps of its own work, and what is the user's, is left out.
 files_inside() {
     find "$root" \( -path "$root/var/cache" -o -path "$root/var/lib/apt" -o -path "$root/var/lib/dpkg" \
-        -o -path "$root/var/log" -o -path "$root/home" -o -path "$root/tmp" -o -path "$root/run" \) -prune \
+        -o -path "$root/var/log" -o -path "$root/srv" -o -path "$root/tmp" -o -path "$root/run" \) -prune \
         -o ! -type d -printf '%P\n' | sort
 }
 
@@ -69,27 +69,27 @@ pactl load-module module-native-protocol-unix auth-anonymous=1 auth-cookie-enabl
 files_inside >"$stage/files_before"
 packages_inside >"$stage/packages_before"
 
-cp "$source"/build/release/quillmere_*.deb "$root/root"
-inside sh -c 'apt-get install -y -q --no-install-recommends /root/quillmere_*.deb'
+cp "$source"/build/release/quillmere_*.deb "$root/srv"
+inside sh -c 'apt-get install -y -q --no-install-recommends /srv/quillmere_*.deb'
 echo "Installed: $(($(packages_inside | wc -l) - $(wc -l <"$stage/packages_before"))) packages"
 older=$(version_inside)
-measure make-coded "$root/home/musician/song.wav" 5
+measure make-coded "$root/srv/musician/song.wav" 5
 start_inside
-add_track /home/musician/song.wav
+add_track /srv/musician/song.wav
 play_track
 expect_file "$root/usr/share/quillmere/guide/index.html"
 
 # Wherever the program is built from, a later package takes the place of this one.
-rm "$root"/root/quillmere_*.deb
-QUILLMERE_PACKAGE_REVISION=99991231000000 cpack --config "$source/build/release/CPackConfig.cmake" -B "$root/root" \
+rm "$root"/srv/quillmere_*.deb
+QUILLMERE_PACKAGE_REVISION=99991231000000 cpack --config "$source/build/release/CPackConfig.cmake" -B "$root/srv" \
     >"$stage/package.log" 2>&1
-inside sh -c 'apt-get install -y -q --no-install-recommends /root/quillmere_*.deb'
+inside sh -c 'apt-get install -y -q --no-install-recommends /srv/quillmere_*.deb'
 dpkg --compare-versions "$(version_inside)" gt "$older" || fail "$older was not replaced"
 start_inside
 play_track
-expect_text "$root/home/musician/Library/Application Support/Quillmere/Quillmere.xml" song.wav
+expect_text "$root/srv/musician/Library/Application Support/Quillmere/Quillmere.xml" song.wav
 
-rm -r "$root"/root/quillmere_*.deb "$root"/root/_CPack_Packages
+rm -r "$root"/srv/quillmere_*.deb "$root"/srv/_CPack_Packages
 inside apt-get purge -y -q --auto-remove quillmere
 packages_inside | diff "$stage/packages_before" - || fail "packages are left"
 files_inside | diff "$stage/files_before" - | grep '^>' >"$stage/left" || true
