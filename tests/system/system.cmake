@@ -33,3 +33,6 @@ foreach(script ${SYSTEM_TESTS})
 endforeach()
 # Where it is asked for it sets up a system.
 set_tests_properties(system_package_on_a_clean_system PROPERTIES TIMEOUT 3600)
+if(QUILLMERE_SANITIZE)  # nobody packs such programs
+  set_tests_properties(system_package PROPERTIES DISABLED TRUE)
+endif()

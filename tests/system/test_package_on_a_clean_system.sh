@@ -2,13 +2,19 @@
 # The package as people get it, on a Debian 12 of its own with nothing but the base system: scripts/package makes it, apt
 # installs it with what it needs, a user starts it and hears a track, a newer one takes its place and keeps what is the
 # user's, and when it is removed the system is as it was.
-# It needs root, the network and some minutes: only where QUILLMERE_PACKAGE_TEST is set.
+# It needs root, the network and some minutes: only where QUILLMERE_PACKAGE_TEST is set, to 1 or to a build folder whose
+# programs are to be packed instead.
 if [ -z "${QUILLMERE_PACKAGE_TEST-}" ] || [ "$(id -u)" -ne 0 ] || ! command -v debootstrap >/dev/null; then
     echo "Skipped: it needs QUILLMERE_PACKAGE_TEST=1, root and debootstrap."
     exit 77
 fi
 . "$(dirname "$0")/lib.sh"
 source=$(cd "$(dirname "$0")/../.." && pwd)
+
+pack() {  # FOLDER: the package goes there
+    cpack --config "$build/CPackConfig.cmake" -B "$1" >"$stage/package.log" 2>&1 ||
+        fail "no package: $(tail -n 5 "$stage/package.log")"
+}
 
 # From where this machine has its own packages.
 make_system() {
@@ -62,14 +68,20 @@ play_track() {
 }
 
 open_test
-"$source/scripts/package" >"$stage/package.log" 2>&1 || fail "no package: $(tail -n 5 "$stage/package.log")"
+if [ -d "$QUILLMERE_PACKAGE_TEST" ]; then
+    build=$QUILLMERE_PACKAGE_TEST
+    pack "$build"
+else
+    build=$source/build/release
+    "$source/scripts/package" >"$stage/package.log" 2>&1 || fail "no package: $(tail -n 5 "$stage/package.log")"
+fi
 root=$stage/system
 make_system
 pactl load-module module-native-protocol-unix auth-anonymous=1 auth-cookie-enabled=0 socket="$root/run/sound" >/dev/null
 files_inside >"$stage/files_before"
 packages_inside >"$stage/packages_before"
 
-cp "$source"/build/release/quillmere_*.deb "$root/srv"
+cp "$build"/quillmere_*.deb "$root/srv"
 inside sh -c 'apt-get install -y -q --no-install-recommends /srv/quillmere_*.deb'
 echo "Installed: $(($(packages_inside | wc -l) - $(wc -l <"$stage/packages_before"))) packages"
 older=$(version_inside)
@@ -81,8 +93,7 @@ expect_file "$root/usr/share/quillmere/guide/index.html"
 
 # Wherever the program is built from, a later package takes the place of this one.
 rm "$root"/srv/quillmere_*.deb
-QUILLMERE_PACKAGE_REVISION=99991231000000 cpack --config "$source/build/release/CPackConfig.cmake" -B "$root/srv" \
-    >"$stage/package.log" 2>&1
+QUILLMERE_PACKAGE_REVISION=99991231000000 pack "$root/srv"
 inside sh -c 'apt-get install -y -q --no-install-recommends /srv/quillmere_*.deb'
 dpkg --compare-versions "$(version_inside)" gt "$older" || fail "$older was not replaced"
 start_inside
@@ -90,7 +101,8 @@ play_track
 expect_text "$root/srv/musician/Library/Application Support/Quillmere/Quillmere.xml" song.wav
 
 rm -r "$root"/srv/quillmere_*.deb "$root"/srv/_CPack_Packages
-inside apt-get purge -y -q --auto-remove quillmere
+# Also what the base system would like to have, and did not.
+inside apt-get purge -y -q --auto-remove -o APT::AutoRemove::RecommendsImportant=false quillmere
 packages_inside | diff "$stage/packages_before" - || fail "packages are left"
 files_inside | diff "$stage/files_before" - | grep '^>' >"$stage/left" || true
 ! grep -i quillmere "$stage/left" || fail "files of the program are left"
