@@ -1,6 +1,6 @@
 # The Debian 12 packages that this project needs, and their installation. Sourced by run, test and scripts/demo.sh.
 
-# To build: compiler, build tools, toolkit, media libraries, stretcher, sound device, network.
+# To build: compiler, build tools, toolkit, media libraries, stretcher, sound device, network, the guide's web pages.
 build_packages=(
     g++ cmake ninja-build pkg-config ccache mold
     qt6-base-dev libfontconfig-dev libxcb1-dev
@@ -8,6 +8,7 @@ build_packages=(
     librubberband-dev
     libcubeb-dev
     libcurl4-openssl-dev
+    cmark-gfm
 )
 
 # To show a window: a font; to know the update server: whom to trust. Sound goes to the desktop's own server.
@@ -17,11 +18,15 @@ window_packages=(fonts-inter ca-certificates)
 stage_packages=(xvfb xdotool pulseaudio pulseaudio-utils ffmpeg)
 
 # To run the tests: the test framework, the style check, another language's number format, events as from a real keyboard
-# and mouse, a secure server's key, a message bus and the accessibility bus, a window manager.
-test_packages=(doctest-dev clang-format locales libx11-dev libxtst-dev openssl dbus-daemon dbus-bin at-spi2-core openbox)
+# and mouse, a secure server's key, a message bus and the accessibility bus, a window manager, what opens files as a file
+# manager does, what judges a package.
+test_packages=(
+    doctest-dev clang-format locales libx11-dev libxtst-dev openssl dbus-daemon dbus-bin at-spi2-core openbox
+    libglib2.0-bin shared-mime-info desktop-file-utils dpkg-dev lintian appstream groff-base
+)
 
 # To make the Debian package: what finds out which libraries it needs.
-package_packages=(dpkg-dev file)
+package_packages=(dpkg-dev)
 
 # To make the icons anew from their drawings, which only scripts/draw-icons does.
 drawing_packages=(librsvg2-bin)
@@ -36,7 +41,8 @@ missing_packages() {
 # Installs those of the named packages that are missing, and asks nothing. Everything it says goes to standard error.
 install_packages() {
     local missing
-    mapfile -t missing < <(missing_packages "$@")
+    # shellcheck disable=SC2207 # names of packages have no spaces
+    missing=($(missing_packages "$@"))
     [ ${#missing[@]} -gt 0 ] || return 0
     if [ "$(id -u)" -ne 0 ] && ! command -v sudo >/dev/null; then
         echo "These packages are missing, and only root can install them (there is no sudo here):" \

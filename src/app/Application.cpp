@@ -20,6 +20,7 @@
 #include "app/TakePreparation.h"
 #include "engine/api/Log.h"
 #include "library/SupportFolder.h"
+#include "remote/DesktopEntry.h"
 #include "ui/Style.h"
 #include "ui/controls/NamedImage.h"
 #include "ui/windows/SoftwareUpdatePanel.h"
@@ -37,7 +38,7 @@ int g_signalSockets[2];
 void prepare() {
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName(QStringLiteral("Quillmere"));
-    QApplication::setDesktopFileName(QStringLiteral("quillmere"));
+    QApplication::setDesktopFileName(kDesktopId);
     QApplication::setQuitOnLastWindowClosed(false);
     applyStyle();
 }
@@ -71,6 +72,7 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
       m_state(m_window, m_controller, m_controller, m_controller.abLoop(), m_outlets),
       m_remote(m_controller, m_controller, m_outlets, m_engine, m_window.actions()),
       m_mpris(m_remote),
+      m_launcher(m_remote, m_window.actions(), [this](const QByteArray& token) { comeToFront(token); }),
       m_soundWatch(m_engine, m_controller.notices()) {
     m_window.actions().setReceiver(ActionRow::Recorder, &m_audioRecord);
     prepareTakes(m_window.actions(), m_controller, m_audioRecord);
@@ -94,6 +96,7 @@ Application::~Application() = default;
 
 void Application::connectWindow() {
     QObject::connect(&m_window, &MainWindow::quitRequested, &m_window, [this] { quitAfterAsking(); });
+    QObject::connect(&m_window, &MainWindow::guideRequested, &m_guide, &Guide::open);
     m_window.mayClose = [this] { return m_quitQuestion.mayQuit([this] { m_window.close(); }); };
     QObject::connect(&m_remote, &RemotePlayer::quitRequested, &m_window, [this] { quit(); });
     QObject::connect(
@@ -108,6 +111,7 @@ void Application::connectWindow() {
     QObject::connect(&history, &UndoHistory::changed, &m_window,
                      [this, &history] { m_window.showUndo(history.newestName()); });
     QObject::connect(&m_mpris, &MprisService::isOnTheBus, &m_motion, &DesktopMotion::follow);
+    QObject::connect(&m_mpris, &MprisService::isOnTheBus, &m_launcher, &DesktopLauncher::follow);
 }
 
 // What nobody misses until the window stands on the screen.
@@ -122,10 +126,12 @@ void Application::startTheRest() {
     m_controller.lookAfterPlayList();
 }
 
-// The user has started the program once more. The token is what the desktop wants to see before it lets a window come
-// to the front; where it does not let it, the window says that it is there.
+// The user has started the program once more, or opened a file with it. The token is what the desktop wants to see
+// before it lets a window come to the front; where it does not let it, the window says that it is there. One that fades
+// in still comes by itself.
 void Application::comeToFront(const QByteArray& token) {
     if (!token.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", token);
+    if (!m_window.keyWindow) return;
     m_remote.raise();
     QApplication::alert(&m_window);
 }

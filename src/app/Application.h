@@ -6,11 +6,13 @@
 
 #include "app/DeferredCapture.h"
 #include "app/DeferredEngine.h"
+#include "app/Guide.h"
 #include "app/OnlyProgram.h"
 #include "app/Prefs.h"
 #include "app/QMController.h"
 #include "app/QuitQuestion.h"
 #include "player/SoundWatch.h"
+#include "remote/DesktopLauncher.h"
 #include "remote/DesktopMotion.h"
 #include "remote/MprisService.h"
 #include "remote/RemotePlayer.h"
@@ -74,10 +76,12 @@ private:
     RecorderWindow m_recorder;
     PreferencesWindow m_preferences;
     AboutPanel m_about;
+    Guide m_guide{m_controller.notices()};
     PlayerKeys m_keys;
     MainWindowState m_state;
     RemotePlayer m_remote;
     MprisService m_mpris;
+    DesktopLauncher m_launcher;
     DesktopMotion m_motion;
     SoundWatch m_soundWatch;
     std::unique_ptr<QSocketNotifier> m_signalNotifier;

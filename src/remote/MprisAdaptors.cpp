@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 
+#include "remote/DesktopEntry.h"
 #include "remote/RemotePlayer.h"
 
 namespace qm {
@@ -13,19 +14,15 @@ QString MprisRoot::identity() const {
 }
 
 QString MprisRoot::desktopEntry() const {
-    return QStringLiteral("quillmere");
+    return kDesktopId;
 }
 
 QStringList MprisRoot::schemes() const {
     return {QStringLiteral("file")};
 }
 
-// Of what the list takes as a drop.
 QStringList MprisRoot::mimeTypes() const {
-    return {QStringLiteral("audio/mpeg"),      QStringLiteral("audio/mp4"),      QStringLiteral("audio/x-m4a"),
-            QStringLiteral("audio/x-wav"),     QStringLiteral("audio/wav"),      QStringLiteral("audio/x-aiff"),
-            QStringLiteral("audio/x-caf"),     QStringLiteral("video/mp4"),      QStringLiteral("video/quicktime"),
-            QStringLiteral("video/x-msvideo"), QStringLiteral("video/x-ms-wmv"), QStringLiteral("video/dv")};
+    return playedMimeTypes();
 }
 
 void MprisRoot::Raise() {

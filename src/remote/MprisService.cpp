@@ -3,13 +3,12 @@
 #include <QCoreApplication>
 #include <QDBusError>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QFileInfo>
 #include <QThread>
 #include <memory>
 
 #include "engine/api/Log.h"
+#include "remote/BusName.h"
 #include "remote/MprisAdaptors.h"
 #include "remote/RemotePlayer.h"
 
@@ -19,8 +18,6 @@ namespace {
 
 const QString kObject = QStringLiteral("/org/mpris/MediaPlayer2");
 const QString kName = QStringLiteral("org.mpris.MediaPlayer2.quillmere");
-constexpr uint kDoNotQueue = 4;                       // the flag of RequestName
-constexpr uint kPrimaryOwner = 1, kAlreadyOwner = 4;  // its answers
 
 // Asked before the library is: without an address it would try to start a bus.
 bool busIsKnown() {
@@ -52,23 +49,15 @@ void MprisService::connected(const QDBusConnection& bus) {
     m_bus = bus;
     m_bus->registerObject(kObject, this, QDBusConnection::ExportAdaptors);
     m_player.watch();
-    claimName(kName, true);
+    claimName();
     emit isOnTheBus(bus);
 }
 
 // A second instance of the program adds its number to the name.
-void MprisService::claimName(const QString& name, bool mayBeTaken) {
-    QDBusMessage call =
-        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("RequestName"));
-    call << name << kDoNotQueue;
-    auto* answer = new QDBusPendingCallWatcher(m_bus->asyncCall(call), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, mayBeTaken] {
-        answer->deleteLater();
-        const QDBusPendingReply<uint> reply = *answer;
-        if (reply.isError()) return qmLog("remote: no name on the bus: " + reply.error().message().toStdString());
-        if (reply.value() == kPrimaryOwner || reply.value() == kAlreadyOwner) return;
-        if (mayBeTaken) claimName(kName + QStringLiteral(".instance%1").arg(QCoreApplication::applicationPid()), false);
+void MprisService::claimName() {
+    claimBusName(*m_bus, kName, this, [this](bool isOurs) {
+        const QString own = kName + QStringLiteral(".instance%1").arg(QCoreApplication::applicationPid());
+        if (!isOurs) claimBusName(*m_bus, own, this, [](bool) {});
     });
 }
 

@@ -25,7 +25,7 @@ signals:
 
 private:
     void connected(const QDBusConnection& bus);
-    void claimName(const QString& name, bool mayBeTaken);
+    void claimName();
     void announce(const QVariantMap& changed);
 
     RemotePlayer& m_player;

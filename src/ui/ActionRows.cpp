@@ -278,6 +278,7 @@ void addHelp(Rows& rows) {
                     "",
                     "",
                     kWindow});
+    rows.push_back({"displayGuide", "Help", "", "Guide", {}, kOnce, "", "", kWindow});
     rows.push_back({"checkSoftwareUpdate", "Help", "", "Check for Updates…", {}, kOnce, "", ""});
     rows.push_back({"displayAboutPanel", "Help", "", "About Quillmere", {}, kOnce, "", ""});
 }

@@ -31,3 +31,8 @@ foreach(script ${SYSTEM_TESTS})
   add_test(NAME ${name} COMMAND bash ${script} ${CMAKE_BINARY_DIR}/bin)
   set_tests_properties(${name} PROPERTIES RUN_SERIAL TRUE RESOURCE_LOCK stage TIMEOUT 300 SKIP_RETURN_CODE 77)
 endforeach()
+# Where it is asked for it sets up a system.
+set_tests_properties(system_package_on_a_clean_system PROPERTIES TIMEOUT 3600)
+if(QUILLMERE_SANITIZE)  # nobody packs such programs
+  set_tests_properties(system_package PROPERTIES DISABLED TRUE)
+endif()

@@ -30,7 +30,7 @@ quit_by_key
 
 "$installed/bin/quillmere-render" "$stage/coded.wav" "$stage/rendered.wav"
 expect_file "$stage/rendered.wav"
-for file in applications/quillmere.desktop metainfo/org.quillmere.Quillmere.metainfo.xml man/man1/quillmere.1 \
+for file in applications/org.quillmere.Quillmere.desktop metainfo/org.quillmere.Quillmere.metainfo.xml man/man1/quillmere.1 \
     man/man1/quillmere-render.1 doc/quillmere/copyright icons/hicolor/256x256/apps/quillmere.png; do
     expect_file "$installed/share/$file"
 done

@@ -98,9 +98,20 @@ rm "$work/installed"
 mkdir "$work/poor"
 for name in id dpkg-query cat; do ln -s "$(PATH=$real_path command -v $name)" "$work/poor/$name"; done
 printf '#!/bin/sh\necho 1000\n' >"$work/poor/id.new" && mv -f "$work/poor/id.new" "$work/poor/id" && chmod +x "$work/poor/id"
+ln -s "$(command -v dirname)" "$(command -v bash)" "$work/poor"
 PATH=$work/poor
 ! install_named || { PATH=$real_path; fail "without sudo an installation passes"; }
 PATH=$real_path
 expect_said "These packages are missing, and only root can install them"
 expect_said "apt-get install --no-install-recommends quillmere-no-such-package"
 expect_not_said "command not found"
+
+# So does whoever starts the program from a checkout: in words, not by a command that is not found.
+rm "$work/poor/dpkg-query"
+printf '#!/bin/sh\nexit 1\n' >"$work/poor/dpkg-query"
+chmod +x "$work/poor/dpkg-query"
+for start in run test scripts/package; do
+    ! PATH=$work/poor "$(dirname "$0")/../../$start" >"$work/out" 2>"$work/said" || fail "$start passes"
+    expect_said "These packages are missing, and only root can install them"
+    expect_not_said "not found"
+done

@@ -59,6 +59,7 @@ public:
 
 public slots:
     void quit() { emit quitRequested(); }
+    void displayGuide() { emit guideRequested(); }
     void toggleToolbar();
     void displayVideo();  // brings the video panel to the front
     void displayShortcuts();
@@ -66,6 +67,7 @@ public slots:
 
 signals:
     void quitRequested();
+    void guideRequested();
     void painted();  // for the first time; the frame is on the screen when the event loop is reached
 
 protected:

@@ -1,0 +1,95 @@
+#include "remote/DesktopLauncher.h"
+
+#include <QApplication>
+#include <QTimer>
+#include <chrono>
+#include <utility>
+
+#include "engine/api/Log.h"
+#include "remote/BusName.h"
+#include "remote/DesktopEntry.h"
+#include "remote/MprisAdaptors.h"
+#include "remote/RemotePlayer.h"
+#include "ui/ActionTable.h"
+
+namespace qm {
+
+namespace {
+
+constexpr std::chrono::milliseconds kPause{200};  // between two looks whether a dialog has been answered
+
+// The path of the object follows from the name.
+QString objectPath() {
+    return u'/' + QString(kDesktopId).replace(u'.', u'/');
+}
+
+// Older desktops give the second only.
+QByteArray tokenOf(const QVariantMap& platformData) {
+    const QString token = platformData.value(QStringLiteral("activation-token")).toString();
+    return (token.isEmpty() ? platformData.value(QStringLiteral("desktop-startup-id")).toString() : token).toUtf8();
+}
+
+}  // namespace
+
+DesktopLauncher::DesktopLauncher(RemotePlayer& player, ActionTable& actions, ComeToFront comeToFront)
+    : m_player(player), m_actions(actions), m_comeToFront(std::move(comeToFront)) {
+    new ApplicationAdaptor(*this);
+}
+
+// The object first: what the bus has kept for the name arrives as soon as it is there. The program of another home on
+// the same bus keeps the name, and is the one that files are opened with.
+void DesktopLauncher::follow(const QDBusConnection& bus) {
+    QDBusConnection(bus).registerObject(objectPath(), this, QDBusConnection::ExportAdaptors);
+    claimBusName(bus, kDesktopId, this, [](bool isOurs) {
+        if (!isOurs) qmLog("remote: files are opened with another Quillmere on this bus");
+    });
+}
+
+void DesktopLauncher::activate(const QVariantMap& platformData) {
+    m_comeToFront(tokenOf(platformData));
+}
+
+void DesktopLauncher::open(const QStringList& uris, const QVariantMap& platformData) {
+    activate(platformData);
+    QTimer::singleShot(0, this, [this, uris] { openFirst(uris); });
+}
+
+// One a turn, so that the window lives on between many. An answer that is asked for comes before any file: the player
+// opens nothing meanwhile, and what the user chose must not be lost.
+void DesktopLauncher::openFirst(QStringList uris) {
+    if (uris.isEmpty()) return;
+    const bool waits = QApplication::activeModalWidget() != nullptr;
+    if (!waits) m_player.openUri(uris.takeFirst());
+    QTimer::singleShot(waits ? kPause : std::chrono::milliseconds(0), this, [this, uris] { openFirst(uris); });
+}
+
+bool DesktopLauncher::activateAction(const QString& action, const QVariantMap& platformData) {
+    if (!desktopActions().contains(action)) {
+        qmLog("remote: no action named " + action.toStdString());
+        return false;
+    }
+    activate(platformData);
+    if (!QApplication::activeModalWidget()) QTimer::singleShot(0, this, [this, action] { m_actions.send(action); });
+    return true;
+}
+
+ApplicationAdaptor::ApplicationAdaptor(DesktopLauncher& launcher)
+    : QDBusAbstractAdaptor(&launcher), m_launcher(launcher) {}
+
+void ApplicationAdaptor::Activate(const QVariantMap& data) {
+    m_launcher.activate(data);
+}
+
+void ApplicationAdaptor::Open(const QStringList& uris, const QVariantMap& data) {
+    m_launcher.open(uris, data);
+}
+
+void ApplicationAdaptor::ActivateAction(const QString& action, const QVariantList&, const QVariantMap& data,
+                                        const QDBusMessage& call) {
+    if (m_launcher.activateAction(action, data)) return;
+    call.setDelayedReply(true);
+    QDBusConnection(kBusConnection)
+        .send(call.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("There is no such action.")));
+}
+
+}  // namespace qm

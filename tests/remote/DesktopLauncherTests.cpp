@@ -1,0 +1,125 @@
+#include "remote/DesktopLauncher.h"
+
+#include <doctest/doctest.h>
+
+#include <QtCore/qtestsupport_core.h>
+#include <QDialog>
+#include <QFile>
+#include <QMimeDatabase>
+#include <QUrl>
+
+#include "library/FileAcceptance.h"
+#include "remote/DesktopEntry.h"
+#include "remote/RemotePlayer.h"
+#include "support/widgets/LivingWindow.h"
+#include "ui/ActionTable.h"
+
+using namespace qm;
+
+namespace {
+
+struct Launched {
+    LivingWindow living;
+    RemotePlayer remote{living.controller, living.controller, living.outlets, living.fixture.engine,
+                        living.window.actions()};
+    QList<QByteArray> tokens;
+    DesktopLauncher launcher{remote, living.window.actions(), [this](const QByteArray& token) { tokens << token; }};
+
+    QString pathOf(const char* name) { return living.fixture.home.path() + u'/' + QString::fromLatin1(name); }
+    QString file(const char* name) {
+        const QString path = pathOf(name);
+        QFile file(path);
+        REQUIRE(file.open(QIODevice::WriteOnly));
+        return path;
+    }
+    QString uri(const char* name) { return QUrl::fromLocalFile(file(name)).toString(QUrl::FullyEncoded); }
+    int rows() { return living.controller.count(); }
+    void turn() {
+        for (int i = 0; i < 10; ++i) QCoreApplication::processEvents();
+    }
+};
+
+// A list of the desktop file, as its items.
+QStringList entry(const char* key) {
+    QFile file(QStringLiteral(DESKTOP_FILE));
+    REQUIRE(file.open(QIODevice::ReadOnly));
+    for (const QByteArray& line : file.readAll().split('\n'))
+        if (line.startsWith(QByteArray(key) + '='))
+            return QString::fromUtf8(line.mid(line.indexOf('=') + 1)).split(u';', Qt::SkipEmptyParts);
+    return {};
+}
+
+}  // namespace
+
+TEST_CASE("files that a desktop opens come to the list one after another, the last on top") {
+    Launched start;
+    start.launcher.open({start.uri("one.wav"), start.uri("a flac.flac"), start.uri("two tunes.mp3")}, {});
+    CHECK(start.rows() == 0);  // the caller has its answer first
+    start.turn();
+    REQUIRE(start.rows() == 2);
+    CHECK(start.living.controller.trackArray[0] == start.pathOf("two tunes.mp3"));
+    CHECK(start.living.controller.trackArray[1] == start.pathOf("one.wav"));
+}
+
+TEST_CASE("the program comes to the front with what the desktop gives for it") {
+    Launched start;
+    start.launcher.activate({});
+    start.launcher.activate({{QStringLiteral("desktop-startup-id"), QStringLiteral("old_TIME1")}});
+    start.launcher.open({}, {{QStringLiteral("desktop-startup-id"), QStringLiteral("old_TIME1")},
+                             {QStringLiteral("activation-token"), QStringLiteral("new")}});
+    CHECK(start.tokens == QList<QByteArray>{QByteArray(), "old_TIME1", "new"});
+}
+
+TEST_CASE("files that are opened while a dialog asks wait for its answer, and none is lost") {
+    Launched start;
+    const QString uri = start.uri("one.wav");
+    QDialog dialog;
+    dialog.setModal(true);
+    dialog.show();
+    start.launcher.open({uri}, {});
+    start.turn();
+    CHECK(start.rows() == 0);
+    dialog.close();
+    CHECK(QTest::qWaitFor([&] { return start.rows() == 1; }));
+}
+
+TEST_CASE("an action that the icon does not offer is none") {
+    Launched start;
+    CHECK_FALSE(start.launcher.activateAction(QStringLiteral("clearList"), {}));
+    CHECK_FALSE(start.launcher.activateAction(QString(), {}));
+    CHECK(start.tokens.isEmpty());
+}
+
+TEST_CASE("the action that the icon offers is the player's own") {
+    Launched start;
+    for (const QString& action : desktopActions()) CHECK(actionRow(action) != nullptr);
+    QStringList sent;
+    QObject::connect(&start.living.window.actions(), &ActionTable::sent, [&](const QString& slot) { sent << slot; });
+    CHECK(start.launcher.activateAction(QStringLiteral("openFile"), {}));
+    start.turn();
+    CHECK(sent == QStringList{QStringLiteral("openFile")});
+    CHECK(start.tokens.size() == 1);
+}
+
+TEST_CASE("the desktop file says what the program says of itself") {
+    CHECK(QStringLiteral(DESKTOP_FILE).endsWith(u'/' + kDesktopId + QStringLiteral(".desktop")));
+    CHECK(entry("DBusActivatable") == QStringList{QStringLiteral("true")});
+    CHECK(entry("MimeType") == playedMimeTypes());
+    CHECK(entry("Actions") == desktopActions());
+}
+
+// What a desktop takes such a file for; of some kinds it knows nothing.
+TEST_CASE("every kind of file that the list takes is one that the desktop offers the program for") {
+    const QMimeDatabase kinds;
+    int known = 0;
+    for (const QString& type : dropTypes()) {
+        const QMimeType kind = kinds.mimeTypeForFile(QStringLiteral("song.") + type, QMimeDatabase::MatchExtension);
+        if (kind.isDefault()) continue;
+        ++known;
+        const QStringList names = QStringList(kind.name()) + kind.aliases();
+        const bool offered = std::any_of(names.begin(), names.end(),
+                                         [](const QString& name) { return playedMimeTypes().contains(name); });
+        CHECK_MESSAGE(offered, type.toStdString() << " is " << kind.name().toStdString());
+    }
+    CHECK(known >= 9);
+}
