@@ -4,6 +4,7 @@
 # Everything started here is ended by its own process id in close_stage. Sound is told by what was recorded, never by
 # the clock: waiting means waiting until something can be seen, and fails only when it is not seen for three minutes.
 
+stage_scripts=$(dirname "${BASH_SOURCE[0]}")
 stage=                 # folder of everything below
 stage_pids=()          # processes to end, the oldest first
 player_pid=            # the program, while it runs
@@ -77,6 +78,10 @@ end_process() {
 }
 
 start_screen() {
+    start_x_screen
+}
+
+start_x_screen() {
     Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$stage/display" 2>"$stage/screen.log" &
     screen_pid=$!
     stage_pids+=("$screen_pid")
@@ -85,8 +90,7 @@ start_screen() {
     export DISPLAY
 }
 
-# PulseAudio with one null sink. Without norewinds=1 an idle sink renders two seconds ahead and swallows the first sound.
-# Its threads ask for real-time priority, as a desktop's server has it: without, they and not the program break off beside
+# PulseAudio with one null sink. Its threads ask for real-time priority, as a desktop's server has it: without, they and not the program break off beside
 # other work. Where they may not have it, the server goes on without.
 start_sound_server() {
     export PULSE_SERVER=unix:$stage/sound/native PULSE_RUNTIME_PATH=$stage/sound PULSE_STATE_PATH=$stage/sound
@@ -98,15 +102,34 @@ start_sound_server() {
     sound_server_pid=$!
     stage_pids+=("$sound_server_pid")
     wait_until "the sound server answers" pactl info
-    pactl set-default-sink qm_out
+    set_default_sink qm_out
+}
+
+# add_sink NAME: what is played to it can be recorded from NAME.monitor. Without norewinds=1 an idle sink of PulseAudio
+# renders two seconds ahead and swallows the first sound.
+add_sink() {
+    pactl load-module module-null-sink "sink_name=$1" norewinds=1 rate=44100 format=float32le channels=2 >/dev/null
+}
+
+set_default_sink() {
+    pactl set-default-sink "$1"
+}
+
+set_default_source() {
+    pactl set-default-source "$1"
 }
 
 # A virtual microphone as the default input: it hears what is played to the sink qm_mic_feed.
 add_microphone() {
-    pactl load-module module-null-sink sink_name=qm_mic_feed norewinds=1 rate=44100 format=float32le channels=2 >/dev/null
-    microphone=$(pactl load-module module-remap-source source_name=qm_mic master=qm_mic_feed.monitor)
-    pactl set-default-source qm_mic
-    pactl set-default-sink qm_out
+    add_sink qm_mic_feed
+    plug_microphone_in
+    set_default_sink qm_out
+}
+
+plug_microphone_in() {
+    microphone=$(pactl load-module module-remap-source source_name=qm_mic master=qm_mic_feed.monitor \
+        rate=44100 channels=2)
+    set_default_source qm_mic
 }
 
 take_microphone_away() {
@@ -124,6 +147,26 @@ stop_sound_server() {
     rm -f "$stage/sound/native"
 }
 
+kill_sound_server() {
+    kill -9 "$sound_server_pid"
+    wait "$sound_server_pid" 2>/dev/null || true
+    rm -f "$stage/sound/native"
+}
+
+# The server answers nobody until it is released.
+hold_sound_server() {
+    kill -STOP "$sound_server_pid"
+}
+
+release_sound_server() {
+    kill -CONT "$sound_server_pid"
+}
+
+# Where the machine keeps the server from its work for a moment, everything is heard later, or some of it never.
+server_loses_what_is_late() {
+    false
+}
+
 # launch_player PROGRAM ARGUMENTS...: starts the program and waits for its main window.
 launch_player() {
     player_log=$stage/player.log
@@ -137,7 +180,7 @@ launch_player() {
 # start_player PROGRAM ARGUMENTS...: the same, and gives it the keyboard at once.
 start_player() {
     launch_player "$@"
-    xdotool windowfocus --sync "$player_window"
+    focus_window "$player_window"
 }
 
 main_window_or_end() {
@@ -199,7 +242,28 @@ add_track() {
 # There is no window manager that would do it when a panel closes.
 give_keys_to_main_window() {
     wait_until "the panel is gone" only_the_main_window
-    xdotool windowfocus --sync "$player_window"
+    focus_window "$player_window"
+}
+
+focus_window() {  # WINDOW
+    xdotool windowfocus --sync "$1"
+}
+
+# close_window WINDOW: as a window manager does when the frame's close button is clicked.
+close_window() {
+    "$programs/close_window" "$1"
+}
+
+# window_place WINDOW: its left, top, width and height on the screen.
+window_place() {
+    xdotool getwindowgeometry --shell "$1" | awk -F = '/^(X|Y|WIDTH|HEIGHT)=/ { printf "%s ", $2 }'
+}
+
+# point WINDOW X Y: moves the pointer there, in small steps as a hand does.
+point() {
+    local X Y WIDTH HEIGHT
+    read -r X Y WIDTH HEIGHT <<<"$(window_place "$1")"
+    xdotool mousemove $((X + $2 - 2)) $((Y + $3 - 1)) sleep 0.03 mousemove $((X + $2)) $((Y + $3)) sleep 0.03
 }
 
 only_the_main_window() {
@@ -207,7 +271,11 @@ only_the_main_window() {
 }
 
 windows_named() {
-    xdotool search --onlyvisible --all --pid "$player_pid" --name "$1" | sort -u
+    windows_of "$player_pid" "$1"
+}
+
+windows_of() {  # PROCESS TITLE
+    xdotool search --onlyvisible --all --pid "$1" --name "$2" | sort -u
 }
 
 window_is_shown() {
@@ -239,8 +307,8 @@ stop_recording() {
 witness_milliseconds=50
 
 add_witness() {
-    pactl load-module module-null-sink sink_name=qm_witness norewinds=1 rate=44100 format=float32le channels=2 >/dev/null
-    pactl set-default-sink qm_out
+    add_sink qm_witness
+    set_default_sink qm_out
 }
 
 # start_witness FILE.wav: what is heard of it is recorded to $stage/witness.raw.
@@ -289,10 +357,17 @@ wait_for_silence() {
     wait_until "the sound has stopped" recording_ends silent
 }
 
-# picture FILE.png: the main window as it is on the screen.
+# picture FILE.png [WINDOW]: the main window, or another one, as it is on the screen.
 picture() {
-    local X=0 Y=0 WIDTH=0 HEIGHT=0
-    eval "$(xdotool getwindowgeometry --shell "$player_window" | grep -E '^(X|Y|WIDTH|HEIGHT)=[0-9]+$')"
+    local X Y WIDTH HEIGHT
+    read -r X Y WIDTH HEIGHT <<<"$(window_place "${2:-$player_window}")"
     ffmpeg -hide_banner -loglevel error -y -f x11grab -draw_mouse 0 -video_size "${WIDTH}x$HEIGHT" \
         -i "$DISPLAY+$X,$Y" -frames:v 1 "$1" </dev/null
 }
+
+# The stage with another sound server, or another screen, where the environment asks for it.
+case ${QUILLMERE_STAGE_SOUND-pulseaudio} in
+pulseaudio) ;;
+pipewire) . "$stage_scripts/stage_pipewire.sh" ;;
+*) fail "there is no stage with the sound of $QUILLMERE_STAGE_SOUND" ;;
+esac

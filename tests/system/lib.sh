@@ -109,7 +109,7 @@ expect_no_text() {  # FILE TEXT
 
 # Asks the main window to close, as its frame's close button does.
 close_main_window() {
-    "$programs/close_window" "$player_window"
+    close_window "$player_window"
 }
 
 quit_by_key() {
@@ -193,6 +193,16 @@ play_recorded() {
     analyse
 }
 
+# Of $joins, those that the program answers for: all of them, or without the breaks, which are shorter than a pause,
+# where the server itself loses what is late.
+joins_of_the_program() {
+    if server_loses_what_is_late; then
+        awk '$8 == "known" && ($7 == 0 || $7 > 4410)' <<<"$joins"
+    else
+        echo "$joins"
+    fi
+}
+
 # A sound card may be starved by whatever else the machine does; what the program plays is right all the same. So what
 # was heard has to be right each time, and free of silence once in five.
 attempts=5
@@ -200,19 +210,20 @@ attempts=5
 # expect_exact_loop PERIOD: between whole seconds, where the seam needs no fade, so that nothing may be touched
 # there. What was silent is not looked at here.
 expect_exact_loop() {
-    local seams
-    seams=$(values "$joins" skipped | awk '$1 != 0')
+    local own seams
+    own=$(joins_of_the_program)
+    seams=$(values "$own" skipped | awk '$1 != 0')
     expect "seams" "$(count_of "$seams")" -ge 1
     expect "shortest period, negative" "$(largest <<<"$seams")" -eq "-$1"
     expect "longest period, negative" "$(smallest <<<"$seams")" -eq "-$1"
-    expect "frames changed" "$(values "$joins" faded | total)" -eq 0
+    expect "frames changed" "$(values "$own" faded | total)" -eq 0
 }
 
 # open_recording_window: by its key, with capture set up.
 open_recording_window() {
     press ctrl+4
     wait_until "the recording window is on the screen" find_recording_window
-    xdotool windowfocus --sync "$(find_recording_window)"
+    focus_window "$(find_recording_window)"
 }
 
 find_recording_window() {
@@ -231,7 +242,7 @@ start_take() {
 stop_take() {
     press ctrl+r
     wait_until "the save panel is on the screen" find_save_panel
-    xdotool windowfocus --sync "$(find_save_panel)"
+    focus_window "$(find_save_panel)"
     press Return
     wait_until "the save panel is gone" no_save_panel
 }

@@ -25,11 +25,22 @@ set_target_properties(monkey close_window window_timeline film_watcher drag_sour
                       desktop_settings standing_folder
                       PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
+function(add_system_test name script)
+  add_test(NAME system_${name} COMMAND bash ${CMAKE_CURRENT_LIST_DIR}/test_${script}.sh ${CMAKE_BINARY_DIR}/bin)
+  set_tests_properties(system_${name} PROPERTIES RUN_SERIAL TRUE RESOURCE_LOCK stage TIMEOUT 300 SKIP_RETURN_CODE 77
+                                                 ENVIRONMENT "${ARGN}")
+endfunction()
+
 file(GLOB SYSTEM_TESTS CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/test_*.sh)
 foreach(script ${SYSTEM_TESTS})
-  string(REGEX REPLACE ".*/test_(.*)\\.sh$" "system_\\1" name ${script})
-  add_test(NAME ${name} COMMAND bash ${script} ${CMAKE_BINARY_DIR}/bin)
-  set_tests_properties(${name} PROPERTIES RUN_SERIAL TRUE RESOURCE_LOCK stage TIMEOUT 300 SKIP_RETURN_CODE 77)
+  string(REGEX REPLACE ".*/test_(.*)\\.sh$" "\\1" name ${script})
+  add_system_test(${name} ${name})
+endforeach()
+
+# The same tests with what a desktop may have instead: another sound server, another kind of screen.
+foreach(name loop_is_exact skip_lands_exactly pause_loses_no_frame slow_loop_keeps_its_period sound_reserve_grows
+             sound_device_is_followed sound_server_restarts sound_server_stands_still recording_is_exact level_meters)
+  add_system_test(${name}_on_pipewire ${name} QUILLMERE_STAGE_SOUND=pipewire)
 endforeach()
 # Where it is asked for it sets up a system.
 set_tests_properties(system_package_on_a_clean_system PROPERTIES TIMEOUT 3600)

@@ -3,7 +3,7 @@
 . "$(dirname "$0")/lib.sh"
 open_test
 add_microphone
-pactl set-default-source qm_out.monitor
+set_default_source qm_out.monitor
 start
 measure make-coded "$stage/spoken.wav" 3
 open_recording_window

@@ -10,10 +10,10 @@ panel_is_gone() {
 close_panel() {
     press "$1"
     wait_until "$2 is on the screen" window_is_shown "^$2\$"
-    "$programs/close_window" "$(windows_named "^$2\$")"
+    close_window "$(windows_named "^$2\$")"
     wait_until "$2 is closed" panel_is_gone "$2"
     wait_until "the main window is alone" only_the_main_window
-    xdotool windowfocus --sync "$player_window"
+    focus_window "$player_window"
 }
 
 open_test

@@ -22,7 +22,7 @@ drop() {
     xdotool mouseup 1
     wait_until "the drag has ended" has_ended "$source_pid"
     wait "$source_pid"
-    xdotool windowfocus --sync "$player_window"
+    focus_window "$player_window"
 }
 
 has_ended() {

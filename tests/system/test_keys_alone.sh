@@ -46,7 +46,7 @@ wait_until "the second item of the Sound menu makes it faster" property_is Rate 
 # A panel closes by key, and its window's keys are the player's.
 press F1
 wait_until "the shortcuts are shown" window_is_shown '^Keyboard Shortcuts$'
-xdotool windowfocus --sync "$(windows_named '^Keyboard Shortcuts$')"
+focus_window "$(windows_named '^Keyboard Shortcuts$')"
 press Escape
 give_keys_to_main_window
 quit_by_key

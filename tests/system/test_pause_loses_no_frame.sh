@@ -17,6 +17,7 @@ quit_by_key
 
 analyse
 # Joins inside a stretch of play are those of a starved sound card: nothing is lost there either.
+joins=$(joins_of_the_program)
 echo "frames lost (+) or repeated (-):" $(values "$joins" skipped)
 expect "pauses" "$(count_of "$joins")" -ge 4
 # Where a fade touches nothing at all a frame counts as silent: a few at each end.

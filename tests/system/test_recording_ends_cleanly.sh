@@ -24,8 +24,7 @@ xdotool windowfocus --sync "$player_window"
 quit_by_key
 rm "$take" "$player_log"
 
-microphone=$(pactl load-module module-remap-source source_name=qm_mic master=qm_mic_feed.monitor)
-pactl set-default-source qm_mic
+plug_microphone_in
 start_player bash -c 'ulimit -f 600; exec "$0"' "$programs/quillmere"
 open_recording_window
 start_take

@@ -24,7 +24,7 @@ echo "joins:" $(values "$joins" skipped)
 # The target itself is whole; the few milliseconds that lead up to it fade in.
 expect "first frame" "$(values "$runs" source | sed -n 1p)" -le 88200
 expect "first frame" "$(values "$runs" source | sed -n 1p)" -ge $((88200 - 441))
-skips=$(values "$joins" skipped | awk '$1 != 0')
+skips=$(values "$(joins_of_the_program)" skipped | awk '$1 != 0')
 expect "skips" "$(count_of "$skips")" -eq 2
 # Between the key and the change the old place goes on sounding: the skip is shorter by that, forward and back.
 forward=$(sed -n 1p <<<"$skips")

@@ -17,8 +17,8 @@ stop_recording
 analyse
 expect "first frame heard" "$(values "$runs" source | sed -n 1p)" -gt 0 # the clock did not wait for the device
 
-pactl load-module module-null-sink sink_name=qm_other norewinds=1 rate=44100 format=float32le channels=2 >"$stage/module"
-pactl set-default-sink qm_other
+add_sink qm_other
+set_default_sink qm_other
 recorded_sink=qm_other
 start_recording "$stage/followed.raw"
 wait_for_sound

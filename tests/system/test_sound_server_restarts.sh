@@ -3,12 +3,6 @@
 # is back on the same socket the loop is heard again as it was, whether it came back after seconds or at once.
 . "$(dirname "$0")/lib.sh"
 
-kill_sound_server() {
-    kill -9 "$sound_server_pid"
-    wait "$sound_server_pid" 2>/dev/null || true
-    rm -f "$stage/sound/native"
-}
-
 # Every second of the coded sound begins and ends alike, so that a frame's place is told to a quarter of a second; that
 # the period is exact to the frame says the rest.
 # On a starved card a stretch may be too short to tell its place.

@@ -7,7 +7,7 @@
 server_stands() {
     local before
     before=$(told_count)
-    kill -STOP "$sound_server_pid"
+    hold_sound_server
     wait_until "the user is told" told_more_than "$before"
 }
 
@@ -44,7 +44,7 @@ wait_until "the recording window is on the screen" find_recording_window
 wait_until "the log says why there is no recording" grep -q "sound input: the sound system does not answer" "$player_log"
 xdotool windowfocus --sync "$player_window"
 wait_until "the remote control answers" property_is PlaybackStatus Playing
-kill -CONT "$sound_server_pid"
+release_sound_server
 wait_until "the user is told that sound is back" grep -q 'Sound is back' "$player_log"
 start_recording "$stage/back.raw"
 wait_for_sound
@@ -54,7 +54,7 @@ rm -f "$support_folder/Quillmere.xml"
 press ctrl+q
 ends_at_once
 expect_text "$support_folder/Quillmere.xml" coded.wav
-kill -CONT "$sound_server_pid"
+release_sound_server
 
 for way in "kill -TERM \$player_pid" close_main_window "remote_call Quit"; do
     : >"$stage/player.log"
@@ -68,5 +68,5 @@ for way in "kill -TERM \$player_pid" close_main_window "remote_call Quit"; do
     eval "$way"
     ends_at_once
     expect_text "$support_folder/Quillmere.xml" coded.wav
-    kill -CONT "$sound_server_pid"
+    release_sound_server
 done

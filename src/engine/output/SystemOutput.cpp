@@ -49,7 +49,7 @@ public:
             m_playedBefore = m_handedOut;
         }
         old.reset();
-        m_finishing = m_drained = false;
+        m_finishing = m_pushedOut = m_drained = false;
         m_failed = !openStream();
     }
 
@@ -80,11 +80,19 @@ private:
 
     static long dataCallback(cubeb_stream*, void* user, const void*, void* output, long frames) {
         auto* self = static_cast<SystemOutput*>(user);
-        if (self->m_finishing) return 0;  // what was handed out before is played, then the stream ends
+        if (self->m_finishing) return self->pushOut(static_cast<StereoFrame*>(output), frames);
         // The library's thread inherits the urgency of the one that opened the output, which is less.
         if (!self->m_preferred.exchange(true)) preferThisThread(Urgency::Now);
         self->m_source.fill({static_cast<StereoFrame*>(output), static_cast<std::size_t>(frames)});
         self->m_handedOut += frames;
+        return frames;
+    }
+
+    // What was handed out before is played, then the stream ends. A server may never play the rest of a stream that is
+    // less than it takes at once (PipeWire does not), so silence comes behind it.
+    long pushOut(StereoFrame* output, long frames) {
+        if (m_pushedOut.exchange(true)) return 0;
+        std::fill_n(output, frames, StereoFrame{});
         return frames;
     }
 
@@ -98,6 +106,7 @@ private:
     std::atomic<bool> m_failed{false};
     std::atomic<bool> m_preferred{false};  // the callback's thread has been told of its urgency
     std::atomic<bool> m_finishing{false};
+    std::atomic<bool> m_pushedOut{false};
     std::atomic<bool> m_drained{false};
     int m_sampleRate = 0;
     double m_reserveSeconds = kLatencySeconds;

@@ -10,8 +10,19 @@
 
 namespace qm {
 
+namespace {
+
+// Wayland has no such thing, and the toolkit complains each time it is asked for.
+bool desktopFadesWindows() {
+    static const bool fades = !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    return fades;
+}
+
+}  // namespace
+
 void FadingWindow::setAlphaValue(double alpha) {
     m_alphaValue = alpha;
+    if (!desktopFadesWindows()) return;
     setWindowOpacity(std::clamp(alpha, 0.0, 1.0));
     flushDisplay();
 }
