@@ -48,7 +48,7 @@ QMController::QMController(MediaEngine& engine, CaptureEngine& capture, Prefs& s
       m_copy(*this, m_file, m_notices, [this](const PlayListArrays& rows) { m_table.bringBackList(rows); }),
       m_transport(*this, *this, *this, engine, m_clock, m_speed, m_table, m_info),
       m_alert(*this, *this, m_speed, m_transport),
-      m_export(*this, *this, m_alert),
+      m_export(*this, *this, m_alert, m_notices),
       m_takes(m_notices, *this),
       m_recorder(*this, *this, *this, capture, m_takes) {
     trackIcon = images(QStringLiteral("type_AAC.png"));

@@ -32,10 +32,11 @@ QString exportName(const QString& path) {
     return name.chopped(extension > 0 ? extension + 1 : 0) + QStringLiteral(".mov");
 }
 
-TrackExport::TrackExport(PlayerState& state, const Outlets& outlets, PlayerAlert& alert)
+TrackExport::TrackExport(PlayerState& state, const Outlets& outlets, PlayerAlert& alert, Notices& notices)
     : m_state(state),
       m_outlets(outlets),
       m_alert(alert),
+      m_notices(notices),
       m_runPanel([this](const QString& folder, const QString& name) {
           return runSavePanel(m_outlets.mainWindow, folder, name);
       }) {
@@ -63,7 +64,8 @@ void TrackExport::begin(const QString& path) {
     m_state.qtMovie->setPreferredRateAttribute(m_state.rate);
     m_export = m_state.qtMovie->writeToFileWithAttributes(QFile::encodeName(path).toStdString(),
                                                           WriteAttribute::QTMovieFlatten);
-    showText(m_outlets.exportName, QStringLiteral("Exporting %1").arg(QFileInfo(path).fileName()));
+    m_name = QFileInfo(path).fileName();
+    showText(m_outlets.exportName, QStringLiteral("Exporting %1").arg(m_name));
     m_looks = 0;
     m_timer.start();
 }
@@ -98,7 +100,15 @@ void TrackExport::cancelExport() {
 
 void TrackExport::ended(End end) {
     if (m_outlets.exportPanel) m_outlets.exportPanel->hide();
+    tellEnd(end);
     if (const auto atEnd = std::exchange(m_atEnd, nullptr)) atEnd(end);
+}
+
+void TrackExport::tellEnd(End end) {
+    const QString words = end == End::Written  ? QStringLiteral("Exported %1")
+                          : end == End::Failed ? QStringLiteral("%1 could not be written")
+                                               : QStringLiteral("%1 was not exported");
+    m_notices.tell(Notice{words.arg(m_name), {}, {}, QStringLiteral("export")});
 }
 
 }  // namespace qm

@@ -1,5 +1,6 @@
 // Keeps the current track as a movie of its own, at the speed it is practised at, while the track goes on playing. Main
-// thread only. A protected file is refused with a warning; everything else that fails is a log line.
+// thread only. A protected file is refused with a warning; how an export has ended is told, and what fails is a log
+// line too.
 #pragma once
 
 #include <QString>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "app/PlayerState.h"
+#include "player/Notices.h"
 #include "ui/PlayerAlert.h"
 #include "ui/controls/Outlets.h"
 
@@ -24,7 +26,7 @@ public:
 
     using RunPanel = std::function<std::optional<QString>(const QString& folder, const QString& name)>;
 
-    TrackExport(PlayerState& state, const Outlets& outlets, PlayerAlert& alert);
+    TrackExport(PlayerState& state, const Outlets& outlets, PlayerAlert& alert, Notices& notices);
 
     // Returns when the writing has begun. One at a time: while a track is being written, its panel comes to the front.
     void exportMovie();
@@ -47,10 +49,13 @@ private:
     void begin(const QString& path);
     void look();
     void ended(End end);
+    void tellEnd(End end);
 
     PlayerState& m_state;
     const Outlets& m_outlets;
     PlayerAlert& m_alert;
+    Notices& m_notices;
+    QString m_name;  // of the file that is being written
     RunPanel m_runPanel;
     QTimer m_timer;
     int m_looks = 0;
