@@ -14,6 +14,7 @@
 #include "remote/DesktopMotion.h"
 #include "remote/MprisService.h"
 #include "remote/RemotePlayer.h"
+#include "ui/IdleActs.h"
 #include "ui/PlayerKeys.h"
 #include "ui/controls/Outlets.h"
 #include "ui/windows/AboutPanel.h"
@@ -75,6 +76,7 @@ private:
     PreferencesWindow m_preferences;
     AboutPanel m_about;
     PlayerKeys m_keys;
+    IdleActs m_idleActs;
     MainWindowState m_state;
     RemotePlayer m_remote;
     MprisService m_mpris;
