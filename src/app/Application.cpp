@@ -69,8 +69,9 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
       m_about(m_outlets, &m_window),
       m_keys(m_controller, m_controller, m_outlets, m_window.actions(), m_controller.positionClock(),
              m_controller.trackLoader(), m_controller.trackInfo(), m_controller.notices()),
+      m_idleActs(m_window.actions(), m_controller, m_controller, m_outlets, m_controller.notices()),
       m_state(m_window, m_controller, m_controller, m_controller.abLoop(), m_outlets),
-      m_remote(m_controller, m_controller, m_outlets, m_engine, m_window.actions()),
+      m_remote(m_controller, m_controller, m_outlets, m_engine, m_controller.abLoop(), m_window.actions()),
       m_mpris(m_remote),
       m_launcher(m_remote, m_window.actions(), [this](const QByteArray& token) { comeToFront(token); }),
       m_soundWatch(m_engine, m_controller.notices()) {

@@ -16,6 +16,7 @@
 #include "remote/DesktopMotion.h"
 #include "remote/MprisService.h"
 #include "remote/RemotePlayer.h"
+#include "ui/IdleActs.h"
 #include "ui/PlayerKeys.h"
 #include "ui/controls/Outlets.h"
 #include "ui/windows/AboutPanel.h"
@@ -78,6 +79,7 @@ private:
     AboutPanel m_about;
     Guide m_guide{m_controller.notices()};
     PlayerKeys m_keys;
+    IdleActs m_idleActs;
     MainWindowState m_state;
     RemotePlayer m_remote;
     MprisService m_mpris;

@@ -50,7 +50,7 @@ Result<std::unique_ptr<QTMovie>> DeferredEngine::movieWithFile(const std::string
     if (!m_engine && module() && !m_engine) m_engine = m_module->makeMediaEngine(waitWithLiveWindow);
     if (m_engine) return m_engine->movieWithFile(path);
     qmLog("cannot open " + path + ": there is no media engine");
-    return Error{ErrorCategory::Unsupported, "there is no media engine"};
+    return Error{ErrorCategory::Device, "there is no media engine"};
 }
 
 void DeferredEngine::giveUpOpening() {

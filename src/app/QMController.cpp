@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include "app/WindowPosition.h"
+#include "library/DropHover.h"
 #include "ui/controls/FadingWindow.h"
 #include "ui/controls/PlayListView.h"
 #include "ui/controls/RoundedBox.h"
@@ -95,6 +96,7 @@ void QMController::setUpPlayList() {
     playList->setProperty("selectionHighlightStyle", QStringLiteral("sourceList"));
     playList->setAcceptDrops(true);
     playList->acceptDrop = [this](const QList<QUrl>& files) { return m_loader.acceptDrop(files); };
+    new DropHover(*playList);
     playList->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
 }
 

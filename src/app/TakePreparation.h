@@ -1,4 +1,5 @@
-// What the controls that start a recording do first: a finished recording in its place is set aside. Main thread only.
+// What the controls that start a recording do first: the session is opened, and a finished recording in its place is
+// set aside. That there is nothing to record from is told. Main thread only.
 #pragma once
 
 namespace qm {

@@ -59,17 +59,24 @@ bool isValidFileForDrop(const QString& path) {
     return isFile(path) && dropTypes().contains(pathExtension(path).toLower());
 }
 
-std::optional<QString> firstDroppedFile(const QList<QUrl>& urls) {
+QStringList droppedFiles(const QList<QUrl>& urls) {
     QStringList paths;
     for (const QUrl& url : urls) {
         if (const auto path = pathFromUrl(url)) paths.append(*path);
     }
-    if (paths.isEmpty()) return std::nullopt;
     QCollator collator(QLocale::system());
     collator.setCaseSensitivity(Qt::CaseInsensitive);
     collator.setNumericMode(false);
     collator.setIgnorePunctuation(false);
-    return *std::min_element(paths.cbegin(), paths.cend(), collator);
+    std::stable_sort(paths.begin(), paths.end(), collator);
+    return paths;
+}
+
+QStringList droppable(const QStringList& paths) {
+    QStringList taken;
+    for (const QString& path : paths)
+        if (dropTypes().contains(pathExtension(path).toLower())) taken.append(path);
+    return taken;
 }
 
 std::unique_ptr<FilePanel> makeOpenPanel(QWidget* parent, const QString& folder) {

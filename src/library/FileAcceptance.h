@@ -24,9 +24,12 @@ const QStringList& dropTypes();
 // Links are followed; folders are refused whatever their name.
 bool isValidFileForDrop(const QString& path);
 
-// Of the dropped files, the one that comes first when whole paths are sorted as the user's language does, ignoring
-// case. None without local files. The others are not looked at.
-std::optional<QString> firstDroppedFile(const QList<QUrl>& urls);
+// The dropped files of this machine, whole paths sorted as the user's language does, ignoring case. A drop takes the
+// first of them. None is looked at.
+QStringList droppedFiles(const QList<QUrl>& urls);
+
+// Of these files those that a drop would take by their names.
+QStringList droppable(const QStringList& paths);
 
 // The open panel: files only, several at once, links resolved, only openPanelTypes() on offer. It changes nothing on
 // disk.

@@ -73,4 +73,9 @@ bool isFile(const QString& path) {
     return ::stat(pathBytes(path).constData(), &status) == 0 && !S_ISDIR(status.st_mode);
 }
 
+bool isFolder(const QString& path) {
+    struct stat status {};
+    return ::stat(pathBytes(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 }  // namespace qm

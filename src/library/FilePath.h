@@ -20,5 +20,6 @@ std::optional<QString> pathFromUrl(const QUrl& url);  // none for what is no fil
 
 // Whether a file of any kind but a folder stands there, and can be seen.
 bool isFile(const QString& path);
+bool isFolder(const QString& path);
 
 }  // namespace qm

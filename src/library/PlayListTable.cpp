@@ -87,9 +87,12 @@ QString PlayListTable::spokenCell(const QString& column, int row) const {
     if (column == u"IBduration") return spokenTimeOf(m_list.durations[i], scale);
     if (column == u"IBmarkA") return spokenTimeOf(m_list.markAarray[i], scale);
     if (column == u"IBmarkB") return spokenTimeOf(m_list.markBarray[i], scale);
-    return QStringLiteral("%1, %2, %3")
-        .arg(m_list.displayNamesArray[i], spokenCell(QStringLiteral("IBartist"), row),
-             spokenCell(QStringLiteral("IBduration"), row));
+    const QString spoken = QStringLiteral("%1, %2, %3")
+                               .arg(m_list.displayNamesArray[i], spokenCell(QStringLiteral("IBartist"), row),
+                                    spokenCell(QStringLiteral("IBduration"), row));
+    const auto failure = m_loader.failureOf(m_list.trackArray[i]);
+    if (!failure) return spoken;
+    return spoken + (*failure == ErrorCategory::NotFound ? tr(", file not found") : tr(", cannot be opened"));
 }
 
 QVariant PlayListTable::icon(int row) const {
@@ -145,6 +148,8 @@ QVariant PlayListTable::data(const QModelIndex& index, int role) const {
             return isLoadedTrack(row);
         case ChangedMarkRole:
             return isChangedMark(column, row);
+        case FailedTrackRole:
+            return m_loader.failureOf(m_list.trackArray[static_cast<std::size_t>(row)]).has_value();
         default:
             return {};
     }

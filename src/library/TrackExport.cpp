@@ -104,23 +104,21 @@ void TrackExport::cancelExport() {
 void TrackExport::finished(const std::string& failure) {
     const QFileInfo file(m_target);
     if (failure.empty())
-        m_notices.tell({QStringLiteral("“%1” is in the folder “%2”").arg(file.fileName(), file.dir().dirName()),
-                        {},
-                        {},
-                        kSubject});
+        tell(QStringLiteral("“%1” is in the folder “%2”").arg(file.fileName(), file.dir().dirName()), false);
     else
-        m_notices.tell(
-            {QStringLiteral("“%1” could not be written: %2").arg(file.fileName(), QString::fromStdString(failure)),
-             {},
-             {},
-             kSubject,
-             true});
+        tell(QStringLiteral("“%1” could not be written: %2").arg(file.fileName(), QString::fromStdString(failure)),
+             true);
     ended(failure.empty() ? End::Written : End::Failed);
 }
 
 void TrackExport::ended(End end) {
     if (m_outlets.exportPanel) m_outlets.exportPanel->hide();
+    if (end == End::Cancelled) tell(QStringLiteral("“%1” was not exported").arg(QFileInfo(m_target).fileName()), false);
     if (const auto atEnd = std::exchange(m_atEnd, nullptr)) atEnd(end);
+}
+
+void TrackExport::tell(const QString& text, bool lasts) {
+    m_notices.tell({text, {}, {}, kSubject, lasts});
 }
 
 }  // namespace qm

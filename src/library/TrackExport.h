@@ -49,6 +49,7 @@ private:
     void look();
     void finished(const std::string& failure);
     void ended(End end);
+    void tell(const QString& text, bool lasts);
 
     PlayerState& m_state;
     const Outlets& m_outlets;

@@ -39,7 +39,13 @@ TrackLoader::TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets
       m_metadata(metadata),
       m_notices(notices),
       m_meters(std::move(meters)),
-      m_runPanel(runOpenPanel) {}
+      m_runPanel(runOpenPanel),
+      m_queue([this](const QString& path) { return addFromQueue(path); }, notices),
+      m_dropNotices(notices, {[this](const QStringList& paths) { m_queue.add(paths); },
+                              [this](const QString& folder) {
+                                  lookIn(folder);
+                                  openFile();
+                              }}) {}
 
 void TrackLoader::loadFileAdd(const QString& path, bool add) {
     if (!m_wishes.isEmpty()) giveWay();
@@ -90,19 +96,33 @@ bool TrackLoader::open(const QString& path) {
     const std::string name = pathBytes(path).toStdString();
     auto movie = m_engine.movieWithFile(name);
     if (!movie) {
-        ++m_failures;
         qmLog("Unable to open " + name + ": " + movie.error().message);
-        if (movie.error().category == ErrorCategory::NoAnswer) tellNoAnswer(path);
-        if (movie.error().category == ErrorCategory::TooLong)
-            m_notices.tell(QFileInfo(path).fileName() + u' ' + QString::fromStdString(movie.error().message));
+        keepFailure(path, movie.error());
         return false;
     }
+    m_failed.remove(path);
     m_state.qtMovie = std::move(movie.value());
     return true;
 }
 
+// The rows of the file are drawn otherwise from now on.
+void TrackLoader::keepFailure(const QString& path, const Error& error) {
+    ++m_failures;
+    m_lastFailure = {path, error};
+    if (error.category == ErrorCategory::GivenUp) return;
+    m_failed.insert(path, error.category);
+    if (m_outlets.playList) m_outlets.playList->viewport()->update();
+    const bool isTold = error.category == ErrorCategory::NoAnswer || error.category == ErrorCategory::TooLong;
+    if (isTold && !m_queue.isBusy()) m_notices.tell(failureWords(path, error));
+}
+
+std::optional<ErrorCategory> TrackLoader::failureOf(const QString& path) const {
+    const auto found = m_failed.constFind(path);
+    return found == m_failed.cend() ? std::nullopt : std::optional(*found);
+}
+
 void TrackLoader::tellNoAnswer(const QString& path) {
-    m_notices.tell(QStringLiteral("%1 cannot be read").arg(QFileInfo(path).fileName()));
+    m_notices.tell(failureWords(path, {ErrorCategory::NoAnswer, {}}));
 }
 
 // The answer of another thread that looks at the file; none, and the user is told, if the file does not let it.
@@ -193,17 +213,41 @@ void TrackLoader::openFile() {
     const auto panel = makeOpenPanel(m_outlets.mainWindow, m_panelFolder);
     const auto chosen = m_runPanel(*panel);
     if (!chosen) return;
-    for (const QString& path : *chosen) {
-        if (!openPanelTypes().contains(pathExtension(path))) continue;  // typed, not offered
-        m_panelFolder = QFileInfo(path).path();
-        if (const auto resolved = ask(resolvedPath, path)) loadFileAdd(*resolved, true);
-    }
+    QStringList offered;
+    for (const QString& path : *chosen)
+        if (openPanelTypes().contains(pathExtension(path))) offered.append(path);  // others were typed
+    if (offered.isEmpty()) return tellNotOffered(*chosen);
+    m_panelFolder = QFileInfo(offered.last()).path();
+    m_queue.add(offered);
+}
+
+// A name that was typed may be of any kind.
+void TrackLoader::tellNotOffered(const QStringList& chosen) {
+    const QString path = chosen.value(0);
+    const auto refusal = ask(panelRefusal, path);
+    if (refusal && !path.isEmpty()) m_dropNotices.refused(*refusal, path);
+}
+
+std::optional<bool> TrackLoader::addFromQueue(const QString& path) {
+    if (isLoading()) return std::nullopt;
+    const auto resolved = ask(resolvedPath, path);
+    if (!resolved) return false;
+    const int failedBefore = m_failures;
+    loadFileAdd(*resolved, true);
+    return m_failures == failedBefore;
 }
 
 bool TrackLoader::acceptDrop(const QList<QUrl>& urls) {
-    const auto path = firstDroppedFile(urls);
-    if (!path || !ask(isValidFileForDrop, *path).value_or(false)) return false;
-    loadFileAdd(*path, true);
+    const QStringList paths = droppedFiles(urls);
+    const std::optional<Refusal> refusal =
+        paths.isEmpty() ? addressRefusal(urls.value(0)) : ask(dropRefusal, paths.first());
+    if (!refusal) return false;
+    if (!refusal->text.isEmpty()) {
+        m_dropNotices.refused(*refusal, paths.value(0), droppable(paths.mid(1)));
+        return false;
+    }
+    loadFileAdd(paths.first(), true);
+    m_dropNotices.onlyFirstTaken(paths);
     return true;
 }
 

@@ -1,9 +1,10 @@
 // Makes a file the current track, from the open panel, a drop or the play list. The player's settings are carried over
 // to it and never reset; a row's bass and treble come back with it. Main thread only. A file that cannot be opened is
-// no message, only a log line, and the movie before it stays stopped; the user is told of one that is too long and of
-// one that does not answer.
+// no message, only a log line, and the movie before it stays stopped; the user is told of one that is too long, of one
+// that does not answer, and of a drop that is not taken or not wholly.
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -11,6 +12,8 @@
 #include <optional>
 
 #include "app/PlayerState.h"
+#include "library/DropNotices.h"
+#include "library/FileQueue.h"
 #include "library/PlayListArrays.h"
 #include "library/TrackMetadata.h"
 #include "player/Notices.h"
@@ -44,13 +47,29 @@ public:
     void loadFileAdd(const QString& path, bool add);
 
     bool isLoading() const { return !m_wishes.isEmpty(); }
-    int failures() const { return m_failures; }  // loads so far that gave no track
+
+    // A load that gave no track.
+    struct Failure {
+        QString path;
+        Error error;
+    };
+    int failures() const { return m_failures; }  // so far
+    const std::optional<Failure>& lastFailure() const { return m_lastFailure; }
+
+    // Why the file gave no track when it was last to be loaded; none if it did, or never was.
+    std::optional<ErrorCategory> failureOf(const QString& path) const;
 
     // Asks for files and adds each, in the panel's order: the last one ends on top and stays loaded.
     void openFile();
 
-    // A drop on the play list takes one file at most. False if it takes none.
+    // Where the panel is to look next time.
+    void lookIn(const QString& folder) { m_panelFolder = folder; }
+
+    // A drop on the play list takes one file at most. False if it takes none. What is left is told and offered.
     bool acceptDrop(const QList<QUrl>& urls);
+
+    // Those that are added one after the other.
+    FileQueue& queue() { return m_queue; }
 
     // How the open panel is run: the chosen files, or none if it was cancelled.
     void setRunPanel(RunPanel run) { m_runPanel = std::move(run); }
@@ -67,6 +86,9 @@ private:
     void giveWay();
     void load(const Wish& wish);
     bool open(const QString& path);
+    void keepFailure(const QString& path, const Error& error);
+    std::optional<bool> addFromQueue(const QString& path);
+    void tellNotOffered(const QStringList& chosen);
     void tellNoAnswer(const QString& path);
     template <typename Question>
     auto ask(Question question, const QString& path) -> std::optional<decltype(question(path))>;
@@ -92,6 +114,10 @@ private:
     QString m_panelFolder;  // where files were last chosen
     QList<Wish> m_wishes;   // the first one is being loaded
     int m_failures = 0;
+    std::optional<Failure> m_lastFailure;
+    QHash<QString, ErrorCategory> m_failed;  // files by their paths, until they give a track
+    FileQueue m_queue;
+    DropNotices m_dropNotices;
 };
 
 }  // namespace qm

@@ -16,8 +16,9 @@ struct Notice {
     QString text;     // one line, a sentence without a full stop
     QString actText;  // of the button; empty where there is nothing to do
     std::function<void()> act = {};
-    QString subject = {};  // a notice replaces an older one of the same subject; empty: it is alone
-    bool lasts = false;    // shown until it is withdrawn, replaced or acted upon, not for some seconds only
+    QString subject = {};   // a notice replaces an older one of the same subject; empty: it is alone
+    bool lasts = false;     // shown until it is withdrawn, replaced or acted upon, not for some seconds only
+    bool isUpdate = false;  // the same once more with other numbers: shown, not spoken again
 };
 
 class Notices : public QObject {

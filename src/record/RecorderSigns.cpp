@@ -4,10 +4,6 @@ namespace qm {
 
 namespace {
 
-bool lacksInput(const RecorderState& recorder) {
-    return recorder.captureSession && (!recorder.captureMovieFileOutput || recorder.inputGaveNothing);
-}
-
 QString statusOf(const RecorderState& recorder, bool recording) {
     if (!recording)
         return lacksInput(recorder) ? QStringLiteral("No sound input found.") : QStringLiteral("Ready to record");
@@ -19,6 +15,10 @@ QString statusOf(const RecorderState& recorder, bool recording) {
 }
 
 }  // namespace
+
+bool lacksInput(const RecorderState& recorder) {
+    return recorder.captureSession && (!recorder.captureMovieFileOutput || recorder.inputGaveNothing);
+}
 
 RecorderSigns signsOf(const RecorderState& recorder, bool recording) {
     RecorderSigns signs;

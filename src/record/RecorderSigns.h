@@ -14,6 +14,9 @@ struct RecorderSigns {
     QTCaptureAudioLevels levels;
 };
 
+// It was to record, and there is nothing to record from.
+bool lacksInput(const RecorderState& recorder);
+
 // `recording` is the recorder's own flag, which knows nothing of a recording that has ended by itself.
 RecorderSigns signsOf(const RecorderState& recorder, bool recording);
 

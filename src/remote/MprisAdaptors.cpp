@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 
+#include "engine/api/Log.h"
 #include "remote/DesktopEntry.h"
 #include "remote/RemotePlayer.h"
 
@@ -39,6 +40,11 @@ MprisPlayer::MprisPlayer(RemotePlayer& player, QObject* parent) : QDBusAbstractA
 
 QVariant MprisPlayer::read(const char* property) const {
     return m_player.properties().value(QString::fromLatin1(property));
+}
+
+void MprisPlayer::setLoopStatus(const QString& status) {
+    if (status != u"Track" && status != u"None") return qmLog("remote: a loop status that is none is ignored");
+    m_player.setLoops(status == u"Track");
 }
 
 void MprisPlayer::setRate(double rate) {

@@ -47,6 +47,7 @@ class MprisPlayer : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.mpris.MediaPlayer2.Player")
     Q_PROPERTY(QString PlaybackStatus READ playbackStatus)
+    Q_PROPERTY(QString LoopStatus READ loopStatus WRITE setLoopStatus)
     Q_PROPERTY(double Rate READ rate WRITE setRate)
     Q_PROPERTY(double MinimumRate READ minimumRate)
     Q_PROPERTY(double MaximumRate READ maximumRate)
@@ -64,6 +65,8 @@ public:
     MprisPlayer(RemotePlayer& player, QObject* parent);
 
     QString playbackStatus() const { return read("PlaybackStatus").toString(); }
+    QString loopStatus() const { return read("LoopStatus").toString(); }
+    void setLoopStatus(const QString& status);  // "Track" or "None"; anything else is ignored
     double rate() const { return read("Rate").toDouble(); }
     void setRate(double rate);
     double minimumRate() const { return read("MinimumRate").toDouble(); }

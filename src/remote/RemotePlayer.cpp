@@ -6,6 +6,7 @@
 #include <QUrl>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "engine/api/Log.h"
 #include "library/FilePath.h"
@@ -31,11 +32,12 @@ RemotePlayer::Clock runningClock() {
 }  // namespace
 
 RemotePlayer::RemotePlayer(const PlayerState& state, const PlayListArrays& list, const Outlets& outlets,
-                           MovieToolbox& toolbox, ActionTable& actions)
+                           MovieToolbox& toolbox, const AbLoop& loop, ActionTable& actions)
     : m_state(state),
       m_list(list),
       m_outlets(outlets),
       m_toolbox(toolbox),
+      m_loop(loop),
       m_actions(actions),
       m_loaded(state, list, outlets),
       m_clock(runningClock()) {
@@ -50,11 +52,14 @@ void RemotePlayer::send(const char* action) {
 }
 
 void RemotePlayer::play() {
+    m_playsOpened = m_opening > 0;
+    if (m_playsOpened) return;
     if (isAtEnd()) stop();
     if (!m_state.isPlaying || !m_state.qtMovie) send("playForward");
 }
 
 void RemotePlayer::pause() {
+    m_playsOpened = false;
     send("pause");
 }
 
@@ -114,10 +119,22 @@ void RemotePlayer::setVolume(double volume) {
 // A drop leaves the selection where it is; whoever opens a file from elsewhere means it to be played next.
 bool RemotePlayer::openUri(const QString& uri) {
     const bool free = !QApplication::activeModalWidget() && m_outlets.playList;
+    ++m_opening;
     const bool taken = free && m_outlets.playList->takeFiles({QUrl(uri)});
+    --m_opening;
     if (!taken) qmLog("remote: not opened: " + uri.toStdString());
     if (taken && m_loaded.row() >= 0) m_outlets.playList->selectRowIndex(m_loaded.row());
+    if (m_opening == 0 && std::exchange(m_playsOpened, false)) play();
     return taken;
+}
+
+// The switch may stand on for a track that does not loop: it belonged to the one before.
+void RemotePlayer::setLoops(bool loops) {
+    if (loops == m_loop.repeatedPassage().has_value()) return;
+    if (loops && selectedRow(m_outlets, m_list) < 0 && m_loaded.row() >= 0)
+        m_outlets.playList->selectRowIndex(m_loaded.row());
+    if (loops == m_state.isLooping) send("loopSwitch");
+    send("loopSwitch");
 }
 
 void RemotePlayer::raise() {
@@ -203,7 +220,8 @@ QVariantMap RemotePlayer::properties() const {
             {QStringLiteral("Metadata"), metadata()},
             {QStringLiteral("CanGoNext"), neighbour(1) >= 0},
             {QStringLiteral("CanGoPrevious"), neighbour(-1) >= 0},
-            {QStringLiteral("CanPlay"), selectedRow(m_outlets, m_list) >= 0},
+            {QStringLiteral("LoopStatus"), m_loop.repeatedPassage() ? QStringLiteral("Track") : QStringLiteral("None")},
+            {QStringLiteral("CanPlay"), m_list.count() > 0},
             {QStringLiteral("CanPause"), m_state.qtMovie != nullptr},
             {QStringLiteral("CanSeek"), canSeek()},
             {QStringLiteral("CanControl"), true}};

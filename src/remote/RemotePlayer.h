@@ -13,6 +13,7 @@
 #include "engine/api/MovieToolbox.h"
 #include "library/LoadedTrack.h"
 #include "library/PlayListArrays.h"
+#include "player/AbLoop.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
@@ -26,7 +27,7 @@ public:
     using Clock = std::function<qint64()>;  // milliseconds that only grow
 
     RemotePlayer(const PlayerState& state, const PlayListArrays& list, const Outlets& outlets, MovieToolbox& toolbox,
-                 ActionTable& actions);
+                 const AbLoop& loop, ActionTable& actions);
 
     void play();  // at the end of a track: from its start
     void pause();
@@ -38,6 +39,7 @@ public:
     void setPosition(const QString& trackId, qlonglong position);  // for that track only, within its length
     void setRate(double rate);                                     // the nearest speed there is; if that is 0, pauses
     void setVolume(double volume);                                 // the nearest from 0 to 1
+    void setLoops(bool loops);                                     // between A and B, of what is loaded
     bool openUri(const QString& uri);  // as a drop on the list, and selects it; false if the list takes no such file
     void raise();
     void quit();
@@ -75,11 +77,14 @@ private:
     const PlayListArrays& m_list;
     const Outlets& m_outlets;
     MovieToolbox& m_toolbox;
+    const AbLoop& m_loop;
     ActionTable& m_actions;
     LoadedTrack m_loaded;
     Clock m_clock;
     QTimer m_timer{this};
-    QVariantMap m_told;  // the properties as they were told last
+    int m_opening = 0;           // addresses, which may take long
+    bool m_playsOpened = false;  // was asked for meanwhile
+    QVariantMap m_told;          // the properties as they were told last
 
     // The position as it was last seen, to tell a jump from playing on.
     struct Sight {

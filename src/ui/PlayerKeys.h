@@ -1,12 +1,14 @@
-// What the player's keys and controls do beside sending their actions: play opens the selected row when nothing is
-// loaded, silence comes and goes through the gain slider, and what the window says of the track follows every load.
-// The actions themselves stay as they are. Main thread only; a file that gives no track is told.
+// What the player's keys and controls do beside sending their actions: play selects what there is to play and opens the
+// selected row when nothing is loaded, silence comes and goes through the gain slider, and what the window says of the
+// track follows every load. The actions themselves stay as they are. Main thread only; a file that gives no track is
+// told.
 #pragma once
 
 #include <QObject>
 #include <optional>
 
 #include "app/PlayerState.h"
+#include "library/LoadedTrack.h"
 #include "library/PlayListArrays.h"
 #include "library/TrackInfo.h"
 #include "library/TrackLoader.h"
@@ -22,7 +24,7 @@ class PlayerKeys : public QObject {
 
 public:
     // Receives the table's rows of the keys.
-    PlayerKeys(const PlayerState& state, const PlayListArrays& list, const Outlets& outlets, ActionTable& actions,
+    PlayerKeys(PlayerState& state, const PlayListArrays& list, const Outlets& outlets, ActionTable& actions,
                PositionClock& clock, TrackLoader& loader, TrackInfo& info, Notices& notices);
 
 public slots:
@@ -32,11 +34,13 @@ public slots:
 
 private:
     enum class Direction { Forward, Backward };
+    bool preparePlay(Direction direction);
+    void selectWhatToPlay();
     bool playSelectedRow(Direction direction);
     void follow();
     void tellFailures();
 
-    const PlayerState& m_state;
+    PlayerState& m_state;
     const PlayListArrays& m_list;
     const Outlets& m_outlets;
     ActionTable& m_actions;
@@ -44,6 +48,7 @@ private:
     TrackLoader& m_loader;
     TrackInfo& m_info;
     Notices& m_notices;
+    LoadedTrack m_loaded;
     std::optional<double> m_silenced;  // the gain that silence() took away
     Movie m_described = 0;             // the movie that the track's information is of
     int m_failuresTold = 0;

@@ -1,5 +1,7 @@
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QDir>
+#include <QDragLeaveEvent>
 #include <QDragMoveEvent>
 #include <QDropEvent>
 #include <QFile>
@@ -8,6 +10,8 @@
 
 #include "library/FilePath.h"
 #include "support/widgets/ControllerFixture.h"
+#include "ui/FilePanel.h"
+#include "ui/controls/DropMarker.h"
 
 using namespace qm;
 
@@ -25,6 +29,36 @@ struct DropFixture : ControllerFixture {
         QList<QUrl> urls;
         for (const QString& path : paths) urls.append(QUrl::fromLocalFile(path));
         return controller->trackLoader().acceptDrop(urls);
+    }
+
+    QList<Notice> told;
+    void listen() {
+        QObject::connect(&controller->notices(), &Notices::told, controller.get(),
+                         [this](const Notice& notice) { told.append(notice); });
+    }
+    QString lastTold() const { return told.isEmpty() ? QString() : told.last().text; }
+    void waitForQueue() {
+        QDeadlineTimer patience(60000);
+        while (controller->trackLoader().queue().isBusy() && !patience.hasExpired()) QApplication::processEvents();
+    }
+
+    // The words over the list while this is dragged over it.
+    QString hoverWords(const QList<QUrl>& urls, bool& refuses) {
+        QMimeData data;
+        data.setUrls(urls);
+        QDragEnterEvent enter(QPoint(10, 60), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(outlets.playList->viewport(), &enter);
+        CHECK(enter.isAccepted());
+        CHECK(enter.dropAction() == Qt::CopyAction);
+        const DropMarker& marker = outlets.playList->dropMarker();
+        QDeadlineTimer patience(5000);
+        while (marker.words().isEmpty() && !patience.hasExpired())
+            QApplication::processEvents(QEventLoop::AllEvents, 20);
+        refuses = marker.refuses();
+        const QString words = marker.words();
+        QDragLeaveEvent leave;
+        QApplication::sendEvent(outlets.playList->viewport(), &leave);
+        return words;
     }
 
     // As the system delivers it: the drag comes in, then the button is released.
@@ -134,4 +168,89 @@ TEST_CASE_FIXTURE(DropFixture, "a dropped file is looked at by another thread, a
     for (int i = 0; i < 1000 && !refused; ++i) refused = !drop({path});  // unless the answer was quicker
     CHECK(refused);
     CHECK(told.contains("far.wav cannot be read"));
+}
+
+TEST_CASE_FIXTURE(DropFixture, "a drop that is not taken is told with the reason") {
+    start();
+    listen();
+    drop({file("song.flac")});
+    CHECK(lastTold() == "FLAC files are not played: song.flac");
+    controller->trackLoader().acceptDrop({QUrl("https://example.org/a.mp3")});
+    CHECK(lastTold() == "Web addresses are not played: https://example.org/a.mp3");
+    CHECK(told.size() == 2);
+    drop({file("song.mp3")});
+    CHECK(told.size() == 2);
+}
+
+TEST_CASE_FIXTURE(DropFixture,
+                  "a drop of many adds the first, tells it, and offers the others as a command of its own") {
+    start();
+    listen();
+    const QString a = file("A.wav"), b = file("b.mp3"), c = file("c.mp3");
+    CHECK(drop({c, b, a}));
+    CHECK(controller->trackArray == std::vector<QString>{a});
+    CHECK(lastTold() == "Only A.wav was added, the first of 3");
+    REQUIRE(told.last().actText == "Add the other 2");
+    told.last().act();
+    waitForQueue();
+    CHECK(controller->trackArray == std::vector<QString>{c, b, a});
+    CHECK(controller->loadedPath == c);
+    CHECK(lastTold() == "Added 2 files");
+}
+
+TEST_CASE_FIXTURE(DropFixture, "of the others only those are offered that can be played") {
+    start();
+    listen();
+    CHECK(drop({file("A.wav"), file("b.mp3"), file("cover.jpg")}));
+    CHECK(told.last().actText == "Add the other");
+    CHECK(drop({file("A.wav"), file("cover.jpg")}));
+    CHECK(lastTold() == "Only A.wav was added, the other is not played");
+    CHECK(told.last().actText.isEmpty());
+}
+
+TEST_CASE_FIXTURE(DropFixture, "where the first is refused the others are offered") {
+    start();
+    listen();
+    const QString b = file("b.wav"), c = file("c.wav");
+    CHECK_FALSE(drop({file("a.flac"), b, c}));
+    CHECK(controller->count() == 0);
+    CHECK(lastTold() == "FLAC files are not played: a.flac");
+    REQUIRE(told.last().actText == "Add the other 2");
+    told.last().act();
+    waitForQueue();
+    CHECK(controller->trackArray == std::vector<QString>{c, b});
+}
+
+TEST_CASE_FIXTURE(DropFixture, "a dropped folder can be opened from, and a file of the panel's kinds can be added") {
+    start();
+    listen();
+    QDir().mkpath(home.path() + "/Album");
+    drop({home.path() + "/Album"});
+    REQUIRE(told.last().actText == "Open…");
+    QString folder;
+    controller->trackLoader().setRunPanel([&](FilePanel& panel) -> std::optional<QStringList> {
+        folder = panel.directory().path();
+        return std::nullopt;
+    });
+    told.last().act();
+    CHECK(folder == home.path() + "/Album");
+    const QString clip = file("clip.m4v");
+    drop({clip});
+    REQUIRE(told.last().actText == "Add");
+    told.last().act();
+    CHECK(controller->trackArray == std::vector<QString>{clip});
+}
+
+TEST_CASE_FIXTURE(DropFixture, "while it hovers a drag says whether it will be taken") {
+    start();
+    bool refuses = false;
+    CHECK(hoverWords({QUrl::fromLocalFile(file("song.flac"))}, refuses) == "FLAC files are not played: song.flac");
+    CHECK(refuses);
+    CHECK_FALSE(outlets.playList->showsDropMarker());
+    CHECK(hoverWords({QUrl("https://example.org/a.mp3")}, refuses) ==
+          "Web addresses are not played: https://example.org/a.mp3");
+    CHECK(refuses);
+    CHECK(hoverWords({QUrl::fromLocalFile(file("b.mp3")), QUrl::fromLocalFile(file("A.wav"))}, refuses) ==
+          "Only A.wav will be added, the first of 2");
+    CHECK_FALSE(refuses);
 }

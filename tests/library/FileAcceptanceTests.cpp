@@ -36,7 +36,7 @@ struct Folder {
 std::optional<QString> first(const QStringList& paths) {
     QList<QUrl> urls;
     for (const QString& path : paths) urls.append(QUrl::fromLocalFile(path));
-    return firstDroppedFile(urls);
+    return droppedFiles(urls).value(0);
 }
 
 }  // namespace
@@ -105,9 +105,10 @@ TEST_CASE("whole paths are compared, not file names") {
 }
 
 TEST_CASE("a drop without local files has no first one") {
-    CHECK_FALSE(firstDroppedFile({}).has_value());
-    CHECK_FALSE(firstDroppedFile({QUrl("http://nowhere.invalid/a.mp3")}).has_value());
-    CHECK(firstDroppedFile({QUrl("http://nowhere.invalid/a.mp3"), QUrl::fromLocalFile("/m/b.mp3")}) == "/m/b.mp3");
+    CHECK(droppedFiles({}).isEmpty());
+    CHECK(droppedFiles({QUrl("http://nowhere.invalid/a.mp3")}).isEmpty());
+    CHECK(droppedFiles({QUrl("http://nowhere.invalid/a.mp3"), QUrl::fromLocalFile("/m/b.mp3")}) ==
+          QStringList{"/m/b.mp3"});
 }
 
 TEST_CASE_FIXTURE(Folder, "a chosen link stands for the file behind it, a file for itself") {

@@ -76,6 +76,8 @@ TEST_CASE_FIXTURE(ControllerFixture, "chosen files are added in the panel's orde
         return std::optional(QStringList{"/music/b.mp3", "/music/a.mp3"});
     });
     controller->openFile();
+    QDeadlineTimer patience(60000);
+    while (controller->trackLoader().queue().isBusy() && !patience.hasExpired()) QApplication::processEvents();
     CHECK(controller->trackArray == std::vector<QString>{"/music/a.mp3", "/music/b.mp3", "/music/old.wav"});
     CHECK(controller->loadedPath == "/music/a.mp3");
     CHECK(log.count("open ") == 2);

@@ -332,3 +332,33 @@ TEST_CASE_FIXTURE(ControllerFixture, "the user is told of a file that does not a
     controller->loadFileAdd("/mounted/far.wav", false);
     CHECK(told == QStringList{"far.wav cannot be read"});
 }
+
+TEST_CASE_FIXTURE(ControllerFixture,
+                  "a file that gave no track is remembered until it gives one, and is never removed") {
+    startWithRows({"/music/gone.wav", "/music/here.wav"});
+    TrackLoader& loader = controller->trackLoader();
+    const auto isFaint = [&](int row) {
+        return outlets.playList->model()->index(row, 1).data(FailedTrackRole).toBool();
+    };
+    const auto spoken = [&](int row) {
+        return outlets.playList->model()->index(row, 1).data(Qt::AccessibleTextRole).toString();
+    };
+    engine.missing.insert("/music/gone.wav");
+    CHECK_FALSE(isFaint(0));
+    controller->loadFileAdd("/music/gone.wav", false);
+    CHECK(loader.failureOf("/music/gone.wav") == ErrorCategory::NotFound);
+    CHECK(isFaint(0));
+    CHECK_FALSE(isFaint(1));
+    CHECK(spoken(0).endsWith(", file not found"));
+    CHECK(controller->count() == 2);
+    controller->loadFileAdd("/music/here.wav", false);
+    CHECK(isFaint(0));
+    engine.missing.clear();
+    engine.unreadable.insert("/music/gone.wav");
+    controller->loadFileAdd("/music/gone.wav", false);
+    CHECK(spoken(0).endsWith(", cannot be opened"));
+    engine.unreadable.clear();
+    controller->loadFileAdd("/music/gone.wav", false);
+    CHECK_FALSE(isFaint(0));
+    CHECK_FALSE(spoken(0).contains("cannot"));
+}

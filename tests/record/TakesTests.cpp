@@ -228,7 +228,35 @@ TEST_CASE_FIXTURE(Controls, "without an input no control touches a take") {
         send(slot);
     CHECK(contentOf(takeOnDesktop()) == "kept");
     CHECK(contentOf(takeInSupportFolder()) == "left");
+    for (const Notice& notice : told)
+        CHECK(notice.text == "There is no sound input: connect one, then start Quillmere again");
+    CHECK(told.size() == 3);
+}
+
+TEST_CASE_FIXTURE(Controls, "the control that records opens the session first when there is none") {
+    send("audioStartRecord");
+    CHECK(player.isRecording);
+    CHECK(outlets.audioRecordingWindow->isVisible());
+    CHECK(contentOf(takeOnDesktop()) == "recording 1");
     CHECK(told.isEmpty());
+    const auto session = player.captureSession;
+    send("audioStartRecord");
+    send("audioStartRecord");
+    CHECK(player.captureSession == session);
+}
+
+TEST_CASE_FIXTURE(Controls, "the action that records still opens no session by itself") {
+    player.audioStartRecord();
+    CHECK_FALSE(player.isRecording);
+    CHECK_FALSE(player.captureSession);
+}
+
+TEST_CASE_FIXTURE(Controls, "an input that does not start is told") {
+    capture.runs = false;
+    send("audioStartRecord");
+    CHECK_FALSE(player.isRecording);
+    REQUIRE(told.size() == 1);
+    CHECK(told[0].text == "The sound input does not start, so nothing is recorded");
 }
 
 TEST_CASE_FIXTURE(Controls, "a take that cannot be set aside keeps the control from recording") {

@@ -10,45 +10,9 @@
 #include <limits>
 
 #include "remote/MprisAdaptors.h"
-#include "support/widgets/LivingWindow.h"
+#include "remote/RemoteFixture.h"
 
 using namespace qm;
-
-namespace {
-
-constexpr qlonglong kSecond = 1'000'000;
-constexpr int kScale = 600;  // of the fake movies, which last 100 seconds
-
-// The window with three tracks a, b and c, and the remote on it, whose clock stands still unless a test moves it.
-struct Remote {
-    LivingWindow living;
-    QMController& player = living.controller;
-    RemotePlayer remote{player, player, living.outlets, living.fixture.engine, living.window.actions()};
-    qint64 now = 0;
-    QVariantMap changed;
-    QList<qlonglong> seeks;
-
-    Remote() {
-        for (const char* name : {"/music/c.mp3", "/music/b.mp3", "/music/a.mp3"})
-            living.addTrack(QString::fromLatin1(name));
-        remote.setClock([this] { return now; });
-        QObject::connect(&remote, &RemotePlayer::propertiesChanged, &remote, [this](const QVariantMap& properties) {
-            for (auto p = properties.begin(); p != properties.end(); ++p) changed.insert(p.key(), p.value());
-        });
-        QObject::connect(&remote, &RemotePlayer::seeked, &remote, [this](qlonglong position) { seeks << position; });
-    }
-    void load(int row) {
-        living.outlets.playList->selectRowIndex(row);
-        player.selectTrack();
-    }
-    FakeMovie& movie() { return *living.fixture.engine.movie(); }
-    QVariant read(const char* property) { return remote.properties().value(QString::fromLatin1(property)); }
-    QVariantMap metadata() { return read("Metadata").toMap(); }
-    QString trackId() { return metadata().value("mpris:trackid").value<QDBusObjectPath>().path(); }
-    void stand(int seconds) { movie().time = {seconds * kScale, kScale, 0}; }
-};
-
-}  // namespace
 
 TEST_CASE("without a track the player is stopped, has no track and can go to the first row") {
     Remote r;
@@ -56,18 +20,31 @@ TEST_CASE("without a track the player is stopped, has no track and can go to the
     CHECK(r.trackId() == "/org/mpris/MediaPlayer2/TrackList/NoTrack");
     CHECK(r.metadata().size() == 1);
     CHECK(r.remote.position() == 0);
-    CHECK_FALSE(r.read("CanPlay").toBool());
+    CHECK(r.read("CanPlay").toBool());
     CHECK_FALSE(r.read("CanPause").toBool());
     CHECK_FALSE(r.read("CanSeek").toBool());
     CHECK(r.read("CanGoNext").toBool());
     CHECK_FALSE(r.read("CanGoPrevious").toBool());
-    for (auto act : {&RemotePlayer::play, &RemotePlayer::pause, &RemotePlayer::playPause, &RemotePlayer::stop,
-                     &RemotePlayer::previous})
-        (r.remote.*act)();
+    for (auto act : {&RemotePlayer::pause, &RemotePlayer::stop, &RemotePlayer::previous}) (r.remote.*act)();
     r.remote.seek(kSecond);
     CHECK_FALSE(r.player.qtMovie);
     r.remote.next();
     CHECK(r.player.loadedPath == "/music/a.mp3");
+}
+
+TEST_CASE("without a selected row play plays the first one, and without a row there is nothing to play") {
+    for (auto play : {&RemotePlayer::play, &RemotePlayer::playPause}) {
+        Remote r;
+        (r.remote.*play)();
+        CHECK(r.player.loadedPath == "/music/a.mp3");
+        CHECK(r.read("PlaybackStatus") == "Playing");
+    }
+    Remote empty;
+    empty.player.removeAllEntries();
+    empty.living.outlets.playList->reloadData();
+    CHECK_FALSE(empty.read("CanPlay").toBool());
+    empty.remote.play();
+    CHECK(empty.read("PlaybackStatus") == "Stopped");
 }
 
 TEST_CASE("the loaded track is told with its names, its length and its file") {

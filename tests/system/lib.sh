@@ -23,6 +23,15 @@ start_bus() {
     export DBUS_SESSION_BUS_ADDRESS
 }
 
+# The status line as assistive tools find it. Before start: start_bus and listen_to_line.
+listen_to_line() {
+    export QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1
+}
+
+line_says() {
+    "$programs/accessible_tree" list | grep -F "notification \"$1\"" | grep -q showing
+}
+
 # What the program's remote control says and does, by the names of the bus.
 remote=org.mpris.MediaPlayer2.quillmere
 

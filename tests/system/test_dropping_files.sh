@@ -1,13 +1,18 @@
 #!/bin/bash
-# Files dragged onto the play list: of several only the first in order is added; a file of another kind is refused, and
-# with it the others. A double click plays the added track from its first frame.
+# Files dragged onto the window: of several only the first in order is added, and the others are offered; a file of another
+# kind is refused, and with it the others, and says so while it hovers. A double click plays the added track from its
+# first frame.
 . "$(dirname "$0")/lib.sh"
 open_test
+start_bus
+listen_to_line
 start
 
-# drop FILE...: drags them from a window beside the main window onto the play list.
+height=480  # in the list
+
+# drop FILE...: drags them from a window beside the main window to that height of it.
 drop() {
-    local source_pid before
+    local source_pid
     "$programs/drag_source" 1100 800 "$@" &
     source_pid=$!
     stage_pids+=("$source_pid")
@@ -16,9 +21,10 @@ drop() {
     xdotool mousemove --sync 1120 820
     xdotool mousemove --sync --window "$player_window" 400 600
     for x in 380 360 340 320 300; do # a hand is never quite still, and the target must answer before the release
-        xdotool mousemove --sync --window "$player_window" "$x" 480
+        xdotool mousemove --sync --window "$player_window" "$x" "$height"
         sleep 0.1
     done
+    [ -z "${picture-}" ] || import -silent -window root "$picture"
     xdotool mouseup 1
     wait_until "the drag has ended" has_ended "$source_pid"
     wait "$source_pid"
@@ -35,8 +41,11 @@ echo text >"$stage/a.txt"
 
 drop "$stage/a.txt" "$stage/b.wav"
 expect_no_text "$player_log" "loadFile"
+wait_until "the reason is told" line_says "Text files are not played: a.txt"
+height=100  # in the head of the window
 drop "$stage/b.wav" "$stage/A.WAV"
 wait_until "the file is opened" opened_more_than 0
+wait_until "what was added is told" line_says "Only A.WAV was added, the first of 2"
 
 start_recording "$stage/dropped.raw"
 double_click_first_row
@@ -45,9 +54,12 @@ wait_recorded 1
 press p
 wait_for_silence
 stop_recording
+press F8
+wait_until "the other one is opened" opened_more_than 2
 quit_by_key
 
-expect "entries" "$(grep -c '<key>track</key>' "$support_folder/Quillmere.xml")" -eq 1
+expect "entries" "$(grep -c '<key>track</key>' "$support_folder/Quillmere.xml")" -eq 2
+expect_text "$support_folder/Quillmere.xml" "<string>$stage/b.wav</string>"
 expect_text "$support_folder/Quillmere.xml" "<string>$stage/A.WAV</string>"
 analyse
 expect "first frame" "$(values "$runs" source | sed -n 1p)" -eq 0

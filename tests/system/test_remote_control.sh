@@ -5,6 +5,11 @@
 open_test
 start_bus
 
+write_loop() {
+    bus_call "$remote" /org/mpris/MediaPlayer2 org.freedesktop.DBus.Properties.Set \
+        string:org.mpris.MediaPlayer2.Player string:LoopStatus "variant:string:$1"
+}
+
 start
 wait_until "the player is on the bus" on_the_bus
 dbus-monitor --session "type='signal',path='/org/mpris/MediaPlayer2'" >"$stage/signals" 2>&1 &
@@ -82,13 +87,37 @@ write_property Volume 0.5
 ! remote_call Player.OpenUri string:https://example.org/song.mp3 2>"$stage/refused" || fail "an address was opened"
 expect_text "$stage/refused" "takes no such file"
 
+# The loop, as its switch sets it.
+expect "loop" "$(read_property LoopStatus)" = None
+write_loop Track
+wait_until "the loop is on" property_is LoopStatus Track
+write_loop Playlist
+expect "loop" "$(read_property LoopStatus)" = Track
+write_loop None
+wait_until "the loop is off" property_is LoopStatus None
+
+# What is opened is played, also where nobody waits until it is open.
+remote_call Player.Pause
+cp "$stage/two.wav" "$stage/three.wav"
+start_recording "$stage/opened.raw"
+dbus-send --dest="$remote" /org/mpris/MediaPlayer2 org.mpris.MediaPlayer2.Player.OpenUri "string:file://$stage/three.wav"
+dbus-send --dest="$remote" /org/mpris/MediaPlayer2 org.mpris.MediaPlayer2.Player.Play
+wait_for_sound
+wait_until "what was opened is loaded" loaded_file_is three.wav
+expect "status" "$(read_property PlaybackStatus)" = Playing
+remote_call Player.Pause
+wait_for_silence
+stop_recording
+analyse
+expect "first frame heard" "$(values "$runs" source | sed -n 1p)" -eq 0
+
 remote_call Player.Stop
 expect "status" "$(read_property PlaybackStatus)" = Stopped
 expect "position" "$(read_property Position)" -eq 0
 
 # What was told meanwhile.
 wait_until "the changes are told" grep -q '"Stopped"' "$stage/signals"
-for told in PropertiesChanged Seeked '"Playing"' '"Paused"' '"Rate"' '"Metadata"' '"CanGoNext"'; do
+for told in PropertiesChanged Seeked '"LoopStatus"' '"Playing"' '"Paused"' '"Rate"' '"Metadata"' '"CanGoNext"'; do
     expect_text "$stage/signals" "$told"
 done
 

@@ -4,17 +4,10 @@
 . "$(dirname "$0")/lib.sh"
 open_test
 start_bus
-export QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1
-tree() {
-    "$programs/accessible_tree" "$@"
-}
+listen_to_line
 
 heard() {
     grep -qF -- "$1" "$stage/heard"
-}
-
-line_says() {
-    tree list | grep "notification \"$1\"" | grep -q showing
 }
 
 spoken_twice() {
@@ -22,7 +15,7 @@ spoken_twice() {
 }
 
 line_is_gone() {
-    ! tree list | grep 'notification' | grep -q showing
+    ! "$programs/accessible_tree" list | grep 'notification' | grep -q showing
 }
 
 start

@@ -1,12 +1,16 @@
 #include <doctest/doctest.h>
 
 #include <QCoreApplication>
+#include <QDragEnterEvent>
 #include <QLabel>
 #include <QMenuBar>
+#include <QMimeData>
+#include <QUrl>
 
 #include "support/widgets/LivingWindow.h"
 #include "ui/controls/BackgroundViewBlack.h"
 #include "ui/controls/ChipButton.h"
+#include "ui/controls/PlayListView.h"
 #include "ui/controls/Tokens.h"
 #include "ui/controls/WaveformStrip.h"
 #include "ui/windows/Decks.h"
@@ -250,13 +254,83 @@ TEST_CASE("with nothing loaded all that needs a track is dimmed, and only drawn 
     CHECK(living.grid().hero->byLine() == "Add a track, select it, then press Space.");
     living.addTrack(QStringLiteral("/music/a.mp3"));
     living.state.refresh();
-    CHECK(living.grid().hero->byLine() == "Double-click a track to play it.");
+    CHECK(living.grid().hero->byLine() == "Select a track, then press Space, or double-click it.");
     CHECK_FALSE(living.window.tools().tool(QStringLiteral("clearList"))->isDimmed());
+}
+
+TEST_CASE("until something has been played the window says how") {
+    LivingWindow living;
+    const auto hint = [&] {
+        living.state.refresh();
+        return living.grid().hero->byLine();
+    };
+    living.addTrack(QStringLiteral("/music/b.mp3"));
+    living.outlets.playList->selectRowIndex(0);
+    CHECK(hint() == "Press Space to play the selected track.");
+    living.loadTrack();
+    CHECK(hint() == "Marlow Quartet — Night Ferry · press Space to play");
+    living.controller.artistArray[0] = living.controller.albumArray[0] = QStringLiteral(" ");
+    CHECK(hint() == "Press Space to play.");
+    living.controller.playForward();
+    CHECK(hint().isEmpty());
+    living.controller.pause();
+    CHECK(hint().isEmpty());
+    living.fixture.engine.unreadable.insert("/music/b.mp3");
+    living.outlets.playList->selectRowIndex(1);
+    living.controller.selectTrack();
+    CHECK(hint() == "Double-click a track to play it.");
+}
+
+TEST_CASE("the tag says what is heard: a gain that was put back for one track only is silent again with the next") {
+    LivingWindow living;
+    const auto silent = [&] {
+        living.state.refresh();
+        return living.grid().hero->stateTexts().last();
+    };
+    living.addTrack(QStringLiteral("/music/b.mp3"));
+    living.loadTrack();
+    living.controller.volumeMin();
+    CHECK(silent() == "Silent");
+    living.controller.resetAudio();
+    CHECK(silent().isEmpty());
+    living.outlets.playList->selectRowIndex(1);
+    living.controller.selectTrack();
+    CHECK(living.outlets.gainSlider->value() == 0.5);
+    CHECK(silent() == "Silent");
+    living.fixture.engine.unreadable.insert("/music/b.mp3");
+    living.controller.selectTrack();
+    CHECK(silent() == "Silent");
+    living.outlets.gainSlider->moveByUser(0.5);
+    CHECK(silent().isEmpty());
+}
+
+TEST_CASE("what is dragged anywhere over the window goes to the play list") {
+    LivingWindow living;
+    living.window.show();
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QStringLiteral("/music/a.mp3"))});
+    QDragEnterEvent enter(QPoint(10, 60), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&living.window, &enter);
+    CHECK(enter.isAccepted());
+    CHECK(living.outlets.playList->showsDropMarker());
+    QDragLeaveEvent leave;
+    QApplication::sendEvent(&living.window, &leave);
+    CHECK_FALSE(living.outlets.playList->showsDropMarker());
+    QList<QUrl> taken;
+    living.outlets.playList->acceptDrop = [&](const QList<QUrl>& urls) {
+        taken = urls;
+        return true;
+    };
+    QDropEvent drop(QPointF(10, 60), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&living.window, &drop);
+    CHECK(drop.isAccepted());
+    CHECK(taken == data.urls());
 }
 
 TEST_CASE("a loaded track shows its name and its people and lights the controls") {
     LivingWindow living;
     living.loadTrack();
+    living.controller.playForward();
     living.state.refresh();
     CHECK(living.grid().hero->title() == "Blue Lantern");
     CHECK(living.grid().hero->byLine() == "Marlow Quartet — Night Ferry");

@@ -263,3 +263,21 @@ TEST_CASE("to assistive tools the line is a notification with its button, and no
     REQUIRE(access->childCount() == 1);
     CHECK(access->child(0)->text(QAccessible::Name) == "Bring Back");
 }
+
+TEST_CASE("an update shows other numbers in the place of what lasts, behind what passes, and is not spoken") {
+    TellingWindow w;
+    Notice progress = w.lasting(QStringLiteral("Adding 1 of 9 files"), QStringLiteral("adding"));
+    w.tell(progress);
+    progress.isUpdate = true;
+    progress.text = QStringLiteral("Adding 2 of 9 files");
+    w.tell(progress);
+    CHECK(w.line.text() == "Adding 2 of 9 files");
+    w.tell({QStringLiteral("A at 1 second"), {}});
+    progress.text = QStringLiteral("Adding 3 of 9 files");
+    w.tell(progress);
+    CHECK(w.line.text() == "A at 1 second");
+    fire(w.rest());
+    CHECK(w.line.text() == "Adding 3 of 9 files");
+    w.controller.notices().withdraw(QStringLiteral("adding"));
+    CHECK_FALSE(w.line.isVisible());
+}

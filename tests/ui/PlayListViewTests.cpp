@@ -65,6 +65,19 @@ bool sendDrop(PlayListView& view, const QMimeData& data) {
 
 }  // namespace
 
+TEST_CASE("a click below the rows takes nothing out of the selection") {
+    ShownList list;
+    list.rows.reset(2);
+    list.view.reloadData();
+    clickMouse(*list.view.viewport(), list.row(1));
+    REQUIRE(list.view.selectedRow() == 1);
+    clickMouse(*list.view.viewport(), list.row(1) + QPointF(0, 60));
+    CHECK(list.view.selectedRow() == 1);
+    CHECK(list.view.currentIndex().row() == 1);
+    clickMouse(*list.view.viewport(), list.row(0));
+    CHECK(list.view.selectedRow() == 0);
+}
+
 TEST_CASE("the selected row is none until one is chosen, and none again for a row that does not exist") {
     ShownList list;
     CHECK(list.view.selectedRow() == -1);

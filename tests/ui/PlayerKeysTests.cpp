@@ -5,11 +5,14 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QCoreApplication>
+#include <QDir>
 #include <QLabel>
 #include <QUrl>
 
 #include "support/widgets/Gestures.h"
 #include "support/widgets/LivingWindow.h"
+#include "support/widgets/TestText.h"
+#include "ui/FilePanel.h"
 
 using namespace qm;
 
@@ -89,13 +92,72 @@ TEST_CASE("without a track the play buttons play the selected row in their own d
     }
 }
 
-TEST_CASE("without a track and without a selected row play does nothing, and with a track it is the plain action") {
+TEST_CASE("with nothing loaded and nothing selected, play selects the first row and plays it") {
+    for (const char* slot : {"toggleStartStop", "playForward", "playBackward"}) {
+        CAPTURE(slot);
+        Keys k;
+        k.addTrack(QStringLiteral("/music/b.mp3"));
+        k.addTrack(QStringLiteral("/music/a.mp3"));
+        k.select(-1);
+        k.press(slot);
+        CHECK(k.outlets.playList->selectedRow() == 0);
+        CHECK(k.opened() == Events{"/music/a.mp3"});
+        CHECK(k.player.isPlaying);
+    }
+}
+
+TEST_CASE("with a track and nothing selected, play selects its row and goes on from where it is") {
+    for (const char* slot : {"toggleStartStop", "playForward", "playBackward"}) {
+        CAPTURE(slot);
+        Keys k;
+        k.addTrack(QStringLiteral("/music/b.mp3"));
+        k.player.loadFileAdd(QStringLiteral("/music/dropped.mp3"), true);
+        k.addTrack(QStringLiteral("/music/a.mp3"));
+        k.select(-1);
+        k.engine.movie()->time.timeValue = 600;
+        k.opened();
+        k.press(slot);
+        CHECK(k.outlets.playList->selectedRow() == 1);
+        CHECK(k.opened() == Events{});
+        CHECK(k.engine.movie()->time.timeValue == 600);
+        CHECK(k.player.isPlaying);
+    }
+}
+
+TEST_CASE("play that pauses leaves the selection alone") {
+    Keys k;
+    k.loadTrack();
+    k.press("toggleStartStop");
+    k.select(-1);
+    k.press("toggleStartStop");
+    CHECK_FALSE(k.player.isPlaying);
+    CHECK(k.outlets.playList->selectedRow() == -1);
+}
+
+TEST_CASE("a track that is in the list no more is not played on, and that is told") {
+    Keys k;
+    k.loadTrack();
+    k.press("removeListEntry");
+    k.addTrack(QStringLiteral("/music/b.mp3"));
+    k.select(-1);
+    k.press("toggleStartStop");
+    CHECK(k.told.last() == "The track is not in the play list any more: select another one");
+    CHECK(k.outlets.playList->selectedRow() == -1);
+}
+
+TEST_CASE("the action itself still needs a selected row") {
     Keys k;
     k.addTrack(QStringLiteral("/music/a.mp3"));
     k.select(-1);
-    k.press("toggleStartStop");
+    k.player.playForward();
+    k.player.playBackward();
     CHECK(k.opened() == Events{});
     CHECK_FALSE(k.player.isPlaying);
+}
+
+TEST_CASE("with a track loaded from the selected row play is the plain action") {
+    Keys k;
+    k.addTrack(QStringLiteral("/music/a.mp3"));
     k.select(0);
     k.press("toggleStartStop");
     CHECK(k.opened() == Events{"/music/a.mp3"});
@@ -104,6 +166,15 @@ TEST_CASE("without a track and without a selected row play does nothing, and wit
     k.press("toggleStartStop");
     CHECK(k.player.isPlaying);
     CHECK(k.opened() == Events{});
+}
+
+TEST_CASE("play while a file is being opened says so") {
+    Keys k;
+    k.fixture.log.atEvent = [&](const std::string& event) {
+        if (event == "open /mounted/far.mp3") k.press("toggleStartStop");
+    };
+    k.player.loadFileAdd(QStringLiteral("/mounted/far.mp3"), true);
+    CHECK(k.told.contains("far.mp3 is being opened"));
 }
 
 TEST_CASE("the actions themselves try a row that could not be opened only once") {
@@ -126,9 +197,45 @@ TEST_CASE("a file that gives no track is told, each time, however it was to be o
     k.press("selectTrack");
     emit k.outlets.playList->rowActivated();
     QCoreApplication::processEvents();
-    CHECK(k.told == QStringList(3, QStringLiteral("dead.mp3 cannot be opened")));
+    CHECK(k.told == QStringList(3, QStringLiteral("dead.mp3 cannot be read: not a media file")));
     k.press("skip1");
     CHECK(k.told.size() == 3);
+}
+
+TEST_CASE("a file that is not there is told with its folder, and can be looked for from there") {
+    Keys k;
+    Notice last;
+    QObject::connect(&k.player.notices(), &Notices::told, &k.keys, [&](const Notice& n) { last = n; });
+    const QString folder = k.fixture.home.path() + QStringLiteral("/music");
+    QDir().mkpath(folder);
+    k.addTrack(folder + QStringLiteral("/gone.mp3"));
+    k.engine.missing.insert((folder + "/gone.mp3").toStdString());
+    k.select(0);
+    k.press("toggleStartStop");
+    CHECK(last.text == QStringLiteral("gone.mp3 cannot be found in %1").arg(folder));
+    REQUIRE(last.actText == "Look for It…");
+    QString looked;
+    k.player.trackLoader().setRunPanel([&](FilePanel& panel) -> std::optional<QStringList> {
+        looked = panel.directory().path();
+        return std::nullopt;
+    });
+    last.act();
+    CHECK(looked == folder);
+    CHECK(k.player.count() == 1);
+}
+
+TEST_CASE("of many files that are added it is not told one by one which cannot be opened") {
+    Keys k;
+    k.engine.unreadable.insert("/music/2.mp3");
+    k.engine.unreadable.insert("/music/4.mp3");
+    k.player.trackLoader().setRunPanel([](FilePanel&) {
+        return std::optional(QStringList{"/music/1.mp3", "/music/2.mp3", "/music/3.mp3", "/music/4.mp3"});
+    });
+    k.press("openFile");
+    while (k.player.trackLoader().queue().isBusy()) QCoreApplication::processEvents();
+    CHECK(k.told.last() == "Added 2 of 4 files; 2 cannot be opened, the first is 2.mp3");
+    CHECK(k.told.filter(QStringLiteral("2.mp3 cannot be read")).isEmpty());
+    CHECK(k.outlets.format->text() == " ");
 }
 
 // --- silence and gain ------------------------------------------------------------------------------------------------

@@ -2,6 +2,7 @@
 
 #include "support/widgets/LivingWindow.h"
 #include "support/widgets/TestText.h"
+#include "ui/ReadableForms.h"
 #include "ui/windows/SpokenDeeds.h"
 
 using namespace qm;
@@ -67,4 +68,37 @@ TEST_CASE("speed and pitch are told in words when a key or a button changes them
     CHECK(w.after("speedUpdate").isEmpty());
     CHECK(w.after("pitchUpdate").isEmpty());
     CHECK(w.after("displayLevels").isEmpty());
+}
+
+TEST_CASE("gain, balance and tone are told in words, also where nothing has changed") {
+    SpeakingWindow w;
+    CHECK(w.after("silence") == "Silent");
+    CHECK(w.after("resetGain") == "Gain 50 percent");
+    CHECK(w.after("volumeMin") == "Silent");
+    CHECK(w.after("volumeMax") == "Gain 100 percent");
+    CHECK(w.after("balanceReset") == "Balance " + spokenBalance(0));
+    CHECK(w.after("balanceLeftMax") == "Balance " + spokenBalance(-1));
+    CHECK(w.after("bassReset") == "Bass " + spokenTone(128));
+    CHECK(w.after("trebleMax") == "Treble " + spokenTone(256));
+    CHECK(w.after("resetSound") == "Speed, pitch and all sound controls are at rest");
+    for (const char* slot : {"gainUpdate", "balanceUpdate", "bassUpdate", "trebleUpdate"})
+        CHECK(w.after(slot).isEmpty());
+}
+
+TEST_CASE("a loaded track, the start and the ends of a track are told in words") {
+    SpeakingWindow w;
+    w.loadTrack();
+    CHECK(w.after("selectTrack") == "A Song is loaded");
+    CHECK(w.after("goToStart") == "At the start");
+    CHECK(w.markAt("skip1", 10).isEmpty());
+    CHECK(w.markAt("skip60", 99) == "At the end");
+    CHECK(w.markAt("skipBack", 0) == "At the start");
+    w.after("loopSwitch");
+    CHECK(w.after("goToStart") == "At A");
+}
+
+TEST_CASE("the footer's format is told as it comes and goes") {
+    SpeakingWindow w;
+    CHECK(w.after("displayTrackFormat") == "The track's format is hidden");
+    CHECK(w.after("displayTrackFormat") == "The track's format is shown");
 }

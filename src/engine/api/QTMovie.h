@@ -52,6 +52,7 @@ public:
 
     virtual void setMuted(bool muted) = 0;
     virtual void setVolume(float volume) = 0;  // 0 to 1, linear
+    virtual float volume() const = 0;          // as it was set, also while muted
 
     // Pictures are made only while somebody watches, who is told when the next one is due; once another viewer or none
     // is set, the one before is not called any more. The picture of what is being heard is the same object for as long

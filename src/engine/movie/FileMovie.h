@@ -50,6 +50,7 @@ public:
     void setPreferredRateAttribute(float rate) override;
     void setMuted(bool muted) override;
     void setVolume(float volume) override;
+    float volume() const override { return m_volume; }
     void setPictureViewer(std::optional<PictureViewer> viewer) override;
     std::shared_ptr<const VideoPicture> currentPicture() const override;
     Waveform waveform() const override;

@@ -52,6 +52,7 @@ void PlayListDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
     const bool selected = option.state & QStyle::State_Selected;
     painter->save();
     paintGround(*painter, option.rect, index, selected);
+    if (index.data(FailedTrackRole).toBool()) painter->setOpacity(tokens::kDimOpacity);
     if (index.column() == PlayListView::columnIndex("IBicon"))
         paintIcon(*painter, option.rect, index);
     else

@@ -1,5 +1,5 @@
 // Draws the rows of the play list: alternate grounds, the selection's wash and bar, the loaded track in bold, changed
-// marks in amber, steady digits. Main thread only.
+// marks in amber, tracks that could not be loaded faint, steady digits. Main thread only.
 #pragma once
 
 #include <QStyledItemDelegate>

@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "ui/controls/DropMarker.h"
 #include "ui/controls/PlayListDelegate.h"
 #include "ui/controls/PlayListHeader.h"
 #include "ui/controls/Tokens.h"
@@ -25,7 +26,7 @@ constexpr int kLastWidth = 70;
 constexpr double kTitleParts = 1.55, kAllParts = 3.55;
 }  // namespace
 
-PlayListView::PlayListView(QWidget* parent) : QTableView(parent) {
+PlayListView::PlayListView(QWidget* parent) : QTableView(parent), m_marker(new DropMarker(viewport())) {
     setHorizontalHeader(new PlayListHeader(this));
     addScrollBarWidget(new PlayListHeaderEnd, Qt::AlignTop);
     setItemDelegate(new PlayListDelegate(this));
@@ -159,6 +160,7 @@ void PlayListView::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
     layOutColumns();
     if (m_emptyState) m_emptyState->setGeometry(viewport()->rect());
+    m_marker->setGeometry(viewport()->rect());
 }
 
 void PlayListView::setEmptyState(QWidget* widget) {
@@ -183,10 +185,6 @@ void PlayListView::paintEvent(QPaintEvent* event) {
         painter.setPen(QPen(tokens::kFocus, 2));
         painter.drawRect(ringed.adjusted(1, 1, -1, -1));
     }
-    if (!m_dropMarker) return;
-    painter.setPen(QPen(tokens::kAqua, 2));
-    painter.drawRect(QRectF(viewport()->rect()).adjusted(1, 1, -1, -1));
-    painter.fillRect(QRect(0, 0, viewport()->width(), 2), tokens::kAqua);
 }
 
 void PlayListView::setHoveredRow(int row) {
@@ -217,8 +215,10 @@ void PlayListView::keyPressEvent(QKeyEvent* event) {
     event->ignore();
 }
 
+// Below the rows there is nothing to choose, and what is chosen stays.
 void PlayListView::mousePressEvent(QMouseEvent* event) {
     m_focusInRow = false;
+    if (!indexAt(event->position().toPoint()).isValid()) return;
     QTableView::mousePressEvent(event);
 }
 
@@ -251,8 +251,7 @@ void PlayListView::focusOutEvent(QFocusEvent* event) {
     viewport()->update();
 }
 
-// --- drops: any drag that carries files is answered with copy and shown above row 0
-// -----------------------------------
+// --- drops -----------------------------------------------------------------------------------------------------------
 
 void PlayListView::offerDrag(QDragMoveEvent* event) {
     if (!event->mimeData()->hasUrls()) {
@@ -261,7 +260,14 @@ void PlayListView::offerDrag(QDragMoveEvent* event) {
     }
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    setDropMarker(true);
+    if (showsDropMarker()) return;
+    m_marker->begin();
+    emit filesHover(event->mimeData()->urls());
+}
+
+void PlayListView::endDrag() {
+    m_marker->hide();
+    emit hoverEnded();
 }
 
 void PlayListView::dragEnterEvent(QDragEnterEvent* event) {
@@ -273,7 +279,7 @@ void PlayListView::dragMoveEvent(QDragMoveEvent* event) {
 }
 
 void PlayListView::dragLeaveEvent(QDragLeaveEvent*) {
-    setDropMarker(false);
+    endDrag();
 }
 
 bool PlayListView::takeFiles(const QList<QUrl>& files) {
@@ -283,7 +289,11 @@ bool PlayListView::takeFiles(const QList<QUrl>& files) {
 }
 
 void PlayListView::dropEvent(QDropEvent* event) {
-    setDropMarker(false);
+    dropFiles(event);
+}
+
+void PlayListView::dropFiles(QDropEvent* event) {
+    endDrag();
     if (!event->mimeData()->hasUrls() || !takeFiles(event->mimeData()->urls())) {
         event->ignore();
         return;
@@ -292,10 +302,8 @@ void PlayListView::dropEvent(QDropEvent* event) {
     event->accept();
 }
 
-void PlayListView::setDropMarker(bool shown) {
-    if (m_dropMarker == shown) return;
-    m_dropMarker = shown;
-    viewport()->update();
+bool PlayListView::showsDropMarker() const {
+    return !m_marker->isHidden();
 }
 
 }  // namespace qm

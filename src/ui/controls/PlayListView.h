@@ -8,11 +8,17 @@
 #include <array>
 #include <functional>
 
+class QDragMoveEvent;
+class QDropEvent;
+
 namespace qm {
+
+class DropMarker;
 
 enum PlayListRole {
     LoadedTrackRole = Qt::UserRole + 1,  // bool: this row is the loaded track
     ChangedMarkRole,                     // bool: this mark differs from the track's start or end
+    FailedTrackRole,                     // bool: this row's file gave no track when it was last to be loaded
 };
 
 // Column identifiers in the order of the columns. The icon column serves a QImage or QPixmap as Qt::DecorationRole.
@@ -29,13 +35,19 @@ public:
     void selectRowIndex(int row);  // -1 or an absent row: none
     void reloadData();             // re-reads the model; the same index stays selected, none if it is gone
     int hoveredRow() const { return m_hoveredRow; }
-    bool showsDropMarker() const { return m_dropMarker; }
+    bool showsDropMarker() const;
+    DropMarker& dropMarker() { return *m_marker; }
     bool showsFocusInRow() const { return m_focusInRow; }  // the keyboard came here by Tab
     static int columnIndex(const char* identifier);        // -1 if there is none
 
     // Offered the files of a drop; answers whether it took them.
     std::function<bool(const QList<QUrl>&)> acceptDrop;
     bool takeFiles(const QList<QUrl>& files);  // as if they were dropped
+
+    // A drag over the list or over what stands around it. Any drag that carries files is answered with copy.
+    void offerDrag(QDragMoveEvent* event);
+    void endDrag();
+    void dropFiles(QDropEvent* event);
 
     void setModel(QAbstractItemModel* model) override;
     void keyboardSearch(const QString&) override {}  // single keys belong to the player
@@ -46,6 +58,8 @@ public:
 signals:
     void rowActivated();  // Return on a selected row, or a double-click on any row
     void filesTaken();
+    void filesHover(const QList<QUrl>& files);  // once for each drag that comes in
+    void hoverEnded();
 
 protected:
     void paintEvent(QPaintEvent*) override;
@@ -68,15 +82,13 @@ private:
     void layOutColumns();
     void keepSelectedIndex();
     void updateEmptyState();
-    void offerDrag(QDragMoveEvent* event);
-    void setDropMarker(bool shown);
     void setHoveredRow(int row);
 
     QWidget* m_emptyState = nullptr;
+    DropMarker* m_marker;
     int m_selectedIndex = -1;  // as the user left it, through resets and insertions of the model
     int m_hoveredRow = -1;
     bool m_modelChanging = false;
-    bool m_dropMarker = false;
     bool m_focusInRow = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QBoxLayout>
+#include <QDragEnterEvent>
 #include <QMenuBar>
 #include <QShortcut>
 #include <algorithm>
@@ -113,6 +114,7 @@ MainWindow::MainWindow(Outlets& outlets, QObject* controller)
         if (slot == u"playForward" || slot == u"toggleStartStop") m_grid->playList->pulseDropArea();
     };
     connect(m_actions, &ActionTable::sent, this, pulse);
+    setAcceptDrops(true);
     setTabOrderOfAreas();
     openMenuByKey();
     followNoticeLine();
@@ -214,6 +216,22 @@ void MainWindow::displayShortcuts() {
 void MainWindow::showEvent(QShowEvent* event) {
     FadingWindow::showEvent(event);
     if (!focusWidget()) m_outlets.playList->setFocus(Qt::OtherFocusReason);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    m_outlets.playList->offerDrag(event);
+}
+
+void MainWindow::dragMoveEvent(QDragMoveEvent* event) {
+    m_outlets.playList->offerDrag(event);
+}
+
+void MainWindow::dragLeaveEvent(QDragLeaveEvent*) {
+    m_outlets.playList->endDrag();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+    m_outlets.playList->dropFiles(event);
 }
 
 void MainWindow::paintEvent(QPaintEvent* event) {

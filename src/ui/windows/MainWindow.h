@@ -73,6 +73,11 @@ signals:
 protected:
     void showEvent(QShowEvent*) override;
     void paintEvent(QPaintEvent*) override;
+    // Whatever is dropped anywhere goes to the play list.
+    void dragEnterEvent(QDragEnterEvent*) override;
+    void dragMoveEvent(QDragMoveEvent*) override;
+    void dragLeaveEvent(QDragLeaveEvent*) override;
+    void dropEvent(QDropEvent*) override;
 
 private:
     void setTabOrderOfAreas();

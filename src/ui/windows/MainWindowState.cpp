@@ -104,20 +104,29 @@ std::optional<std::pair<double, double>> MainWindowState::changedMarks() const {
 QString MainWindowState::trackByLine() const {
     QStringList parts = {m_loaded.artist(), m_loaded.album()};
     parts.removeAll(QString());
-    return parts.join(QStringLiteral(" — "));
+    const QString people = parts.join(QStringLiteral(" — "));
+    if (m_hasPlayed) return people;
+    return people.isEmpty() ? tr("Press Space to play.") : tr("%1 · press Space to play").arg(people);
+}
+
+// What to do, as far as it has not been done yet.
+QString MainWindowState::hint() const {
+    if (m_list.count() == 0) return tr("Add a track, select it, then press Space.");
+    if (m_hasPlayed) return tr("Double-click a track to play it.");
+    const bool isSelected = m_outlets.playList->selectedRow() >= 0;
+    return isSelected ? tr("Press Space to play the selected track.")
+                      : tr("Select a track, then press Space, or double-click it.");
 }
 
 void MainWindowState::refreshHero() {
     HeroView& hero = *m_window.grid().hero;
-    if (m_state.qtMovie) {
+    m_hasPlayed = m_hasPlayed || (m_state.qtMovie && m_state.isPlaying);
+    if (m_state.qtMovie)
         hero.showTrack(m_loaded.title(), trackByLine(), true);
-    } else {
-        hero.showTrack(tr("No track loaded"),
-                       m_list.count() > 0 ? tr("Double-click a track to play it.")
-                                          : tr("Add a track, select it, then press Space."),
-                       false);
-    }
-    const bool silent = m_outlets.gainSlider->value() == 0;
+    else
+        hero.showTrack(tr("No track loaded"), hint(), false);
+    // What is heard, or will be of the next track: the slider may show another gain than the player's.
+    const bool silent = (m_state.qtMovie ? m_state.qtMovie->volume() : m_state.gain) == 0;
     hero.showStates({speedTag(m_state.rate), pitchTag(m_state.pitch),
                      m_loop.repeatedPassage() ? QStringLiteral("Loop A–B") : QString(),
                      silent ? tr("Silent") : QString()});

@@ -40,6 +40,7 @@ private:
     void refreshPanelSigns();
     void refreshRecording();
     QString trackByLine() const;
+    QString hint() const;
     std::optional<std::pair<double, double>> changedMarks() const;
     double secondsOf(double value) const;  // of the position slider's value
 
@@ -54,6 +55,7 @@ private:
     Movie m_pictured = 0;  // the movie whose waveform is shown
     std::size_t m_partsShown = 0;
     bool m_isPictured = true;  // wholly
+    bool m_hasPlayed = false;  // anything, since the program began
 };
 
 }  // namespace qm

@@ -1,9 +1,12 @@
 #include "ui/windows/SpokenDeeds.h"
 
+#include <QFileInfo>
+#include <QLabel>
 #include <algorithm>
 
 #include "ui/ReadableForms.h"
 #include "ui/controls/PlayListView.h"
+#include "ui/controls/Slider.h"
 
 namespace qm {
 
@@ -34,7 +37,42 @@ QString SpokenDeeds::wordsOf(const QString& slot) const {
     static const QStringList loops = {"loopSwitch", "markAUpdate", "markBUpdate", "resetMarks"};
     if (speeds.contains(slot)) return tr("Speed %1").arg(spokenSpeed(m_state.rate));
     if (pitches.contains(slot)) return tr("Pitch %1").arg(spokenPitch(m_state.pitch));
-    return loops.contains(slot) ? wordsOfLoop(slot) : QString();
+    if (loops.contains(slot)) return wordsOfLoop(slot);
+    if (slot == u"selectTrack") return wordsOfTrack();
+    if (slot == u"displayTrackFormat")
+        return m_outlets.format->isHidden() ? tr("The track's format is hidden") : tr("The track's format is shown");
+    const QString position = wordsOfPosition(slot);
+    return position.isEmpty() ? wordsOfSound(slot) : position;
+}
+
+QString SpokenDeeds::wordsOfTrack() const {
+    if (!m_state.qtMovie || m_outlets.playList->selectedRow() < 0) return {};
+    const auto name = m_state.qtMovie->displayNameAttribute();
+    return tr("%1 is loaded").arg(name ? QString::fromStdString(*name) : QFileInfo(m_state.loadedPath).fileName());
+}
+
+QString SpokenDeeds::wordsOfSound(const QString& slot) const {
+    static const QStringList gains = {"silence", "resetGain", "volumeMin", "volumeMax", "gainReset"};
+    if (gains.contains(slot)) {
+        const double gain = m_outlets.gainSlider->value();
+        return gain == 0 ? tr("Silent") : tr("Gain %1").arg(spokenGain(gain));
+    }
+    if (slot.startsWith(u"balance") && slot != u"balanceUpdate")
+        return tr("Balance %1").arg(spokenBalance(m_state.balance));
+    if (slot.startsWith(u"bass") && slot != u"bassUpdate") return tr("Bass %1").arg(spokenTone(m_state.bass));
+    if (slot.startsWith(u"treble") && slot != u"trebleUpdate") return tr("Treble %1").arg(spokenTone(m_state.treble));
+    if (slot == u"resetSound" || slot == u"resetAudio") return tr("Speed, pitch and all sound controls are at rest");
+    return {};
+}
+
+// Of those that lead to an end of the track, where the position may have stood already.
+QString SpokenDeeds::wordsOfPosition(const QString& slot) const {
+    const bool isStart = slot == u"goToStart";
+    if (!m_state.qtMovie || !(isStart || slot.startsWith(u"skip"))) return {};
+    const std::int64_t time = m_state.qtMovie->currentTime().timeValue;
+    if (isStart && m_state.isLooping) return tr("At A");
+    if (isStart || time <= 0) return tr("At the start");
+    return time >= m_state.qtMovie->duration().timeValue ? tr("At the end") : QString();
 }
 
 QString SpokenDeeds::wordsOfLoop(const QString& slot) const {

@@ -1,5 +1,5 @@
-// Tells in words what the keys of loop, speed and pitch have done, for those whose eyes are on their hands or on
-// nothing, and why they have done nothing. Main thread only.
+// Tells in words what the keys of loop, speed, pitch and sound have done, for those whose eyes are on their hands or on
+// nothing, also where nothing has changed by them, and why those of the loop have done nothing. Main thread only.
 #pragma once
 
 #include <QObject>
@@ -23,6 +23,9 @@ public:
 private:
     void tell(const QString& slot);
     QString wordsOf(const QString& slot) const;  // empty for what needs none
+    QString wordsOfTrack() const;
+    QString wordsOfSound(const QString& slot) const;
+    QString wordsOfPosition(const QString& slot) const;
     QString wordsOfLoop(const QString& slot) const;
     QString wordsOfPassage() const;
 

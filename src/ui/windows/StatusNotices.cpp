@@ -1,5 +1,6 @@
 #include "ui/windows/StatusNotices.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "ui/controls/NoticeLine.h"
@@ -23,6 +24,7 @@ StatusNotices::StatusNotices(MainWindow& window, Notices& notices)
 }
 
 void StatusNotices::tell(const Notice& notice) {
+    if (notice.isUpdate && update(notice)) return;
     forget(notice.subject);
     m_passing.reset();
     if (notice.lasts)
@@ -30,6 +32,16 @@ void StatusNotices::tell(const Notice& notice) {
     else
         m_passing = notice;
     m_line.tell(notice.text, notice.actText, notice.lasts);
+}
+
+// One that lasts, in its place behind or in front of the others. False when it is not there any more.
+bool StatusNotices::update(const Notice& notice) {
+    const auto found = std::find_if(m_lasting.begin(), m_lasting.end(),
+                                    [&](const Notice& lasting) { return lasting.subject == notice.subject; });
+    if (found == m_lasting.end()) return false;
+    *found = notice;
+    if (!m_passing && found + 1 == m_lasting.end()) showLasting();
+    return true;
 }
 
 // What does not stand in front leaves without a change on the screen.

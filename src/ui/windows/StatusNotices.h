@@ -22,6 +22,7 @@ public:
 
 private:
     void tell(const Notice& notice);
+    bool update(const Notice& notice);
     void withdraw(const QString& subject);
     void forget(const QString& subject);
     void showLasting();

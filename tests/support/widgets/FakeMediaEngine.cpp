@@ -100,6 +100,7 @@ void FakeMovie::setMuted(bool muted) {
 }
 
 void FakeMovie::setVolume(float volume) {
+    m_volume = volume;
     m_engine.log.add("setVolume " + number(volume));
 }
 
@@ -119,6 +120,7 @@ OSErr FakeMediaEngine::statusFor(Movie movie) const {
 Result<std::unique_ptr<QTMovie>> FakeMediaEngine::movieWithFile(const std::string& path) {
     log.add("open " + path);
     if (silent.contains(path)) return Error{ErrorCategory::NoAnswer, "does not answer"};
+    if (missing.contains(path)) return Error{ErrorCategory::NotFound, path + ": No such file or directory"};
     if (unreadable.contains(path)) return Error{ErrorCategory::Unreadable, "not a media file"};
     const auto own = files.find(path);
     std::unique_ptr<QTMovie> opened =

@@ -61,6 +61,7 @@ public:
     std::unique_ptr<MovieExport> writeToFileWithAttributes(const std::string& path, WriteAttribute attribute) override;
     void setMuted(bool muted) override;
     void setVolume(float volume) override;
+    float volume() const override { return m_volume; }
     void setPictureViewer(std::optional<PictureViewer> newViewer) override { viewer = std::move(newViewer); }
     std::shared_ptr<const VideoPicture> currentPicture() const override { return picture; }
     Waveform waveform() const override { return pictured; }
@@ -69,6 +70,7 @@ public:
 private:
     FakeMediaEngine& m_engine;
     Movie m_handle;
+    float m_volume = 1;
 };
 
 // An export that goes on until the test ends it.
@@ -98,6 +100,7 @@ public:
     MovieScript usual;                         // what a file without a script of its own opens as
     std::map<std::string, MovieScript> files;  // by path
     std::set<std::string> unreadable;          // paths that cannot be opened
+    std::set<std::string> missing;             // paths where no file is
     std::set<std::string> silent;              // paths of files that do not answer
     std::optional<SoundOutput> output;         // what soundOutput() answers
     OSErr status = kNoErr;                     // what every call with a status answers on a living movie

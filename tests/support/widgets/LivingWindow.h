@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/widgets/ControllerFixture.h"
+#include "ui/IdleActs.h"
 #include "ui/PlayerKeys.h"
 #include "ui/windows/MainWindow.h"
 #include "ui/windows/MainWindowState.h"
@@ -23,6 +24,7 @@ struct LivingWindow {
                     controller.trackLoader(),
                     controller.trackInfo(),
                     controller.notices()};
+    IdleActs idleActs{window.actions(), controller, controller, outlets, controller.notices()};
     MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
     LivingWindow() { controller.awakeFromNib(outlets); }
