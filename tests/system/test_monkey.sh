@@ -3,6 +3,7 @@
 # files, every window. It neither ends nor hangs nor warns nor grows, and after a quit the list is back.
 #   QUILLMERE_MONKEY_SECONDS=3600   for so long; a minute without it
 #   QUILLMERE_MONKEY_SEED=7         from this seed, as a finding has printed it
+#   QUILLMERE_MONKEY_PICTURES=DIR   where the picture of a finding goes; /tmp without it
 . "$(dirname "$0")/lib.sh"
 seconds=${QUILLMERE_MONKEY_SECONDS:-60}
 seed=${QUILLMERE_MONKEY_SEED:-$(($(od -An -N4 -tu4 /dev/urandom)))}

@@ -7,6 +7,8 @@
 
 #include <array>
 #include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <stdexcept>
 
 namespace {
@@ -144,6 +146,14 @@ std::string Desktop::windowWithKeys() const {
     std::string text = std::string("\"") + name + "\"";
     XFree(name);
     return text;
+}
+
+void Desktop::picture(const std::string& file) {
+    const std::string command =
+        "ffmpeg -hide_banner -loglevel error -y -f x11grab -draw_mouse 0 -i \"$DISPLAY\" "
+        "-frames:v 1 \"${QUILLMERE_MONKEY_PICTURES:-/tmp}/" +
+        file + "\" </dev/null";
+    if (std::system(command.c_str()) != 0) std::printf("There is no picture of it.\n");
 }
 
 void Desktop::giveKeysTo(Window window) {

@@ -41,6 +41,7 @@ public:
     std::vector<ProgramWindow> windowsOf(pid_t program);
     // The name of the window that gets the keys.
     std::string windowWithKeys() const;
+    void picture(const std::string& file);  // of the whole screen, in QUILLMERE_MONKEY_PICTURES, or /tmp
     void giveKeysTo(Window window);
     void resize(Window window, int width, int height);
     void moveWindow(Window window, int x, int y);

@@ -181,6 +181,7 @@ bool Trial::finding(const std::string& what) {
                 what.c_str());
     for (const std::string& act : m_last) std::printf("  %s\n", act.c_str());
     std::fflush(stdout);
+    m_desktop.picture("finding-" + std::to_string(m_seed) + ".png");
     m_program.printWhereItStands();
     return false;
 }
