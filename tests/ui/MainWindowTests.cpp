@@ -310,11 +310,11 @@ TEST_CASE("what is dragged anywhere over the window goes to the play list") {
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(QStringLiteral("/music/a.mp3"))});
     QDragEnterEvent enter(QPoint(10, 60), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&living.window, &enter);
+    QCoreApplication::sendEvent(&living.window, &enter);
     CHECK(enter.isAccepted());
     CHECK(living.outlets.playList->showsDropMarker());
     QDragLeaveEvent leave;
-    QApplication::sendEvent(&living.window, &leave);
+    QCoreApplication::sendEvent(&living.window, &leave);
     CHECK_FALSE(living.outlets.playList->showsDropMarker());
     QList<QUrl> taken;
     living.outlets.playList->acceptDrop = [&](const QList<QUrl>& urls) {
@@ -322,7 +322,7 @@ TEST_CASE("what is dragged anywhere over the window goes to the play list") {
         return true;
     };
     QDropEvent drop(QPointF(10, 60), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&living.window, &drop);
+    QCoreApplication::sendEvent(&living.window, &drop);
     CHECK(drop.isAccepted());
     CHECK(taken == data.urls());
 }
