@@ -129,10 +129,15 @@ void Application::startTheRest() {
 
 // The user has started the program once more, or opened a file with it. The token is what the desktop wants to see
 // before it lets a window come to the front; where it does not let it, the window says that it is there. One that fades
-// in still comes by itself.
+// in still comes when it has.
 void Application::comeToFront(const QByteArray& token) {
     if (!token.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", token);
-    if (!m_window.keyWindow) return;
+    if (!m_window.keyWindow) {
+        QObject::connect(
+            &m_window, &FadingWindow::madeKey, &m_window, [this] { comeToFront({}); },
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+        return;
+    }
     m_remote.raise();
     QApplication::alert(&m_window);
 }
