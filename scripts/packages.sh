@@ -17,9 +17,10 @@ window_packages=(fonts-inter ca-certificates)
 stage_packages=(xvfb xdotool pulseaudio pulseaudio-utils ffmpeg)
 
 # To run the tests: the test framework, the style check, another language's number format, events as from a real keyboard
-# and mouse, a secure server's key, a message bus and the accessibility bus, a window manager; the other sound server.
+# and mouse, a secure server's key, a message bus and the accessibility bus, a window manager; another sound server; two
+# Wayland desktops, of which the second lets programs bring themselves to the front, and the toolkit's part for them.
 test_packages=(doctest-dev clang-format locales libx11-dev libxtst-dev openssl dbus-daemon dbus-bin at-spi2-core openbox
-    pipewire pipewire-pulse wireplumber)
+    pipewire pipewire-pulse wireplumber weston sway qt6-wayland)
 
 # To make the Debian package: what finds out which libraries it needs.
 package_packages=(dpkg-dev file)
