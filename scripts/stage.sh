@@ -218,6 +218,16 @@ click() {
     xdotool click --repeat "${3:-1}" --delay 60 1
 }
 
+# Whether what is dragged with the button held down has left its window, and has been answered where it is now. X keeps
+# what a hand does too early until both have taken notice.
+drag_has_begun() {
+    true
+}
+
+drag_is_answered() {
+    true
+}
+
 # The line that the program logs when a file has been opened appears once more than before.
 opened_count() {
     grep -c '^loadFile: 3' "$player_log" || true
@@ -370,4 +380,9 @@ case ${QUILLMERE_STAGE_SOUND-pulseaudio} in
 pulseaudio) ;;
 pipewire) . "$stage_scripts/stage_pipewire.sh" ;;
 *) fail "there is no stage with the sound of $QUILLMERE_STAGE_SOUND" ;;
+esac
+case ${QUILLMERE_STAGE_SCREEN-x11} in
+x11) ;;
+wayland) . "$stage_scripts/stage_wayland.sh" ;;
+*) fail "there is no stage with the screen of $QUILLMERE_STAGE_SCREEN" ;;
 esac

@@ -26,9 +26,15 @@ bool keepWhatMustSurvive() {
     return true;
 }
 
+// After a fatal message the toolkit ends the program. On Wayland it only warns that the connection broke, or has had an
+// error, and then calls _exit(), which asks nobody.
+bool areLastWords(QtMsgType type, const QString& text) {
+    return type == QtFatalMsg || text.startsWith(QLatin1String("The Wayland connection "));
+}
+
 void take(QtMsgType type, const QMessageLogContext& context, const QString& text) {
     qmLog(qFormatLogMessage(type, context, text).toStdString());
-    if (type != QtFatalMsg) return;
+    if (!areLastWords(type, text)) return;
     keepWhatMustSurvive();
     flushLog(kLongestFlush);
 }

@@ -10,6 +10,7 @@ add_executable(film_watcher system/film_watcher.cpp)
 target_link_libraries(film_watcher PRIVATE X11::X11)
 add_executable(drag_source system/drag_source.cpp)
 target_link_libraries(drag_source PRIVATE Qt6::Widgets)
+add_executable(activation_token system/activation_token.cpp)
 add_executable(update_server system/update_server.cpp)
 target_link_libraries(update_server PRIVATE network_test_support)
 add_executable(accessible_tree system/accessible_tree.cpp)
@@ -22,7 +23,7 @@ add_executable(monkey ${MONKEY_SOURCES})
 target_link_libraries(monkey PRIVATE X11::X11 X11::Xtst)
 add_executable(standing_folder system/standing_folder.cpp)
 set_target_properties(monkey close_window window_timeline film_watcher drag_source update_server accessible_tree
-                      desktop_settings standing_folder
+                      desktop_settings standing_folder activation_token
                       PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 function(add_system_test name script)
@@ -42,6 +43,11 @@ foreach(name loop_is_exact skip_lands_exactly pause_loses_no_frame slow_loop_kee
              sound_device_is_followed sound_server_restarts sound_server_stands_still recording_is_exact level_meters)
   add_system_test(${name}_on_pipewire ${name} QUILLMERE_STAGE_SOUND=pipewire)
 endforeach()
+foreach(name every_window_is_drawn window_keeps_its_size keys_alone closing_a_panel_ends_nothing
+             closing_the_window_ends_the_program dropping_files screen_server_goes)
+  add_system_test(${name}_on_wayland ${name} QUILLMERE_STAGE_SCREEN=wayland)
+endforeach()
+
 # Where it is asked for it sets up a system.
 set_tests_properties(system_package_on_a_clean_system PROPERTIES TIMEOUT 3600)
 if(QUILLMERE_SANITIZE)  # nobody packs such programs

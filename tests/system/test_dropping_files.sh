@@ -12,23 +12,30 @@ height=480  # in the list
 
 # drop FILE...: drags them from a window beside the main window to that height of it.
 drop() {
-    local source_pid
+    local source_pid source
     "$programs/drag_source" 1100 800 "$@" &
     source_pid=$!
     stage_pids+=("$source_pid")
-    wait_until "the drag source is on the screen" xdotool search --onlyvisible --name '^drag source$'
-    xdotool mousemove --sync 1140 830 mousedown 1
-    xdotool mousemove --sync 1120 820
-    xdotool mousemove --sync --window "$player_window" 400 600
+    wait_until "the drag source is on the screen" drag_source_is_shown "$source_pid"
+    source=$(windows_of "$source_pid" '^drag source$')
+    point "$source" 40 30
+    xdotool mousedown 1
+    point "$source" 20 20
+    wait_until "the drag has begun" drag_has_begun
+    point "$player_window" 400 600
     for x in 380 360 340 320 300; do # a hand is never quite still, and the target must answer before the release
-        xdotool mousemove --sync --window "$player_window" "$x" "$height"
+        point "$player_window" "$x" "$height"
         sleep 0.1
     done
-    [ -z "${picture-}" ] || import -silent -window root "$picture"
+    wait_until "the drag is answered" drag_is_answered
     xdotool mouseup 1
     wait_until "the drag has ended" has_ended "$source_pid"
     wait "$source_pid"
     focus_window "$player_window"
+}
+
+drag_source_is_shown() {
+    windows_of "$1" '^drag source$' | grep .
 }
 
 has_ended() {

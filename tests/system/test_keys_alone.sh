@@ -2,10 +2,18 @@
 # The whole job without the mouse: open a track, select and play it, slow it down, set A and B and loop between them; go
 # to a control by Tab and use it; go through the menus; open and close a panel.
 . "$(dirname "$0")/lib.sh"
+meters_are_hidden() {
+    ! window_is_shown '^Level Meters$'
+}
+
 open_test
 start_bus
 start
 wait_until "the player is on the bus" on_the_bus
+wait_until "the level meters are shown" window_is_shown '^Level Meters$'
+press ctrl+1  # a desktop may give them the keyboard
+wait_until "the level meters are hidden" meters_are_hidden
+give_keys_to_main_window
 
 coded=$stage/coded.wav
 measure make-coded "$coded" 20
