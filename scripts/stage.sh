@@ -213,9 +213,9 @@ type_text() {
 }
 
 # click X Y [COUNT]: at a place of the main window.
+# In one go, which keeps the order: to wait until the pointer has moved takes long where it is there already.
 click() {
-    xdotool mousemove --sync --window "$player_window" "$1" "$2"
-    xdotool click --repeat "${3:-1}" --delay 60 1
+    xdotool mousemove --window "$player_window" "$1" "$2" click --repeat "${3:-1}" --delay 60 1
 }
 
 # Whether what is dragged with the button held down has left its window, and has been answered where it is now. X keeps

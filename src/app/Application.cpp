@@ -54,6 +54,8 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
       m_window(m_outlets, &m_controller),
       m_statusNotices(m_window, m_controller.notices()),
       m_spokenDeeds(m_window.actions(), m_controller, m_controller.abLoop(), m_outlets, m_controller.notices()),
+      m_listKeys(m_window, m_controller, m_controller, m_outlets, m_controller.notices()),
+      m_contextMenus(m_window, m_controller, m_controller, m_outlets),
       m_levelMeters(m_outlets, &m_window),
       m_trackInfo(m_outlets, &m_window),
       m_video(m_outlets, &m_window),

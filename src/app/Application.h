@@ -20,8 +20,10 @@
 #include "ui/PlayerKeys.h"
 #include "ui/controls/Outlets.h"
 #include "ui/windows/AboutPanel.h"
+#include "ui/windows/ContextMenus.h"
 #include "ui/windows/ExportPanel.h"
 #include "ui/windows/LevelMetersPanel.h"
+#include "ui/windows/ListKeys.h"
 #include "ui/windows/MainWindow.h"
 #include "ui/windows/MainWindowState.h"
 #include "ui/windows/PreferencesWindow.h"
@@ -68,6 +70,8 @@ private:
     MainWindow m_window;
     StatusNotices m_statusNotices;
     SpokenDeeds m_spokenDeeds;
+    ListKeys m_listKeys;
+    ContextMenus m_contextMenus;
     LevelMetersPanel m_levelMeters;
     TrackInfoPanel m_trackInfo;
     VideoPanel m_video;

@@ -12,6 +12,7 @@ constexpr auto kController = ActionRow::Controller;
 constexpr auto kWindow = ActionRow::Window;
 constexpr auto kRecorder = ActionRow::Recorder;
 constexpr auto kKeys = ActionRow::Keys;
+constexpr auto kList = ActionRow::List;
 
 QKeySequence key(int code) {
     return QKeySequence(code);
@@ -75,6 +76,15 @@ void addFileAndEdit(Rows& rows) {
                               kOnce,
                               "Remove all tracks from the list; the files stay on disk [Ctrl+Shift+Del]",
                               "Clear list"},
+                             {"findTrack",
+                              "Edit",
+                              "",
+                              "Find Track…",
+                              {ctrl(Qt::Key_F)},
+                              kOnce,
+                              "Show only the tracks that are looked for [Ctrl+F]",
+                              "Find track",
+                              kList},
                              {"openPrefsWindow",
                               "Edit",
                               "",
@@ -104,6 +114,26 @@ void addPlayback(Rows& rows) {
          {"pause", "Playback", "", "Pause", {key(Qt::Key_P)}, kOnce, "Pause [P]", "Pause"},
          {"rowDoubleClicked", "Playback", "", "Play Selected Track", {}, kOnce, "", "", kController, "Return", true},
          {"selectTrack", "Playback", "", "Load Selected Track", {ctrl(Qt::Key_Return)}, kOnce, "", ""},
+         {"previousTrack",
+          "Playback",
+          "",
+          "Previous Track",
+          {key(Qt::Key_Comma), ctrl(Qt::Key_Up)},
+          kOnce,
+          "Play the track above [, or Ctrl+Up]",
+          "Previous track",
+          kList,
+          "",
+          true},
+         {"nextTrack",
+          "Playback",
+          "",
+          "Next Track",
+          {key(Qt::Key_Period), ctrl(Qt::Key_Down)},
+          kOnce,
+          "Play the track below [. or Ctrl+Down]",
+          "Next track",
+          kList},
          {"goToStart",
           "Playback",
           "",
@@ -254,6 +284,15 @@ void addWindow(Rows& rows) {
                     "Recording"});
     rows.push_back({"displayAudioRecordWindow", "Window", "", "Recorder", {ctrl(Qt::Key_5)}, kOnce, "", "", kRecorder});
     rows.push_back({"displayTrackFormat", "Window", "", "Track Format", {ctrlShift(Qt::Key_F)}, kOnce, "", ""});
+    rows.push_back({"goToPlayList",
+                    "Window",
+                    "",
+                    "Go to the Play List",
+                    {key(Qt::Key_F6)},
+                    kOnce,
+                    "Letters lead to tracks there [F6]",
+                    "Go to the play list",
+                    kList});
     rows.push_back({"toggleToolbar", "Window", "", "Show Toolbar", {ctrlShift(Qt::Key_T)}, kOnce, "", "", kWindow});
     rows.push_back({"useMessageButton",
                     "Window",
@@ -275,8 +314,8 @@ void addHelp(Rows& rows) {
                     "Keyboard Shortcuts",
                     {key(Qt::Key_F1), ctrl(Qt::Key_Question)},
                     kOnce,
-                    "",
-                    "",
+                    "Every key, and what it does [F1]",
+                    "Keyboard shortcuts",
                     kWindow});
     rows.push_back({"displayGuide", "Help", "", "Guide", {}, kOnce, "", "", kWindow});
     rows.push_back({"checkSoftwareUpdate", "Help", "", "Check for Updates…", {}, kOnce, "", ""});

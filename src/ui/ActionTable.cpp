@@ -81,6 +81,25 @@ QAction* ActionTable::makeAction(const ActionRow& row) {
     return action;
 }
 
+// Its items only show the keys, which belong to the items of the menu bar.
+QMenu* ActionTable::makeContextMenu(const QStringList& names, QWidget* parent) {
+    auto* menu = new KeyMenu(parent);
+    for (const QString& slot : names) {
+        const ActionRow* row = actionRow(slot);
+        if (!row) {
+            menu->addSeparator();
+            continue;
+        }
+        QAction* item = menu->addAction(tr(row->text));
+        item->setObjectName(slot);
+        const QString key =
+            row->keys.empty() ? QString::fromUtf8(row->shownKey) : row->keys[0].toString(QKeySequence::NativeText);
+        item->setProperty(kShownKey, key);
+        connect(item, &QAction::triggered, this, [this, slot] { send(slot); });
+    }
+    return menu;
+}
+
 void ActionTable::giveKeysToList(QWidget* list) {
     for (const ActionRow& row : actionRows())
         if (row.inListOnly) list->addAction(action(QString::fromLatin1(row.slot)));
@@ -105,8 +124,8 @@ void ActionTable::bind(Slider* slider, const QString& slot) {
 
 void ActionTable::send(const QString& slot) {
     Q_ASSERT(QThread::currentThread() == thread());
-    const auto prepare = m_preparations.value(slot);
-    if (prepare && !prepare()) return;
+    for (const auto& prepare : m_preparations.value(slot))
+        if (!prepare()) return;
     const ActionRow* row = actionRow(slot);
     const auto receiver = row ? m_receivers.find(row->owner) : m_receivers.end();
     QObject* target = receiver == m_receivers.end() ? nullptr : receiver->second;

@@ -23,7 +23,7 @@ namespace qm {
 class Slider;
 
 struct ActionRow {
-    enum Owner { Controller, Window, Recorder, Keys };
+    enum Owner { Controller, Window, Recorder, Keys, List };
 
     const char* slot;                // the action's name
     const char* menu;                // "" for those that are only controls
@@ -52,9 +52,9 @@ public:
     // Who gets the rows of another owner.
     void setReceiver(ActionRow::Owner owner, QObject* receiver) { m_receivers[owner] = receiver; }
 
-    // What a key or a control of this action does before it sends it; false sends nothing.
+    // What a key or a control of this action does before it sends it, after what was said before; false sends nothing.
     void setPreparation(const QString& slot, std::function<bool()> prepare) {
-        m_preparations[slot] = std::move(prepare);
+        m_preparations[slot].push_back(std::move(prepare));
     }
 
     void buildMenus();
@@ -62,6 +62,9 @@ public:
     void bind(QAbstractButton* button, const QString& slot);  // sends it when clicked
     void bind(Slider* slider, const QString& slot);           // sends it whenever the user moves the slider
     void send(const QString& slot);
+
+    // A menu of these actions with their words and keys, for a place of the window; an empty name is a separator.
+    QMenu* makeContextMenu(const QStringList& names, QWidget* parent);
 
     QAction* action(const QString& slot) const { return m_actions.value(slot); }  // of the menu; null if there is none
 
@@ -75,7 +78,7 @@ private:
 
     QMainWindow* m_window;
     std::map<ActionRow::Owner, QObject*> m_receivers;
-    QHash<QString, std::function<bool()>> m_preparations;
+    QHash<QString, std::vector<std::function<bool()>>> m_preparations;
     QHash<QString, QAction*> m_actions;
     QHash<QString, QMenu*> m_menus;
 };

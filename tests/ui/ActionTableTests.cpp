@@ -16,6 +16,7 @@
 #include "ui/PlayerKeys.h"
 #include "ui/controls/ChipButton.h"
 #include "ui/controls/Slider.h"
+#include "ui/windows/ListKeys.h"
 #include "ui/windows/MainWindow.h"
 
 using namespace qm;
@@ -62,6 +63,7 @@ TEST_CASE("every action of the table exists on its receiver") {
         const QMetaObject* type = &QMController::staticMetaObject;
         if (row.owner == ActionRow::Window) type = &MainWindow::staticMetaObject;
         if (row.owner == ActionRow::Keys) type = &PlayerKeys::staticMetaObject;
+        if (row.owner == ActionRow::List) type = &ListKeys::staticMetaObject;
         if (row.owner == ActionRow::Recorder) type = &AudioRecord::staticMetaObject;
         CHECK(hasSlot(*type, row.slot));
     }
@@ -104,6 +106,10 @@ TEST_CASE("the table gives the player's keys to their actions") {
     CHECK(keysOf("audioRecordOpen") == Keys{QKeySequence(Qt::CTRL | Qt::Key_4)});
     CHECK(keysOf("displayAudioRecordWindow") == Keys{QKeySequence(Qt::CTRL | Qt::Key_5)});
     CHECK(keysOf("removeListEntry") == Keys{QKeySequence(Qt::Key_Delete), QKeySequence(Qt::Key_Backspace)});
+    CHECK(keysOf("nextTrack") == Keys{QKeySequence(Qt::Key_Period), QKeySequence(Qt::CTRL | Qt::Key_Down)});
+    CHECK(keysOf("previousTrack") == Keys{QKeySequence(Qt::Key_Comma), QKeySequence(Qt::CTRL | Qt::Key_Up)});
+    CHECK(keysOf("findTrack") == Keys{QKeySequence(Qt::CTRL | Qt::Key_F)});
+    CHECK(keysOf("goToPlayList") == Keys{QKeySequence(Qt::Key_F6)});
     CHECK(keysOf("volumeMax").isEmpty());
     CHECK(keysOf("rowDoubleClicked").isEmpty());
 }
@@ -188,6 +194,23 @@ TEST_CASE("what stands before an action is done first, and may take its place") 
     table.send(QStringLiteral("skip_10"));
     CHECK(receiver.received == QStringList{"before", "skip_10", "before"});
     CHECK(told == QStringList{"skip_10"});
+}
+
+TEST_CASE("several things may stand before an action, and the first that takes its place is the last") {
+    Receiver receiver;
+    QMainWindow window;
+    ActionTable table(&window, &receiver);
+    bool isSent = false;
+    table.setPreparation(QStringLiteral("skip_10"), [&] { return isSent; });
+    table.setPreparation(QStringLiteral("skip_10"), [&] {
+        receiver.received << QStringLiteral("second");
+        return true;
+    });
+    table.send(QStringLiteral("skip_10"));
+    CHECK(receiver.received.isEmpty());
+    isSent = true;
+    table.send(QStringLiteral("skip_10"));
+    CHECK(receiver.received == QStringList{"second", "skip_10"});
 }
 
 TEST_CASE("an action that nobody knows leaves a log line") {

@@ -1,5 +1,6 @@
 #include "ui/controls/EmptyListView.h"
 
+#include <QCoreApplication>
 #include <QVariantAnimation>
 
 #include "support/widgets/ControllerFixture.h"
@@ -57,6 +58,24 @@ TEST_CASE_FIXTURE(EmptyWindow, "when the desktop wants nothing to move, the drop
     window.actions().send(QStringLiteral("playForward"));
     setMotionWanted(true);
     CHECK_FALSE(isPulsing());
+}
+
+TEST_CASE_FIXTURE(EmptyWindow, "the empty list leads to every key, and covers nothing for it") {
+    auto* keys = dropArea->keysButton();
+    for (const int height : {window.minimumHeight(), 650, 900}) {
+        window.resize(window.width(), height);
+        QCoreApplication::processEvents();
+        CHECK(keys->isVisible());
+        CHECK(dropArea->rect().contains(keys->geometry()));
+        for (const QWidget* other : dropArea->findChildren<QWidget*>()) {
+            const QRect place(other->mapTo(dropArea, QPoint(0, 0)), other->size());
+            if (other != keys && other->layout() == nullptr) CHECK_FALSE(place.intersects(keys->geometry()));
+        }
+    }
+    keys->click();
+    QWidget* panel = window.findChild<QWidget*>(QStringLiteral("shortcutsPanel"));
+    REQUIRE(panel);
+    CHECK(panel->isVisible());
 }
 
 TEST_CASE_FIXTURE(EmptyWindow, "other actions do not make the drop area pulse, nor playing with a list") {

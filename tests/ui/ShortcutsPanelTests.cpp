@@ -3,6 +3,7 @@
 #include <doctest/doctest.h>
 
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QSet>
 
 #include "support/widgets/TestText.h"
@@ -50,6 +51,38 @@ TEST_CASE("its groups are the menus, in their order") {
     for (const TextLabel* label : panel.findChildren<TextLabel*>())
         if (names.contains(label->text()) && label->accessibleName().isEmpty()) headings << label->text();
     CHECK(headings == menus);
+}
+
+TEST_CASE("the search line leaves the keys that are looked for, by what they do, their menu or their caps") {
+    QWidget main;
+    ShortcutsPanel panel(&main);
+    panel.show();
+    const auto shown = [&] {
+        QStringList rows;
+        for (const TextLabel* label : panel.findChildren<TextLabel*>())
+            if (!label->accessibleName().isEmpty() && label->isVisible()) rows << label->accessibleName();
+        return rows;
+    };
+    const qsizetype all = shown().size();
+    auto* field = panel.findChild<QLineEdit*>();
+    REQUIRE(field);
+    CHECK(panel.focusWidget() == field);
+    field->setText("PITCH orig");
+    CHECK(shown() == QStringList{"Original Pitch, N"});
+    field->setText("ctrl+shift+del");
+    CHECK(shown() == QStringList{"Clear List, Ctrl Shift Del"});
+    field->setText("loop mark");
+    CHECK(shown().size() == 3);
+    field->setText("no such thing");
+    CHECK(shown().isEmpty());
+    QStringList texts;
+    for (const TextLabel* label : panel.findChildren<TextLabel*>())
+        if (label->isVisible() && !label->text().isEmpty()) texts << label->text();
+    CHECK(texts == QStringList{"No key for that; some actions are in the menus only"});
+    panel.hide();
+    panel.show();
+    CHECK(field->text().isEmpty());
+    CHECK(shown().size() == all);
 }
 
 TEST_CASE("a key is shown as its caps") {

@@ -94,16 +94,16 @@ TEST_CASE_FIXTURE(InfoWindow, "a long value takes the lines that it needs and pu
 TEST_CASE("lines are broken at their feeds, behind spaces and slashes, and within a word only if it is too long") {
     const QFont font = uiFont(13);
     const double width = textWidth(font, "/music/and more");
-    CHECK(wrappedLines(font, "one\ntwo", width) == QStringList{"one", "two"});
-    CHECK(wrappedLines(font, "/music/and more/songs", width) == QStringList{"/music/and ", "more/songs"});
-    CHECK(wrappedLines(font, "", width) == QStringList{""});
+    CHECK(wrappedText(font, "one\ntwo", width) == QStringList{"one", "two"});
+    CHECK(wrappedText(font, "/music/and more/songs", width) == QStringList{"/music/and ", "more/songs"});
+    CHECK(wrappedText(font, "", width) == QStringList{""});
     const QString longWord(60, u'm');
-    const QStringList broken = wrappedLines(font, longWord, width);
+    const QStringList broken = wrappedText(font, longWord, width);
     CHECK(broken.size() > 1);
     CHECK(broken.join(QString()) == longWord);
     for (const QString& line : broken) CHECK(textWidth(font, line) <= width);
-    CHECK(wrappedLines(font, "x", 0) == QStringList{"x"});
-    CHECK(wrappedLines(font, "\U0001F600\U0001F600", 1) == QStringList{"\U0001F600", "\U0001F600"});
+    CHECK(wrappedText(font, "x", 0) == QStringList{"x"});
+    CHECK(wrappedText(font, "\U0001F600\U0001F600", 1) == QStringList{"\U0001F600", "\U0001F600"});
 }
 
 TEST_CASE("a value is selected by dragging and by a double click, and copied") {

@@ -22,7 +22,8 @@ constexpr int kInset = 10;
 constexpr int kHintLine = 18;
 constexpr double kFrameWidth = 1.5;
 constexpr double kDash = 3, kDashGap = 2;  // in widths of the line
-constexpr int kCapDrop = 8;                // of a key cap below the top of the push button
+constexpr int kKeysGap = 5, kKeysHeight = 24;
+constexpr int kCapDrop = 8;  // of a key cap below the top of the push button
 
 QHBoxLayout* makeRow(QWidget* parent, int spacing) {
     auto* row = new QHBoxLayout(parent);
@@ -59,6 +60,10 @@ EmptyListView::EmptyListView(QWidget* parent) : QWidget(parent), m_column(new QW
     column->addWidget(makeOpenRow(), 0, Qt::AlignHCenter);
     column->addSpacing(20);
     column->addWidget(makeKeyHints(), 0, Qt::AlignHCenter);
+    m_keys = new ChipButton(tr("All keys"), QString(), this);
+    m_keys->setObjectName(QStringLiteral("allKeys"));
+    m_keys->setQuiet(true);
+    m_keys->setTextSize(12.5);
     m_pulse.setDuration(kPulseMs);
     m_pulse.setLoopCount(kPulses);
     m_pulse.setStartValue(0.0);
@@ -117,6 +122,16 @@ void EmptyListView::resizeEvent(QResizeEvent*) {
     // The key caps' shadow does not count.
     const int top = (height() - size.height() + 1) / 2;
     m_column->setGeometry((width() - size.width() + 1) / 2, top, size.width(), size.height());
+    placeKeysButton();
+}
+
+// Below the hints where there is room, else in the corner beside them.
+void EmptyListView::placeKeysButton() {
+    const QSize size(m_keys->sizeHint().width(), kKeysHeight);
+    const QPoint below((width() - size.width()) / 2, m_column->geometry().bottom() + 1 + kKeysGap);
+    const bool hasRoom = below.y() + size.height() <= height() - kInset - 2;
+    const QPoint corner(width() - kInset - size.width() - kKeysGap, kInset + kKeysGap);
+    m_keys->setGeometry(QRect(hasRoom ? below : corner, size));
 }
 
 void EmptyListView::pulse() {

@@ -16,6 +16,7 @@ public:
     explicit EmptyListView(QWidget* parent = nullptr);
 
     PushButton* openButton() const { return m_open; }
+    ChipButton* keysButton() const { return m_keys; }
     void pulse();  // twice, to say that there is nothing to play yet; still when the system asks for no motion
 
 protected:
@@ -26,8 +27,10 @@ private:
     QWidget* makeHeadline();
     QWidget* makeOpenRow();
     QWidget* makeKeyHints();
+    void placeKeysButton();
 
     PushButton* m_open = nullptr;
+    ChipButton* m_keys = nullptr;
     QWidget* m_column = nullptr;
     QVariantAnimation m_pulse{this};
 };

@@ -138,7 +138,7 @@ void NoticeLine::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setFont(font());
     painter.setPen(tokens::kText);
-    drawLine(painter, rect(), Qt::AlignLeft, m_shown);
+    drawLine(painter, rect(), Qt::AlignLeft, m_shown, Qt::LeftToRight);  // a sentence, whatever name it begins with
 }
 
 }  // namespace qm

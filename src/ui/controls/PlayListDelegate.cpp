@@ -93,7 +93,7 @@ void PlayListDelegate::paintText(QPainter& painter, const QRect& cell, const QMo
     painter.setFont(uiFont(layout.numeric ? 12.5 : 13, name && index.data(LoadedTrackRole).toBool() ? 600 : 400));
     const QString text = index.data(Qt::DisplayRole).toString();
     if (layout.numeric) {
-        drawLine(painter, area, Qt::AlignRight, text);
+        drawTime(painter, area, Qt::AlignRight, text);
         return;
     }
     drawLine(painter, area, Qt::AlignLeft, elidedText(painter.font(), text, area.width()));

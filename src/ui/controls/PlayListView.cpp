@@ -2,16 +2,18 @@
 
 #include <QDragEnterEvent>
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 #include "ui/controls/DropMarker.h"
+#include "ui/controls/NarrowedRows.h"
 #include "ui/controls/PlayListDelegate.h"
 #include "ui/controls/PlayListHeader.h"
 #include "ui/controls/Tokens.h"
@@ -66,45 +68,70 @@ int PlayListView::columnIndex(const char* identifier) {
 // --- model and selection ---------------------------------------------------------------------------------------------
 
 void PlayListView::setModel(QAbstractItemModel* newModel) {
-    if (model()) disconnect(model(), nullptr, this, nullptr);
-    QTableView::setModel(newModel);
+    m_keeps = nullptr;
     m_selectedIndex = -1;
-    if (newModel) {
+    m_list = newModel;
+    useModel(newModel);
+}
+
+void PlayListView::useModel(QAbstractItemModel* rows) {
+    if (model()) disconnect(model(), nullptr, this, nullptr);
+    const auto* former = selectionModel();
+    NarrowedRows* narrowed = m_narrowed;
+    m_narrowed = qobject_cast<NarrowedRows*>(rows);
+    m_modelChanging = true;
+    QTableView::setModel(rows);
+    if (former != selectionModel()) delete former;
+    if (narrowed != m_narrowed) delete narrowed;
+    m_modelChanging = false;
+    if (rows) {
         // The selected index outlives every change of the rows: row 3 stays row 3.
         const auto begins = [this] { m_modelChanging = true; };
-        connect(newModel, &QAbstractItemModel::modelAboutToBeReset, this, begins);
-        connect(newModel, &QAbstractItemModel::rowsAboutToBeInserted, this, begins);
-        connect(newModel, &QAbstractItemModel::rowsAboutToBeRemoved, this, begins);
-        connect(newModel, &QAbstractItemModel::modelReset, this, &PlayListView::keepSelectedIndex);
-        connect(newModel, &QAbstractItemModel::rowsInserted, this, &PlayListView::keepSelectedIndex);
-        connect(newModel, &QAbstractItemModel::rowsRemoved, this, &PlayListView::keepSelectedIndex);
+        connect(rows, &QAbstractItemModel::modelAboutToBeReset, this, begins);
+        connect(rows, &QAbstractItemModel::rowsAboutToBeInserted, this, begins);
+        connect(rows, &QAbstractItemModel::rowsAboutToBeRemoved, this, begins);
+        connect(rows, &QAbstractItemModel::modelReset, this, &PlayListView::keepSelectedIndex);
+        connect(rows, &QAbstractItemModel::rowsInserted, this, &PlayListView::keepSelectedIndex);
+        connect(rows, &QAbstractItemModel::rowsRemoved, this, &PlayListView::keepSelectedIndex);
+        keepSelectedIndex();
     }
     layOutColumns();
     updateEmptyState();
 }
 
-int PlayListView::selectedRow() const {
+int PlayListView::rowSelectedInView() const {
     if (!selectionModel()) return -1;
     const QModelIndexList rows = selectionModel()->selectedRows();
-    return rows.isEmpty() ? -1 : rows.first().row();
+    return rows.isEmpty() ? -1 : listRow(rows.first().row());
+}
+
+int PlayListView::selectedRow() const {
+    if (!isNarrowed()) return rowSelectedInView();
+    return m_selectedIndex < rowCount() ? m_selectedIndex : -1;
 }
 
 void PlayListView::selectRowIndex(int row) {
     if (!model() || !selectionModel()) return;
-    if (row < 0 || row >= model()->rowCount()) {
+    const bool isThere = row >= 0 && row < rowCount();
+    const int shown = isThere ? shownRow(row) : -1;
+    if (shown < 0) {
+        const QScopedValueRollback keepsIndex(m_modelChanging, true);
         clearSelection();
         selectionModel()->clearCurrentIndex();
+        m_selectedIndex = isThere ? row : -1;
         return;
     }
-    const QModelIndex index = model()->index(row, columnIndex("IBtrack"));
+    const QModelIndex index = model()->index(shown, columnIndex("IBtrack"));
     selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    m_selectedIndex = row;
 }
 
 void PlayListView::reloadData() {
-    if (!model()) return;
+    if (!m_list) return;
+    if (isNarrowed()) return applyFilter();
     // The same number of rows needs no more than a fresh look. A reset would tell assistive tools of a list that is new
     // and of a cell that has got the focus.
-    if (model()->rowCount() == verticalHeader()->count()) return viewport()->update();
+    if (rowCount() == verticalHeader()->count()) return viewport()->update();
     m_modelChanging = true;
     const int scrolled = verticalScrollBar()->value();
     verticalHeader()->reset();
@@ -117,7 +144,8 @@ void PlayListView::reloadData() {
 }
 
 void PlayListView::keepSelectedIndex() {
-    const int wanted = m_selectedIndex < model()->rowCount() ? m_selectedIndex : -1;
+    const int wanted = m_selectedIndex < rowCount() ? m_selectedIndex : -1;
+    m_modelChanging = true;
     selectRowIndex(wanted);
     m_selectedIndex = wanted;
     m_modelChanging = false;
@@ -126,7 +154,7 @@ void PlayListView::keepSelectedIndex() {
 
 void PlayListView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
     QTableView::selectionChanged(selected, deselected);
-    if (!m_modelChanging) m_selectedIndex = selectedRow();
+    if (!m_modelChanging) m_selectedIndex = rowSelectedInView();
     viewport()->update();
 }
 
@@ -136,6 +164,77 @@ void PlayListView::currentChanged(const QModelIndex& current, const QModelIndex&
         QTableView::currentChanged(current, previous);
     else
         QAbstractItemView::currentChanged(current, previous);
+}
+
+// --- some of the rows ------------------------------------------------------------------------------------------------
+
+int PlayListView::shownRow(int listRow) const {
+    return m_narrowed ? m_narrowed->shownRow(listRow) : listRow;
+}
+
+int PlayListView::listRow(int shownRow) const {
+    return m_narrowed ? m_narrowed->listRow(shownRow) : shownRow;
+}
+
+int PlayListView::listRowAt(const QPoint& place) const {
+    const int shown = rowAt(place.y());
+    return shown < 0 ? -1 : listRow(shown);
+}
+
+int PlayListView::shownCount() const {
+    return m_narrowed ? m_narrowed->rowCount() : rowCount();
+}
+
+int PlayListView::shownBeside(int row, int step) const {
+    if (!m_narrowed) {
+        const int beside = row + step;
+        return beside >= 0 && beside < rowCount() ? beside : -1;
+    }
+    const QList<int>& rows = m_narrowed->rows();
+    const auto at =
+        step > 0 ? std::upper_bound(rows.begin(), rows.end(), row) : std::lower_bound(rows.begin(), rows.end(), row);
+    if (step > 0) return at == rows.end() ? -1 : *at;
+    return at == rows.begin() ? -1 : *std::prev(at);
+}
+
+void PlayListView::showOnly(RowFilter keeps) {
+    m_keeps = std::move(keeps);
+    if (!m_list || (!m_keeps && !m_narrowed)) return;
+    if (!m_keeps) {
+        useModel(m_list);
+        if (selectedRow() >= 0) scrollTo(currentIndex());
+        emit shownWhole();
+        return;
+    }
+    m_countWhenNarrowed = rowCount();
+    if (!m_narrowed) {
+        auto* rows = new NarrowedRows(this);
+        rows->setSourceModel(m_list);
+        useModel(rows);
+    }
+    applyFilter();
+}
+
+void PlayListView::showFewer(RowFilter keeps) {
+    if (!m_narrowed) return showOnly(std::move(keeps));
+    m_keeps = std::move(keeps);
+    QList<int> kept;
+    for (const int row : m_narrowed->rows())
+        if (row < rowCount() && m_keeps(row)) kept << row;
+    if (kept != m_narrowed->rows()) m_narrowed->setRows(kept);
+    layOutColumns();
+}
+
+void PlayListView::applyFilter() {
+    if (rowCount() == 0 || rowCount() > m_countWhenNarrowed) return showOnly(nullptr);
+    m_countWhenNarrowed = rowCount();
+    QList<int> kept;
+    for (int row = 0; row < rowCount(); ++row)
+        if (m_keeps(row)) kept << row;
+    if (kept != m_narrowed->rows()) m_narrowed->setRows(kept);
+    keepSelectedIndex();
+    layOutColumns();
+    viewport()->update();
 }
 
 // --- layout ----------------------------------------------------------------------------------------------------------
@@ -171,7 +270,7 @@ void PlayListView::setEmptyState(QWidget* widget) {
 }
 
 void PlayListView::updateEmptyState() {
-    if (m_emptyState) m_emptyState->setVisible(!model() || model()->rowCount() == 0);
+    if (m_emptyState) m_emptyState->setVisible(rowCount() == 0);
 }
 
 // --- drawing ---------------------------------------------------------------------------------------------------------
@@ -181,7 +280,8 @@ void PlayListView::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
     if (m_focusInRow && hasFocus()) {
         QRectF ringed = viewport()->rect();  // the whole list, as long as no row stands for it
-        if (selectedRow() >= 0) ringed = QRectF(0, rowViewportPosition(selectedRow()), ringed.width(), kRowHeight);
+        const int shown = selectedRow() >= 0 ? shownRow(selectedRow()) : -1;
+        if (shown >= 0) ringed = QRectF(0, rowViewportPosition(shown), ringed.width(), kRowHeight);
         painter.setPen(QPen(tokens::kFocus, 2));
         painter.drawRect(ringed.adjusted(1, 1, -1, -1));
     }
@@ -195,29 +295,10 @@ void PlayListView::setHoveredRow(int row) {
 
 // --- the user's hand -------------------------------------------------------------------------------------------------
 
-void PlayListView::keyPressEvent(QKeyEvent* event) {
-    switch (event->key()) {
-        case Qt::Key_Up:
-        case Qt::Key_Down:
-        case Qt::Key_PageUp:
-        case Qt::Key_PageDown:
-            if (selectedRow() < 0) return selectRowIndex(0);
-            QTableView::keyPressEvent(event);
-            return;
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            if (event->modifiers() & ~Qt::KeypadModifier) break;
-            if (selectedRow() >= 0) emit rowActivated();
-            return;
-        default:
-            break;
-    }
-    event->ignore();
-}
-
 // Below the rows there is nothing to choose, and what is chosen stays.
 void PlayListView::mousePressEvent(QMouseEvent* event) {
     m_focusInRow = false;
+    endLetters();
     if (!indexAt(event->position().toPoint()).isValid()) return;
     QTableView::mousePressEvent(event);
 }
@@ -238,16 +319,18 @@ bool PlayListView::viewportEvent(QEvent* event) {
 }
 
 void PlayListView::focusInEvent(QFocusEvent* event) {
-    m_focusInRow = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    m_focusInRow = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason ||
+                   event->reason() == Qt::ShortcutFocusReason;
     const int row = selectedRow();
     QTableView::focusInEvent(event);
     // Coming here selects nothing, and without a selected row there is no current one.
-    if (selectedRow() != row || row < 0) selectRowIndex(row);
+    if (selectedRow() != row || row < 0 || !isShown(row)) selectRowIndex(row);
     viewport()->update();
 }
 
 void PlayListView::focusOutEvent(QFocusEvent* event) {
     QTableView::focusOutEvent(event);
+    if (event->reason() != Qt::PopupFocusReason) endLetters();
     viewport()->update();
 }
 

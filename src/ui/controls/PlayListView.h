@@ -1,5 +1,6 @@
 // The play list's table: read-only, one row selected or none, the loaded track in bold, changed marks in amber, a drop
-// marker above the first row. Its model serves the columns and roles below. Main thread only.
+// marker above the first row. Its model serves the columns and roles below. It may show some of the rows only; rows are
+// always told by their number in the whole list. Main thread only.
 #pragma once
 
 #include <QList>
@@ -8,12 +9,15 @@
 #include <array>
 #include <functional>
 
+#include "ui/controls/TypeAhead.h"
+
 class QDragMoveEvent;
 class QDropEvent;
 
 namespace qm {
 
 class DropMarker;
+class NarrowedRows;
 
 enum PlayListRole {
     LoadedTrackRole = Qt::UserRole + 1,  // bool: this row is the loaded track
@@ -37,6 +41,22 @@ public:
     int hoveredRow() const { return m_hoveredRow; }
     bool showsDropMarker() const;
     DropMarker& dropMarker() { return *m_marker; }
+    int listRowAt(const QPoint& place) const;  // of the viewport; -1 none
+
+    // Shows the rows that `keeps` keeps, empty: all of them. The selected row stays selected, shown or not. A list that
+    // grows is shown whole again, for what was added is to be seen.
+    using RowFilter = std::function<bool(int row)>;
+    void showOnly(RowFilter keeps);
+    void showFewer(RowFilter keeps);  // the same, where none comes back that is not shown now
+    bool isNarrowed() const { return m_narrowed != nullptr; }
+    bool isShown(int row) const { return shownRow(row) >= 0; }
+    int shownCount() const;
+    int shownBeside(int row, int step) const;  // the next one that is shown above (-1) or below (1); -1 none
+
+    // While it takes letters they lead to titles, and Home to the first row; otherwise they are the player's keys.
+    void takeLetters();
+    bool takesLetters() const { return m_takesLetters; }
+
     bool showsFocusInRow() const { return m_focusInRow; }  // the keyboard came here by Tab
     static int columnIndex(const char* identifier);        // -1 if there is none
 
@@ -60,8 +80,12 @@ signals:
     void filesTaken();
     void filesHover(const QList<QUrl>& files);  // once for each drag that comes in
     void hoverEnded();
+    void shownWhole();                        // it was narrowed, and is not any more
+    void lettersEnded();                      // they are the player's keys again
+    void noTitleBegins(const QString& with);  // what was typed leads nowhere
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent*) override;
     void resizeEvent(QResizeEvent*) override;
     void keyPressEvent(QKeyEvent*) override;
@@ -79,11 +103,27 @@ protected:
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
 private:
+    int rowCount() const { return m_list ? m_list->rowCount() : 0; }
+    int shownRow(int listRow) const;  // -1: out of sight
+    int listRow(int shownRow) const;
+    int rowSelectedInView() const;
+    void useModel(QAbstractItemModel* rows);
+    void applyFilter();
+    bool isLetterOfTitle(const QKeyEvent& event) const;
+    void findTitle();
+    void endLetters();
+    bool moveByKey(const QKeyEvent& event);
     void layOutColumns();
     void keepSelectedIndex();
     void updateEmptyState();
     void setHoveredRow(int row);
 
+    QAbstractItemModel* m_list = nullptr;
+    NarrowedRows* m_narrowed = nullptr;  // while not all rows are shown
+    RowFilter m_keeps;
+    int m_countWhenNarrowed = 0;
+    TypeAhead m_typeAhead;
+    bool m_takesLetters = false;
     QWidget* m_emptyState = nullptr;
     DropMarker* m_marker;
     int m_selectedIndex = -1;  // as the user left it, through resets and insertions of the model

@@ -19,20 +19,8 @@ TextBlock::TextBlock(const QString& text, const QFont& font, const QColor& color
 }
 
 QStringList TextBlock::linesFor(double width) const {
-    QStringList lines;
-    for (const QString& paragraph : text().split(u'\n')) {
-        QString line;
-        for (const QString& word : paragraph.split(u' ', Qt::SkipEmptyParts)) {
-            const QString longer = line.isEmpty() ? word : line + u' ' + word;
-            if (!line.isEmpty() && textWidth(font(), longer) > width) {
-                lines << line;
-                line = word;
-            } else {
-                line = longer;
-            }
-        }
-        lines << line;
-    }
+    QStringList lines = wrappedText(font(), text(), width);
+    for (QString& line : lines) line = line.trimmed();
     return lines;
 }
 

@@ -40,14 +40,14 @@ void TimeLabel::setTextAlignment(Qt::Alignment alignment) {
 }
 
 QSize TimeLabel::sizeHint() const {
-    return {static_cast<int>(std::ceil(textWidth(font(), m_text))), m_lineHeight};
+    return {static_cast<int>(std::ceil(timeWidth(font(), m_text))), m_lineHeight};
 }
 
 void TimeLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setFont(font());
     painter.setPen(m_color);
-    drawLine(painter, rect(), m_alignment, m_text);
+    drawTime(painter, rect(), m_alignment, m_text);
 }
 
 }  // namespace qm

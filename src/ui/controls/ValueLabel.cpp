@@ -15,43 +15,6 @@
 
 namespace qm {
 
-namespace {
-
-// How many characters of the text fit into the width; at least one.
-qsizetype fittingCharacters(const QFont& font, const QString& text, double width) {
-    qsizetype fits = 1, tooLong = text.size() + 1;
-    while (tooLong - fits > 1) {
-        const qsizetype middle = (fits + tooLong) / 2;
-        (textWidth(font, text.left(middle).trimmed()) <= width ? fits : tooLong) = middle;
-    }
-    if (fits < text.size() && text[fits - 1].isHighSurrogate()) fits += fits > 1 ? -1 : 1;
-    return fits;
-}
-
-// The last place within `most` characters behind which a line may end.
-qsizetype breakBefore(const QString& text, qsizetype most) {
-    for (qsizetype i = most; i > 0; --i) {
-        if (text[i - 1] == u' ' || text[i - 1] == u'/') return i;
-    }
-    return most;
-}
-
-}  // namespace
-
-QStringList wrappedLines(const QFont& font, const QString& text, double width) {
-    QStringList lines;
-    for (QString rest : text.split(u'\n')) {
-        while (!rest.isEmpty()) {
-            const qsizetype fits = fittingCharacters(font, rest, width);
-            const qsizetype end = fits == rest.size() ? fits : breakBefore(rest, fits);
-            lines << rest.left(end);
-            rest.remove(0, end);
-        }
-        if (lines.isEmpty()) lines << QString();
-    }
-    return lines;
-}
-
 ValueLabel::ValueLabel(const QFont& font, const QColor& color, int lineHeight, QWidget* parent)
     : QLabel(parent), m_lineHeight(lineHeight) {
     setFont(font);
@@ -73,7 +36,7 @@ QString ValueLabel::value() const {
 }
 
 int ValueLabel::heightForWidth(int width) const {
-    return m_lineHeight * static_cast<int>(wrappedLines(font(), value(), width).size());
+    return m_lineHeight * static_cast<int>(wrappedText(font(), value(), width).size());
 }
 
 QSize ValueLabel::sizeHint() const {
@@ -95,9 +58,9 @@ void ValueLabel::paintEvent(QPaintEvent*) {
     for (const QString& line : lines()) {
         const int end = begin + static_cast<int>(line.size());
         if (first < end && last > begin) {
-            const double left = textWidth(font(), line.left(std::max(first - begin, 0)));
-            const double right = textWidth(font(), line.left(std::min(last, end) - begin));
-            painter.fillRect(QRectF(left, top, right - left, m_lineHeight), tokens::kSelection);
+            const int from = std::max(first - begin, 0), to = std::min(last, end) - begin;
+            for (const auto& [left, right] : spansInLine(font(), line, from, to))
+                painter.fillRect(QRectF(left, top, right - left, m_lineHeight), tokens::kSelection);
         }
         drawLine(painter, QRectF(0, top, width(), m_lineHeight), Qt::AlignLeft, line);
         begin = end;
@@ -111,13 +74,7 @@ int ValueLabel::placeAt(const QPoint& point) const {
     const auto row = std::clamp<qsizetype>(point.y() / m_lineHeight, 0, all.size() - 1);
     int begin = 0;
     for (qsizetype i = 0; i < row; ++i) begin += static_cast<int>(all[i].size());
-    const QString& line = all[row];
-    int nearest = 0;
-    const auto distance = [&](int place) { return std::abs(textWidth(font(), line.left(place)) - point.x()); };
-    for (int place = 1; place <= line.size(); ++place) {
-        if (distance(place) < distance(nearest)) nearest = place;
-    }
-    return begin + nearest;
+    return begin + placeInLine(font(), all[row], point.x());
 }
 
 void ValueLabel::select(int anchor, int end) {

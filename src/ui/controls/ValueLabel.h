@@ -6,12 +6,9 @@
 #include <QStringList>
 
 #include "ui/controls/FocusRing.h"
+#include "ui/controls/Fonts.h"
 
 namespace qm {
-
-// The lines of `text` when none may be wider than `width`: broken at its line feeds, behind spaces and slashes, and
-// inside a word that is too long. Together they are the text without its line feeds.
-QStringList wrappedLines(const QFont& font, const QString& text, double width);
 
 class ValueLabel : public QLabel, public FocusShape {
     Q_OBJECT
@@ -40,7 +37,7 @@ protected:
 
 private:
     QString value() const;  // without the line feeds that end it
-    QStringList lines() const { return wrappedLines(font(), value(), width()); }
+    QStringList lines() const { return wrappedText(font(), value(), width()); }
     int placeAt(const QPoint& point) const;
     void select(int anchor, int end);
 

@@ -32,6 +32,7 @@ PlayListCard::PlayListCard(Outlets& outlets, ActionTable& actions, QWidget* pare
     m_empty = new EmptyListView;
     outlets.playList->setEmptyState(m_empty);
     actions.bind(m_empty->openButton(), QStringLiteral("openFile"));
+    actions.bind(m_empty->keysButton(), QStringLiteral("displayShortcuts"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(1, 1, 1, 1);
     column->setSpacing(0);
@@ -68,6 +69,15 @@ QWidget* PlayListCard::makeFooter(Outlets& outlets, ActionTable& actions) {
     outlets.format = format;
     row->addWidget(format, 1);
     return footer;
+}
+
+FindBar& PlayListCard::findBar() {
+    if (!m_findBar) {
+        m_findBar = new FindBar;
+        m_findBar->hide();
+        static_cast<QVBoxLayout*>(layout())->insertWidget(1, m_findBar);
+    }
+    return *m_findBar;
 }
 
 void PlayListCard::pulseDropArea() {

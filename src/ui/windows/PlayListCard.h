@@ -8,6 +8,7 @@
 #include "ui/controls/Card.h"
 #include "ui/controls/ChipButton.h"
 #include "ui/controls/EmptyListView.h"
+#include "ui/controls/FindBar.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
@@ -19,12 +20,14 @@ public:
     PlayListCard(Outlets& outlets, ActionTable& actions, QWidget* parent = nullptr);
     void setRemoveDimmed(bool dimmed) { m_remove->setDimmed(dimmed); }
     void pulseDropArea();  // when the list is empty
+    FindBar& findBar();    // made when it is first asked for
 
 private:
     QWidget* makeFooter(Outlets& outlets, ActionTable& actions);
 
     EmptyListView* m_empty = nullptr;
     ChipButton* m_remove = nullptr;
+    FindBar* m_findBar = nullptr;
 };
 
 }  // namespace qm

@@ -10,7 +10,9 @@
 
 #include "ui/KeyList.h"
 #include "ui/controls/Card.h"
+#include "ui/controls/FoldedText.h"
 #include "ui/controls/Fonts.h"
+#include "ui/controls/SearchField.h"
 #include "ui/controls/Tokens.h"
 
 namespace qm {
@@ -19,6 +21,7 @@ namespace {
 
 constexpr int kMargin = 20, kColumns = 3, kColumnGap = 32, kGroupGap = 16;
 constexpr int kHeadingHeight = 24, kRowHeight = 24, kCapGap = 4, kWordGap = 24;
+constexpr int kSearchTop = 16, kSearchWidth = 280, kSearchGap = 14;
 constexpr int kScreenMargin = 48;  // for the window's frame, in pixels
 
 QLabel* makeText(const QString& text, double size, int weight, const QColor& color) {
@@ -45,26 +48,43 @@ QWidget* makeRow(const KeyLine& row) {
     return line;
 }
 
-void addGroup(QVBoxLayout* column, const KeyGroup& group) {
-    if (column->count() > 0) column->addSpacing(kGroupGap);
-    QLabel* heading = makeText(group.title, 13, 600, tokens::kAqua);
-    heading->setFixedHeight(kHeadingHeight);
-    column->addWidget(heading);
-    for (const KeyLine& line : group.lines) column->addWidget(makeRow(line));
+QString everythingIn(const QString& title, const KeyLine& line) {
+    QString text = title + u' ' + line.words;
+    for (const QStringList& caps : line.keys) text += u' ' + caps.join(u'+') + u' ' + caps.join(u' ');
+    return text;
 }
 
 int heightOf(const KeyGroup& group) {
     return kHeadingHeight + kGroupGap + static_cast<int>(group.lines.size()) * kRowHeight;
 }
 
+}  // namespace
+
+void ShortcutsPanel::addGroup(QVBoxLayout* column, const KeyGroup& group) {
+    Group added{makeText(group.title, 13, 600, tokens::kAqua), nullptr, {}};
+    added.heading->setFixedHeight(kHeadingHeight);
+    if (column->count() > 0) {
+        added.gap = new QWidget;
+        added.gap->setFixedHeight(kGroupGap);
+        column->addWidget(added.gap);
+    }
+    column->addWidget(added.heading);
+    for (const KeyLine& line : group.lines) {
+        QWidget* row = makeRow(line);
+        column->addWidget(row);
+        added.rows.emplace_back(row, everythingIn(group.title, line));
+    }
+    m_groups.push_back(std::move(added));
+}
+
 // The groups in their order, a column ending where its share of the whole height is reached.
-QWidget* makeContent() {
+QWidget* ShortcutsPanel::makeContent() {
     const QList<KeyGroup> groups = keyGroups();
     int whole = 0;
     for (const KeyGroup& group : groups) whole += heightOf(group);
     auto* content = new QWidget;
     auto* row = new QHBoxLayout(content);
-    row->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    row->setContentsMargins(kMargin, 0, kMargin, kMargin);
     row->setSpacing(kColumnGap);
     QVBoxLayout* column = nullptr;
     int filled = 0, columns = 0;
@@ -84,10 +104,25 @@ QWidget* makeContent() {
     return content;
 }
 
-}  // namespace
+QWidget* ShortcutsPanel::makeSearchLine() {
+    auto* line = new QWidget;
+    auto* row = new QHBoxLayout(line);
+    row->setContentsMargins(kMargin, kSearchTop, kMargin, kSearchGap);
+    row->setSpacing(kSearchGap);
+    m_field->setObjectName(QStringLiteral("keySearch"));
+    m_field->setFixedWidth(kSearchWidth);
+    row->addWidget(m_field);
+    row->addWidget(m_none);
+    row->addStretch();
+    connect(m_field, &QLineEdit::textChanged, this, &ShortcutsPanel::showOnly);
+    return line;
+}
 
 ShortcutsPanel::ShortcutsPanel(QWidget* mainWindow)
-    : ToolPanel(tr("Keyboard Shortcuts"), mainWindow), m_scroll(new QScrollArea) {
+    : ToolPanel(tr("Keyboard Shortcuts"), mainWindow),
+      m_field(new SearchField(tr("Find a key or what it does"))),
+      m_none(new TextLabel(QString(), uiFont(12.5), tokens::kText2)),
+      m_scroll(new QScrollArea) {
     setObjectName(QStringLiteral("shortcutsPanel"));
     setAttribute(Qt::WA_ShowWithoutActivating, false);
     QWidget* content = makeContent();
@@ -100,9 +135,43 @@ ShortcutsPanel::ShortcutsPanel(QWidget* mainWindow)
     content->setAutoFillBackground(false);
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(0, 0, 0, 0);
-    all->addWidget(m_scroll);
+    all->setSpacing(0);
+    QWidget* searchLine = makeSearchLine();
+    all->addWidget(searchLine);
+    all->addWidget(m_scroll, 1);
     const QSize room = mainWindow->screen()->availableSize() - QSize(kScreenMargin, kScreenMargin);
-    resize(content->sizeHint().boundedTo(room));
+    const QSize wanted = content->sizeHint() + QSize(0, searchLine->sizeHint().height());
+    content->setMinimumWidth(content->sizeHint().width());  // whichever rows are left
+    resize(wanted.boundedTo(room));
+}
+
+void ShortcutsPanel::showOnly(const QString& typed) {
+    const SearchWords words(typed);
+    int shown = 0;
+    for (const Group& group : m_groups) {
+        bool isAny = false;
+        for (const auto& [row, text] : group.rows) {
+            const bool fits = words.areIn({text});
+            row->setVisible(fits);
+            isAny = isAny || fits;
+            shown += fits ? 1 : 0;
+        }
+        group.heading->setVisible(isAny);
+        if (group.gap) group.gap->setVisible(isAny);
+    }
+    m_none->setText(shown > 0 ? QString() : tr("No key for that; some actions are in the menus only"));
+    m_none->updateGeometry();
+    const QString said = words.isEmpty() ? QString() : tr("%1 found").arg(shown);
+    m_field->setAccessibleDescription(said);
+}
+
+// Whoever comes back begins anew.
+void ShortcutsPanel::showEvent(QShowEvent* event) {
+    if (!event->spontaneous()) {
+        m_field->clear();
+        m_field->setFocus(Qt::OtherFocusReason);
+    }
+    ToolPanel::showEvent(event);
 }
 
 // The scroll bar is told what to do instead of being sent the key: a key that it does not know would come back here.

@@ -4,6 +4,8 @@
 #include "support/widgets/ControllerFixture.h"
 #include "ui/IdleActs.h"
 #include "ui/PlayerKeys.h"
+#include "ui/windows/ContextMenus.h"
+#include "ui/windows/ListKeys.h"
 #include "ui/windows/MainWindow.h"
 #include "ui/windows/MainWindowState.h"
 #include "ui/windows/StatusNotices.h"
@@ -25,6 +27,8 @@ struct LivingWindow {
                     controller.trackInfo(),
                     controller.notices()};
     IdleActs idleActs{window.actions(), controller, controller, outlets, controller.notices()};
+    ListKeys listKeys{window, controller, controller, outlets, controller.notices()};
+    ContextMenus contextMenus{window, controller, controller, outlets};
     MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
     LivingWindow() { controller.awakeFromNib(outlets); }
