@@ -101,11 +101,11 @@ TEST_CASE("the scales are quieter than the values and the large tags") {
     LivingWindow living;
     living.controller.speed075();
     living.state.refresh();
-    const int loud = shownTags(*living.grid().hero, 34).value(0)->font().pixelSize();
+    const double loud = shownTags(*living.grid().hero, 34).value(0)->font().pointSizeF();
     for (const QLabel* label : {living.outlets.speed_2, living.outlets.speed1, living.outlets.speedNormal,
                                 living.outlets.pitch0, living.outlets.pitch100}) {
         CHECK(label->font().weight() == 400);
-        CHECK(label->font().pixelSize() * 2 <= loud);
+        CHECK(label->font().pointSizeF() * 2 <= loud);
     }
     CHECK(living.outlets.speedTitle->font().weight() < 600);
 }

@@ -296,7 +296,10 @@ struct UsersHome {
     }
     ~UsersHome() {
         qputenv("HOME", m_home);
-        m_config.isNull() ? qunsetenv("XDG_CONFIG_HOME") : qputenv("XDG_CONFIG_HOME", m_config);
+        if (m_config.isNull())
+            qunsetenv("XDG_CONFIG_HOME");
+        else
+            qputenv("XDG_CONFIG_HOME", m_config);
     }
     QUrl url(const char* name) const { return QUrl::fromLocalFile(dir.path() + QString::fromLatin1(name)); }
 

@@ -183,6 +183,7 @@ TEST_CASE_FIXTURE(FilmWindow,
     panel.close();
     CHECK_FALSE(panel.isFullScreen());
     CHECK(panel.isVisible());
+    QCoreApplication::processEvents();
     CHECK(panel.size() == QSize(500, 300));
     key->trigger();
     key->trigger();
@@ -204,6 +205,7 @@ TEST_CASE_FIXTURE(FilmWindow, "a film that goes while it fills the screen comes 
     load("/music/other.mp4");
     CHECK(panel.isVisible());
     CHECK_FALSE(panel.isFullScreen());
+    QCoreApplication::processEvents();
     CHECK(panel.size() == QSize(500, 300));
     CHECK(panel.pos() == place);
 }

@@ -135,7 +135,7 @@ TEST_CASE("another screen is taken rather than to cover rows of the play list") 
     CHECK(desk.screen.contains(desk.beside({kMeters}, desk.around())));
     const QRect place = desk.beside({kMeters}, desk.around({}, {second}));
     CHECK(second.contains(place));
-    CHECK(place.left() == 1280 + kWindowGap);
+    CHECK(place.left() == placeBeside(desk.around().window).x());
 }
 
 TEST_CASE("a second screen is left alone while there is room on the first") {
@@ -155,12 +155,14 @@ TEST_CASE("panels keep a distance from each other") {
 }
 
 TEST_CASE("a film is rather shown smaller than over the controls") {
-    Desk desk(QSize(1280, 720));
-    desk.showAtFirst();
-    const Surroundings around = desk.around({desk.beside({kMeters}, desk.around())});
-    const QRect video = desk.beside(kVideo, around);
-    CHECK(video.width() < kVideo.first().width());
+    const QRect window(0, 0, 1000, 700);
+    const Surroundings around{window, {QRect(0, 0, 1000, 400), QRect(500, 400, 500, 300)}, {}, {}, {window}};
+    const QRect video = panelPlace(kVideo, placeBeside(window), around);
+    CHECK(video.size() == QSize(448, 252));
     CHECK(covered(video, around.vital) == 0);
+    CHECK(window.contains(video));
+    const Surroundings full{window, {window}, {}, {}, {window}};
+    CHECK(panelPlace(kVideo, placeBeside(window), full).size() == kVideo.first());
 }
 
 TEST_CASE("a panel that is larger than the screen is cut to it") {
