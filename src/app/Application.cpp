@@ -1,6 +1,7 @@
 #include "app/Application.h"
 
 #include <QDesktopServices>
+#include <QScreen>
 #include <QSessionManager>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -31,6 +32,8 @@ namespace {
 
 constexpr double kIconScale = 4;  // sharp on every screen
 constexpr std::chrono::milliseconds kLongestFlush{300};
+// The desktop tells the window's place and its frame one after the other; beside it the level meters are to stand.
+constexpr std::chrono::milliseconds kFrameSettles{200};
 
 int g_signalSockets[2];
 
@@ -81,6 +84,7 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
     prepareTakes(m_window.actions(), m_controller, m_audioRecord);
     m_controller.setExit([this](int status) { end(status); });
     m_levelMeters.hold();
+    m_window.standOn(QGuiApplication::primaryScreen()->availableGeometry(), m_levelMeters.size());
     m_controller.awakeFromNib(m_outlets);
     m_audioRecord.awakeFromNib(m_audioRecordOutlets);
     connectWindow();
@@ -119,7 +123,7 @@ void Application::connectWindow() {
 
 // What nobody misses until the window stands on the screen.
 void Application::startTheRest() {
-    m_levelMeters.release();
+    QTimer::singleShot(kFrameSettles, &m_window, [this] { m_levelMeters.release(); });
     m_state.refresh();
     m_engine.load();
     m_soundWatch.start();

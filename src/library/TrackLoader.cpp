@@ -209,15 +209,16 @@ void TrackLoader::enableMetering() {
 
 void TrackLoader::openFile() {
     const auto isThere = [](const QString& folder) { return QFileInfo::exists(folder); };
-    if (m_panelFolder.isEmpty() || !ask(isThere, m_panelFolder).value_or(false)) m_panelFolder = homeFolder();
-    const auto panel = makeOpenPanel(m_outlets.mainWindow, m_panelFolder);
+    const QString last = m_panelFolder.last();
+    const bool isGone = last.isEmpty() || !ask(isThere, last).value_or(false);
+    const auto panel = makeOpenPanel(m_outlets.mainWindow, isGone ? homeFolder() : last);
     const auto chosen = m_runPanel(*panel);
     if (!chosen) return;
     QStringList offered;
     for (const QString& path : *chosen)
         if (openPanelTypes().contains(pathExtension(path))) offered.append(path);  // others were typed
     if (offered.isEmpty()) return tellNotOffered(*chosen);
-    m_panelFolder = QFileInfo(offered.last()).path();
+    m_panelFolder.remember(QFileInfo(offered.last()).path());
     m_queue.add(offered);
 }
 

@@ -14,6 +14,7 @@
 #include "app/PlayerState.h"
 #include "library/DropNotices.h"
 #include "library/FileQueue.h"
+#include "library/PanelFolder.h"
 #include "library/PlayListArrays.h"
 #include "library/TrackMetadata.h"
 #include "player/Notices.h"
@@ -111,8 +112,8 @@ private:
     LevelMeterHooks m_meters;
     Patience m_patience;
     RunPanel m_runPanel;
-    QString m_panelFolder;  // where files were last chosen
-    QList<Wish> m_wishes;   // the first one is being loaded
+    PanelFolder m_panelFolder;
+    QList<Wish> m_wishes;  // the first one is being loaded
     int m_failures = 0;
     std::optional<Failure> m_lastFailure;
     QHash<QString, ErrorCategory> m_failed;  // files by their paths, until they give a track

@@ -130,6 +130,7 @@ void MainWindowState::refreshHero() {
     hero.showStates({speedTag(m_state.rate), pitchTag(m_state.pitch),
                      m_loop.repeatedPassage() ? QStringLiteral("Loop A–B") : QString(),
                      silent ? tr("Silent") : QString()});
+    hero.showLargeTags(speedPercent(m_state.rate), pitchSteps(m_state.pitch));
     hero.keepClockInPlace();
 }
 
@@ -219,7 +220,8 @@ void MainWindowState::refreshPanelSigns() {
     sign("audioRecordOpen", isShown(m_outlets.audioRecordingWindow), false);
     sign("openPrefsWindow", isShown(m_outlets.prefsWindow), false);
     const bool hasVideo = m_outlets.movieView && m_outlets.movieView->movie();
-    if (QAction* action = m_window.actions().action(QStringLiteral("displayVideo"))) action->setEnabled(hasVideo);
+    for (const char* slot : {"displayVideo", "fillScreenWithVideo"})
+        if (QAction* action = m_window.actions().action(QString::fromLatin1(slot))) action->setEnabled(hasVideo);
 }
 
 // Another row may have become the loaded track, which the table draws in bold.
