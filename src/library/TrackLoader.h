@@ -64,7 +64,7 @@ public:
     void openFile();
 
     // Where the panel is to look next time.
-    void lookIn(const QString& folder) { m_panelFolder = folder; }
+    void lookIn(const QString& folder) { m_panelFolder.remember(folder); }
 
     // A drop on the play list takes one file at most. False if it takes none. What is left is told and offered.
     bool acceptDrop(const QList<QUrl>& urls);

@@ -4,6 +4,8 @@
 //                                      slider has no value in words
 //   accessible_tree press NAME         presses the button of that name
 //   accessible_tree set NAME NUMBER    moves the slider of that name
+//   accessible_tree type NAME TEXT     has this text in the field of that name
+//   accessible_tree where NAME         the middle of it on the screen: "240 80"
 //   accessible_tree say NAME           its description, or its text where it has none
 //   accessible_tree is NAME STATE      exit status 0 when it has the state
 //   accessible_tree watch              until it is ended, what a screen reader is told: what comes into view and what
@@ -15,6 +17,7 @@
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QMap>
+#include <QRect>
 #include <QRegularExpression>
 #include <QSet>
 #include <QTextStream>
@@ -99,6 +102,21 @@ public:
              {valueInterface(), QStringLiteral("CurrentValue"), QVariant::fromValue(QDBusVariant(value))});
     }
 
+    void setText(const QString& text) const {
+        call(QStringLiteral("org.a11y.atspi.EditableText"), "SetTextContents", {text});
+    }
+
+    QRect place() const {
+        constexpr uint kOnScreen = 0;
+        int x = 0, y = 0, width = 0, height = 0;
+        const auto extents =
+            call(QStringLiteral("org.a11y.atspi.Component"), "GetExtents", {kOnScreen}).value<QDBusArgument>();
+        extents.beginStructure();
+        extents >> x >> y >> width >> height;
+        extents.endStructure();
+        return {x, y, width, height};
+    }
+
     void press() const { call(QStringLiteral("org.a11y.atspi.Action"), "DoAction", {0}); }
 
 private:
@@ -139,11 +157,20 @@ void walkAll(const Visit& visit) {
     for (const Node& program : registry.children()) walk(program, 0, visit);
 }
 
-// The first control of that name.
+// What can be chosen, besides what is used.
+bool isChosen(const QString& role) {
+    static const QSet<QString> chosen = {"menu", "menu item", "check menu item", "list item", "table cell"};
+    return chosen.contains(role);
+}
+
+// The first control of that name that is in sight, or the first one.
 std::optional<Node> nodeNamed(const QString& name) {
     std::optional<Node> found;
+    bool isSeen = false;
     walkAll([&](const Node& node, int) {
-        if (!found && isUsed(node.role()) && node.name() == name) found = node;
+        if (isSeen || node.name() != name || !(isUsed(node.role()) || isChosen(node.role()))) return;
+        isSeen = node.states().contains(QStringLiteral("showing"));
+        if (isSeen || !found) found = node;
     });
     return found;
 }
@@ -234,6 +261,11 @@ int main(int argc, char** argv) {
     }
     if (command == u"press") return node->press(), 0;
     if (command == u"set") return node->setValue(arguments.value(3).toDouble()), 0;
+    if (command == u"type") return node->setText(arguments.value(3)), 0;
+    if (command == u"where") {
+        const QPoint middle = node->place().center();
+        return out << middle.x() << " " << middle.y() << "\n", 0;
+    }
     if (command == u"say") return out << node->description() << "\n", 0;
     if (command == u"is") return node->states().contains(arguments.value(3)) ? 0 : 1;
     complaints << "unknown command " << command << "\n";

@@ -38,10 +38,13 @@ foreach(script ${SYSTEM_TESTS})
   add_system_test(${name} ${name})
 endforeach()
 
-# The same tests with what a desktop may have instead: another sound server, another kind of screen.
+# The same tests with what a desktop may have instead: another sound server, another kind of screen, another hand.
 foreach(name loop_is_exact skip_lands_exactly pause_loses_no_frame slow_loop_keeps_its_period sound_reserve_grows
              sound_device_is_followed sound_server_restarts sound_server_stands_still recording_is_exact level_meters)
   add_system_test(${name}_on_pipewire ${name} QUILLMERE_STAGE_SOUND=pipewire)
+endforeach()
+foreach(hand mouse assistive)
+  add_system_test(first_minute_by_${hand} first_minute QUILLMERE_HAND=${hand})
 endforeach()
 foreach(name every_window_is_drawn window_keeps_its_size keys_alone closing_a_panel_ends_nothing
              closing_the_window_ends_the_program dropping_files screen_server_goes)

@@ -13,6 +13,7 @@
 #include "ui/controls/WaveformStrip.h"
 #include "ui/windows/Decks.h"
 #include "ui/windows/HeroView.h"
+#include "ui/windows/PlayListCard.h"
 #include "ui/windows/SoundCards.h"
 
 using namespace qm;
