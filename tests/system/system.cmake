@@ -10,6 +10,7 @@ add_executable(film_watcher system/film_watcher.cpp)
 target_link_libraries(film_watcher PRIVATE X11::X11)
 add_executable(drag_source system/drag_source.cpp)
 target_link_libraries(drag_source PRIVATE Qt6::Widgets)
+add_executable(activation_token system/activation_token.cpp)
 add_executable(update_server system/update_server.cpp)
 target_link_libraries(update_server PRIVATE network_test_support)
 add_executable(accessible_tree system/accessible_tree.cpp)
@@ -22,7 +23,7 @@ add_executable(monkey ${MONKEY_SOURCES})
 target_link_libraries(monkey PRIVATE X11::X11 X11::Xtst)
 add_executable(standing_folder system/standing_folder.cpp)
 set_target_properties(monkey close_window window_timeline film_watcher drag_source update_server accessible_tree
-                      desktop_settings standing_folder
+                      desktop_settings standing_folder activation_token
                       PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 function(add_system_test name script)
