@@ -14,6 +14,7 @@
 #include "engine/api/Log.h"
 #include "library/SupportFolder.h"
 #include "ui/controls/FlippedRect.h"
+#include "ui/controls/Wayland.h"
 
 namespace qm {
 
@@ -48,7 +49,7 @@ bool isNormal(const QWidget& window) {
 }
 
 // How far the desktop's frame reaches beyond the window at its left and top, as it was when the window was neither
-// maximised nor minimised, which changes the frame.
+// maximised nor minimised, which changes the frame; and the place that was restored, where the desktop tells none.
 class FrameWatch : public QObject {
 public:
     explicit FrameWatch(QWidget& window) : QObject(&window), m_window(window) {
@@ -59,6 +60,9 @@ public:
     }
 
     QPoint reach() const { return m_reach.value_or(reachNow()); }
+
+    void setRestored(QPoint place) { m_restored = place; }
+    std::optional<QPoint> restored() const { return m_restored; }
 
 protected:
     bool eventFilter(QObject*, QEvent* event) override {
@@ -81,6 +85,7 @@ private:
     QWidget& m_window;
     QTimer m_settled;
     std::optional<QPoint> m_reach;
+    std::optional<QPoint> m_restored;
 };
 
 FrameWatch* watchOf(const QWidget& window) {
@@ -89,10 +94,13 @@ FrameWatch* watchOf(const QWidget& window) {
     return nullptr;
 }
 
-// The place of its frame and its inner size while it is neither maximised nor minimised, also when it is now.
+// The place of its frame and its inner size while it is neither maximised nor minimised, also when it is now. Wayland
+// tells no place: there it is the one that was restored, so that it is there again on another desktop.
 QRect placeOf(const QWidget& window) {
-    if (isNormal(window)) return {window.pos(), window.size()};
     const FrameWatch* watch = watchOf(window);
+    if (isOnWayland() && watch && watch->restored())
+        return {*watch->restored(), isNormal(window) ? window.size() : window.normalGeometry().size()};
+    if (isNormal(window)) return {window.pos(), window.size()};
     return window.normalGeometry().translated(watch ? -watch->reach() : QPoint());
 }
 
@@ -156,6 +164,7 @@ void restoreWindowPosition(QWidget& window) {
     const auto frame = frameFromSavedString(*text, window.minimumSize().expandedTo(window.minimumSizeHint()),
                                             QGuiApplication::primaryScreen()->geometry(), availableScreens());
     if (!frame) return;
+    watchOf(window)->setRestored(frame->topLeft());
     window.resize(frame->size());
     window.move(frame->topLeft());
 }

@@ -43,7 +43,7 @@ foreach(name loop_is_exact skip_lands_exactly pause_loses_no_frame slow_loop_kee
              sound_device_is_followed sound_server_restarts sound_server_stands_still recording_is_exact level_meters)
   add_system_test(${name}_on_pipewire ${name} QUILLMERE_STAGE_SOUND=pipewire)
 endforeach()
-foreach(name every_window_is_drawn keys_alone closing_a_panel_ends_nothing
+foreach(name every_window_is_drawn window_keeps_its_size keys_alone closing_a_panel_ends_nothing
              closing_the_window_ends_the_program dropping_files)
   add_system_test(${name}_on_wayland ${name} QUILLMERE_STAGE_SCREEN=wayland)
 endforeach()

@@ -6,23 +6,14 @@
 #include <algorithm>
 
 #include "ui/controls/DisplayFlush.h"
+#include "ui/controls/Wayland.h"
 #include "ui/controls/WindowOrder.h"
 
 namespace qm {
 
-namespace {
-
-// Wayland has no such thing, and the toolkit complains each time it is asked for.
-bool desktopFadesWindows() {
-    static const bool fades = !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
-    return fades;
-}
-
-}  // namespace
-
 void FadingWindow::setAlphaValue(double alpha) {
     m_alphaValue = alpha;
-    if (!desktopFadesWindows()) return;
+    if (isOnWayland()) return;  // the toolkit would complain at each step
     setWindowOpacity(std::clamp(alpha, 0.0, 1.0));
     flushDisplay();
 }
