@@ -44,6 +44,6 @@ foreach(name loop_is_exact skip_lands_exactly pause_loses_no_frame slow_loop_kee
   add_system_test(${name}_on_pipewire ${name} QUILLMERE_STAGE_SOUND=pipewire)
 endforeach()
 foreach(name every_window_is_drawn window_keeps_its_size keys_alone closing_a_panel_ends_nothing
-             closing_the_window_ends_the_program dropping_files)
+             closing_the_window_ends_the_program dropping_files screen_server_goes)
   add_system_test(${name}_on_wayland ${name} QUILLMERE_STAGE_SCREEN=wayland)
 endforeach()
