@@ -1,5 +1,5 @@
-// The ends of the program that nobody asked it for: when the screen's server has gone, the toolkit calls exit(), abort()
-// or, on Wayland, _exit(). What must survive is kept on these ways, too.
+// The ends of the program that nobody asked it for: when the screen's server has gone, the toolkit calls exit() or
+// abort(), on Wayland _exit(). What must survive is kept on these ways, too.
 #pragma once
 
 #include <functional>

@@ -1,6 +1,6 @@
-// activation_token: asks the Wayland compositor for leave to bring a window to the front, as a desktop does for a program
-// that its user starts, and prints the token. Speaks to the compositor's socket itself: a message is the number of an
-// object, its own length and the number of the request or event, and the arguments in units of four bytes.
+// activation_token: asks the Wayland compositor for leave to bring a window to the front, as a desktop does for a
+// program that its user starts, and prints the token. Speaks to the compositor's socket itself: a message is the number
+// of an object, its own length and the number of the request or event, and the arguments in units of four bytes.
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>

@@ -20,6 +20,7 @@ stop_recording
 analyse
 quit_by_key
 
+joins=$(joins_of_the_program)
 seams=$(values "$joins" skipped | awk '$1 != 0')
 to_a=$(sed -n 1p <<<"$seams")
 period=$(sed -n 2p <<<"$seams")
