@@ -14,7 +14,7 @@ line_says() {
 }
 
 names_of_list() {
-    grep -o '<string>[^<]*\.wav</string>' "$support_folder/Quillmere.xml"
+    grep -o '<string>/[^<]*\.wav</string>' "$support_folder/Quillmere.xml"
 }
 
 start

@@ -312,6 +312,10 @@ TEST_CASE_FIXTURE(ListWindow,
     REQUIRE(menu);
     CHECK(enabledItems(menu) ==
           QStringList{"rowDoubleClicked", "selectTrack", "displayInfo", "exportMovie", "removeListEntry"});
+    const QAction* remove = menu->findChild<QAction*>(QStringLiteral("removeListEntry"));
+    CHECK(remove->shortcut() == QKeySequence(Qt::Key_Delete));
+    CHECK(menu->actionGeometry(const_cast<QAction*>(remove)).width() >
+          menu->fontMetrics().horizontalAdvance(QStringLiteral("Load Selected Track Ctrl+Return")));
     menu->close();
     list.selectRowIndex(1);
     menu = openMenu(*list.viewport(), placeOf(1).toPoint(), QContextMenuEvent::Mouse);
