@@ -145,7 +145,8 @@ ShortcutsPanel::ShortcutsPanel(QWidget* mainWindow)
     all->addWidget(searchLine);
     all->addWidget(m_scroll, 1);
     const QSize room = mainWindow->screen()->availableSize() - QSize(kScreenMargin, kScreenMargin);
-    const QSize wanted = content->sizeHint() + QSize(0, searchLine->sizeHint().height());
+    QSize wanted = content->sizeHint() + QSize(0, searchLine->sizeHint().height());
+    if (wanted.height() > room.height()) wanted.rwidth() += m_scroll->verticalScrollBar()->sizeHint().width();
     resize(wanted.boundedTo(room));
 }
 
