@@ -32,7 +32,7 @@ QKeySequence ctrlShift(int code) {
 
 using Rows = std::vector<ActionRow>;
 
-void addFileAndEdit(Rows& rows) {
+void addFile(Rows& rows) {
     rows.insert(rows.end(), {{"openFile", "File", "", "Open…", {ctrl(Qt::Key_O)}, kOnce, "Open… [Ctrl+O]", "Add files"},
                              {"exportMovie",
                               "File",
@@ -54,8 +54,11 @@ void addFileAndEdit(Rows& rows) {
                               kController,
                               "",
                               true},
-                             {"quit", "File", "", "Quit", {ctrl(Qt::Key_Q)}, kOnce, "", "", kWindow, "", true},
-                             {"undo", "Edit", "", "Undo", {ctrl(Qt::Key_Z)}, kOnce, "", ""},
+                             {"quit", "File", "", "Quit", {ctrl(Qt::Key_Q)}, kOnce, "", "", kWindow, "", true}});
+}
+
+void addEdit(Rows& rows) {
+    rows.insert(rows.end(), {{"undo", "Edit", "", "Undo", {ctrl(Qt::Key_Z)}, kOnce, "", ""},
                              {"removeListEntry",
                               "Edit",
                               "",
@@ -356,7 +359,8 @@ void addPreferences(Rows& rows) {
 const std::vector<ActionRow>& actionRows() {
     static const Rows rows = [] {
         Rows all;
-        addFileAndEdit(all);
+        addFile(all);
+        addEdit(all);
         addPlayback(all);
         addSkips(all);
         addSpeedAndPitch(all);

@@ -83,7 +83,7 @@ QAction* ActionTable::makeAction(const ActionRow& row) {
 
 // Its items only show the keys, which belong to the items of the menu bar.
 QMenu* ActionTable::makeContextMenu(const QStringList& names, QWidget* parent) {
-    auto* menu = new KeyMenu(parent);
+    auto* menu = new QMenu(parent);
     for (const QString& slot : names) {
         const ActionRow* row = actionRow(slot);
         if (!row) {
@@ -92,9 +92,8 @@ QMenu* ActionTable::makeContextMenu(const QStringList& names, QWidget* parent) {
         }
         QAction* item = menu->addAction(tr(row->text));
         item->setObjectName(slot);
-        const QString key =
-            row->keys.empty() ? QString::fromUtf8(row->shownKey) : row->keys[0].toString(QKeySequence::NativeText);
-        item->setProperty(kShownKey, key);
+        item->setShortcut(row->keys.empty() ? QKeySequence(QString::fromLatin1(row->shownKey)) : row->keys[0]);
+        item->setShortcutContext(Qt::WidgetShortcut);
         connect(item, &QAction::triggered, this, [this, slot] { send(slot); });
     }
     return menu;

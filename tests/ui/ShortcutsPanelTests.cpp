@@ -2,6 +2,7 @@
 
 #include <doctest/doctest.h>
 
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QSet>
@@ -67,6 +68,15 @@ TEST_CASE("the search line leaves the keys that are looked for, by what they do,
     auto* field = panel.findChild<QLineEdit*>();
     REQUIRE(field);
     CHECK(panel.focusWidget() == field);
+    const auto placeOf = [&](const char* row) {
+        for (const TextLabel* label : panel.findChildren<TextLabel*>())
+            if (label->accessibleName() == row) return label->mapTo(&panel, QPoint(0, 0)).x();
+        return -1;
+    };
+    const int before = placeOf("Loop A–B, L");
+    field->setText("loop a–b");
+    QCoreApplication::processEvents();
+    CHECK(placeOf("Loop A–B, L") == before);
     field->setText("PITCH orig");
     CHECK(shown() == QStringList{"Original Pitch, N"});
     field->setText("ctrl+shift+del");

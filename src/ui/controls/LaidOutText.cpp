@@ -1,5 +1,6 @@
 #include "ui/controls/LaidOutText.h"
 
+#include <QCache>
 #include <QHash>
 #include <QPainter>
 #include <QRawFont>
@@ -11,6 +12,7 @@ namespace qm {
 
 namespace {
 
+constexpr int kKeptLetters = 3000;
 constexpr double kEndless = 1e7;  // a width that no line has
 
 // A font of coloured pictures instead of outlines.
@@ -22,6 +24,17 @@ bool hasPictures(const QRawFont& font) {
     const bool has = !font.fontTable("CBDT").isEmpty() || !font.fontTable("sbix").isEmpty();
     known.insert(name, has);
     return has;
+}
+
+// Kept, because a window is written with few letters many times.
+const QPainterPath& outlineOf(const QRawFont& font, quint32 glyph) {
+    using Letter = std::pair<QRawFont, quint32>;
+    static QCache<Letter, QPainterPath> known(kKeptLetters);
+    const Letter letter(font, glyph);
+    if (const QPainterPath* outline = known.object(letter)) return *outline;
+    auto* outline = new QPainterPath(font.pathForGlyph(glyph));
+    known.insert(letter, outline);
+    return *outline;
 }
 
 }  // namespace
@@ -57,7 +70,7 @@ void LaidOutText::makeOutline() {
             continue;
         }
         for (qsizetype i = 0; i < glyphs.size(); ++i)
-            m_outline.addPath(font.pathForGlyph(glyphs[i]).translated(places[i]));
+            m_outline.addPath(outlineOf(font, glyphs[i]).translated(places[i]));
     }
 }
 

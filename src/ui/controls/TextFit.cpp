@@ -14,11 +14,20 @@ namespace {
 constexpr double kTolerance = 0.01;  // of a pixel
 const QString kEllipsis = QStringLiteral("…");
 
-// Where a character ends, as people count them, the beginning of the text included.
+// Two of them are a flag.
+bool isLetterOfFlag(const QString& text, qsizetype at) {
+    return at + 1 < text.size() && text[at].unicode() == 0xD83C && text[at + 1] >= QChar(0xDDE6) &&
+           text[at + 1] <= QChar(0xDDFF);
+}
+
+// Where a character ends, as people count them, the beginning of the text included. The toolkit parts flags.
 QList<qsizetype> characterEnds(const QString& text) {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     QList<qsizetype> ends{0};
-    for (qsizetype end = finder.toNextBoundary(); end > 0; end = finder.toNextBoundary()) ends << end;
+    for (qsizetype end = finder.toNextBoundary(); end > 0; end = finder.toNextBoundary()) {
+        const bool isHalfFlag = end - ends.last() == 2 && isLetterOfFlag(text, ends.last());
+        if (!isHalfFlag || !isLetterOfFlag(text, end)) ends << end;
+    }
     return ends;
 }
 

@@ -92,15 +92,20 @@ QWidget* ShortcutsPanel::makeContent() {
         const bool full = filled + heightOf(group) / 2 > whole * columns / kColumns;
         if (!column || (full && columns < kColumns)) {
             if (column) column->addStretch();
-            column = new QVBoxLayout;
+            auto* place = new QWidget;
+            column = new QVBoxLayout(place);
+            column->setContentsMargins(0, 0, 0, 0);
             column->setSpacing(0);
-            row->addLayout(column);
+            row->addWidget(place);
             ++columns;
         }
         addGroup(column, group);
         filled += heightOf(group);
     }
     if (column) column->addStretch();
+    // The columns stay where they are, whichever rows are left.
+    for (int i = 0; i < row->count(); ++i)
+        row->itemAt(i)->widget()->setMinimumWidth(row->itemAt(i)->sizeHint().width());
     return content;
 }
 
@@ -140,8 +145,8 @@ ShortcutsPanel::ShortcutsPanel(QWidget* mainWindow)
     all->addWidget(searchLine);
     all->addWidget(m_scroll, 1);
     const QSize room = mainWindow->screen()->availableSize() - QSize(kScreenMargin, kScreenMargin);
-    const QSize wanted = content->sizeHint() + QSize(0, searchLine->sizeHint().height());
-    content->setMinimumWidth(content->sizeHint().width());  // whichever rows are left
+    QSize wanted = content->sizeHint() + QSize(0, searchLine->sizeHint().height());
+    if (wanted.height() > room.height()) wanted.rwidth() += m_scroll->verticalScrollBar()->sizeHint().width();
     resize(wanted.boundedTo(room));
 }
 
