@@ -24,7 +24,6 @@ drop() {
         xdotool mousemove --sync --window "$player_window" "$x" "$height"
         sleep 0.1
     done
-    [ -z "${picture-}" ] || import -silent -window root "$picture"
     xdotool mouseup 1
     wait_until "the drag has ended" has_ended "$source_pid"
     wait "$source_pid"

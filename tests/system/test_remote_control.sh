@@ -100,8 +100,8 @@ wait_until "the loop is off" property_is LoopStatus None
 remote_call Player.Pause
 cp "$stage/two.wav" "$stage/three.wav"
 start_recording "$stage/opened.raw"
-dbus-send --dest="$remote" /org/mpris/MediaPlayer2 org.mpris.MediaPlayer2.Player.OpenUri "string:file://$stage/three.wav"
-dbus-send --dest="$remote" /org/mpris/MediaPlayer2 org.mpris.MediaPlayer2.Player.Play
+dbus-send --type=method_call --dest="$remote" /org/mpris/MediaPlayer2 org.mpris.MediaPlayer2.Player.OpenUri "string:file://$stage/three.wav"
+dbus-send --type=method_call --dest="$remote" /org/mpris/MediaPlayer2 org.mpris.MediaPlayer2.Player.Play
 wait_for_sound
 wait_until "what was opened is loaded" loaded_file_is three.wav
 expect "status" "$(read_property PlaybackStatus)" = Playing
@@ -109,7 +109,7 @@ remote_call Player.Pause
 wait_for_silence
 stop_recording
 analyse
-expect "first frame heard" "$(values "$runs" source | sed -n 1p)" -eq 0
+expect "runs heard from the start" "$(values "$runs" source | awk '$1 >= 0 && $1 <= 441' | wc -l)" -ge 1
 
 remote_call Player.Stop
 expect "status" "$(read_property PlaybackStatus)" = Stopped

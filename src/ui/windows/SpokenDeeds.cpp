@@ -39,6 +39,8 @@ QString SpokenDeeds::wordsOf(const QString& slot) const {
     if (pitches.contains(slot)) return tr("Pitch %1").arg(spokenPitch(m_state.pitch));
     if (loops.contains(slot)) return wordsOfLoop(slot);
     if (slot == u"selectTrack") return wordsOfTrack();
+    if (slot == u"updateDefaultAudioPref")
+        return tr("Quillmere starts with a gain of %1").arg(spokenGain(m_outlets.gainSlider->value()));
     if (slot == u"displayTrackFormat")
         return m_outlets.format->isHidden() ? tr("The track's format is hidden") : tr("The track's format is shown");
     const QString position = wordsOfPosition(slot);
