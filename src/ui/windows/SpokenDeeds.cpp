@@ -12,6 +12,8 @@ namespace qm {
 
 namespace {
 
+constexpr double kGainForNone = 0.5;  // at the start, where 0 has been kept
+
 QString spokenMark(QTTime mark) {
     return spokenDuration(mark.timeScale > 0 ? static_cast<double>(mark.timeValue) / mark.timeScale : 0);
 }
@@ -39,8 +41,10 @@ QString SpokenDeeds::wordsOf(const QString& slot) const {
     if (pitches.contains(slot)) return tr("Pitch %1").arg(spokenPitch(m_state.pitch));
     if (loops.contains(slot)) return wordsOfLoop(slot);
     if (slot == u"selectTrack") return wordsOfTrack();
-    if (slot == u"updateDefaultAudioPref")
-        return tr("Quillmere starts with a gain of %1").arg(spokenGain(m_outlets.gainSlider->value()));
+    if (slot == u"updateDefaultAudioPref") {
+        const double gain = m_outlets.gainSlider->value();
+        return tr("Quillmere starts with a gain of %1").arg(spokenGain(gain > 0 ? gain : kGainForNone));
+    }
     if (slot == u"displayTrackFormat")
         return m_outlets.format->isHidden() ? tr("The track's format is hidden") : tr("The track's format is shown");
     const QString position = wordsOfPosition(slot);
