@@ -59,10 +59,7 @@ QString SpokenDeeds::wordsOfTrack() const {
 
 QString SpokenDeeds::wordsOfSound(const QString& slot) const {
     static const QStringList gains = {"silence", "resetGain", "volumeMin", "volumeMax", "gainReset"};
-    if (gains.contains(slot)) {
-        const double gain = m_outlets.gainSlider->value();
-        return gain == 0 ? tr("Silent") : tr("Gain %1").arg(spokenGain(gain));
-    }
+    if (gains.contains(slot)) return tr("Gain %1").arg(spokenGain(m_outlets.gainSlider->value()));
     if (slot.startsWith(u"balance") && slot != u"balanceUpdate")
         return tr("Balance %1").arg(spokenBalance(m_state.balance));
     if (slot.startsWith(u"bass") && slot != u"bassUpdate") return tr("Bass %1").arg(spokenTone(m_state.bass));
