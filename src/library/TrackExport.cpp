@@ -100,8 +100,8 @@ void TrackExport::cancelExport() {
 
 void TrackExport::ended(End end) {
     if (m_outlets.exportPanel) m_outlets.exportPanel->hide();
-    tellEnd(end);
-    if (const auto atEnd = std::exchange(m_atEnd, nullptr)) atEnd(end);
+    const auto atEnd = std::exchange(m_atEnd, nullptr);
+    atEnd ? atEnd(end) : tellEnd(end);
 }
 
 void TrackExport::tellEnd(End end) {

@@ -1,6 +1,6 @@
 // Keeps the current track as a movie of its own, at the speed it is practised at, while the track goes on playing. Main
-// thread only. A protected file is refused with a warning; how an export has ended is told, and what fails is a log
-// line too.
+// thread only. A protected file is refused with a warning; how an export has ended is told, unless somebody waits for
+// it; what fails is a log line too.
 #pragma once
 
 #include <QString>
