@@ -152,8 +152,8 @@ TEST_CASE_FIXTURE(DropFixture, "a file dropped on the list's view arrives, and a
 
 TEST_CASE_FIXTURE(DropFixture, "a dropped file is looked at by another thread, and refused when that gets no answer") {
     start();
-    QStringList told;
-    QObject::connect(&controller->notices(), &Notices::told, [&](const Notice& notice) { told.append(notice.text); });
+    QStringList words;
+    QObject::connect(&controller->notices(), &Notices::told, [&](const Notice& notice) { words.append(notice.text); });
     const QString path = file("far.wav");
     int waits = 0;
     controller->trackLoader().setPatience([&](const IsDone& isDone) {
@@ -167,7 +167,7 @@ TEST_CASE_FIXTURE(DropFixture, "a dropped file is looked at by another thread, a
     bool refused = false;
     for (int i = 0; i < 1000 && !refused; ++i) refused = !drop({path});  // unless the answer was quicker
     CHECK(refused);
-    CHECK(told.contains("far.wav cannot be read"));
+    CHECK(words.contains("far.wav cannot be read"));
 }
 
 TEST_CASE_FIXTURE(DropFixture, "a drop that is not taken is told with the reason") {
