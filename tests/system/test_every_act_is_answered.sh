@@ -68,7 +68,7 @@ expect "what plays" "$(metadata | grep -c moved)" -ge 1
 press Tab Tab Tab BackSpace
 wait_until "Del says where it works" line_says "Del removes a track when the play list has the keyboard"
 press F8 Delete
-wait_until "the button leads there, and Del removes" line_says "Removed moved"
+wait_until "the button leads there, and Del removes" line_says "Removed moved.wav"
 
 # No microphone: the window opens, and what cannot be done is told.
 give_window_the_keys

@@ -100,11 +100,12 @@ wait_until "the loop is off" property_is LoopStatus None
 remote_call Player.Pause
 cp "$stage/two.wav" "$stage/three.wav"
 start_recording "$stage/opened.raw"
-dbus-send --dest="$remote" /org/mpris/MediaPlayer2 org.mpris.MediaPlayer2.Player.OpenUri "string:file://$stage/three.wav"
-dbus-send --dest="$remote" /org/mpris/MediaPlayer2 org.mpris.MediaPlayer2.Player.Play
+dbus-send --type=method_call --dest="$remote" /org/mpris/MediaPlayer2 org.mpris.MediaPlayer2.Player.OpenUri "string:file://$stage/three.wav"
+dbus-send --type=method_call --dest="$remote" /org/mpris/MediaPlayer2 org.mpris.MediaPlayer2.Player.Play
 wait_for_sound
 wait_until "what was opened is loaded" loaded_file_is three.wav
 expect "status" "$(read_property PlaybackStatus)" = Playing
+wait_recorded 1
 remote_call Player.Pause
 wait_for_silence
 stop_recording

@@ -125,7 +125,7 @@ bool canBeDone(Program& program, const QString& slot) {
 }
 
 void checkAnswered(Standing standing, const ActionRow& row) {
-    CAPTURE(row.slot);
+    CAPTURE(std::string(row.slot));
     const QString slot = QString::fromLatin1(row.slot);
     Program program(standing);
     if (!canBeDone(program, slot)) return;

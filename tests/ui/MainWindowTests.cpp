@@ -1,6 +1,6 @@
 #include <doctest/doctest.h>
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDragEnterEvent>
 #include <QLabel>
 #include <QMenuBar>
@@ -321,6 +321,7 @@ TEST_CASE("what is dragged anywhere over the window goes to the play list") {
         taken = urls;
         return true;
     };
+    QApplication::sendEvent(&living.window, &enter);
     QDropEvent drop(QPointF(10, 60), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&living.window, &drop);
     CHECK(drop.isAccepted());

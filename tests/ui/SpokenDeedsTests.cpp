@@ -72,9 +72,9 @@ TEST_CASE("speed and pitch are told in words when a key or a button changes them
 
 TEST_CASE("gain, balance and tone are told in words, also where nothing has changed") {
     SpeakingWindow w;
-    CHECK(w.after("silence") == "Silent");
+    CHECK(w.after("silence") == "Gain 0 percent");
     CHECK(w.after("resetGain") == "Gain 50 percent");
-    CHECK(w.after("volumeMin") == "Silent");
+    CHECK(w.after("volumeMin") == "Gain 0 percent");
     CHECK(w.after("volumeMax") == "Gain 100 percent");
     CHECK(w.after("balanceReset") == "Balance " + spokenBalance(0));
     CHECK(w.after("balanceLeftMax") == "Balance " + spokenBalance(-1));

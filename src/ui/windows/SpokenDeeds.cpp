@@ -12,6 +12,8 @@ namespace qm {
 
 namespace {
 
+constexpr double kGainForNone = 0.5;  // at the start, where 0 has been kept
+
 QString spokenMark(QTTime mark) {
     return spokenDuration(mark.timeScale > 0 ? static_cast<double>(mark.timeValue) / mark.timeScale : 0);
 }
@@ -39,6 +41,10 @@ QString SpokenDeeds::wordsOf(const QString& slot) const {
     if (pitches.contains(slot)) return tr("Pitch %1").arg(spokenPitch(m_state.pitch));
     if (loops.contains(slot)) return wordsOfLoop(slot);
     if (slot == u"selectTrack") return wordsOfTrack();
+    if (slot == u"updateDefaultAudioPref") {
+        const double gain = m_outlets.gainSlider->value();
+        return tr("Quillmere starts with a gain of %1").arg(spokenGain(gain > 0 ? gain : kGainForNone));
+    }
     if (slot == u"displayTrackFormat")
         return m_outlets.format->isHidden() ? tr("The track's format is hidden") : tr("The track's format is shown");
     const QString position = wordsOfPosition(slot);
@@ -53,10 +59,7 @@ QString SpokenDeeds::wordsOfTrack() const {
 
 QString SpokenDeeds::wordsOfSound(const QString& slot) const {
     static const QStringList gains = {"silence", "resetGain", "volumeMin", "volumeMax", "gainReset"};
-    if (gains.contains(slot)) {
-        const double gain = m_outlets.gainSlider->value();
-        return gain == 0 ? tr("Silent") : tr("Gain %1").arg(spokenGain(gain));
-    }
+    if (gains.contains(slot)) return tr("Gain %1").arg(spokenGain(m_outlets.gainSlider->value()));
     if (slot.startsWith(u"balance") && slot != u"balanceUpdate")
         return tr("Balance %1").arg(spokenBalance(m_state.balance));
     if (slot.startsWith(u"bass") && slot != u"bassUpdate") return tr("Bass %1").arg(spokenTone(m_state.bass));
