@@ -189,13 +189,14 @@ void TrackLoader::enableMetering() {
 
 void TrackLoader::openFile() {
     const auto isThere = [](const QString& folder) { return QFileInfo::exists(folder); };
-    if (m_panelFolder.isEmpty() || !ask(isThere, m_panelFolder).value_or(false)) m_panelFolder = homeFolder();
-    const auto panel = makeOpenPanel(m_outlets.mainWindow, m_panelFolder);
+    const QString last = m_panelFolder.last();
+    const bool isGone = last.isEmpty() || !ask(isThere, last).value_or(false);
+    const auto panel = makeOpenPanel(m_outlets.mainWindow, isGone ? homeFolder() : last);
     const auto chosen = m_runPanel(*panel);
     if (!chosen) return;
     for (const QString& path : *chosen) {
         if (!openPanelTypes().contains(pathExtension(path))) continue;  // typed, not offered
-        m_panelFolder = QFileInfo(path).path();
+        m_panelFolder.remember(QFileInfo(path).path());
         if (const auto resolved = ask(resolvedPath, path)) loadFileAdd(*resolved, true);
     }
 }

@@ -11,6 +11,7 @@
 #include <optional>
 
 #include "app/PlayerState.h"
+#include "library/PanelFolder.h"
 #include "library/PlayListArrays.h"
 #include "library/TrackMetadata.h"
 #include "player/Notices.h"
@@ -89,8 +90,8 @@ private:
     LevelMeterHooks m_meters;
     Patience m_patience;
     RunPanel m_runPanel;
-    QString m_panelFolder;  // where files were last chosen
-    QList<Wish> m_wishes;   // the first one is being loaded
+    PanelFolder m_panelFolder;
+    QList<Wish> m_wishes;  // the first one is being loaded
     int m_failures = 0;
 };
 

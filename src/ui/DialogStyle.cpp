@@ -9,6 +9,7 @@
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QStyleOptionButton>
 #include <QToolButton>
@@ -30,7 +31,9 @@ constexpr QMargins kAlertMargins(20, 20, 20, 16);
 constexpr int kAlertGap = 2;  // of the columns, between which the toolkit adds some more
 constexpr QMargins kPanelMargins(16, 16, 16, 16);
 constexpr int kPanelGap = 8;
-constexpr QSize kPanelSize(720, 480), kPanelIcon(18, 18);
+constexpr QSize kPanelSize(940, 560), kPanelIcon(18, 18);
+constexpr QSize kPanelFrame(16, 48);  // more than most desktops draw round a window
+constexpr int kTypeColumn = 2;
 const QColor kDisabledIcon(0x6B, 0x72, 0x7A);
 
 // A line icon of the program at whatever size and sharpness is wanted.
@@ -101,9 +104,10 @@ void dressAlert(QMessageBox& alert) {
     if (auto* buttons = alert.findChild<QDialogButtonBox*>()) grid->setAlignment(buttons, Qt::AlignBottom);
 }
 
-// The names take what the other columns leave.
-void showAllColumns(QHeaderView& header) {
+// The names take what the other columns leave. What kind a file is its icon and its name say.
+void layOutColumns(QHeaderView& header) {
     header.setStretchLastSection(false);
+    header.setSectionHidden(kTypeColumn, true);
     for (int column = 0; column < header.count(); ++column)
         header.setSectionResizeMode(column, column == 0 ? QHeaderView::Stretch : QHeaderView::ResizeToContents);
 }
@@ -114,7 +118,7 @@ void dressPanel(QFileDialog& panel) {
     for (auto* tool : panel.findChildren<QToolButton*>()) tool->setIconSize(kPanelIcon);
     for (auto* list : panel.findChildren<QAbstractItemView*>()) list->setIconSize(kPanelIcon);
     for (auto* splitter : panel.findChildren<QSplitter*>()) splitter->setHandleWidth(kPanelGap);
-    if (auto* tree = panel.findChild<QTreeView*>()) showAllColumns(*tree->header());
+    if (auto* tree = panel.findChild<QTreeView*>()) layOutColumns(*tree->header());
     auto* grid = qobject_cast<QGridLayout*>(panel.layout());
     if (!grid) return;
     grid->setContentsMargins(kPanelMargins);
@@ -173,9 +177,13 @@ QFileDialog QSizeGrip { image: none; }
 )");
 }
 
+QString offeredNamesSheet() {
+    return QStringLiteral("QAbstractItemView { background: #1B1C1E; border: 1px solid #3C3E41; padding: 4px; }");
+}
+
 void sizeFilePanel(QFileDialog& panel) {
     panel.ensurePolished();
-    panel.resize(kPanelSize);
+    panel.resize(kPanelSize.boundedTo(panel.screen()->availableSize() - kPanelFrame));
 }
 
 void dressDialog(QDialog& dialog) {

@@ -17,6 +17,9 @@ namespace qm {
 // The sheet of alerts and file panels, for the dialog itself.
 QString dialogSheet();
 
+// Of the names that the field of a file panel offers, which are a window of their own.
+QString offeredNamesSheet();
+
 // What a sheet cannot say: margins, icons, the ring round the focused button. Once for each dialog, before it is shown.
 void dressDialog(QDialog& dialog);
 

@@ -2,19 +2,47 @@
 
 #include <QAbstractItemView>
 #include <QAction>
+#include <QCompleter>
 #include <QDialogButtonBox>
 #include <QEvent>
 #include <QFileSystemModel>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
+#include <QStandardPaths>
 #include <QToolButton>
+#include <QToolTip>
+#include <algorithm>
 
 #include "ui/DialogStyle.h"
+#include "ui/controls/ToolTipText.h"
 
 namespace qm {
+
+namespace {
+
+constexpr int kWidestSide = 220, kSideMargins = 24;  // pixels
+
+// As the desktop has set them, under whatever names. One that it does not use is the home folder.
+QList<QUrl> usersFolders() {
+    QStringList folders;
+    for (const auto kind :
+         {QStandardPaths::MusicLocation, QStandardPaths::DownloadLocation, QStandardPaths::DesktopLocation}) {
+        const QString folder = QDir::cleanPath(QStandardPaths::writableLocation(kind));
+        if (folder != QDir::homePath() && QFileInfo(folder).isDir()) folders.append(folder);
+    }
+    folders.append(QDir::homePath());
+    folders.removeDuplicates();
+    QList<QUrl> urls;
+    for (const QString& folder : folders) urls.append(QUrl::fromLocalFile(folder));
+    return urls;
+}
+
+}  // namespace
 
 FilePanel::FilePanel(QWidget* parent, const QString& title, const QString& folder, AcceptMode mode)
     : QFileDialog(parent, title, folder) {
@@ -27,8 +55,48 @@ FilePanel::FilePanel(QWidget* parent, const QString& title, const QString& folde
     connect(m_field, &QLineEdit::textChanged, this, [this] {
         if (hasQuotes()) m_button->setEnabled(true);
     });
+    m_names = m_field->completer()->popup();
+    m_names->installEventFilter(this);
+    m_names->setStyleSheet(offeredNamesSheet());
+    for (auto* view : findChildren<QAbstractItemView*>()) view->viewport()->installEventFilter(this);
+    showUsersFolders();
     leaveFilesAlone();
     sizeFilePanel(*this);
+}
+
+// The toolkit keeps what stands at the side, for the panels of other programs too: they get what was there before.
+FilePanel::~FilePanel() {
+    QList<QUrl> folders = sidebarUrls();
+    for (const QUrl& added : m_addedFolders) folders.removeAll(added);
+    setSidebarUrls(folders);
+}
+
+void FilePanel::showUsersFolders() {
+    const QList<QUrl> before = sidebarUrls();
+    QList<QUrl> folders = usersFolders();
+    for (const QUrl& folder : folders)
+        if (!before.contains(folder)) m_addedFolders.append(folder);
+    for (const QUrl& folder : before)
+        if (!folders.contains(folder)) folders.append(folder);
+    setSidebarUrls(folders);
+    auto* side = findChild<QAbstractItemView*>(QStringLiteral("sidebar"));
+    side->setMinimumWidth(std::min(kWidestSide, side->sizeHintForColumn(0) + kSideMargins));
+}
+
+// The toolkit shows them below the field, over the buttons and what stands beside them.
+void FilePanel::placeNamesOverList() {
+    const QPoint above = m_field->mapToGlobal(QPoint(0, 0)) - QPoint(0, m_names->height());
+    if (m_names->pos() != above && above.y() >= screen()->availableGeometry().top()) m_names->move(above);
+}
+
+bool FilePanel::showWholeName(QWidget* viewport, const QHelpEvent& event) {
+    auto* view = qobject_cast<QAbstractItemView*>(viewport->parentWidget());
+    const QModelIndex index = view ? view->indexAt(event.pos()) : QModelIndex();
+    if (!index.isValid() || index.column() != 0) return false;
+    const QRect place = view->visualRect(index);
+    const bool isCut = view->sizeHintForIndex(index).width() > place.width();
+    QToolTip::showText(event.globalPos(), isCut ? plainToolTip(index.data().toString()) : QString(), viewport, place);
+    return true;
 }
 
 // The toolkit's panel removes, renames and moves files and folders on a key, from a menu and by dragging.
@@ -124,10 +192,16 @@ bool FilePanel::mayReplace(const QString& path) {
            QMessageBox::Yes;
 }
 
-// The toolkit switches the button off when there is no file of the name that it takes from between quotation marks.
 bool FilePanel::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == m_button && event->type() == QEvent::EnabledChange && !m_button->isEnabled() && hasQuotes())
+    const auto type = event->type();
+    // The toolkit switches the button off when there is no file of the name that it takes from between quotation marks.
+    if (watched == m_button && type == QEvent::EnabledChange && !m_button->isEnabled() && hasQuotes())
         m_button->setEnabled(true);
+    if (watched == m_names && (type == QEvent::Show || type == QEvent::Move || type == QEvent::Resize))
+        placeNamesOverList();
+    if (type == QEvent::ToolTip && watched != m_names && watched->isWidgetType() &&
+        showWholeName(static_cast<QWidget*>(watched), static_cast<QHelpEvent&>(*event)))
+        return true;
     return QFileDialog::eventFilter(watched, event);
 }
 

@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 
 #include "library/FileAcceptance.h"
+#include "library/PanelFolder.h"
 #include "support/widgets/ControllerFixture.h"
 #include "ui/FilePanel.h"
 
@@ -112,4 +113,39 @@ TEST_CASE_FIXTURE(ControllerFixture, "the panel opens where files were last chos
     controller->openFile();
     controller->openFile();
     CHECK(folders == QStringList{home.path(), music});
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "the folder is remembered by the next run, whatever its name") {
+    start();
+    const QString music = home.path() + QStringLiteral("/Müsik ライブ");
+    QDir().mkpath(music);
+    controller->trackLoader().setRunPanel([&](FilePanel&) { return std::optional(QStringList{music + "/b.mp3"}); });
+    controller->openFile();
+    PanelFolder next;
+    CHECK(next.last() == music);
+    QFile file(panelFolderPath());
+    REQUIRE(file.open(QIODevice::ReadOnly));
+    CHECK(file.readAll() == music.toUtf8());
+}
+
+TEST_CASE_FIXTURE(ControllerFixture, "a remembered folder that is gone, or is none, gives way to the home folder") {
+    QDir().mkpath(QFileInfo(panelFolderPath()).path());
+    QFile file(panelFolderPath());
+    REQUIRE(file.open(QIODevice::WriteOnly));
+    SUBCASE("gone") {
+        file.write("/nowhere/at/all");
+    }
+    SUBCASE("none") {
+        file.write("music");
+    }
+    SUBCASE("empty") {}
+    file.close();
+    start();
+    QString folder;
+    controller->trackLoader().setRunPanel([&](FilePanel& panel) -> std::optional<QStringList> {
+        folder = panel.directory().path();
+        return std::nullopt;
+    });
+    controller->openFile();
+    CHECK(folder == home.path());
 }

@@ -4,22 +4,28 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCompleter>
 #include <QDeadlineTimer>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
+#include <QHeaderView>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QToolButton>
+#include <QToolTip>
 #include <QTreeView>
 #include <QWindow>
 
 #include "library/FileAcceptance.h"
 #include "support/widgets/TestText.h"
+#include "ui/DialogStyle.h"
 #include "ui/SavePanel.h"
 
 // As the system hands a key to a window: shortcuts first, then whoever has the focus.
@@ -272,4 +278,105 @@ TEST_CASE_FIXTURE(Folder, "a name with quotation marks that is not there is told
     panel->accept();
     CHECK(read.questions == 1);
     CHECK(panel->isVisible());
+}
+
+namespace {
+
+// A home with folders in the user's language, as the desktop keeps them.
+struct UsersHome {
+    UsersHome() {
+        for (const char* name : {".config", "Musik", "Schreibtisch"}) QDir(dir.path()).mkdir(QString::fromLatin1(name));
+        QFile file(dir.filePath(QStringLiteral(".config/user-dirs.dirs")));
+        REQUIRE(file.open(QIODevice::WriteOnly));
+        file.write(
+            "XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\nXDG_MUSIC_DIR=\"$HOME/Musik\"\n"
+            "XDG_DOWNLOAD_DIR=\"$HOME/\"\n");
+        file.close();
+        qputenv("HOME", dir.path().toUtf8());
+        qputenv("XDG_CONFIG_HOME", dir.filePath(QStringLiteral(".config")).toUtf8());
+    }
+    ~UsersHome() {
+        qputenv("HOME", m_home);
+        if (m_config.isNull())
+            qunsetenv("XDG_CONFIG_HOME");
+        else
+            qputenv("XDG_CONFIG_HOME", m_config);
+    }
+    QUrl url(const char* name) const { return QUrl::fromLocalFile(dir.path() + QString::fromLatin1(name)); }
+
+    QTemporaryDir dir;
+
+private:
+    QByteArray m_home = qgetenv("HOME");
+    QByteArray m_config = qEnvironmentVariableIsSet("XDG_CONFIG_HOME") ? qgetenv("XDG_CONFIG_HOME") : QByteArray();
+};
+
+}  // namespace
+
+TEST_CASE("the user's folders stand at the side by the desktop's settings, and other programs' panels are left alone") {
+    const UsersHome home;
+    QList<QUrl> before;
+    {
+        QFileDialog plain;
+        plain.setOption(QFileDialog::DontUseNativeDialog);
+        before = plain.sidebarUrls();
+    }
+    {
+        const auto panel = makeOpenPanel(nullptr, home.dir.path());
+        CHECK(panel->sidebarUrls().mid(0, 3) ==
+              QList<QUrl>{home.url("/Musik"), home.url("/Schreibtisch"), home.url("")});
+        for (const QUrl& url : before) CHECK(panel->sidebarUrls().contains(url));
+    }
+    QFileDialog plain;
+    plain.setOption(QFileDialog::DontUseNativeDialog);
+    const QList<QUrl> after = plain.sidebarUrls();
+    for (const QUrl& url : before) CHECK(after.contains(url));
+    CHECK_FALSE(after.contains(home.url("/Musik")));
+    CHECK_FALSE(after.contains(home.url("/Schreibtisch")));
+}
+
+TEST_CASE_FIXTURE(Folder, "a name of sixty letters is shown whole, a longer one under the pointer") {
+    const QString sixty = QStringLiteral("Blue Lantern - Marlow Quartet - Night Ferry - second take.mp3");
+    const QString longest = QString(180, u'w') + QStringLiteral(".mp3");
+    make(sixty);
+    make(longest);
+    const auto panel = makeOpenPanel(nullptr, path);
+    panel->setViewMode(QFileDialog::Detail);
+    dressDialog(*panel);
+    panel->resize(940, 560);  // as large as a screen lets it be
+    panel->show();
+    auto& tree = *panel->findChild<QTreeView*>(QStringLiteral("treeView"));
+    const auto rows = [&] { return tree.model()->rowCount(tree.rootIndex()); };
+    QDeadlineTimer patience(60000);
+    while (rows() < 6 && !patience.hasExpired()) QApplication::processEvents(QEventLoop::AllEvents, 20);
+    REQUIRE(rows() >= 6);
+    QApplication::processEvents();
+    CHECK(tree.header()->isSectionHidden(2));
+    int found = 0;
+    for (int row = 0; row < rows(); ++row) {
+        const QModelIndex index = tree.model()->index(row, 0, tree.rootIndex());
+        const bool fits = tree.sizeHintForIndex(index).width() <= tree.visualRect(index).width();
+        const QPoint at = tree.visualRect(index).center();
+        if (index.data().toString() != sixty && index.data().toString() != longest) continue;
+        ++found;
+        QToolTip::hideText();
+        QHelpEvent event(QEvent::ToolTip, at, tree.viewport()->mapToGlobal(at));
+        QApplication::sendEvent(tree.viewport(), &event);
+        CHECK(fits == (index.data().toString() == sixty));
+        CHECK(QToolTip::text().contains(longest) == !fits);
+    }
+    CHECK(found == 2);
+}
+
+TEST_CASE_FIXTURE(Folder, "the names that the field offers stand above it and cover no button") {
+    const auto panel = makeOpenPanel(nullptr, path);
+    show(*panel, 4);
+    QWidget& names = *field(*panel).completer()->popup();
+    names.setGeometry(QRect(field(*panel).mapToGlobal(QPoint(0, field(*panel).height())), QSize(300, 80)));
+    names.show();
+    QApplication::processEvents();
+    CHECK(names.geometry().bottom() < field(*panel).mapToGlobal(QPoint(0, 0)).y());
+    const QPushButton& open = acceptButton(*panel);
+    CHECK_FALSE(names.geometry().intersects(QRect(open.mapToGlobal(QPoint(0, 0)), open.size())));
+    names.hide();
 }
