@@ -17,8 +17,8 @@ window_packages=(fonts-inter ca-certificates)
 stage_packages=(xvfb xdotool pulseaudio pulseaudio-utils ffmpeg)
 
 # To run the tests: the test framework, the style check, another language's number format, events as from a real keyboard
-# and mouse, a secure server's key, a message bus and the accessibility bus, a window manager.
-test_packages=(doctest-dev clang-format locales libx11-dev libxtst-dev openssl dbus-daemon dbus-bin at-spi2-core openbox)
+# and mouse, a secure server's key, a message bus and the accessibility bus, a window manager, where windows are.
+test_packages=(doctest-dev clang-format locales libx11-dev libxtst-dev openssl dbus-daemon dbus-bin at-spi2-core openbox x11-utils)
 
 # To make the Debian package: what finds out which libraries it needs.
 package_packages=(dpkg-dev file)

@@ -76,8 +76,9 @@ end_process() {
     kill -9 "$1" 2>/dev/null || true
 }
 
+# start_screen [SIZE]
 start_screen() {
-    Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$stage/display" 2>"$stage/screen.log" &
+    Xvfb -displayfd 3 -screen 0 "${1-1280x1024}x24" -nolisten tcp -noreset 3>"$stage/display" 2>"$stage/screen.log" &
     screen_pid=$!
     stage_pids+=("$screen_pid")
     wait_until "the virtual screen is up" test -s "$stage/display"

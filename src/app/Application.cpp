@@ -1,6 +1,7 @@
 #include "app/Application.h"
 
 #include <QDesktopServices>
+#include <QScreen>
 #include <QSessionManager>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -76,6 +77,7 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
     prepareTakes(m_window.actions(), m_controller, m_audioRecord);
     m_controller.setExit([this](int status) { end(status); });
     m_levelMeters.hold();
+    m_window.standOn(QGuiApplication::primaryScreen()->availableGeometry(), m_levelMeters.size());
     m_controller.awakeFromNib(m_outlets);
     m_audioRecord.awakeFromNib(m_audioRecordOutlets);
     connectWindow();

@@ -244,6 +244,8 @@ void addWindow(Rows& rows) {
                     "Show or hide what the track says of itself [Ctrl+2 or Ctrl+I]",
                     "Track information"});
     rows.push_back({"displayVideo", "Window", "", "Video", {ctrl(Qt::Key_3)}, kOnce, "", "", kWindow});
+    rows.push_back(
+        {"fillScreenWithVideo", "Window", "", "Full-Screen Video", {key(Qt::Key_F11)}, kOnce, "", "", kWindow});
     rows.push_back({"audioRecordOpen",
                     "Window",
                     "",

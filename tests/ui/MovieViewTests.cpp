@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "support/widgets/ControllerFixture.h"
+#include "support/widgets/Gestures.h"
 #include "ui/windows/MainWindow.h"
 #include "ui/windows/MainWindowState.h"
 #include "ui/windows/VideoPanel.h"
@@ -161,4 +162,50 @@ TEST_CASE_FIXTURE(FilmWindow, "the panel opens at its size, can be made as small
 
 TEST_CASE_FIXTURE(FilmWindow, "Ctrl+3 is the key of the video") {
     CHECK(window.actions().action(QStringLiteral("displayVideo"))->shortcut() == QKeySequence(Qt::CTRL | Qt::Key_3));
+}
+
+TEST_CASE_FIXTURE(FilmWindow,
+                  "a double click and F11 let the film fill the screen, another one, Esc and Ctrl+W bring it back") {
+    QAction* key = window.actions().action(QStringLiteral("fillScreenWithVideo"));
+    REQUIRE(key);
+    CHECK(key->shortcut() == QKeySequence(Qt::Key_F11));
+    CHECK_FALSE(key->isEnabled());
+    load("/music/film.mp4");
+    CHECK(key->isEnabled());
+    panel.setGeometry(30, 40, 500, 300);
+    doubleClickMouse(*outlets.movieView, {20, 20});
+    CHECK(panel.isFullScreen());
+    doubleClickMouse(*outlets.movieView, {20, 20});
+    CHECK_FALSE(panel.isFullScreen());
+    CHECK(panel.isVisible());
+    key->trigger();
+    CHECK(panel.isFullScreen());
+    panel.close();
+    CHECK_FALSE(panel.isFullScreen());
+    CHECK(panel.isVisible());
+    QCoreApplication::processEvents();
+    CHECK(panel.size() == QSize(500, 300));
+    key->trigger();
+    key->trigger();
+    CHECK_FALSE(panel.isFullScreen());
+    panel.close();
+    CHECK_FALSE(panel.isVisible());
+    key->trigger();
+    CHECK(panel.isVisible());
+    CHECK(panel.isFullScreen());
+}
+
+TEST_CASE_FIXTURE(FilmWindow, "a film that goes while it fills the screen comes back as a window, where it was") {
+    load("/music/film.mp4");
+    panel.setGeometry(30, 40, 500, 300);
+    const QPoint place = panel.pos();
+    panel.toggleFullScreen();
+    load("/music/song.mp3");
+    CHECK_FALSE(panel.isVisible());
+    load("/music/other.mp4");
+    CHECK(panel.isVisible());
+    CHECK_FALSE(panel.isFullScreen());
+    QCoreApplication::processEvents();
+    CHECK(panel.size() == QSize(500, 300));
+    CHECK(panel.pos() == place);
 }

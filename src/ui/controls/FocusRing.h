@@ -26,6 +26,7 @@ public:
     explicit FocusRing(QWidget* window);
     FocusRing(QWidget* window, const QColor& color);
     QWidget* followedWidget() const { return m_followed; }
+    void place();  // anew, when something else than the control has moved
 
 protected:
     void paintEvent(QPaintEvent*) override;
@@ -34,7 +35,6 @@ protected:
 private:
     void follow(QWidget* before, QWidget* now);
     QPainterPath path() const;
-    void place();
 
     QPointer<QWidget> m_followed;
     QColor m_color;

@@ -56,9 +56,8 @@ void ExportPanel::setQuitsAfterwards(bool quits) {
 }
 
 // Over the play list, where nothing moves.
-QPoint ExportPanel::firstPlace() const {
-    const QRect window = parentWidget()->frameGeometry();
-    return {window.center().x() - width() / 2, window.bottom() + 1 - kAboveBottom - height()};
+QPoint ExportPanel::wishedPlace(const QRect& window, QSize frame) const {
+    return {window.center().x() - frame.width() / 2, window.bottom() + 1 - kAboveBottom - frame.height()};
 }
 
 void ExportPanel::closeEvent(QCloseEvent* event) {

@@ -20,7 +20,7 @@ public:
     void setQuitsAfterwards(bool quits);
 
 protected:
-    QPoint firstPlace() const override;
+    QPoint wishedPlace(const QRect& window, QSize frame) const override;
     void closeEvent(QCloseEvent* event) override;
     void paintEvent(QPaintEvent*) override;
 

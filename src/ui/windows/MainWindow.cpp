@@ -1,10 +1,19 @@
 #include "ui/windows/MainWindow.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QBoxLayout>
+#include <QHeaderView>
 #include <QMenuBar>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QShortcut>
+#include <QTimer>
+#include <QWindow>
+#include <QWindowStateChangeEvent>
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "ui/controls/FocusRing.h"
@@ -18,6 +27,7 @@
 #include "ui/windows/PlayListCard.h"
 #include "ui/windows/ShortcutsPanel.h"
 #include "ui/windows/SoundCards.h"
+#include "ui/windows/VideoPanel.h"
 
 namespace qm {
 
@@ -32,6 +42,16 @@ constexpr int kRoomyWidth = 1200, kRoomyHeight = 704;
 constexpr int kRightWidth = 304, kRightMaximum = 400;
 constexpr int kDecksHeight = 120, kLoopWidth = 270;
 constexpr int kToneMaximum = 236, kBarHeight = 54;
+
+// From this width of the left column on the decks keep their measure and the strip becomes higher, one pixel for so
+// many more, while the play list keeps this height.
+constexpr int kWideLeft = 1000, kWideTransport = 560;
+constexpr int kPixelsPerGrowth = 8, kMostGrowth = 108, kListKept = 320;
+
+constexpr QSize kSmallest{480, 320};  // on a screen that is too small
+constexpr QSize kFrame{8, 40};        // more than most desktops draw round a window
+constexpr int kScrollMargin = 24, kEnoughOfList = 80;
+constexpr std::chrono::milliseconds kPlaceSettles{200};
 
 }  // namespace
 
@@ -62,12 +82,27 @@ void MainGrid::resizeEvent(QResizeEvent*) {
 }
 
 void MainGrid::layOutLeft(int leftWidth, int rowHeight) {
-    const int decksTop = kTop + rowHeight - kDecksHeight;
+    const int grown = rowHeight + stripGrowth(leftWidth, rowHeight);
+    const int decksTop = kTop + grown - kDecksHeight;
     hero->setGeometry(kSide, kTop, leftWidth, decksTop - kTop);
-    transport->setGeometry(kSide, decksTop, leftWidth - kGap - kLoopWidth, kDecksHeight);
-    loop->setGeometry(kSide + leftWidth - kLoopWidth, decksTop, kLoopWidth, kDecksHeight);
-    const int listTop = kTop + rowHeight + kGap;
+    layOutDecks(leftWidth, decksTop);
+    const int listTop = kTop + grown + kGap;
     playList->setGeometry(kSide, listTop, leftWidth, height() - listTop - kBottom);
+}
+
+// Side by side as wide as the column, and in its middle where that would leave them empty.
+void MainGrid::layOutDecks(int leftWidth, int top) {
+    const bool wide = leftWidth >= kWideLeft;
+    const int transportWidth = wide ? kWideTransport : leftWidth - kGap - kLoopWidth;
+    const int x = kSide + (leftWidth - transportWidth - kGap - kLoopWidth) / 2;
+    transport->setGeometry(x, top, transportWidth, kDecksHeight);
+    loop->setGeometry(x + transportWidth + kGap, top, kLoopWidth, kDecksHeight);
+}
+
+int MainGrid::stripGrowth(int leftWidth, int rowHeight) const {
+    const int spare = height() - kTop - rowHeight - kGap - kBottom - kListKept;
+    const int wanted = std::min(kMostGrowth, (leftWidth - kWideLeft) / kPixelsPerGrowth);
+    return std::clamp(wanted, 0, std::max(0, spare));
 }
 
 void MainGrid::layOutRight(int x, int rightWidth, int rowHeight) {
@@ -103,7 +138,7 @@ MainWindow::MainWindow(Outlets& outlets, QObject* controller)
     const int menuHeight = menuInside ? kMenuBarHeight : 0;
     setMinimumSize(kWidth, kMinimumHeight + menuHeight);
     resize(kWidth, kHeight + menuHeight);
-    new FocusRing(this);
+    m_ring = new FocusRing(this);
     for (const char* slot : {"toggleToolbar", "displayLevels", "displayInfo", "displayTrackFormat", "openPrefsWindow"})
         m_actions->action(QString::fromLatin1(slot))->setCheckable(true);
     m_actions->action(QStringLiteral("toggleToolbar"))->setChecked(true);
@@ -204,6 +239,10 @@ void MainWindow::displayVideo() {
     m_outlets.videoPanel->raise();
 }
 
+void MainWindow::fillScreenWithVideo() {
+    if (auto* panel = qobject_cast<VideoPanel*>(m_outlets.videoPanel)) panel->toggleFullScreen();
+}
+
 void MainWindow::displayShortcuts() {
     if (!m_shortcuts) m_shortcuts = new ShortcutsPanel(this);
     m_shortcuts->show();
@@ -213,12 +252,90 @@ void MainWindow::displayShortcuts() {
 
 void MainWindow::showEvent(QShowEvent* event) {
     FadingWindow::showEvent(event);
+    if (windowHandle())
+        connect(windowHandle(), &QWindow::screenChanged, this, &MainWindow::fitScreen, Qt::UniqueConnection);
     if (!focusWidget()) m_outlets.playList->setFocus(Qt::OtherFocusReason);
 }
 
 void MainWindow::paintEvent(QPaintEvent* event) {
     FadingWindow::paintEvent(event);
     if (!std::exchange(m_wasPainted, true)) emit painted();
+}
+
+// --- its place on the screen -----------------------------------------------------------------------------------------
+
+void MainWindow::standOn(const QRect& screen, QSize panel) {
+    fitInto(screen.size() - kFrame);
+    resize(size().boundedTo(screen.size() - kFrame));
+    if (m_scroll) return setWindowState(windowState() | Qt::WindowMaximized);
+    if (const auto place = placeWithRoomBeside(size() + kFrame, panel + kFrame, screen)) move(*place);
+}
+
+void MainWindow::fitInto(QSize room) {
+    const int menuHeight = menuBar()->isNativeMenuBar() ? 0 : kMenuBarHeight;
+    const QSize whole(kWidth, kMinimumHeight + menuHeight);
+    const bool fits = whole == whole.boundedTo(room);
+    if (!fits && !m_scroll) makeScrollable();
+    setMinimumSize(fits ? whole : kSmallest.boundedTo(room));
+}
+
+void MainWindow::makeScrollable() {
+    m_grid->setMinimumSize(kWidth, kMinimumHeight - kToolbarHeight);
+    m_scroll = new QScrollArea(centralWidget());
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->viewport()->setAutoFillBackground(false);
+    centralWidget()->layout()->replaceWidget(m_grid, m_scroll);
+    m_scroll->setWidget(m_grid);
+    m_scroll->show();
+    m_grid->show();
+    for (QScrollBar* bar : {m_scroll->horizontalScrollBar(), m_scroll->verticalScrollBar()})
+        connect(bar, &QScrollBar::valueChanged, m_ring, &FocusRing::place);
+    connect(qApp, &QApplication::focusChanged, m_scroll, [this](QWidget*, QWidget* now) {
+        if (!now || !m_grid->isAncestorOf(now)) return;
+        // The play list may be as high as the screen: some of it will do.
+        const bool isSeen = now == m_outlets.playList && now->visibleRegion().boundingRect().height() >= kEnoughOfList;
+        if (!isSeen) m_scroll->ensureWidgetVisible(now, kScrollMargin, kScrollMargin);
+    });
+}
+
+// The user may take the window to a smaller screen.
+void MainWindow::fitScreen(QScreen* screen) {
+    fitInto(screen->availableSize() - kFrame);
+}
+
+// When the desktop has told the place that belongs to the state.
+void MainWindow::changeEvent(QEvent* event) {
+    FadingWindow::changeEvent(event);
+    if (event->type() != QEvent::WindowStateChange) return;
+    const auto changed = static_cast<QWindowStateChangeEvent*>(event)->oldState() ^ windowState();
+    if (!(changed & (Qt::WindowMaximized | Qt::WindowFullScreen))) return;
+    QTimer::singleShot(kPlaceSettles, this, [this] {
+        for (ToolPanel* panel : findChildren<ToolPanel*>(Qt::FindDirectChildrenOnly)) panel->standAnew();
+    });
+}
+
+QList<QRect> MainWindow::vitalParts() const {
+    const auto onDesktop = [](const QWidget& part) { return QRect(part.mapToGlobal(QPoint(0, 0)), part.size()); };
+    const QRect frame = frameGeometry();
+    const QWidget& shown = m_scroll ? static_cast<const QWidget&>(*m_scroll) : *m_grid;
+    QList<QRect> parts{QRect(frame.topLeft(), QPoint(frame.right(), onDesktop(shown).top() - 1))};
+    for (const QWidget* part : std::initializer_list<const QWidget*>{
+             m_grid->hero, m_grid->transport, m_grid->loop, m_grid->speed, m_grid->pitch, m_grid->tone, m_grid->bar})
+        parts.append(onDesktop(*part));
+    return parts;
+}
+
+// The rows that there are, or what stands there as long as there are none, and the foot of the list.
+QList<QRect> MainWindow::usefulParts() const {
+    const PlayListView& list = *m_outlets.playList;
+    const int rows = list.verticalHeader()->length();
+    const int filled = list.horizontalHeader()->height() + rows;
+    const QSize size(list.width(), rows > 0 ? std::min(filled, list.height()) : list.height());
+    const QRect whole(list.mapToGlobal(QPoint(0, 0)), list.size());
+    const QPoint end = m_grid->playList->mapToGlobal(m_grid->playList->rect().bottomRight());
+    return {QRect(whole.topLeft(), size), QRect(QPoint(whole.left(), whole.bottom() + 1), end)};
 }
 
 }  // namespace qm

@@ -6,9 +6,14 @@
 #include "ui/controls/BackgroundViewBlack.h"
 #include "ui/controls/FadingWindow.h"
 #include "ui/controls/Outlets.h"
+#include "ui/windows/PanelPlace.h"
+
+class QScreen;
+class QScrollArea;
 
 namespace qm {
 
+class FocusRing;
 class HeroView;
 class LoopDeck;
 class MainToolbar;
@@ -41,10 +46,12 @@ protected:
 
 private:
     void layOutLeft(int width, int rowHeight);
+    void layOutDecks(int width, int top);
+    int stripGrowth(int leftWidth, int rowHeight) const;
     void layOutRight(int x, int width, int rowHeight);
 };
 
-class MainWindow : public FadingWindow {
+class MainWindow : public FadingWindow, public PanelHost {
     Q_OBJECT
 
 public:
@@ -57,10 +64,21 @@ public:
 
     void showUndo(const QString& act);  // what Undo would take back; empty: nothing
 
+    // Before it is shown for the first time, on this part of a screen: in the middle, with room for a panel of that
+    // size beside it where both fit. A screen that is smaller than the window is filled, and the window scrolls.
+    void standOn(const QRect& screen, QSize panel);
+
+    // Its smallest size is no larger than this; what has no room then is scrolled to, by Tab as well.
+    void fitInto(QSize room);
+
+    QList<QRect> vitalParts() const override;
+    QList<QRect> usefulParts() const override;
+
 public slots:
     void quit() { emit quitRequested(); }
     void toggleToolbar();
     void displayVideo();  // brings the video panel to the front
+    void fillScreenWithVideo();
     void displayShortcuts();
     void useMessageButton();  // of the status line, while it has one
 
@@ -71,16 +89,21 @@ signals:
 protected:
     void showEvent(QShowEvent*) override;
     void paintEvent(QPaintEvent*) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void setTabOrderOfAreas();
     void followNoticeLine();
     void openMenuByKey();
+    void makeScrollable();
+    void fitScreen(QScreen* screen);
 
     ActionTable* m_actions;
     MainToolbar* m_tools;
     MainGrid* m_grid;
     Outlets& m_outlets;
+    FocusRing* m_ring;
+    QScrollArea* m_scroll = nullptr;  // around the grid, from the first screen on that is too small
     bool m_wasPainted = false;
     ShortcutsPanel* m_shortcuts = nullptr;  // none until it is asked for
 };

@@ -210,7 +210,8 @@ void MainWindowState::refreshPanelSigns() {
     sign("audioRecordOpen", isShown(m_outlets.audioRecordingWindow), false);
     sign("openPrefsWindow", isShown(m_outlets.prefsWindow), false);
     const bool hasVideo = m_outlets.movieView && m_outlets.movieView->movie();
-    if (QAction* action = m_window.actions().action(QStringLiteral("displayVideo"))) action->setEnabled(hasVideo);
+    for (const char* slot : {"displayVideo", "fillScreenWithVideo"})
+        if (QAction* action = m_window.actions().action(QString::fromLatin1(slot))) action->setEnabled(hasVideo);
 }
 
 // Another row may have become the loaded track, which the table draws in bold.

@@ -7,11 +7,13 @@
 #include <algorithm>
 #include <utility>
 
+#include "ui/windows/PanelPlace.h"
+
 namespace qm {
 
 namespace {
 
-constexpr int kGap = 12;  // between the main window and a panel beside it, in pixels
+constexpr int kUnmoved = 32;  // pixels by which a desktop may put a window elsewhere than it was told
 
 }  // namespace
 
@@ -40,41 +42,82 @@ void ToolPanel::release() {
     if (m_isToBeShown) show();
 }
 
-// Beside the main window if there is room, at the screen's edge otherwise, and below the panels that are there; with
-// keys of its own, in front of the main window.
-QPoint ToolPanel::firstPlace() const {
-    const QRect main = parentWidget()->frameGeometry();
-    const QRect room = parentWidget()->screen()->availableGeometry();
-    const bool inFront = windowType() == Qt::Dialog;
-    const int left = inFront ? main.center().x() - width() / 2 : main.right() + 1 + kGap;
-    const int top = inFront ? main.top() + (main.height() - height()) / 3 : main.top();
-    const int rightmost = std::max(room.left(), room.right() + 1 - width());
-    const QPoint first(std::clamp(left, room.left(), rightmost), std::max(room.top(), top));
-    if (inFront) return first;
-    QRect place(first, size());
-    for (const ToolPanel* panel = panelAt(place); panel; panel = panelAt(place))
-        place.moveTop(panel->frameGeometry().bottom() + 1 + kGap);
-    return room.contains(place) ? place.topLeft() : first;
+QPoint ToolPanel::wishedPlace(const QRect& window, QSize frame) const {
+    return windowType() == Qt::Dialog ? placeInFront(window, frame) : placeBeside(window);
 }
 
-// One that is shown and covers some of the place.
-const ToolPanel* ToolPanel::panelAt(const QRect& place) const {
-    for (const ToolPanel* panel : parentWidget()->findChildren<ToolPanel*>())
-        if (panel != this && panel->isVisible() && panel->frameGeometry().intersects(place)) return panel;
-    return nullptr;
+bool ToolPanel::fillsTheScreen() const {
+    return isFullScreen() || isMaximized();
+}
+
+// With a frame as wide as the main window's, for it gets its own only when it is shown.
+QRect ToolPanel::firstPlace(const QList<QSize>& sizes) const {
+    const QWidget& window = *parentWidget();
+    const QSize frame = window.frameGeometry().size() - window.size();
+    const auto* host = dynamic_cast<const PanelHost*>(&window);
+    Surroundings around;
+    around.window = window.frameGeometry();
+    if (host) {
+        around.vital = host->vitalParts();
+        around.useful = host->usefulParts();
+    }
+    for (const ToolPanel* panel : window.findChildren<ToolPanel*>())
+        if (panel != this && panel->isVisible()) around.panels.append(panel->frameGeometry());
+    around.screens.append(window.screen()->availableGeometry());
+    for (const QScreen* screen : window.screen()->virtualSiblings())
+        if (screen != window.screen()) around.screens.append(screen->availableGeometry());
+    QList<QSize> frames;
+    for (const QSize& size : sizes) frames.append(size + frame);
+    const QRect place = panelPlace(frames, wishedPlace(around.window, frames.first()), around);
+    return {place.topLeft(), place.size() - frame};
+}
+
+// Where it was left, unless no screen is there any more.
+void ToolPanel::stand() {
+    const auto shows = [this](const QScreen* screen) {
+        return screen->availableGeometry().intersects(QRect(*m_place, size()));
+    };
+    const QList<QScreen*> screens = parentWidget()->screen()->virtualSiblings();
+    if (!m_place || std::none_of(screens.begin(), screens.end(), shows))
+        standFirst(firstSizes());
+    else
+        moveFrame(*m_place);
+}
+
+// Until a window has its frame the toolkit takes a place for that of what is in it: then the frame is thought to be the
+// main window's.
+void ToolPanel::moveFrame(QPoint place) {
+    const bool hasFrame = frameGeometry() != geometry();
+    const QWidget& window = *parentWidget();
+    move(hasFrame ? place : place + window.geometry().topLeft() - window.frameGeometry().topLeft());
+}
+
+void ToolPanel::standFirst(const QList<QSize>& sizes) {
+    const QRect first = firstPlace(sizes);
+    if (first.size() != size()) resize(first.size());
+    m_place = m_firstPlace = first.topLeft();
+    moveFrame(*m_place);
+}
+
+void ToolPanel::standAnew() {
+    const QPoint place = isVisible() ? pos() : m_place.value_or(QPoint());
+    if (!m_firstPlace || (place - *m_firstPlace).manhattanLength() > kUnmoved || fillsTheScreen()) return;
+    if (isVisible())
+        standFirst({size()});
+    else
+        m_place.reset();
 }
 
 void ToolPanel::showEvent(QShowEvent* event) {
     if (!event->spontaneous()) {
-        if (!m_place && parentWidget()) m_place = firstPlace();
-        if (m_place) move(*m_place);
+        if (parentWidget() && !fillsTheScreen()) stand();
         if (!focusWidget()) setFocus(Qt::OtherFocusReason);  // no control is marked before the user comes to it
     }
     QWidget::showEvent(event);
 }
 
 void ToolPanel::hideEvent(QHideEvent* event) {
-    if (!event->spontaneous()) m_place = pos();
+    if (!event->spontaneous() && !fillsTheScreen()) keepPlace();
     QWidget::hideEvent(event);
 }
 

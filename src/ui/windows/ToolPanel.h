@@ -1,10 +1,12 @@
-// A panel that floats above the main window: shown again where it was left, closed with Esc or Ctrl+W. Closing it only
-// hides it. What is in it, as far as nobody asks for it before, is built when it is first shown or furnished. Main
-// thread only.
+// A panel that floats above the main window: shown first where it covers nothing that is needed, then where it was
+// left, closed with Esc or Ctrl+W. Closing it only hides it. What is in it, as far as nobody asks for it before, is
+// built when it is first shown or furnished. Main thread only.
 #pragma once
 
+#include <QList>
 #include <QPoint>
 #include <QRect>
+#include <QSize>
 #include <QWidget>
 #include <optional>
 
@@ -16,7 +18,7 @@ class ToolPanel : public QWidget {
 public:
     enum class Keys {
         PassedOn,  // the main window's keys work here too, and showing the panel leaves them there
-        Own        // and the panel first stands in front of the main window
+        Own        // and the panel would like to stand in front of the main window
     };
 
     ToolPanel(const QString& title, QWidget* mainWindow, Keys keys = Keys::PassedOn);
@@ -30,20 +32,32 @@ public:
 
     void setVisible(bool visible) override;
 
+    // The main window has become another one: what the user has not moved stands as if it was shown for the first time.
+    void standAnew();
+
 protected:
     virtual void build() {}  // called once
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
-    virtual QPoint firstPlace() const;
+    // Where it would like to stand first, with its frame of that size; it stands there if it covers nothing that is
+    // needed. The sizes are those without a frame that it may take for that, the best one first.
+    virtual QPoint wishedPlace(const QRect& window, QSize frame) const;
+    virtual QList<QSize> firstSizes() const { return {size()}; }
+    void keepPlace() { m_place = pos(); }
 
 private:
-    const ToolPanel* panelAt(const QRect& place) const;
+    void stand();
+    QRect firstPlace(const QList<QSize>& sizes) const;
+    void standFirst(const QList<QSize>& sizes);
+    void moveFrame(QPoint place);
+    bool fillsTheScreen() const;
 
     bool m_furnished = false;
     bool m_held = false;
-    bool m_isToBeShown = false;     // while it is held
-    std::optional<QPoint> m_place;  // where it was when it was last hidden
+    bool m_isToBeShown = false;          // while it is held
+    std::optional<QPoint> m_place;       // where it is shown again
+    std::optional<QPoint> m_firstPlace;  // where it was put, before the user moved it
 };
 
 }  // namespace qm

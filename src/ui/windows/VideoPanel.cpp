@@ -1,5 +1,8 @@
 #include "ui/windows/VideoPanel.h"
 
+#include <QCloseEvent>
+#include <QMouseEvent>
+
 #include "ui/controls/MovieView.h"
 
 namespace qm {
@@ -7,12 +10,14 @@ namespace qm {
 namespace {
 
 constexpr QSize kSize{560, 315}, kMinimumSize{240, 135};
+constexpr int kSmallestFirst = 60, kSizeStep = 10;  // percent of the size
 
 }  // namespace
 
 VideoPanel::VideoPanel(Outlets& outlets, QWidget* mainWindow)
     : ToolPanel(tr("Video"), mainWindow), m_view(new MovieView(this)) {
     setObjectName(QStringLiteral("videoPanel"));
+    setAttribute(Qt::WA_X11NetWmWindowTypeDialog);  // some desktops let no tool window fill the screen
     setMinimumSize(kMinimumSize);
     resize(kSize);
     m_view->setObjectName(QStringLiteral("movieView"));
@@ -21,8 +26,43 @@ VideoPanel::VideoPanel(Outlets& outlets, QWidget* mainWindow)
     outlets.movieView = m_view;
 }
 
+// Rather smaller than over the controls.
+QList<QSize> VideoPanel::firstSizes() const {
+    QList<QSize> sizes;
+    for (int percent = 100; percent >= kSmallestFirst; percent -= kSizeStep) sizes.append(size() * percent / 100);
+    return sizes;
+}
+
 void VideoPanel::resizeEvent(QResizeEvent*) {
     m_view->setGeometry(rect());
+}
+
+void VideoPanel::toggleFullScreen() {
+    if (isFullScreen()) return showNormal();
+    show();
+    raise();
+    keepPlace();
+    m_sizeBefore = size();
+    showFullScreen();
+    activateWindow();
+}
+
+void VideoPanel::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) toggleFullScreen();
+}
+
+// What closes a panel first brings this one back.
+void VideoPanel::closeEvent(QCloseEvent* event) {
+    if (!isFullScreen()) return ToolPanel::closeEvent(event);
+    showNormal();
+    event->ignore();
+}
+
+void VideoPanel::hideEvent(QHideEvent* event) {
+    ToolPanel::hideEvent(event);
+    if (event->spontaneous() || !isFullScreen()) return;
+    setWindowState(windowState() & ~Qt::WindowFullScreen);
+    resize(m_sizeBefore);
 }
 
 }  // namespace qm

@@ -1,4 +1,5 @@
-// The Video panel: a movie view on black and nothing else. Main thread only.
+// The Video panel: a movie view on black and nothing else. It fills the screen when it is double-clicked; a further
+// double click, Esc and Ctrl+W bring it back. A film that goes takes it back, too. Main thread only.
 #pragma once
 
 #include "ui/controls/Outlets.h"
@@ -12,11 +13,18 @@ class VideoPanel : public ToolPanel {
 public:
     VideoPanel(Outlets& outlets, QWidget* mainWindow);
 
+    void toggleFullScreen();  // also of a panel that is hidden
+
 protected:
+    QList<QSize> firstSizes() const override;
     void resizeEvent(QResizeEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     MovieView* m_view;
+    QSize m_sizeBefore;  // it filled the screen
 };
 
 }  // namespace qm
