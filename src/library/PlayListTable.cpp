@@ -77,6 +77,21 @@ QVariant PlayListTable::objectValue(const QString& column, int row) const {
     return {};
 }
 
+// That of the longest track; no mark lies behind its end.
+QString PlayListTable::widestTime() const {
+    int longest = -1;
+    double seconds = -1;
+    for (int row = 0; row < m_list.count(); ++row) {
+        const auto i = static_cast<std::size_t>(row);
+        const std::int32_t scale = m_list.timescaleArray[i];
+        const double length = scale > 0 ? static_cast<double>(m_list.durations[i]) / scale : 0;
+        if (length <= seconds) continue;
+        seconds = length;
+        longest = row;
+    }
+    return longest < 0 ? QString() : objectValue(QStringLiteral("IBduration"), longest).toString();
+}
+
 // The title's cell is the one that has the focus: it speaks for its row.
 QString PlayListTable::spokenCell(const QString& column, int row) const {
     const auto i = static_cast<std::size_t>(row);
@@ -157,6 +172,7 @@ QVariant PlayListTable::headerData(int section, Qt::Orientation orientation, int
         return section == 0 ? tr("Kind") : headerData(section, orientation, Qt::DisplayRole);
     }
     if (orientation != Qt::Horizontal || section < 0 || section >= titles.size()) return {};
+    if (role == WidestTextRole) return isTimeColumn(columnIdentifier(section)) ? widestTime() : QVariant();
     if (role == Qt::DisplayRole) return titles[section];
     if (role == Qt::TextAlignmentRole)
         return QVariant::fromValue((isTimeColumn(columnIdentifier(section)) ? Qt::AlignRight : Qt::AlignLeft) |

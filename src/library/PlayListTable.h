@@ -53,6 +53,7 @@ private:
     QVariant objectValue(const QString& column, int row) const;
     QVariant icon(int row) const;
     QString spokenCell(const QString& column, int row) const;  // to assistive tools
+    QString widestTime() const;
     bool isLoadedTrack(int row) const;
     bool isChangedMark(const QString& column, int row) const;
     void refreshTrackTotal() const;

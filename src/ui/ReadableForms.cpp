@@ -108,4 +108,15 @@ QString pitchTag(double cents) {
         .arg(std::labs(whole));
 }
 
+QString speedPercent(double rate) {
+    if (rate == 1.0) return {};
+    return QStringLiteral("%1 %").arg(decimals(rate * 100, 1));
+}
+
+QString pitchSteps(double cents) {
+    if (std::lround(cents) == 0) return {};
+    const QString steps = shortNumber(cents / 100);
+    return cents < 0 ? steps : u'+' + steps;
+}
+
 }  // namespace qm

@@ -26,5 +26,8 @@ QString shortNumber(double value);
 QString speedTag(double rate);
 // "−100 cents"; empty at the original pitch.
 QString pitchTag(double cents);
+// The same to be read from afar: "75 %", backward "−75 %"; in semitones "+1", "−1.5".
+QString speedPercent(double rate);
+QString pitchSteps(double cents);
 
 }  // namespace qm

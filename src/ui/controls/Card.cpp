@@ -14,7 +14,8 @@ namespace qm {
 
 namespace {
 
-constexpr int kBand = 24;  // rows
+constexpr int kBand = 24;           // rows
+constexpr double kTagSides = 0.78;  // of a tag's height, the space at both sides of its text together
 
 }  // namespace
 
@@ -48,8 +49,16 @@ void StateTag::setText(const QString& text) {
     update();
 }
 
+void StateTag::setMeasures(double textSize, int height) {
+    setFont(uiFont(textSize, 600));
+    m_height = height;
+    updateGeometry();
+    update();
+}
+
 QSize StateTag::sizeHint() const {
-    return {static_cast<int>(std::lround(textWidth(font(), m_text))) + 14, 18};
+    const int sides = static_cast<int>(std::lround(m_height * kTagSides));
+    return {static_cast<int>(std::lround(textWidth(font(), m_text))) + sides, m_height};
 }
 
 void StateTag::paintEvent(QPaintEvent*) {

@@ -26,6 +26,7 @@ class StateTag : public QWidget {
 public:
     explicit StateTag(bool amber, QWidget* parent = nullptr);
     void setText(const QString& text);  // an empty text hides the tag
+    void setMeasures(double textSize, int height);
     QString text() const { return m_text; }
     QSize sizeHint() const override;
 
@@ -35,6 +36,7 @@ protected:
 private:
     QString m_text;
     bool m_amber;
+    int m_height = 18;
 };
 
 class KeyCap : public QWidget {

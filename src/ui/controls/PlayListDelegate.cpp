@@ -17,6 +17,7 @@ constexpr int kRowHeight = 25;
 constexpr int kIconSize = 22;
 constexpr int kBarWidth = 3;
 constexpr double kLineTop = 3.5, kLineHeight = 18;
+constexpr int kUnsetAlpha = 150;  // of a mark that says nothing
 
 QColor mix(const QColor& color, int alpha) {
     QColor result = color;
@@ -35,6 +36,7 @@ QPixmap scaledIcon(const QImage& image, int pixels) {
 
 QColor textColor(const QModelIndex& index, bool selected) {
     if (index.data(ChangedMarkRole).toBool()) return tokens::kAmberHigh;
+    if (index.column() >= PlayListView::columnIndex("IBmarkA")) return mix(tokens::kText3, kUnsetAlpha);
     if (index.column() == PlayListView::columnIndex("IBtrack"))
         return index.data(LoadedTrackRole).toBool() ? tokens::kWhite : tokens::kRowText;
     return selected ? tokens::kSelectedText2 : tokens::kText2;
@@ -89,7 +91,8 @@ void PlayListDelegate::paintText(QPainter& painter, const QRect& cell, const QMo
         QRectF(cell).adjusted(layout.left, kLineTop, -layout.right, kLineTop + kLineHeight - kRowHeight);
     const bool name = index.column() == PlayListView::columnIndex("IBtrack");
     painter.setPen(textColor(index, selected));
-    painter.setFont(uiFont(layout.numeric ? 12.5 : 13, name && index.data(LoadedTrackRole).toBool() ? 600 : 400));
+    const bool loaded = name && index.data(LoadedTrackRole).toBool();
+    painter.setFont(layout.numeric ? playListTimeFont() : uiFont(13, loaded ? 600 : 400));
     const QString text = index.data(Qt::DisplayRole).toString();
     if (layout.numeric) {
         drawLine(painter, area, Qt::AlignRight, text);

@@ -28,6 +28,10 @@ PlayListCell playListCell(int column) {
     return {6, last ? 14 : 6, numeric};
 }
 
+QFont playListTimeFont() {
+    return uiFont(12.5);
+}
+
 PlayListHeader::PlayListHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
     setSectionResizeMode(QHeaderView::Fixed);
     setSectionsClickable(false);

@@ -34,5 +34,6 @@ struct PlayListCell {
     bool numeric;
 };
 PlayListCell playListCell(int column);
+QFont playListTimeFont();
 
 }  // namespace qm

@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "ui/controls/Fonts.h"
 #include "ui/controls/PlayListDelegate.h"
 #include "ui/controls/PlayListHeader.h"
 #include "ui/controls/Tokens.h"
@@ -20,9 +21,18 @@ namespace qm {
 namespace {
 constexpr int kRowHeight = 25;
 constexpr int kIconWidth = 34;
-constexpr int kTimeWidth = 64;
+constexpr int kTimeWidth = 64;  // and more for times of an hour and longer
 constexpr int kLastWidth = 70;
 constexpr double kTitleParts = 1.55, kAllParts = 3.55;
+
+// Of a column of times.
+int timeWidth(const QAbstractItemModel& model, const char* identifier, int least) {
+    const int column = PlayListView::columnIndex(identifier);
+    const PlayListCell cell = playListCell(column);
+    const QString widest = model.headerData(column, Qt::Horizontal, WidestTextRole).toString();
+    return std::max(least, static_cast<int>(std::ceil(textWidth(playListTimeFont(), widest))) + cell.left + cell.right);
+}
+
 }  // namespace
 
 PlayListView::PlayListView(QWidget* parent) : QTableView(parent) {
@@ -103,7 +113,10 @@ void PlayListView::reloadData() {
     if (!model()) return;
     // The same number of rows needs no more than a fresh look. A reset would tell assistive tools of a list that is new
     // and of a cell that has got the focus.
-    if (model()->rowCount() == verticalHeader()->count()) return viewport()->update();
+    if (model()->rowCount() == verticalHeader()->count()) {
+        layOutColumns();
+        return viewport()->update();
+    }
     m_modelChanging = true;
     const int scrolled = verticalScrollBar()->value();
     verticalHeader()->reset();
@@ -141,11 +154,14 @@ void PlayListView::currentChanged(const QModelIndex& current, const QModelIndex&
 
 void PlayListView::layOutColumns() {
     if (!model() || horizontalHeader()->count() != static_cast<int>(kPlayListColumns.size())) return;
-    const int fixed = kIconWidth + 2 * kTimeWidth + kLastWidth;
+    const int duration = timeWidth(*model(), "IBduration", kTimeWidth);
+    const int markA = timeWidth(*model(), "IBmarkA", kTimeWidth);
+    const int markB = timeWidth(*model(), "IBmarkB", kLastWidth);
+    const int fixed = kIconWidth + duration + markA + markB;
     const double part = std::max(0, viewport()->width() - fixed) / kAllParts;
     // Edges are rounded, not widths, so that the columns always fill the view.
-    const std::array<double, 7> widths = {kIconWidth, kTitleParts * part, part,      part,
-                                          kTimeWidth, kTimeWidth,         kLastWidth};
+    const std::array<double, 7> widths = {kIconWidth,       kTitleParts * part, part,         part,
+                                          double(duration), double(markA),      double(markB)};
     double edge = 0;
     for (size_t column = 0; column < widths.size(); ++column) {
         const double next = edge + widths[column];

@@ -13,6 +13,7 @@ namespace qm {
 enum PlayListRole {
     LoadedTrackRole = Qt::UserRole + 1,  // bool: this row is the loaded track
     ChangedMarkRole,                     // bool: this mark differs from the track's start or end
+    WidestTextRole,                      // text, of a column of times: the longest that is in it
 };
 
 // Column identifiers in the order of the columns. The icon column serves a QImage or QPixmap as Qt::DecorationRole.

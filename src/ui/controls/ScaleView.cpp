@@ -20,7 +20,7 @@ ScaleView::ScaleView(Slider* slider, const std::vector<ScaleLabel>& labels, QWid
     slider->setParent(this);
     for (const ScaleLabel& place : labels) {
         const QString text = QString::fromUtf8(place.text);
-        auto* label = new TextLabel(text, uiFont(kTextSize, 500), tokens::kScaleCyan, this);
+        auto* label = new TextLabel(text, uiFont(kTextSize, 400), tokens::kScaleCyan, this);
         label->setObjectName(QString::fromLatin1(place.name));
         label->setAttribute(Qt::WA_TransparentForMouseEvents);
         *place.outlet = label;

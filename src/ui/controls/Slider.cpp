@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/controls/PixelGrid.h"
 #include "ui/controls/Tokens.h"
 #include "ui/controls/ValueBubble.h"
 
@@ -171,12 +172,8 @@ void Slider::paintAll(QPainter& painter) const {
 void Slider::paintGroove(QPainter& painter) const {
     const double radius = m_look.knobRadius, groove = m_look.grooveHeight, y = m_look.knobCentreY;
     const QRectF whole(radius - groove / 2, y - groove / 2, width() - 2 * radius + groove, groove);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(black(0.55));
-    painter.drawRoundedRect(whole, groove / 2, groove / 2);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(white(0.13), 1));
-    painter.drawRoundedRect(whole.adjusted(0.5, 0.5, -0.5, -0.5), groove / 2, groove / 2);
+    fillRounded(painter, whole, groove / 2, black(0.55));
+    strokeRounded(painter, whole, groove / 2, tokens::kGrooveEdge);
     painter.setPen(Qt::NoPen);
 
     const auto part = [&](double from, double to) {

@@ -20,8 +20,20 @@ constexpr double kVerticalRoom = 10;  // above and below the tallest bar togethe
 constexpr double kCentreLine = 0.75;  // half its height
 constexpr double kShortestBar = 1.2;
 constexpr double kCapReach = 6;  // columns that the playhead touches on each side
+constexpr double kFlagWidth = 17, kFlagHeight = 16;
 
 }  // namespace
+
+std::pair<FlagPlace, FlagPlace> flagPlaces(double left, double right, double width) {
+    if (right - left >= 2 * kFlagWidth) return {{left, true}, {right - kFlagWidth, false}};
+    FlagPlace first{std::max(0.0, left - kFlagWidth), false};
+    FlagPlace second{std::max(right, first.left + kFlagWidth), true};
+    if (second.left + kFlagWidth > width) {
+        second.left = width - kFlagWidth;
+        first.left = std::min(first.left, second.left - kFlagWidth);
+    }
+    return {first, second};
+}
 
 WaveformStrip::WaveformStrip(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -93,9 +105,11 @@ void WaveformStrip::paintEvent(QPaintEvent* event) {
     }
     paintBars(painter, event->rect());
     if (m_loop) {
-        const bool inOrder = m_loop->first <= m_loop->second;
-        paintFlag(painter, xOf(m_loop->first), u'A', inOrder);
-        paintFlag(painter, xOf(m_loop->second), u'B', !inOrder);
+        const double a = xOf(m_loop->first), b = xOf(m_loop->second);
+        const bool inOrder = a <= b;
+        const auto [left, right] = flagPlaces(std::min(a, b), std::max(a, b), width());
+        paintMark(painter, a, inOrder ? left : right, u'A');
+        paintMark(painter, b, inOrder ? right : left, u'B');
     }
     if (m_active) paintPlayhead(painter);
     strokeRounded(painter, rect(), tokens::kChipRadius, QColor(255, 255, 255, 15));
@@ -117,21 +131,23 @@ void WaveformStrip::paintBars(QPainter& painter, const QRectF& clip) const {
     }
 }
 
-void WaveformStrip::paintFlag(QPainter& painter, double x, QChar letter, bool opensRight) const {
-    constexpr double kFlagWidth = 17, kFlagHeight = 16, kFlagRadius = 4, kLetterOffset = 8.3, kLetterBaseline = 12;
+void WaveformStrip::paintMark(QPainter& painter, double x, const FlagPlace& place, QChar letter) const {
+    constexpr double kFlagRadius = 4, kLetterBaseline = 12, kTowardsLine = 0.2;
     painter.fillRect(QRectF(x - 1, 0, 2, height()), tokens::kAmber);
-    const double side = opensRight ? 1 : -1;
-    QPainterPath flag(QPointF(x, 0));
-    flag.lineTo(x + side * kFlagWidth, 0);
-    flag.lineTo(x + side * kFlagWidth, kFlagHeight - kFlagRadius);
-    flag.quadTo(x + side * kFlagWidth, kFlagHeight, x + side * (kFlagWidth - kFlagRadius), kFlagHeight);
-    flag.lineTo(x, kFlagHeight);
+    // The corner that is not at the line is round.
+    const double line = place.hangsRight ? place.left : place.left + kFlagWidth;
+    const double side = place.hangsRight ? 1 : -1;
+    QPainterPath flag(QPointF(line, 0));
+    flag.lineTo(line + side * kFlagWidth, 0);
+    flag.lineTo(line + side * kFlagWidth, kFlagHeight - kFlagRadius);
+    flag.quadTo(line + side * kFlagWidth, kFlagHeight, line + side * (kFlagWidth - kFlagRadius), kFlagHeight);
+    flag.lineTo(line, kFlagHeight);
     flag.closeSubpath();
     painter.fillPath(flag, tokens::kAmber);
     painter.setFont(uiFont(11, 700));
     painter.setPen(tokens::kAmberInk);
-    const double width = textWidth(painter.font(), letter);
-    drawLineAt(painter, {x + side * kLetterOffset - width / 2, kLetterBaseline}, letter);
+    const double middle = line + side * (kFlagWidth / 2 - kTowardsLine);
+    drawLineAt(painter, {middle - textWidth(painter.font(), letter) / 2, kLetterBaseline}, letter);
 }
 
 void WaveformStrip::paintPlayhead(QPainter& painter) const {

@@ -9,6 +9,16 @@
 
 namespace qm {
 
+// Where a mark's flag stands, in pixels: its left edge, and whether it hangs to the right of its line.
+struct FlagPlace {
+    double left;
+    bool hangsRight;
+};
+
+// Of the marks at these places: inside the passage between them, and outside it where that is too short for both. They
+// never cover each other and stay inside the strip of that width.
+std::pair<FlagPlace, FlagPlace> flagPlaces(double left, double right, double width);
+
 class WaveformStrip : public QWidget {
     Q_OBJECT
 
@@ -38,7 +48,7 @@ private:
     double sizeOfBar(int bar, int bars) const;
     QColor barColor(double fraction) const;
     void paintBars(QPainter& painter, const QRectF& clip) const;
-    void paintFlag(QPainter& painter, double x, QChar letter, bool opensRight) const;
+    void paintMark(QPainter& painter, double x, const FlagPlace& place, QChar letter) const;
     void paintPlayhead(QPainter& painter) const;
 
     std::vector<float> m_peaks;

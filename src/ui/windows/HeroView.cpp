@@ -15,15 +15,15 @@ namespace {
 
 // The two sizes of the head, in pixels.
 struct Measures {
-    int head, titleText, titleLine, byText, byLine, timeText, strip;
+    int head, titleText, titleLine, byText, byLine, timeText, strip, tagText, tag;
 };
-constexpr Measures kNormal = {63, 20, 26, 13, 18, 44, 56};
-constexpr Measures kRoomy = {75, 24, 30, 14, 20, 56, 92};
+constexpr Measures kNormal = {63, 20, 26, 13, 18, 44, 56, 22, 34};
+constexpr Measures kRoomy = {75, 24, 30, 14, 20, 56, 92, 28, 44};
 constexpr int kTagGap = 3, kTagSpacing = 6, kTagHeight = 18;
 constexpr int kRemainingGap = 2, kRemainingLine = 18;
 constexpr int kClockGap = 16;
 constexpr int kStatusGap = 10, kStatusHeight = 20;
-constexpr int kStripGap = 10, kCueGap = 4, kCueHeight = 24;
+constexpr int kStripGap = 10, kCueGap = 4, kCueHeight = 24, kBottom = 11;
 
 const Measures& measures(bool roomy) {
     return roomy ? kRoomy : kNormal;
@@ -43,6 +43,7 @@ HeroView::HeroView(Outlets& outlets, QWidget* parent)
       m_title(new TextLabel(QString(), uiFont(kNormal.titleText, 600, -0.01), tokens::kText, this)),
       m_byLine(new TextLabel(QString(), uiFont(kNormal.byText), tokens::kText2, this)),
       m_tags{new StateTag(false, this), new StateTag(false, this), new StateTag(true, this), new StateTag(false, this)},
+      m_largeTags{new StateTag(false, this), new StateTag(false, this)},
       m_status(new NoticeLine(this)),
       m_remainingWord(new TextLabel(tr("remaining"), uiFont(13), tokens::kText2, this)) {
     m_outlets.timecode = named(new TimeLabel(QStringLiteral("0:00:00.00"), this), "timecode");
@@ -70,6 +71,7 @@ void HeroView::applyFonts() {
     m_title->setFont(uiFont(m.titleText, 600, -0.01));
     m_byLine->setFont(uiFont(m.byText));
     m_outlets.timecode->setTextFont(uiFont(m.timeText, 400, -0.03), m.timeText);
+    for (StateTag* tag : m_largeTags) tag->setMeasures(m.tagText, m.tag);
 }
 
 void HeroView::setRoomy(bool roomy) {
@@ -92,6 +94,17 @@ void HeroView::showStates(const QStringList& texts) {
     relayout();
 }
 
+void HeroView::showLargeTags(const QString& speed, const QString& pitch) {
+    if (largeTexts() == QStringList{speed, pitch}) return;
+    m_largeTags[0]->setText(speed);
+    m_largeTags[1]->setText(pitch);
+    relayout();
+}
+
+QStringList HeroView::largeTexts() const {
+    return {m_largeTags[0]->text(), m_largeTags[1]->text()};
+}
+
 QStringList HeroView::stateTexts() const {
     QStringList texts;
     for (const StateTag* tag : m_tags) texts << tag->text();
@@ -111,14 +124,35 @@ void HeroView::resizeEvent(QResizeEvent*) {
 void HeroView::relayout() {
     const Measures& m = measures(m_roomy);
     layOutClock();
-    const int right = m_outlets.timecode->x() - kClockGap;
+    const int right = layOutLargeTags() - kClockGap;
     m_title->setGeometry(0, 0, right, m.titleLine);
     m_byLine->setGeometry(0, m.titleLine, right, m.byLine);
     const int tagsTop = m.titleLine + m.byLine + kTagGap;
     layOutStatus(tagsTop, layOutTags(tagsTop, right));
     const int stripTop = m.head + kStripGap;
-    m_outlets.waveformStrip->setGeometry(0, stripTop, width(), m.strip);
-    m_outlets.cueSlider->setGeometry(0, stripTop + m.strip + kCueGap, width(), kCueHeight);
+    const int strip = stripHeight();
+    m_outlets.waveformStrip->setGeometry(0, stripTop, width(), strip);
+    m_outlets.cueSlider->setGeometry(0, stripTop + strip + kCueGap, width(), kCueHeight);
+}
+
+// What is higher than usual is for the strip.
+int HeroView::stripHeight() const {
+    const Measures& m = measures(m_roomy);
+    return std::max(m.strip, height() - m.head - kStripGap - kCueGap - kCueHeight - kBottom);
+}
+
+// From the clock to the left; answers where they begin, or the clock.
+int HeroView::layOutLargeTags() {
+    const Measures& m = measures(m_roomy);
+    int left = m_outlets.timecode->x(), gap = kClockGap;
+    for (auto tag = m_largeTags.rbegin(); tag != m_largeTags.rend(); ++tag) {
+        if ((*tag)->text().isEmpty()) continue;
+        const int width = (*tag)->sizeHint().width();
+        left -= gap + width;
+        (*tag)->setGeometry(left, (m.timeText - m.tag) / 2, width, m.tag);
+        gap = kTagSpacing;
+    }
+    return left;
 }
 
 void HeroView::layOutClock() {
@@ -148,8 +182,8 @@ int HeroView::layOutTags(int top, int right) {
     return end;
 }
 
-// In the row of the tags, as far as the clock; what is too long for that stands in the artist's place, which
-// has more room, for as long as it is shown.
+// In the row of the tags, as far as the clock; what is too long for that stands in the artist's place, where that has
+// more room, for as long as it is shown.
 void HeroView::layOutStatus(int tagsTop, int tagsEnd) {
     const int left = tagsEnd > 0 ? tagsEnd + kStatusGap : 0;
     const int besideTop = tagsTop - (kStatusHeight - kTagHeight) / 2;

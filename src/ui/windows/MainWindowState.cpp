@@ -121,6 +121,7 @@ void MainWindowState::refreshHero() {
     hero.showStates({speedTag(m_state.rate), pitchTag(m_state.pitch),
                      m_loop.repeatedPassage() ? QStringLiteral("Loop A–B") : QString(),
                      silent ? tr("Silent") : QString()});
+    hero.showLargeTags(speedPercent(m_state.rate), pitchSteps(m_state.pitch));
     hero.keepClockInPlace();
 }
 

@@ -58,7 +58,7 @@ QWidget* makeHead(QLabel** outlet, const char* name, const QString& title, Title
     head->setFixedHeight(kValueHeight);
     auto* row = new QHBoxLayout(head);
     row->setContentsMargins(0, 0, 0, 0);
-    *outlet = new TextLabel(title, uiFont(13, 600), tokens::kScaleCyan);
+    *outlet = new TextLabel(title, uiFont(13, 500), tokens::kScaleCyan);
     (*outlet)->setObjectName(QString::fromLatin1(name));
     row->addWidget(*outlet);
     row->addStretch();
