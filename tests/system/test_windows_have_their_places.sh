@@ -133,7 +133,7 @@ fills_the_screen() {
 
 # Above the play list of a window that fills 1280 x 800, and at its right, there are controls.
 leaves_controls_alone() {  # WINDOW
-    ! covers "$(frame_of "$1")" 0 0 1280 424 && ! covers "$(frame_of "$1")" 885 0 400 800
+    ! covers "$(frame_of "$1")" 0 0 1280 412 && ! covers "$(frame_of "$1")" 887 0 390 800
 }
 
 frame_is() {  # WINDOW FRAME

@@ -13,7 +13,8 @@ namespace qm {
 
 namespace {
 
-constexpr int kUnmoved = 32;  // pixels by which a desktop may put a window elsewhere than it was told
+constexpr QSize kRounding{2, 2};  // a frame is told in whole logical pixels, of which there are fewer than it has
+constexpr int kUnmoved = 32;      // pixels by which a desktop may put a window elsewhere than it was told
 
 }  // namespace
 
@@ -53,7 +54,8 @@ bool ToolPanel::fillsTheScreen() const {
 // With a frame as wide as the main window's, for it gets its own only when it is shown.
 QRect ToolPanel::firstPlace(const QList<QSize>& sizes) const {
     const QWidget& window = *parentWidget();
-    const QSize frame = window.frameGeometry().size() - window.size();
+    QSize frame = window.frameGeometry().size() - window.size();
+    if (!frame.isNull()) frame += kRounding;
     const auto* host = dynamic_cast<const PanelHost*>(&window);
     Surroundings around;
     around.window = window.frameGeometry();

@@ -17,7 +17,6 @@ constexpr int kSmallestFirst = 60, kSizeStep = 10;  // percent of the size
 VideoPanel::VideoPanel(Outlets& outlets, QWidget* mainWindow)
     : ToolPanel(tr("Video"), mainWindow), m_view(new MovieView(this)) {
     setObjectName(QStringLiteral("videoPanel"));
-    setAttribute(Qt::WA_X11NetWmWindowTypeDialog);  // some desktops let no tool window fill the screen
     setMinimumSize(kMinimumSize);
     resize(kSize);
     m_view->setObjectName(QStringLiteral("movieView"));
@@ -56,6 +55,12 @@ void VideoPanel::closeEvent(QCloseEvent* event) {
     if (!isFullScreen()) return ToolPanel::closeEvent(event);
     showNormal();
     event->ignore();
+}
+
+// Some desktops let no tool window fill the screen. The toolkit tells them only of a window that has been made.
+void VideoPanel::showEvent(QShowEvent* event) {
+    setAttribute(Qt::WA_X11NetWmWindowTypeDialog);
+    ToolPanel::showEvent(event);
 }
 
 void VideoPanel::hideEvent(QHideEvent* event) {
