@@ -32,8 +32,6 @@ namespace {
 
 constexpr double kIconScale = 4;  // sharp on every screen
 constexpr std::chrono::milliseconds kLongestFlush{300};
-// The desktop tells the window's place and its frame one after the other; beside it the level meters are to stand.
-constexpr std::chrono::milliseconds kFrameSettles{200};
 
 int g_signalSockets[2];
 
@@ -123,7 +121,7 @@ void Application::connectWindow() {
 
 // What nobody misses until the window stands on the screen.
 void Application::startTheRest() {
-    QTimer::singleShot(kFrameSettles, &m_window, [this] { m_levelMeters.release(); });
+    m_levelMeters.release();
     m_state.refresh();
     m_engine.load();
     m_soundWatch.start();

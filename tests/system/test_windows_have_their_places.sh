@@ -3,15 +3,19 @@
 # shown, at every size and sharpness of it, and cover no control; a film fills the screen and comes back.
 . "$(dirname "$0")/lib.sh"
 
-# place_of WINDOW [-frame]: "left top right bottom" on the screen, in pixels, of what the program draws or of its frame.
+# place_of WINDOW: "left top right bottom" on the screen, in pixels, of what the program draws; frame_of: of its frame.
 place_of() {
-    xwininfo -id "$1" ${2-} | awk '
+    xwininfo -id "$1" | awk '
         /Absolute upper-left X/ { x = $NF } /Absolute upper-left Y/ { y = $NF } /Width:/ { w = $NF }
         /Height:/ { print x, y, x + w, y + $NF }'
 }
 
 frame_of() {
-    place_of "$1" -frame
+    {
+        place_of "$1"
+        xprop -id "$1" _NET_FRAME_EXTENTS | sed -n 's/.*= //; s/,//gp'
+    } | awk 'NR == 1 { split($0, p) } NR == 2 { split($0, f) }
+        END { print p[1] - f[1], p[2] - f[3], p[3] + f[2], p[4] + f[4] }'
 }
 
 stands_still() {  # WINDOW
@@ -129,7 +133,7 @@ fills_the_screen() {
 
 # Above the play list of a window that fills 1280 x 800, and at its right, there are controls.
 leaves_controls_alone() {  # WINDOW
-    ! covers "$(frame_of "$1")" 0 0 1280 424 && ! covers "$(frame_of "$1")" 885 0 400 800
+    ! covers "$(frame_of "$1")" 0 0 1280 412 && ! covers "$(frame_of "$1")" 887 0 390 800
 }
 
 frame_is() {  # WINDOW FRAME
@@ -155,6 +159,8 @@ look_at_film() {
     wait_until "a double click lets the film fill the screen" frame_is "$window" "$whole"
     xdotool click --repeat 2 --delay 60 1
     wait_until "a double click brings the film back" frame_is "$window" "$frame"
+    press Escape
+    wait_until "the film's window is closed" is_gone "Video"
 }
 
 open_test
@@ -165,8 +171,8 @@ for size in "1280x800 1" "1366x768 1" "1920x1080 1.5" "2560x1600 2"; do
     begin ${size% *} ${size#* }
     look_at "Level Meters" free
     ! covers "$(frame_of "$(window_of "Level Meters")")" 0 0 980 650 || fail "the meters cover the main window on $screen"
-    look_at_panels
     look_at_film
+    look_at_panels
     end
 done
 

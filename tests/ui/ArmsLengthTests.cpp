@@ -119,7 +119,8 @@ TEST_CASE("unset marks in the list are faint, set ones amber") {
     const auto brightest = [&](const char* column) {
         const int number = PlayListView::columnIndex(column);
         const QRect cell = list.visualRect(list.model()->index(0, number)).adjusted(1, 4, -1, -4);
-        const QImage image = list.viewport()->grab(cell).toImage();
+        const QPoint place = list.viewport()->mapTo(&living.window, cell.topLeft());
+        const QImage image = living.window.grab(QRect(place, cell.size())).toImage();
         QColor best = Qt::black;
         for (int y = 0; y < image.height(); ++y)
             for (int x = 0; x < image.width(); ++x)

@@ -25,6 +25,7 @@
 
 #include "library/FileAcceptance.h"
 #include "support/widgets/TestText.h"
+#include "ui/DialogStyle.h"
 #include "ui/SavePanel.h"
 
 // As the system hands a key to a window: shortcuts first, then whoever has the focus.
@@ -341,6 +342,7 @@ TEST_CASE_FIXTURE(Folder, "a name of sixty letters is shown whole, a longer one 
     make(longest);
     const auto panel = makeOpenPanel(nullptr, path);
     panel->setViewMode(QFileDialog::Detail);
+    dressDialog(*panel);
     panel->resize(940, 560);  // as large as a screen lets it be
     panel->show();
     auto& tree = *panel->findChild<QTreeView*>(QStringLiteral("treeView"));

@@ -183,8 +183,8 @@ int HeroView::layOutTags(int top, int right) {
     return end;
 }
 
-// In the row of the tags, as far as the clock; what is too long for that stands in the artist's place, which
-// has more room, for as long as it is shown.
+// In the row of the tags, as far as the clock; what is too long for that stands in the artist's place, where that has
+// more room, for as long as it is shown.
 void HeroView::layOutStatus(int tagsTop, int tagsEnd) {
     const int left = tagsEnd > 0 ? tagsEnd + kStatusGap : 0;
     const int besideTop = tagsTop - (kStatusHeight - kTagHeight) / 2;

@@ -13,7 +13,8 @@ namespace qm {
 
 namespace {
 
-constexpr int kUnmoved = 32;  // pixels by which a desktop may put a window elsewhere than it was told
+constexpr QSize kRounding{2, 2};  // a frame is told in whole logical pixels, of which there are fewer than it has
+constexpr int kUnmoved = 32;      // pixels by which a desktop may put a window elsewhere than it was told
 
 }  // namespace
 
@@ -53,7 +54,8 @@ bool ToolPanel::fillsTheScreen() const {
 // With a frame as wide as the main window's, for it gets its own only when it is shown.
 QRect ToolPanel::firstPlace(const QList<QSize>& sizes) const {
     const QWidget& window = *parentWidget();
-    const QSize frame = window.frameGeometry().size() - window.size();
+    QSize frame = window.frameGeometry().size() - window.size();
+    if (!frame.isNull()) frame += kRounding;
     const auto* host = dynamic_cast<const PanelHost*>(&window);
     Surroundings around;
     around.window = window.frameGeometry();
@@ -81,14 +83,22 @@ void ToolPanel::stand() {
     if (!m_place || std::none_of(screens.begin(), screens.end(), shows))
         standFirst(firstSizes());
     else
-        move(*m_place);
+        moveFrame(*m_place);
+}
+
+// Until a window has its frame the toolkit takes a place for that of what is in it: then the frame is thought to be the
+// main window's.
+void ToolPanel::moveFrame(QPoint place) {
+    const bool hasFrame = frameGeometry() != geometry();
+    const QWidget& window = *parentWidget();
+    move(hasFrame ? place : place + window.geometry().topLeft() - window.frameGeometry().topLeft());
 }
 
 void ToolPanel::standFirst(const QList<QSize>& sizes) {
     const QRect first = firstPlace(sizes);
     if (first.size() != size()) resize(first.size());
     m_place = m_firstPlace = first.topLeft();
-    move(*m_place);
+    moveFrame(*m_place);
 }
 
 void ToolPanel::standAnew() {

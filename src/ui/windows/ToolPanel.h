@@ -50,6 +50,7 @@ private:
     void stand();
     QRect firstPlace(const QList<QSize>& sizes) const;
     void standFirst(const QList<QSize>& sizes);
+    void moveFrame(QPoint place);
     bool fillsTheScreen() const;
 
     bool m_furnished = false;

@@ -57,6 +57,12 @@ void VideoPanel::closeEvent(QCloseEvent* event) {
     event->ignore();
 }
 
+// Some desktops let no tool window fill the screen. The toolkit tells them only of a window that has been made.
+void VideoPanel::showEvent(QShowEvent* event) {
+    setAttribute(Qt::WA_X11NetWmWindowTypeDialog);
+    ToolPanel::showEvent(event);
+}
+
 void VideoPanel::hideEvent(QHideEvent* event) {
     ToolPanel::hideEvent(event);
     if (event->spontaneous() || !isFullScreen()) return;
