@@ -21,9 +21,12 @@ struct RenderSettings {
     friend bool operator==(const RenderSettings&, const RenderSettings&) = default;
 };
 
+// Who changes speed and pitch: the library, or the stretcher that looks ahead for attacks.
+enum class Stretcher { Library, Own };
+
 class Renderer {
 public:
-    explicit Renderer(PcmCache& cache);
+    explicit Renderer(PcmCache& cache, Stretcher stretcher = Stretcher::Library);
     ~Renderer();
 
     // Starts at `step` of the playhead; a negative step plays what leads up to it. False when interrupted.
