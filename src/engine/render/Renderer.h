@@ -24,6 +24,9 @@ struct RenderSettings {
 // Who changes speed and pitch: the library, or the stretcher that looks ahead for attacks.
 enum class Stretcher { Library, Own };
 
+// What the program plays with: the library, unless the environment says QUILLMERE_STRETCHER=own.
+Stretcher chosenStretcher();
+
 class Renderer {
 public:
     explicit Renderer(PcmCache& cache, Stretcher stretcher = Stretcher::Library);

@@ -1,6 +1,7 @@
 #include "engine/render/stretch/AttackFinder.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <numbers>
 
@@ -8,30 +9,27 @@ namespace qm {
 
 namespace {
 
-constexpr int kLongest = 8192;  // at 44.1 kHz
-constexpr int kRiseHalvings = 4;  // rises are looked for in windows of 512
+constexpr int kLongest = 8192;           // at 44.1 kHz
+constexpr int kRiseHalvings = 4;         // rises are looked for in windows of 512
 constexpr std::int64_t kGridAround = 4;  // choices on either side that are heard about one
 
 // In frames of the levels, 2 ms apart.
 constexpr std::ptrdiff_t kNewestBefore = 5, kOldestBefore = 17, kPeakReach = 11, kUsualReach = 62;
 
-constexpr float kLeastRise = 0.07f;       // over what is usual there
+constexpr float kLeastRise = 0.07f;  // over what is usual there
 constexpr float kClearRise = 0.15f;
 constexpr float kBroadRise = 0.30f;
 constexpr float kLeastJump = 0.3f;
 constexpr float kClearJump = 0.8f;
-constexpr float kSteep = 1.0f;            // ten decibels
+constexpr float kSteep = 1.0f;   // ten decibels
+constexpr double kMostJump = 4;  // of a band: out of silence
 constexpr double kJumpSeconds = 0.003;
 constexpr double kEarliest = 0.018, kLatest = 0.016;  // seconds around the rise within which the jump lies
+constexpr std::int64_t kJumpStep = 8;                 // frames
+constexpr float kNearlyMost = 0.97f;
 constexpr double kApart = 0.025;
-constexpr double kShrink = 0.020;         // seconds on either side of a soft attack with short windows
-constexpr double kShortBias = 0.3;
 
 constexpr double kEnergyEdges[] = {80, 500, 2000, 6000, 14000};
-
-int factorAt(int sampleRate) {
-    return sampleRate > 128000 ? 4 : sampleRate > 64000 ? 2 : 1;
-}
 
 // A second-order section in its direct form.
 struct Section {
@@ -58,12 +56,12 @@ Section butterworth(bool high, double hertz, int sampleRate) {
 
 AttackFinder::AttackFinder(int sampleRate, std::int64_t blockFrames)
     : m_rate(sampleRate),
-      m_factor(factorAt(sampleRate)),
+      m_factor(AttackMap::windowFactor(sampleRate)),
       m_block(blockFrames),
       m_margin((kLongest + kGridAround * 512) * m_factor),
       m_grid(512 * m_factor),
       m_hop(std::llround(0.002 * sampleRate)) {
-    for (int size = kLongest * m_factor; size >= 256 * m_factor; size /= 2) {
+    for (int size = kLongest * m_factor; size >= 512 * m_factor; size /= 2) {
         m_transforms.push_back(std::make_unique<RealFft>(size));
         auto& window = m_windows.emplace_back(static_cast<std::size_t>(size));
         for (int i = 0; i < size; ++i)
@@ -80,7 +78,8 @@ AttackFinder::AttackFinder(int sampleRate, std::int64_t blockFrames)
     const auto hertz = [](double mels) { return 700 * std::expm1(mels / 1127); };
     const double low = mel(60), step = (mel(14000) - low) / (kMelBands + 1);
     for (int band = 0; band < kMelBands; ++band) {
-        const double a = hertz(low + band * step), b = hertz(low + (band + 1) * step), c = hertz(low + (band + 2) * step);
+        const double a = hertz(low + band * step), b = hertz(low + (band + 1) * step),
+                     c = hertz(low + (band + 2) * step);
         const auto bin = [&](double f) { return static_cast<std::size_t>(f * size / m_rate); };
         auto& weights = m_melWeights[static_cast<std::size_t>(band)];
         std::size_t& first = m_melFirst[static_cast<std::size_t>(band)];
@@ -90,7 +89,8 @@ AttackFinder::AttackFinder(int sampleRate, std::int64_t blockFrames)
             weights.push_back(static_cast<float>(f < b ? (f - a) / (b - a) : (c - f) / (c - b)));
         }
         if (weights.empty()) {
-            first = std::min(static_cast<std::size_t>(std::llround(b * size / m_rate)), static_cast<std::size_t>(size / 2));
+            first =
+                std::min(static_cast<std::size_t>(std::llround(b * size / m_rate)), static_cast<std::size_t>(size / 2));
             weights.push_back(1);
         }
     }
@@ -99,10 +99,10 @@ AttackFinder::AttackFinder(int sampleRate, std::int64_t blockFrames)
     m_highest.resize(m_levels.size());
     m_rises.resize(m_levels.size());
     for (auto& sums : m_energies) sums.resize(length + 1);
-    for (auto& score : m_scores) score.resize(static_cast<std::size_t>(m_block / m_grid + 2 * kGridAround));
-    m_picks.resize(m_scores[0].size());
-    m_squares.reserve(length / 64 + 2);
-    m_sums.reserve(length / 64 + 2);
+    m_picks.resize(static_cast<std::size_t>(m_block / m_grid + 2 * kGridAround));
+    for (auto& scores : m_scores)
+        for (auto& score : scores) score.resize(m_picks.size());
+    for (auto& sums : m_sums) sums.reserve(length / 64 + 2);
 }
 
 void AttackFinder::find(std::span<const StereoFrame> sound, std::int64_t firstFrame, AttackMap::Block& into) {
@@ -122,7 +122,7 @@ void AttackFinder::spectrumAt(std::span<const StereoFrame> sound, const RealFft&
     const std::int64_t begin = centre - size / 2;
     const auto bins = static_cast<std::size_t>(transform.bins());
     std::fill_n(m_power.begin(), bins, 0.0f);
-    for (float StereoFrame::* channel : {&StereoFrame::left, &StereoFrame::right}) {
+    for (float StereoFrame::*channel : {&StereoFrame::left, &StereoFrame::right}) {
         for (std::int64_t i = 0; i < size; ++i) {
             const std::int64_t at = begin + i;
             const bool inside = at >= 0 && at < static_cast<std::int64_t>(sound.size());
@@ -213,11 +213,24 @@ float AttackFinder::jumpAt(std::int64_t at, int& steepBands) const {
         const double here = sums[static_cast<std::size_t>(at)];
         const double after = sums[static_cast<std::size_t>(at + window)] - here + m_floor[band];
         const double before = here - sums[static_cast<std::size_t>(at - window)] + m_floor[band];
-        const auto step = static_cast<float>(std::clamp(std::log10(after / before), 0.0, 2.5));
+        const auto step = static_cast<float>(std::clamp(std::log10(after / before), 0.0, kMostJump));
         if (step >= kSteep) ++steepBands;
         jump += step;
     }
     return jump;
+}
+
+// The last of the places between two that jump as much as any, nearly: where the energies after it are whole.
+AttackFinder::Jump AttackFinder::steepest(std::int64_t from, std::int64_t to) const {
+    Jump best;
+    int steepBands = 0;
+    for (std::int64_t at = from; at < to; at += kJumpStep) best.most = std::max(best.most, jumpAt(at, steepBands));
+    for (std::int64_t at = from; at < to; at += kJumpStep) {
+        if (jumpAt(at, steepBands) < kNearlyMost * best.most) continue;
+        best.place = at;
+        best.steepBands = steepBands;
+    }
+    return best;
 }
 
 void AttackFinder::findAttacks(std::int64_t firstFrame, AttackMap::Block& into) {
@@ -231,73 +244,74 @@ void AttackFinder::findAttacks(std::int64_t firstFrame, AttackMap::Block& into) 
         if (rise <= kLeastRise + usualRise(static_cast<std::size_t>(frame))) continue;
         const std::int64_t from = frame * m_hop - std::llround(kEarliest * m_rate);
         const std::int64_t to = frame * m_hop + std::llround(kLatest * m_rate);
-        std::int64_t place = from;
-        float most = 0;
-        int steepBands = 0, steep = 0;
-        for (std::int64_t at = from; at < to; at += 8) {
-            const float jump = jumpAt(at, steep);
-            if (jump <= most) continue;
-            most = jump;
-            place = at;
-            steepBands = steep;
-        }
+        const auto [place, most, steepBands] = steepest(from, to);
         if (most <= kLeastJump || place - last < std::llround(kApart * m_rate)) continue;
         last = place;
         const std::int64_t inBlock = place - m_margin;
         if (inBlock < 0 || inBlock >= m_block) continue;
-        const Confidence confidence = rise >= kBroadRise && steepBands >= 3         ? Confidence::High
+        const Confidence confidence = rise >= kBroadRise && steepBands >= 3      ? Confidence::High
                                       : rise >= kClearRise && most >= kClearJump ? Confidence::Medium
-                                                                                  : Confidence::Low;
+                                                                                 : Confidence::Low;
         into.attacks.push_back({firstFrame + inBlock, confidence, rise});
     }
 }
 
-// How sparse the energy of a band is in windows of one length, along the grid.
-void AttackFinder::gather(std::span<const StereoFrame> sound, int band, int halvings) {
-    const int size = AttackMap::longestWindow(band, m_rate) >> halvings;
-    const auto& transform = **std::find_if(m_transforms.begin(), m_transforms.end(),
-                                           [&](const auto& t) { return t->size() == size; });
+// How sparse the energies of the bands are in windows of one length, along the grid.
+void AttackFinder::gather(std::span<const StereoFrame> sound, const RealFft& transform) {
+    const int size = transform.size();
     const std::int64_t hop = size / 4;
     const auto bin = [&](double hertz) {
         return static_cast<std::size_t>(std::clamp(hertz * size / m_rate, 1.0, size / 2.0));
     };
-    const std::size_t first = bin(AttackMap::bandEdge(band)), last = bin(AttackMap::bandEdge(band + 1));
-    m_squares.clear();
-    m_sums.clear();
+    for (auto& sums : m_sums) sums.clear();
     for (std::int64_t centre = 0; centre < static_cast<std::int64_t>(sound.size()); centre += hop) {
         spectrumAt(sound, transform, centre);
-        double square = 0, sum = 0;
-        for (std::size_t k = first; k <= last; ++k) {
-            square += static_cast<double>(m_power[k]) * m_power[k];
-            sum += m_power[k];
+        for (int band = 0; band < AttackMap::kBands; ++band) {
+            if (AttackMap::longestWindow(band, m_rate) < size) continue;
+            Sum sum;
+            const std::size_t last = bin(AttackMap::bandEdge(band + 1));
+            for (std::size_t k = bin(AttackMap::bandEdge(band)); k <= last; ++k) {
+                sum.squares += static_cast<double>(m_power[k]) * m_power[k];
+                sum.powers += static_cast<double>(m_power[k]);
+            }
+            m_sums[static_cast<std::size_t>(band)].push_back(sum);
         }
-        m_squares.push_back(square);
-        m_sums.push_back(sum);
     }
+    for (int band = 0; band < AttackMap::kBands; ++band) {
+        const int halvings = std::countr_zero(static_cast<unsigned>(AttackMap::longestWindow(band, m_rate) / size));
+        if (AttackMap::longestWindow(band, m_rate) < size ||
+            halvings >= AttackMap::kWindows[static_cast<std::size_t>(band)])
+            continue;
+        score(m_sums[static_cast<std::size_t>(band)], hop,
+              m_scores[static_cast<std::size_t>(band)][static_cast<std::size_t>(halvings)]);
+    }
+}
+
+void AttackFinder::score(const std::vector<Sum>& sums, std::int64_t hop, std::vector<float>& into) const {
     const std::int64_t reach = std::max<std::int64_t>(kLongest * m_factor / hop / 2, 1);
-    const double weight = static_cast<double>(hop) * std::exp2(kShortBias * halvings);
-    auto& score = m_scores[static_cast<std::size_t>(halvings)];
-    for (std::size_t i = 0; i < score.size(); ++i) {
+    for (std::size_t i = 0; i < into.size(); ++i) {
         const std::int64_t at = m_margin + (static_cast<std::int64_t>(i) - kGridAround) * m_grid + m_grid / 2;
         const auto from = static_cast<std::size_t>(std::max<std::int64_t>(at / hop - reach, 0));
-        const auto to = std::min(static_cast<std::size_t>(at / hop + reach), m_sums.size() - 1);
-        double square = 0, sum = 0;
+        const auto to = std::min(static_cast<std::size_t>(at / hop + reach), sums.size() - 1);
+        Sum sum;
         for (std::size_t k = from; k <= to; ++k) {
-            square += m_squares[k];
-            sum += m_sums[k];
+            sum.squares += sums[k].squares;
+            sum.powers += sums[k].powers;
         }
-        score[i] = static_cast<float>(square * static_cast<double>(to - from + 1) / (sum * sum + 1e-30) * weight);
+        into[i] = static_cast<float>(sum.squares * static_cast<double>(to - from + 1) /
+                                     (sum.powers * sum.powers + 1e-30) * static_cast<double>(hop));
     }
 }
 
 void AttackFinder::chooseWindows(std::span<const StereoFrame> sound, AttackMap::Block& into) {
+    for (const auto& transform : m_transforms) gather(sound, *transform);
     for (int band = 0; band < AttackMap::kBands; ++band) {
         const int lengths = AttackMap::kWindows[static_cast<std::size_t>(band)];
-        for (int halvings = 0; halvings < lengths; ++halvings) gather(sound, band, halvings);
+        const auto& scores = m_scores[static_cast<std::size_t>(band)];
         for (std::size_t i = 0; i < m_picks.size(); ++i) {
             m_picks[i] = 0;
             for (std::uint8_t h = 1; h < lengths; ++h)
-                if (m_scores[h][i] > m_scores[m_picks[i]][i]) m_picks[i] = h;
+                if (scores[h][i] > scores[m_picks[i]][i]) m_picks[i] = h;
         }
         auto& choice = into.halvings[static_cast<std::size_t>(band)];
         choice.resize(m_picks.size() - 2 * kGridAround);

@@ -40,8 +40,18 @@ private:
     float usualRise(std::size_t frame);
     void findEnergies(std::span<const StereoFrame> sound);
     float jumpAt(std::int64_t at, int& steepBands) const;
+    struct Jump {
+        std::int64_t place = 0;
+        float most = 0;
+        int steepBands = 0;
+    };
+    Jump steepest(std::int64_t from, std::int64_t to) const;
     void findAttacks(std::int64_t firstFrame, AttackMap::Block& into);
-    void gather(std::span<const StereoFrame> sound, int band, int halvings);
+    struct Sum {
+        double squares = 0, powers = 0;
+    };
+    void gather(std::span<const StereoFrame> sound, const RealFft& transform);
+    void score(const std::vector<Sum>& sums, std::int64_t hop, std::vector<float>& into) const;
     void chooseWindows(std::span<const StereoFrame> sound, AttackMap::Block& into);
 
     const int m_rate;
@@ -50,8 +60,8 @@ private:
     const std::int64_t m_margin;
     const std::int64_t m_grid;
     const std::int64_t m_hop;
-    std::vector<std::unique_ptr<RealFft>> m_transforms;     // the longest first, each half of the one before
-    std::vector<AlignedVector<float>> m_windows;            // of the same lengths
+    std::vector<std::unique_ptr<RealFft>> m_transforms;  // the longest first, each half of the one before
+    std::vector<AlignedVector<float>> m_windows;         // of the same lengths
     AlignedVector<float> m_sound;
     AlignedVector<std::complex<float>> m_spectrum;
     std::vector<float> m_power;
@@ -61,8 +71,8 @@ private:
     std::vector<float> m_rises, m_sorted;
     std::array<std::vector<double>, kEnergyBands> m_energies;  // running sums
     std::array<double, kEnergyBands> m_floor{};
-    std::vector<double> m_squares, m_sums;                     // of the frames' powers
-    std::array<std::vector<float>, 3> m_scores;                // of each length, along the grid
+    std::array<std::vector<Sum>, AttackMap::kBands> m_sums;                     // of the frames' powers
+    std::array<std::array<std::vector<float>, 3>, AttackMap::kBands> m_scores;  // of each length, along the grid
     std::vector<std::uint8_t> m_picks;
 };
 

@@ -10,11 +10,7 @@ namespace {
 
 constexpr std::int64_t kBlockFrames = 32768;  // at 44.1 kHz
 constexpr double kEdges[] = {0, 700, 4000, 16000};
-constexpr int kLongest[] = {8192, 4096, 1024};
-
-int factorAt(int sampleRate) {
-    return sampleRate > 128000 ? 4 : sampleRate > 64000 ? 2 : 1;
-}
+constexpr int kLongest[] = {8192, 4096, 2048};  // at 44.1 kHz
 
 std::int64_t floorDivide(std::int64_t a, std::int64_t b) {
     return a / b - (a % b < 0 ? 1 : 0);
@@ -22,16 +18,20 @@ std::int64_t floorDivide(std::int64_t a, std::int64_t b) {
 
 }  // namespace
 
+int AttackMap::windowFactor(int sampleRate) {
+    return sampleRate > 128000 ? 4 : sampleRate > 64000 ? 2 : 1;
+}
+
 double AttackMap::bandEdge(int edge) {
     return kEdges[edge];
 }
 
 int AttackMap::longestWindow(int band, int sampleRate) {
-    return kLongest[band] * factorAt(sampleRate);
+    return kLongest[band] * windowFactor(sampleRate);
 }
 
 AttackMap::AttackMap(int sampleRate)
-    : m_blockFrames(kBlockFrames * factorAt(sampleRate)),
+    : m_blockFrames(kBlockFrames * windowFactor(sampleRate)),
       m_finder(std::make_unique<AttackFinder>(sampleRate, m_blockFrames)) {}
 
 AttackMap::~AttackMap() = default;

@@ -48,6 +48,8 @@ public:
 
     void attacks(std::int64_t begin, std::int64_t end, std::vector<Attack>& into) const;  // of explored frames
 
+    static int windowFactor(int sampleRate);  // how much longer windows are than at 44.1 kHz
+
     // The bands' limits in hertz, and the longest window of each at a sample rate.
     static double bandEdge(int edge);
     static int longestWindow(int band, int sampleRate);

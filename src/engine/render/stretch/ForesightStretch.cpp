@@ -8,12 +8,13 @@ namespace qm {
 
 namespace {
 
-constexpr double kTakeOverSeconds = 0.005;     // cross-fade from one pass to the next
-constexpr double kPieceOverlapSeconds = 0.020; // cross-fade between the pieces of backward play
-constexpr double kFirstPieceSeconds = 0.1;     // of source
+constexpr double kTakeOverSeconds = 0.005;      // cross-fade from one pass to the next
+constexpr double kPieceOverlapSeconds = 0.020;  // cross-fade between the pieces of backward play
+constexpr double kFirstPieceSeconds = 0.1;      // of source
 constexpr double kLongestPieceSeconds = 1.0;
 constexpr std::size_t kPlaces = 4096;
-constexpr std::int64_t kContext = 16384;       // source frames that may be looked at before a run begins
+constexpr std::int64_t kEdgeContext = 2048;  // of them, source frames that soft edges reach into
+constexpr std::int64_t kContext = 16384;     // source frames that may be looked at before a run begins
 
 // Cross-fades at equal power.
 StereoFrame mix(StereoFrame from, StereoFrame to, std::size_t at, std::size_t length) {
@@ -43,10 +44,11 @@ bool ForesightStretch::restart(Timeline& timeline, std::int64_t step, double spe
     while (m_playhead.loops && runEnd(m_run) <= 0) ++m_run;
     const auto slowest = 4 * kLongestPieceSeconds * pitchFactor / speed * m_rate;
     m_piece.reserve(static_cast<std::size_t>(slowest));
+    m_coming.reserve(static_cast<std::size_t>(slowest));
     m_overlap.resize(static_cast<std::size_t>(kPieceOverlapSeconds * m_rate));
     m_fadesSeams = timeline.fadesSeams();
     beginRun(timeline, m_run);
-    return true;
+    return renderRun(timeline, {m_lead.data(), static_cast<std::size_t>(takeOverFrames())});
 }
 
 // The output frame with which a run ends.
@@ -59,7 +61,7 @@ std::int64_t ForesightStretch::runEnd(std::int64_t run) const {
 void ForesightStretch::beginRun(Timeline& timeline, std::int64_t run) {
     m_run = run;
     const bool wrapped = run > 0;
-    const std::int64_t lead = wrapped ? static_cast<std::int64_t>(m_tailSize) : 0;
+    const std::int64_t lead = takeOverFrames();
     m_runFrame = -lead;
     m_course.speed = m_speed / m_pitch;
     m_course.forced = -1;
@@ -68,17 +70,21 @@ void ForesightStretch::beginRun(Timeline& timeline, std::int64_t run) {
     m_firstPlace = std::llround(std::floor(static_cast<double>(-lead) * m_pitch)) - reach;
     m_placeCount = 0;
     m_course.first = m_firstPlace;
-    const auto leadSource = static_cast<std::int64_t>(std::ceil(static_cast<double>(lead + reach + 1) * m_speed)) + 512;
+    // Source before the run that its beginning may use: the same for every run, whether or not it takes over.
+    const auto behind =
+        static_cast<std::int64_t>(std::ceil(static_cast<double>(takeOverFrames() + reach + 1) * m_speed)) +
+        kEdgeContext;
     if (!m_playhead.backward) {
         m_course.origin = static_cast<double>(wrapped ? m_playhead.rangeBegin : start);
         m_course.end = m_playhead.rangeEnd;
         if (m_playhead.loops) m_course.forced = m_playhead.rangeBegin;
-        m_sourceBegin = static_cast<std::int64_t>(m_course.origin) - (wrapped ? leadSource : kContext);
+        const bool fromRangeBegin = m_playhead.loops && m_course.origin == static_cast<double>(m_playhead.rangeBegin);
+        m_sourceBegin = static_cast<std::int64_t>(m_course.origin) - (fromRangeBegin ? behind : kContext);
         m_vocoder.begin(timeline, m_course, m_sourceBegin, m_light);
         return;
     }
     m_course.origin = static_cast<double>(wrapped ? m_playhead.rangeEnd : start);
-    m_course.end = static_cast<std::int64_t>(m_course.origin) + leadSource;
+    m_course.end = static_cast<std::int64_t>(m_course.origin) + behind;
     m_sourceBegin = m_playhead.rangeBegin;
     if (m_playhead.loops) m_course.forced = m_playhead.rangeBegin;
     m_pieceEnd = m_firstPlace;
@@ -111,19 +117,21 @@ bool ForesightStretch::render(Timeline& timeline, std::span<StereoFrame> out) {
 }
 
 std::int64_t ForesightStretch::takeOverFrames() const {
-    if (!m_fadesSeams) return 0;
+    if (!m_playhead.loops || !m_fadesSeams) return 0;
     const auto pass = static_cast<double>(m_playhead.period()) / m_speed;
     return std::min(std::llround(kTakeOverSeconds * m_rate), std::llround(pass / 4));
 }
 
 // The end of a run cross-fades into what leads up to the next one, which then goes on.
 bool ForesightStretch::takeOver(Timeline& timeline) {
-    m_tailSize = static_cast<std::size_t>(std::max<std::int64_t>(runEnd(m_run) - m_frame, 0));
+    const auto whole = static_cast<std::size_t>(takeOverFrames());
+    m_tailSize = std::min(whole, static_cast<std::size_t>(std::max<std::int64_t>(runEnd(m_run) - m_frame, 0)));
     m_tailUsed = 0;
     if (!renderRun(timeline, {m_tail.data(), m_tailSize})) return false;
     beginRun(timeline, m_run + 1);
-    if (!renderRun(timeline, {m_lead.data(), m_tailSize})) return false;
-    for (std::size_t i = 0; i < m_tailSize; ++i) m_tail[i] = mix(m_tail[i], m_lead[i], i, m_tailSize);
+    if (!renderRun(timeline, {m_lead.data(), whole})) return false;
+    const StereoFrame* lead = m_lead.data() + (whole - m_tailSize);
+    for (std::size_t i = 0; i < m_tailSize; ++i) m_tail[i] = mix(m_tail[i], lead[i], i, m_tailSize);
     return true;
 }
 
@@ -138,8 +146,8 @@ bool ForesightStretch::renderRun(Timeline& timeline, std::span<StereoFrame> out)
         const double place = static_cast<double>(m_runFrame) * m_pitch;
         const auto last = static_cast<std::int64_t>(std::floor(place)) + reach;
         if (last >= m_firstPlace + static_cast<std::int64_t>(m_placeCount)) {
-            const std::int64_t drop = std::min<std::int64_t>(last - 2 * reach - m_firstPlace,
-                                                             static_cast<std::int64_t>(m_placeCount));
+            const std::int64_t drop =
+                std::min<std::int64_t>(last - 2 * reach - m_firstPlace, static_cast<std::int64_t>(m_placeCount));
             if (drop > 0) {
                 std::copy(m_places.begin() + drop, m_places.begin() + static_cast<std::ptrdiff_t>(m_placeCount),
                           m_places.begin());
@@ -165,30 +173,48 @@ bool ForesightStretch::nextPlaces(Timeline& timeline, std::span<StereoFrame> out
         std::copy_n(m_piece.begin() + static_cast<std::ptrdiff_t>(m_pieceUsed), count, out.begin());
         m_pieceUsed += count;
         out = out.subspan(count);
+        // The piece after this one is made little by little while this one plays.
+        const std::size_t due = (m_coming.size() * m_pieceUsed + m_pieceSize - 1) / m_pieceSize;
+        if (!makeComing(due)) return false;
     }
     return true;
 }
 
-// Backward: the piece of the source before the one just played, stretched forward and turned around.
-bool ForesightStretch::nextPiece(Timeline& timeline) {
-    const bool follows = m_pieceSize > 0;
-    const std::size_t overlap = m_overlap.size();
+// Backward: begins to make the piece of the source that lies before the one made last, stretched forward.
+void ForesightStretch::beginComing(Timeline& timeline) {
     const auto length = static_cast<std::int64_t>(std::ceil(static_cast<double>(m_nextLength) / m_course.speed));
     m_nextLength = std::min<std::int64_t>(2 * m_nextLength, std::llround(kLongestPieceSeconds * m_rate));
-    // Place M of the run, played M frames after its beginning, is place -1 - M of the course.
-    const std::int64_t from = m_pieceEnd, to = from + length;
+    // What is played M places after the beginning of the run is place -1 - M of the course.
+    const std::int64_t from = m_pieceEnd;
+    m_pieceEnd = std::max<std::int64_t>(from, 0) + length;
     Course course = m_course;
-    course.first = -to - static_cast<std::int64_t>(overlap);
+    course.first = -m_pieceEnd - static_cast<std::int64_t>(m_overlap.size());
     m_vocoder.begin(timeline, course, m_sourceBegin, m_light);
-    m_piece.resize(static_cast<std::size_t>(length) + overlap);
-    if (!m_vocoder.render(m_piece)) return false;
+    m_coming.resize(static_cast<std::size_t>(-from - course.first));
+    m_comingMade = 0;
+}
+
+bool ForesightStretch::makeComing(std::size_t until) {
+    if (until <= m_comingMade) return true;
+    const std::span<StereoFrame> part = std::span(m_coming).subspan(m_comingMade, until - m_comingMade);
+    m_comingMade = until;
+    return m_vocoder.render(part);
+}
+
+// Backward: the coming piece, turned around, becomes the one that is played.
+bool ForesightStretch::nextPiece(Timeline& timeline) {
+    const bool follows = m_pieceSize > 0;
+    if (!follows) beginComing(timeline);
+    if (!makeComing(m_coming.size())) return false;
+    std::swap(m_piece, m_coming);
     std::reverse(m_piece.begin(), m_piece.end());
+    const std::size_t overlap = m_overlap.size();
     if (follows)
         for (std::size_t i = 0; i < overlap; ++i) m_piece[i] = mix(m_overlap[i], m_piece[i], i, overlap);
-    std::copy_n(m_piece.begin() + length, overlap, m_overlap.begin());
     m_pieceUsed = 0;
-    m_pieceSize = static_cast<std::size_t>(length);
-    m_pieceEnd = to;
+    m_pieceSize = m_piece.size() - overlap;
+    std::copy_n(m_piece.begin() + static_cast<std::ptrdiff_t>(m_pieceSize), overlap, m_overlap.begin());
+    beginComing(timeline);
     return true;
 }
 

@@ -10,12 +10,13 @@ namespace qm {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
-constexpr int kHop[] = {512, 256, 256};      // at 44.1 kHz
-constexpr int kEdge = 400;                   // frames over which a window fades towards an attack
-constexpr std::int64_t kEarly = 20;          // an attack is taken to begin a little before its steepest place
-constexpr std::int64_t kGuard = 24;          // frames before an attack that no grain of the past touches
-constexpr std::int64_t kNear = 300;          // attacks this near to a limit are none
-constexpr float kNewEnergy = 2.0f;           // magnitudes this much higher are a partial's restart
+constexpr int kHop[] = {512, 256, 256};  // at 44.1 kHz
+constexpr double kEdge = 400;            // frames over which a window fades towards an attack
+constexpr std::int64_t kSlide = 2;       // frames that the edge moves for each by which an attack would come late
+constexpr std::int64_t kEarly = 20;      // an attack is taken to begin a little before its steepest place
+constexpr std::int64_t kGuard = 24;      // frames before an attack that no grain of the past touches
+constexpr std::int64_t kNear = 300;      // attacks this near to a limit are none
+constexpr float kNewEnergy = 1.5f;       // magnitudes this much higher are a partial's restart
 constexpr float kLeastWeight = 1e-4f;
 constexpr std::int64_t kFar = std::numeric_limits<std::int64_t>::max() / 4;
 
@@ -105,7 +106,8 @@ void GrainBand::take(std::span<float> left, std::span<float> right) {
 std::int64_t GrainBand::nextAttack(const AttackMap& attacks) const {
     const std::int64_t here = m_course.sourceOf(m_next);
     const std::int64_t sight = here + 2 * m_longest;
-    const std::int64_t from = std::max(m_attackSource > -kFar ? m_attackSource + 2 * kNear : here - m_longest, here - m_longest);
+    const std::int64_t from =
+        std::max(m_attackSource > -kFar ? m_attackSource + 2 * kNear : here - m_longest, here - m_longest);
     std::int64_t at = kFar;
     const Attack found = attacks.next(from + kEarly, sight, Confidence::Medium);
     if (found.frame < sight) at = found.frame - kEarly;
@@ -113,6 +115,19 @@ std::int64_t GrainBand::nextAttack(const AttackMap& attacks) const {
     if (forced >= 0 && m_attackSource < forced && at > forced - kNear) at = forced;
     if (at > m_course.end - kNear) at = kFar;
     return at;
+}
+
+// A window of the segment that began at an attack. The first grain sets the attack down at its place, and what was
+// before it fades in under a soft edge. Slowed down, every later grain would set it down once more, ever later; sped
+// up, ever earlier: so there the edge moves into the new sound.
+GrainBand::Cut GrainBand::cutAt(std::int64_t place, std::int64_t at, std::int64_t end, std::int64_t endPlace) const {
+    // The limits in the result, where a higher speed makes them nearer.
+    Cut cut{-kFar, std::min(end, at + (endPlace - place))};
+    if (m_attackSource == -kFar) return cut;
+    const std::int64_t late = (place - m_attackPlace) - (at - m_attackSource);
+    cut.begin = m_attackSource + std::max<std::int64_t>(-late, 0);
+    cut.begin += late < 0 ? m_edge : std::min<std::int64_t>(kSlide * late, m_edge);
+    return cut;
 }
 
 // The next grain, or the two that meet at an attack.
@@ -130,9 +145,7 @@ bool GrainBand::step(SourceWindow& source, const AttackMap& attacks) {
     const bool meets = m_next >= endPlace;
     const std::int64_t place = meets ? endPlace : m_next;
     const std::int64_t at = meets ? (hasAttack ? attack : m_course.end) : m_course.sourceOf(place);
-    // The same limits in the result, where a higher speed makes them nearer.
-    Cut cut{std::max(m_attackSource, at - (place - m_attackPlace)), std::min(end, at + (endPlace - place))};
-    if (m_attackSource == -kFar) cut.begin = -kFar;
+    const Cut cut = cutAt(place, at, end, endPlace);
     if (!grain(place, at, cut, Kind::GoesOn, source, attacks)) return false;
     m_next = place + m_hop;
     if (!meets) return true;
@@ -217,8 +230,8 @@ void GrainBand::transform(const SourceWindow& source, std::int64_t at, int size,
 void GrainBand::findPeaks(Look& look) {
     const int half = look.size / 2;
     const auto bin = [&](double hertz) { return hertz * look.size / m_rate; };
-    m_firstBin = std::max(0, static_cast<int>(bin(AttackMap::bandEdge(m_band))) - 8);
-    m_lastBin = std::min(half, static_cast<int>(bin(AttackMap::bandEdge(m_band + 1))) + 8);
+    m_firstBin = std::max(0, static_cast<int>(bin(AttackMap::bandEdge(m_band))) - 12);
+    m_lastBin = std::min(half, static_cast<int>(bin(AttackMap::bandEdge(m_band + 1))) + 12);
     if (m_band == AttackMap::kBands - 1) m_lastBin = half;
     auto& m = look.magnitudes;
     const auto& [left, right] = look.spectra;
@@ -257,7 +270,8 @@ float GrainBand::frequencyAt(const Look& look, int peak) const {
         const auto apart = static_cast<double>(look.source - m_last->source);
         const double distance = apart + look.centre - m_last->centre;
         if (distance > 0.25 * apart && apart > 0) {
-            const double off = std::remainder(std::arg(std::complex<double>(advance)) - peak * binWidth * apart, 2 * kPi);
+            const double off =
+                std::remainder(std::arg(std::complex<double>(advance)) - peak * binWidth * apart, 2 * kPi);
             const double most = 1.5 * binWidth;
             return static_cast<float>(peak * binWidth + std::clamp(off / distance, -most, most));
         }
@@ -275,7 +289,8 @@ float GrainBand::frequencyAt(const Look& look, int peak) const {
 std::complex<float> GrainBand::turnAt(const Look& look, int peak, float frequency, Kind kind) const {
     if (m_last->size == 0) {  // so that the first place that is wanted has the phases of its source
         const auto places = static_cast<double>(look.place - m_course.first);
-        const double sources = static_cast<double>(look.source) - (m_course.origin + static_cast<double>(m_course.first) * m_course.speed);
+        const double sources =
+            static_cast<double>(look.source) - (m_course.origin + static_cast<double>(m_course.first) * m_course.speed);
         return std::polar(1.0f, static_cast<float>(std::remainder(frequency * (places - sources), 2 * kPi)));
     }
     if (kind == Kind::Begins) return {1, 0};
@@ -286,8 +301,8 @@ std::complex<float> GrainBand::turnAt(const Look& look, int peak, float frequenc
         float before = 0;
         for (int k = std::max(0, old - 2); k <= std::min(oldHalf, old + 2); ++k)
             before = std::max(before, m_last->magnitudes[static_cast<std::size_t>(k)]);
-        const bool goesOn = look.magnitudes[static_cast<std::size_t>(peak)] / look.weight <
-                            kNewEnergy * before / m_last->weight;
+        const bool goesOn =
+            look.magnitudes[static_cast<std::size_t>(peak)] / look.weight < kNewEnergy * before / m_last->weight;
         return goesOn ? turn : std::complex<float>(1, 0);
     }
     const auto stretch = static_cast<double>((look.place - m_last->place) - (look.source - m_last->source));

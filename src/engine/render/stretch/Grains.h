@@ -51,9 +51,9 @@ private:
         std::int64_t begin, end;
     };
     enum class Kind { GoesOn, Restarts, Begins };  // at an attack: partials with new energy restart, or all do
-    struct Look {  // what is remembered of a grain
-        int size = 0;          // of the window by which magnitudes and turns were found
-        int spectrumSize = 0;  // of that of the spectra
+    struct Look {                                  // what is remembered of a grain
+        int size = 0;                              // of the window by which magnitudes and turns were found
+        int spectrumSize = 0;                      // of that of the spectra
         std::int64_t place = 0, source = 0;
         double centre = 0;  // of the window's mass, relative to `source`
         float weight = 0;
@@ -64,6 +64,7 @@ private:
     };
 
     std::int64_t nextAttack(const AttackMap& attacks) const;
+    Cut cutAt(std::int64_t place, std::int64_t at, std::int64_t end, std::int64_t endPlace) const;
     bool step(SourceWindow& source, const AttackMap& attacks);
     bool grain(std::int64_t place, std::int64_t at, const Cut& cut, Kind kind, SourceWindow& source,
                const AttackMap& attacks);
@@ -85,8 +86,8 @@ private:
 
     Course m_course;
     std::int64_t m_hop = 0;
-    std::int64_t m_next = 0;        // place of the next grain
-    std::int64_t m_taken = 0;       // the next place to be taken
+    std::int64_t m_next = 0;                             // place of the next grain
+    std::int64_t m_taken = 0;                            // the next place to be taken
     std::int64_t m_attackSource = 0, m_attackPlace = 0;  // where the present segment begins
     bool m_ended = false;
 
@@ -97,7 +98,7 @@ private:
     std::int64_t m_windowBegin = 0, m_windowEnd = 0;  // where the window is not zero
     std::array<Look, 2> m_looks;
     Look* m_now = &m_looks[0];
-    Look* m_last = &m_looks[1];     // size 0: there is none
+    Look* m_last = &m_looks[1];  // size 0: there is none
     int m_firstBin = 0, m_lastBin = 0;
     std::vector<int> m_peaks, m_borders;
     std::array<std::vector<float>, 2> m_ring;

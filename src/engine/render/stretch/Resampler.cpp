@@ -8,9 +8,9 @@ namespace qm {
 
 namespace {
 
-constexpr int kLobes = 32;      // of the sinc, to either side
-constexpr int kPerLobe = 512;   // values of the kernel, between which lines are drawn
-constexpr double kBeta = 9.0;   // of the Kaiser window: 90 dB
+constexpr int kLobes = 32;     // of the sinc, to either side
+constexpr int kPerLobe = 512;  // values of the kernel, between which lines are drawn
+constexpr double kBeta = 9.0;  // of the Kaiser window: 90 dB
 constexpr double kPassband = 0.96;
 
 double bessel0(double x) {

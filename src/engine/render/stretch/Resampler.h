@@ -26,9 +26,9 @@ public:
 
 private:
     double m_factor = 1;
-    double m_cutoff = 1;           // of half the rate
+    double m_cutoff = 1;  // of half the rate
     std::int64_t m_reach = 0;
-    std::vector<float> m_kernel;   // one half, finely, at full cutoff
+    std::vector<float> m_kernel;  // one half, finely, at full cutoff
 };
 
 }  // namespace qm

@@ -47,7 +47,8 @@ void SourceWindow::shift(std::int64_t newBegin) {
         if (newBegin > m_begin)
             std::copy(plane.begin() + (newBegin - m_begin), plane.begin() + (m_end - m_begin), plane.begin());
         else
-            std::copy_backward(plane.begin(), plane.begin() + std::min(m_end - m_begin, m_capacity - (m_begin - newBegin)),
+            std::copy_backward(plane.begin(),
+                               plane.begin() + std::min(m_end - m_begin, m_capacity - (m_begin - newBegin)),
                                plane.begin() + std::min(m_end - newBegin, m_capacity));
     }
     if (newBegin > m_begin) m_begin = newBegin;
