@@ -37,6 +37,8 @@ public:
 
     // Frames of the track as they are, without tone. False when the cache was interrupted.
     bool readTrack(std::int64_t frame, std::span<StereoFrame> out) { return m_cache.read(frame, out); }
+    // True when that would not wait for the decoder.
+    bool hasTrack(std::int64_t frame, std::int64_t count) const { return m_cache.has(frame, count); }
 
 private:
     bool readPlain(std::int64_t step, std::span<StereoFrame> out, PcmCache::Part part);

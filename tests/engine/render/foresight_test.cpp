@@ -106,6 +106,28 @@ TEST_CASE("what is known of a frame does not depend on the order of asking") {
             CHECK(upwards.halvings(band, frame) == downwards.halvings(band, frame));
 }
 
+TEST_CASE("looking ahead finds the same, and only where the sound is there already") {
+    AttackMap asked(kRate), ahead(kRate);
+    REQUIRE(asked.explore(0, 10 * kRate, reads(plucks)));
+    int looked = 0;
+    for (std::int64_t frame = 0; frame < 10 * kRate; frame += kRate / 4) {
+        ahead.lookAhead(
+            frame, [](std::int64_t, std::int64_t) { return false; },
+            [](std::int64_t, std::span<StereoFrame>) {
+                FAIL("read without its sound");
+                return false;
+            });
+        ahead.lookAhead(
+            frame, [](std::int64_t, std::int64_t) { return true; }, reads(plucks));
+        REQUIRE(ahead.explore(frame, frame + 1, [&](std::int64_t first, std::span<StereoFrame> out) {
+            ++looked;  // behind the block that is being looked at
+            return reads(plucks)(first, out);
+        }));
+    }
+    CHECK(looked == 0);
+    CHECK(attacksOf(asked, 0, 9 * kRate) == attacksOf(ahead, 0, 9 * kRate));
+}
+
 TEST_CASE("a hair from neutral the sound is the source") {
     const std::int64_t length = 10 * kRate;
     const Playhead head = makePlayhead(0, false, false, 0, 0, length);

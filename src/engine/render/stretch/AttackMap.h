@@ -1,5 +1,6 @@
 // Where a track's attacks lie, and which length of window suits each moment, found from the decoded sound and kept per
-// track. A pure function of the sound: what it says of a frame does not depend on how or when it was asked.
+// track. A pure function of the sound: what it says of a frame does not depend on how or when it was asked. For one
+// thread; the one that looks ahead is its own.
 //
 // An attack is sure to be one to a degree: High is broadband and steep, Medium clear, Low soft or tonal. Whoever cuts
 // the sound there cuts at High and Medium only; a mark may snap to any.
@@ -41,6 +42,12 @@ public:
     // Finds what is not known yet of the frames [begin, end). False when reading is interrupted.
     bool explore(std::int64_t begin, std::int64_t end, const Read& read);
 
+    // Begins to find, on a thread of its own, what is not known yet of the block that `frame` lies in, if `hasSound`
+    // says that its sound can be read without waiting. One block at a time; explore() waits for that one if it needs
+    // it.
+    using HasSound = std::function<bool(std::int64_t first, std::int64_t count)>;
+    void lookAhead(std::int64_t frame, const HasSound& hasSound, const Read& read);
+
     // Of explored frames: the first attack at or after `from` and before `before`; none: frame == before.
     Attack next(std::int64_t from, std::int64_t before, Confidence least = Confidence::Low) const;
     // Of an explored frame: how much shorter than the longest the band's window is to be there, in halvings.
@@ -61,12 +68,15 @@ private:
         std::vector<Attack> attacks;
         std::array<std::vector<std::uint8_t>, kBands> halvings;
     };
+    class Worker;
     const Block* blockAt(std::int64_t frame) const;
 
     const std::int64_t m_blockFrames;
+    const int m_sampleRate;
     std::unordered_map<std::int64_t, Block> m_blocks;
     std::unique_ptr<AttackFinder> m_finder;
     std::vector<StereoFrame> m_sound;
+    std::unique_ptr<Worker> m_worker;  // from the first look ahead on
 };
 
 }  // namespace qm

@@ -12,11 +12,11 @@ namespace {
 constexpr double kPi = std::numbers::pi;
 constexpr int kHop[] = {512, 256, 256};  // at 44.1 kHz
 constexpr double kEdge = 400;            // frames over which a window fades towards an attack
-constexpr std::int64_t kSlide = 2;       // frames that the edge moves for each by which an attack would come late
+constexpr std::int64_t kSlide = 4;       // frames that the edge moves for each by which an attack would come late
 constexpr std::int64_t kEarly = 20;      // an attack is taken to begin a little before its steepest place
 constexpr std::int64_t kGuard = 24;      // frames before an attack that no grain of the past touches
 constexpr std::int64_t kNear = 300;      // attacks this near to a limit are none
-constexpr float kNewEnergy = 1.5f;       // magnitudes this much higher are a partial's restart
+constexpr float kNewEnergy = 1.2f;       // magnitudes this much higher are a partial's restart
 constexpr float kLeastWeight = 1e-4f;
 constexpr std::int64_t kFar = std::numeric_limits<std::int64_t>::max() / 4;
 

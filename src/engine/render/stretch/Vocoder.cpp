@@ -32,11 +32,14 @@ bool Vocoder::render(std::span<StereoFrame> out) {
         const std::span<StereoFrame> part = out.first(std::min(out.size(), kBlock));
         const std::int64_t until = m_place + static_cast<std::int64_t>(part.size());
         const std::int64_t begin = m_course.sourceOf(m_place - longest / 2) - longest;
-        const std::int64_t end = m_course.sourceOf(until + longest / 2) + 3 * longest;
+        const std::int64_t end = std::min(m_course.sourceOf(until + longest / 2) + 3 * longest, m_course.end + 1);
         const auto read = [this](std::int64_t first, std::span<StereoFrame> frames) {
             return m_timeline->readTrack(first, frames);
         };
         if (!m_attacks.explore(std::max<std::int64_t>(begin, 0), end, read)) return false;
+        const std::int64_t beyond = m_timeline->playhead().backward ? begin - 1 : end;
+        const auto has = [this](std::int64_t first, std::int64_t count) { return m_timeline->hasTrack(first, count); };
+        if (beyond >= 0 && beyond < m_course.end) m_attacks.lookAhead(beyond, has, read);
         const std::span<float> left(m_left.data(), part.size()), right(m_right.data(), part.size());
         std::fill(left.begin(), left.end(), 0.0f);
         std::fill(right.begin(), right.end(), 0.0f);
