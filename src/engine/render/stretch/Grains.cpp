@@ -16,6 +16,7 @@ constexpr std::int64_t kSlide = 4;       // frames that the edge moves for each 
 constexpr std::int64_t kEarly = 20;      // an attack is taken to begin a little before its steepest place
 constexpr std::int64_t kGuard = 24;      // frames before an attack that no grain of the past touches
 constexpr std::int64_t kNear = 300;      // attacks this near to a limit are none
+constexpr double kSlow = 0.6;          // speeds above it go without the longest windows: attacks and spectra are nearer then
 constexpr float kNewEnergy = 1.2f;       // magnitudes this much higher are a partial's restart
 constexpr float kLeastWeight = 1e-4f;
 constexpr std::int64_t kFar = std::numeric_limits<std::int64_t>::max() / 4;
@@ -79,6 +80,7 @@ void GrainBand::begin(const Course& course, bool light) {
     m_next = course.first - m_longest / 2;
     m_attackPlace = m_next;
     m_attackSource = -kFar;
+    m_leastHalvings = m_band < 2 && course.speed > kSlow ? 1 : 0;
     m_ended = false;
     m_last->size = 0;
     for (auto& channel : m_ring) std::fill(channel.begin(), channel.end(), 0.0f);
@@ -166,7 +168,7 @@ bool GrainBand::step(SourceWindow& source, const AttackMap& attacks) {
 // False only when the source was interrupted.
 bool GrainBand::grain(std::int64_t place, std::int64_t at, const Cut& cut, Kind kind, SourceWindow& source,
                       const AttackMap& attacks) {
-    const int size = m_longest >> attacks.halvings(m_band, at);
+    const int size = m_longest >> std::max(attacks.halvings(m_band, at), m_leastHalvings);
     if (!shapeWindow(size, at, cut)) return true;
     const bool resized = m_last->size != 0 && m_last->size != size;
     const std::int64_t earliest = resized ? std::min(at, m_last->source) : at;

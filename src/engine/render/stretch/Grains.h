@@ -86,6 +86,7 @@ private:
 
     Course m_course;
     std::int64_t m_hop = 0;
+    int m_leastHalvings = 0;
     std::int64_t m_next = 0;                             // place of the next grain
     std::int64_t m_taken = 0;                            // the next place to be taken
     std::int64_t m_attackSource = 0, m_attackPlace = 0;  // where the present segment begins
