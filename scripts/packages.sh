@@ -5,7 +5,7 @@ build_packages=(
     g++ cmake ninja-build pkg-config ccache mold
     qt6-base-dev libfontconfig-dev libxcb1-dev
     libavformat-dev libavcodec-dev libavutil-dev libswresample-dev libswscale-dev
-    librubberband-dev
+    librubberband-dev libfftw3-dev
     libcubeb-dev
     libcurl4-openssl-dev
     cmark-gfm

@@ -15,6 +15,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -24,6 +25,7 @@
 #include "engine/media/SoundReader.h"
 #include "engine/render/PcmCache.h"
 #include "engine/render/Renderer.h"
+#include "engine/render/stretch/AttackMap.h"
 
 namespace {
 
@@ -32,7 +34,8 @@ using namespace qm;
 constexpr const char* kUsage =
     "usage: quillmere-render [--rate R] [--cents C] [--gain G] [--balance B] [--bass N] [--treble N] [--from T] [--to "
     "T]\n"
-    "                        [--loop A:B] [--passes N] [--seam on|off] [--stats] IN OUT.wav\n"
+    "                        [--loop A:B] [--passes N] [--seam on|off] [--stretcher own|library] [--stats] IN OUT.wav\n"
+    "       quillmere-render --attacks A:B IN\n"
     "       --null instead of OUT.wav writes nothing; T, A, B are seconds, or frames with the suffix f (88200f)\n";
 
 // A time on the command line: seconds, or frames.
@@ -48,7 +51,8 @@ struct TimeArgument {
 struct Options {
     double rate = 1, cents = 0, gain = 1, balance = 0;
     ToneSettings tone;
-    std::optional<TimeArgument> from, to, loopA, loopB;
+    std::optional<TimeArgument> from, to, loopA, loopB, attacksA, attacksB;
+    Stretcher stretcher = Stretcher::Library;
     std::int64_t passes = 1;
     bool passesGiven = false, seam = true, stats = false, null = false;
     std::string input, output;
@@ -80,11 +84,23 @@ void setRate(Options& o, std::string_view text) {
     if (std::abs(o.rate) < 0.35) throw UsageError{"the rate's magnitude is 0.35 to 2.5"};
 }
 
-void setLoop(Options& o, std::string_view text) {
+std::pair<TimeArgument, TimeArgument> passage(std::string_view option, std::string_view text) {
     const auto colon = text.find(':');
-    if (colon == std::string_view::npos) throw UsageError{"--loop takes A:B"};
-    o.loopA = timeArgument(text.substr(0, colon));
-    o.loopB = timeArgument(text.substr(colon + 1));
+    if (colon == std::string_view::npos) throw UsageError{std::string(option) + " takes A:B"};
+    return {timeArgument(text.substr(0, colon)), timeArgument(text.substr(colon + 1))};
+}
+
+void setLoop(Options& o, std::string_view text) {
+    std::tie(o.loopA, o.loopB) = passage("--loop", text);
+}
+
+void setAttacks(Options& o, std::string_view text) {
+    std::tie(o.attacksA, o.attacksB) = passage("--attacks", text);
+}
+
+void setStretcher(Options& o, std::string_view text) {
+    if (text != "own" && text != "library") throw UsageError{"--stretcher takes own or library"};
+    o.stretcher = text == "own" ? Stretcher::Own : Stretcher::Library;
 }
 
 std::int16_t toneSetting(std::string_view text) {
@@ -108,6 +124,8 @@ Options parse(int argc, char** argv) {
         {"--from", [](Options& o, std::string_view t) { o.from = timeArgument(t); }},
         {"--to", [](Options& o, std::string_view t) { o.to = timeArgument(t); }},
         {"--loop", setLoop},
+        {"--attacks", setAttacks},
+        {"--stretcher", setStretcher},
         {"--passes",
          [](Options& o, std::string_view t) {
              o.passes = static_cast<std::int64_t>(number(t, 1, 1e6));
@@ -132,11 +150,12 @@ Options parse(int argc, char** argv) {
             files.emplace_back(argument);
         }
     }
-    if (files.size() != (o.null ? 1u : 2u))
-        throw UsageError{o.null ? "--null takes IN alone" : "IN and OUT.wav are needed"};
+    const bool inputAlone = o.null || o.attacksA;
+    if (files.size() != (inputAlone ? 1u : 2u))
+        throw UsageError{inputAlone ? "--null and --attacks take IN alone" : "IN and OUT.wav are needed"};
     if (o.passesGiven && !o.loopA) throw UsageError{"--passes needs --loop"};
     o.input = files[0];
-    if (!o.null) o.output = files[1];
+    if (!inputAlone) o.output = files[1];
     return o;
 }
 
@@ -274,7 +293,7 @@ int render(const Options& o) {
         file.emplace(o.output, cache.sampleRate(), job.outputFrames);
         if (!file->isOpen()) return fail(1, o.output + ": cannot be written");
     }
-    Renderer renderer(cache);
+    Renderer renderer(cache, o.stretcher);
     renderer.begin(job.playhead, {std::abs(o.rate), o.cents, o.tone}, o.seam, 0);
     const auto left = static_cast<float>(o.gain * std::min(1.0, 1.0 - o.balance));
     const auto right = static_cast<float>(o.gain * std::min(1.0, 1.0 + o.balance));
@@ -299,13 +318,34 @@ int render(const Options& o) {
     return 0;
 }
 
+// A line for each attack: its time in seconds, how sure it is one, its strength.
+int printAttacks(const Options& o) {
+    auto opened = openMedia(o.input);
+    if (!opened) return fail(1, opened.error().message);
+    if (!opened.value().sound) return fail(1, o.input + ": has no sound");
+    PcmCache cache(std::move(opened.value().sound));
+    const std::int64_t begin = std::min(o.attacksA->frames(cache.sampleRate()), cache.length());
+    const std::int64_t end = std::min(o.attacksB->frames(cache.sampleRate()), cache.length());
+    AttackMap map(cache.sampleRate());
+    map.explore(begin, end, [&](std::int64_t first, std::span<StereoFrame> out) { return cache.read(first, out); });
+    std::vector<Attack> attacks;
+    map.attacks(begin, end, attacks);
+    for (const Attack& attack : attacks) {
+        static constexpr const char* kNames[] = {"low", "medium", "high"};
+        std::printf("%.5f %s %.3f\n", static_cast<double>(attack.frame) / cache.sampleRate(),
+                    kNames[static_cast<int>(attack.confidence)], static_cast<double>(attack.strength));
+    }
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     qm::openStandardStreams();
     if (argc == 2 && std::strcmp(argv[1], "--help") == 0) return std::fputs(kUsage, stdout) < 0 ? 1 : 0;
     try {
-        const int status = render(parse(argc, argv));
+        const Options options = parse(argc, argv);
+        const int status = options.attacksA ? printAttacks(options) : render(options);
         if (g_endingSignal != 0) ::raise(g_endingSignal);  // so that whoever waits knows why
         return status;
     } catch (const UsageError& error) {

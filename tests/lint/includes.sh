@@ -20,6 +20,7 @@ subject/            ^(ui/[A-Z]|ui/controls/|library/|player/|sound/|record/|upda
 reserved='
 ^(libav|libsw)          ^engine/(media|export)/
 ^rubberband             ^engine/render/stretch/
+^fftw3                  ^engine/render/stretch/
 ^cubeb                  ^engine/(output|capture)/
 ^QDBus                  ^remote/
 ^(Q[A-Z]|Qt)            ^(app|ui|library|player|sound|record|update|remote)/

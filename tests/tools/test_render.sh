@@ -58,7 +58,32 @@ expect_status 0 --loop 1000f:1777f --passes 100 --seam off "$work/coded.wav" "$w
 expect_status 0 --rate 0.5 --stats --null "$work/coded.wav"
 grep -q '"frames_out": 176400.*"sample_rate": 44100' "$work/stdout" || fail "the statistics are wrong: $(cat "$work/stdout")"
 
-for refused in "--rate 0.2" "--rate 3" "--rate x" "--cents 1300" "--gain 2" "--balance -2" "--bass 300" "--from -1" \
+# The own stretcher, and the attacks it knows: half a second of silence, then a burst that dies away, twice.
+awk 'BEGIN {
+    frames = 88200; bytes = frames * 4; srand(1)
+    printf "RIFF"; le(bytes + 36, 4); printf "WAVEfmt "; le(16, 4); le(1, 2); le(2, 2); le(44100, 4); le(176400, 4)
+    le(4, 2); le(16, 2); printf "data"; le(bytes, 4)
+    for (n = 0; n < frames; n++) {
+        since = n % 44100 - 22050
+        v = since < 0 ? 0 : int(20000 * exp(-since / 1000) * (rand() - 0.5))
+        le(v < 0 ? v + 65536 : v, 2); le(v < 0 ? v + 65536 : v, 2)
+    }
+}
+function le(value, count) { while (count-- > 0) { printf "%c", value % 256; value = int(value / 256) } }' |
+    cat >"$work/bursts.wav"
+expect_status 0 --attacks 0:2 "$work/bursts.wav"
+awk '{ if ($2 != "high" || $1 < 0.498 + NR - 1 || $1 > 0.502 + NR - 1) exit 1 } END { if (NR != 2) exit 1 }' "$work/stdout" ||
+    fail "the attacks are not where they are: $(cat "$work/stdout")"
+expect_status 0 --attacks 0.6:1.4 "$work/bursts.wav"
+[ ! -s "$work/stdout" ] || fail "an attack where there is none: $(cat "$work/stdout")"
+expect_status 0 --stretcher own --rate 0.5 "$work/bursts.wav" "$work/own.wav"
+[ "$(frames_of "$work/own.wav" | wc -l)" -eq 176400 ] || fail "the own stretcher renders another length"
+expect_status 0 --stretcher library --rate 0.5 "$work/bursts.wav" "$work/library.wav"
+! cmp -s "$work/own.wav" "$work/library.wav" || fail "the stretcher cannot be chosen"
+expect_status 0 --rate 0.5 "$work/bursts.wav" "$work/usual.wav"
+cmp -s "$work/usual.wav" "$work/library.wav" || fail "the library is not the usual stretcher"
+
+for refused in "--stretcher mine" "--attacks 3" "--rate 0.2" "--rate 3" "--rate x" "--cents 1300" "--gain 2" "--balance -2" "--bass 300" "--from -1" \
     "--loop 5" "--loop 5:4" "--passes 3" "--seam maybe" "--unknown" "--from 1.5f"; do
     # shellcheck disable=SC2086
     expect_status 2 $refused "$work/coded.wav" "$work/refused.wav"

@@ -88,6 +88,14 @@ bool PcmCache::read(std::int64_t first, std::span<StereoFrame> out, Part part) {
     return true;
 }
 
+bool PcmCache::has(std::int64_t first, std::int64_t count) const {
+    const std::int64_t last = (std::min(first + count, m_length) - 1) / kChunkFrames;
+    const std::lock_guard lock(m_mutex);
+    for (std::int64_t number = std::max<std::int64_t>(first, 0) / kChunkFrames; number <= last; ++number)
+        if (!m_chunks.contains(number)) return false;
+    return true;
+}
+
 std::shared_ptr<const PcmCache::Chunk> PcmCache::chunkAt(std::int64_t number) {
     std::unique_lock lock(m_mutex);
     if (m_demand != number) {

@@ -46,6 +46,7 @@ public:
     // Render thread. Copies frames [first, first + out.size()); frames outside the track are silence. Waits for the
     // decoder when they are not there yet. False when interrupted meanwhile: `out` is then undefined.
     bool read(std::int64_t first, std::span<StereoFrame> out, Part part = Part::All);
+    bool has(std::int64_t first, std::int64_t count) const;  // all of it is decoded
     bool hasOtherTracks() const { return m_hasOtherTracks; }
 
     // Any thread. Makes a waiting read() return false, and every later one that would wait, until resume().

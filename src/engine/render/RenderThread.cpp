@@ -51,7 +51,7 @@ RenderThread::RenderThread(std::unique_ptr<SoundReader> reader, OutputFactory op
     : m_cache(std::move(reader)),
       m_output(frames(2 * Reserve::mostLaneSeconds()), m_cache.sampleRate()),
       m_openOutput(std::move(openOutput)),
-      m_renderer(m_cache),
+      m_renderer(m_cache, chosenStretcher()),
       m_block(frames(kStretchFirstSeconds + kFadeSeconds) + 2 * kAlignmentReach + kBlock),
       m_heardOn(frames(kFadeSeconds)),
       m_gaps(m_cache.sampleRate()),

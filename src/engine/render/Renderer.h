@@ -21,9 +21,15 @@ struct RenderSettings {
     friend bool operator==(const RenderSettings&, const RenderSettings&) = default;
 };
 
+// Who changes speed and pitch: the library, or the stretcher that looks ahead for attacks.
+enum class Stretcher { Library, Own };
+
+// What the program plays with: the library, unless the environment says QUILLMERE_STRETCHER=own.
+Stretcher chosenStretcher();
+
 class Renderer {
 public:
-    explicit Renderer(PcmCache& cache);
+    explicit Renderer(PcmCache& cache, Stretcher stretcher = Stretcher::Library);
     ~Renderer();
 
     // Starts at `step` of the playhead; a negative step plays what leads up to it. False when interrupted.

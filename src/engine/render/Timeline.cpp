@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace qm {
 
@@ -43,6 +44,13 @@ bool Timeline::read(std::int64_t step, std::span<StereoFrame> out) {
     if (!readWithTone(step, out)) return false;
     m_toneStep = step + static_cast<std::int64_t>(out.size());
     return true;
+}
+
+bool Timeline::readUnfaded(std::int64_t step, std::span<StereoFrame> out) {
+    const bool fades = std::exchange(m_seamFade, false);
+    const bool done = read(step, out);
+    m_seamFade = fades;
+    return done;
 }
 
 // Tone concerns the first sound track only: the others are taken out and put back.

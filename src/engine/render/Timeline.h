@@ -31,6 +31,15 @@ public:
     // Sound of steps [step, step + out.size()); silence outside the track. False when the cache was interrupted.
     bool read(std::int64_t step, std::span<StereoFrame> out);
 
+    // The same without the cross-fade at the seams of a loop, for whoever makes one of its own if there is to be any.
+    bool readUnfaded(std::int64_t step, std::span<StereoFrame> out);
+    bool fadesSeams() const { return m_seamFade; }
+
+    // Frames of the track as they are, without tone. False when the cache was interrupted.
+    bool readTrack(std::int64_t frame, std::span<StereoFrame> out) { return m_cache.read(frame, out); }
+    // True when that would not wait for the decoder.
+    bool hasTrack(std::int64_t frame, std::int64_t count) const { return m_cache.has(frame, count); }
+
 private:
     bool readPlain(std::int64_t step, std::span<StereoFrame> out, PcmCache::Part part);
     bool readWithTone(std::int64_t step, std::span<StereoFrame> out);

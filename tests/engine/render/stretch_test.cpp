@@ -1,82 +1,50 @@
-#include <doctest/doctest.h>
-
-#include <cmath>
-#include <numbers>
-#include <vector>
-
-#include "engine/render/Renderer.h"
-#include "support/Signals.h"
+#include "support/Stretched.h"
 
 using namespace qm;
 using namespace qm::test;
 
 namespace {
 
-constexpr int kRate = 44100;
-
-std::vector<float> render(std::int64_t length, std::function<StereoFrame(std::int64_t)> sound, const Playhead& head,
-                          RenderSettings settings, std::size_t frames) {
-    PcmCache cache(std::make_unique<ComputedSound>(length, std::move(sound)));
-    Renderer renderer(cache);
-    REQUIRE(renderer.begin(head, settings, true, 0));
-    std::vector<StereoFrame> out(frames);
-    REQUIRE(renderer.render(out));
-    std::vector<float> left(frames);
-    for (std::size_t i = 0; i < frames; ++i) left[i] = out[i].left;
-    return left;
-}
-
-// Frequency by the phase advance of the tone between two windows.
-double frequencyOf(const std::vector<float>& x, double expected) {
-    const auto phaseAt = [&](std::size_t begin, std::size_t n) {
-        double re = 0, im = 0;
-        for (std::size_t i = 0; i < n; ++i) {
-            const double window = 0.5 - 0.5 * std::cos(2 * std::numbers::pi * double(i) / double(n));
-            const double angle = 2 * std::numbers::pi * expected * double(begin + i) / kRate;
-            re += window * x[begin + i] * std::cos(angle);
-            im -= window * x[begin + i] * std::sin(angle);
-        }
-        return std::atan2(im, re);
-    };
-    const std::size_t n = 8192, hop = 2048;
-    double total = 0;
-    int count = 0;
-    for (std::size_t b = 8192; b + hop + n < x.size(); b += hop, ++count)
-        total += std::remainder(phaseAt(b + hop, n) - phaseAt(b, n), 2 * std::numbers::pi);
-    return expected + total / count * kRate / (2 * std::numbers::pi * double(hop));
-}
-
-double energy(const std::vector<float>& x, std::size_t begin, std::size_t count) {
-    double sum = 0;
-    for (std::size_t i = begin; i < std::min(begin + count, x.size()); ++i) sum += double(x[i]) * x[i];
-    return sum;
+// Every test holds for the library and for the own stretcher.
+Stretcher anyStretcher() {
+    Stretcher stretcher = Stretcher::Library;
+    SUBCASE("the library") {
+        stretcher = Stretcher::Library;
+    }
+    SUBCASE("the own stretcher") {
+        stretcher = Stretcher::Own;
+    }
+    return stretcher;
 }
 
 }  // namespace
 
 TEST_CASE("a tone keeps its pitch within one cent at every speed") {
+    const Stretcher stretcher = anyStretcher();
     const auto tone = [](std::int64_t n) { return toneFrame(n, 440); };
     for (const double speed : {0.35, 0.5, 0.75, 1.5, 2.0, 2.5}) {
         for (const bool backward : {false, true}) {
             const std::int64_t length = 20 * kRate;
             const auto out = render(length, tone, makePlayhead(backward ? length : 0, backward, false, 0, 0, length),
-                                    {speed, 0}, 4 * kRate);
+                                    {speed, 0}, 4 * kRate, stretcher);
             CHECK(std::abs(1200 * std::log2(frequencyOf(out, 440) / 440)) < 1.0);
         }
     }
 }
 
 TEST_CASE("pitch in cents moves a tone by exactly that much and leaves the speed alone") {
+    const Stretcher stretcher = anyStretcher();
     const auto tone = [](std::int64_t n) { return toneFrame(n, 440); };
     for (const double cents : {-1200.0, -700.0, -100.0, 100.0, 700.0, 1200.0}) {
         const double expected = 440 * std::exp2(cents / 1200);
-        const auto out =
-            render(20 * kRate, tone, makePlayhead(0, false, false, 0, 0, 20 * kRate), {1.0, cents}, 4 * kRate);
+        const auto out = render(20 * kRate, tone, makePlayhead(0, false, false, 0, 0, 20 * kRate), {1.0, cents},
+                                4 * kRate, stretcher);
         CHECK(std::abs(1200 * std::log2(frequencyOf(out, expected) / expected)) < 1.0);
     }
 }
 
 TEST_CASE("the first attack after a start is whole, slowed down or not") {
+    const Stretcher stretcher = anyStretcher();
     // An attack: a tone that begins at full level, at the very frame that play starts with.
     const std::int64_t attack = 30000;
     const auto sound = [&](std::int64_t n) {
@@ -84,9 +52,11 @@ TEST_CASE("the first attack after a start is whole, slowed down or not") {
         const float decay = std::exp(-float(n - attack) / 4000);
         return toneFrame(n - attack, 880) * decay;
     };
-    const auto reference = render(200000, sound, makePlayhead(attack, false, false, 0, 0, 200000), {1, 0}, 882);
+    const auto reference =
+        render(200000, sound, makePlayhead(attack, false, false, 0, 0, 200000), {1, 0}, 882, stretcher);
     for (const double speed : {0.35, 0.5, 0.75}) {
-        const auto out = render(200000, sound, makePlayhead(attack, false, false, 0, 0, 200000), {speed, 0}, 882);
+        const auto out =
+            render(200000, sound, makePlayhead(attack, false, false, 0, 0, 200000), {speed, 0}, 882, stretcher);
         const double db = 10 * std::log10(energy(out, 0, 882) / energy(reference, 0, 882));
         MESSAGE("speed " << speed << ": first 20 ms " << db << " dB");
         CHECK(std::abs(db) < 1.5);
@@ -94,6 +64,7 @@ TEST_CASE("the first attack after a start is whole, slowed down or not") {
 }
 
 TEST_CASE("clicks come out where the speed puts them") {
+    const Stretcher stretcher = anyStretcher();
     // One click every 9000 frames; the k-th belongs at (9000 k) / speed.
     const auto clicks = [](std::int64_t n) {
         const std::int64_t d = (n + 100) % 9000 - 100;
@@ -103,7 +74,7 @@ TEST_CASE("clicks come out where the speed puts them") {
     };
     for (const double speed : {0.35, 0.5, 0.75, 1.5, 2.5}) {
         const auto out = render(40 * kRate, clicks, makePlayhead(0, false, false, 0, 0, 40 * kRate), {speed, 0},
-                                std::size_t(30 * 9000 / speed));
+                                std::size_t(30 * 9000 / speed), stretcher);
         double worst = 0;
         for (int k = 1; k < 29; ++k) {
             const double expected = 9000.0 * k / speed;
@@ -124,6 +95,7 @@ TEST_CASE("clicks come out where the speed puts them") {
 }
 
 TEST_CASE("a slowed loop keeps its period over fifty passes, forward and backward") {
+    const Stretcher stretcher = anyStretcher();
     // The passage holds one click, so each pass of the output shows one.
     const std::int64_t a = 50000, b = 62000, length = 200000;
     const auto clicks = [&](std::int64_t n) {
@@ -136,7 +108,7 @@ TEST_CASE("a slowed loop keeps its period over fifty passes, forward and backwar
         const int passes = 50;
         const std::size_t period = 24000;
         const auto out = render(length, clicks, makePlayhead(backward ? b : a, backward, true, a, b, length), {0.5, 0},
-                                period * passes);
+                                period * passes, stretcher);
         const auto centre = [&](int pass) {
             double moment = 0, total = 0;
             for (std::size_t i = period * std::size_t(pass); i < period * std::size_t(pass + 1); ++i) {

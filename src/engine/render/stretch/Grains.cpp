@@ -1,0 +1,358 @@
+#include "engine/render/stretch/Grains.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+namespace qm {
+
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+constexpr int kHop[] = {512, 256, 256};  // at 44.1 kHz
+constexpr double kEdge = 400;            // frames over which a window fades towards an attack
+constexpr std::int64_t kSlide = 4;       // frames that the edge moves for each by which an attack would come late
+constexpr std::int64_t kEarly = 20;      // an attack is taken to begin a little before its steepest place
+constexpr std::int64_t kGuard = 24;      // frames before an attack that no grain of the past touches
+constexpr std::int64_t kNear = 300;      // attacks this near to a limit are none
+constexpr double kSlow = 0.6;          // speeds above it go without the longest windows: attacks and spectra are nearer then
+constexpr float kNewEnergy = 1.2f;       // magnitudes this much higher are a partial's restart
+constexpr float kLeastWeight = 1e-4f;
+constexpr std::int64_t kFar = std::numeric_limits<std::int64_t>::max() / 4;
+
+int floorMod(std::int64_t a, std::size_t size) {
+    return static_cast<int>(static_cast<std::uint64_t>(a) & (size - 1));
+}
+
+float fade(double x) {
+    return static_cast<float>(std::sin(0.5 * kPi * std::clamp(x, 0.0, 1.0)));
+}
+
+}  // namespace
+
+std::int64_t Course::sourceOf(std::int64_t place) const {
+    return std::llround(origin + static_cast<double>(place) * speed);
+}
+
+std::int64_t Course::placeOf(std::int64_t source) const {
+    return std::llround((static_cast<double>(source) - origin) / speed);
+}
+
+GrainBand::GrainBand(int band, int sampleRate, Transforms& transforms)
+    : m_band(band),
+      m_rate(sampleRate),
+      m_longest(AttackMap::longestWindow(band, sampleRate)),
+      m_fullHop(kHop[band] * m_longest / AttackMap::longestWindow(band, 44100)),
+      m_edge(static_cast<int>(kEdge * static_cast<double>(sampleRate) / 44100)) {
+    for (int h = 0; h < AttackMap::kWindows[static_cast<std::size_t>(band)]; ++h) {
+        const int size = m_longest >> h;
+        auto& transform = transforms[size];
+        if (!transform) transform = std::make_unique<RealFft>(size);
+        m_transforms[size] = transform.get();
+        auto& window = m_windows[size];
+        window.resize(static_cast<std::size_t>(size));
+        for (int i = 0; i < size; ++i)
+            window[static_cast<std::size_t>(i)] = static_cast<float>(std::sin(kPi * (i + 0.5) / size));
+    }
+    const auto longest = static_cast<std::size_t>(m_longest);
+    m_window.resize(longest);
+    m_sound.resize(longest);
+    m_turned.resize(longest / 2 + 1);
+    for (Look& look : m_looks) {
+        for (auto& spectrum : look.spectra) spectrum.resize(longest / 2 + 1);
+        look.magnitudes.resize(longest / 2 + 1);
+        look.turns.resize(longest / 2 + 1);
+        look.frequencies.resize(longest / 2 + 1);
+    }
+    m_peaks.reserve(longest);
+    m_borders.reserve(longest);
+    std::size_t ring = 1;
+    while (ring < 2 * longest + 8192) ring *= 2;
+    for (auto& channel : m_ring) channel.resize(ring);
+    m_ringWeight.resize(ring);
+}
+
+void GrainBand::begin(const Course& course, bool light) {
+    m_course = course;
+    const double fastest = std::max(1.0, course.speed);
+    m_hop = std::max<std::int64_t>(std::llround(m_fullHop * (light ? 2 : 1) / fastest), 16);
+    m_next = course.first - m_longest / 2;
+    m_attackPlace = m_next;
+    m_attackSource = -kFar;
+    m_leastHalvings = m_band < 2 && course.speed > kSlow ? 1 : 0;
+    m_ended = false;
+    m_last->size = 0;
+    for (auto& channel : m_ring) std::fill(channel.begin(), channel.end(), 0.0f);
+    std::fill(m_ringWeight.begin(), m_ringWeight.end(), 0.0f);
+    m_taken = course.first;
+}
+
+bool GrainBand::advance(std::int64_t until, SourceWindow& source, const AttackMap& attacks) {
+    while (!m_ended && m_next - m_longest / 2 < until)
+        if (!step(source, attacks)) return false;
+    return true;
+}
+
+void GrainBand::take(std::span<float> left, std::span<float> right) {
+    for (std::size_t i = 0; i < left.size(); ++i, ++m_taken) {
+        const auto at = static_cast<std::size_t>(floorMod(m_taken, m_ringWeight.size()));
+        const float scale = 1 / std::max(m_ringWeight[at], kLeastWeight);
+        left[i] += m_ring[0][at] * scale;
+        right[i] += m_ring[1][at] * scale;
+        m_ring[0][at] = m_ring[1][at] = m_ringWeight[at] = 0;
+    }
+}
+
+// The place in the source where the present segment ends, as far as it can be seen; kFar otherwise.
+std::int64_t GrainBand::nextAttack(const AttackMap& attacks) const {
+    const std::int64_t here = m_course.sourceOf(m_next);
+    const std::int64_t sight = here + 2 * m_longest;
+    const std::int64_t from =
+        std::max(m_attackSource > -kFar ? m_attackSource + 2 * kNear : here - m_longest, here - m_longest);
+    std::int64_t at = kFar;
+    const Attack found = attacks.next(from + kEarly, sight, Confidence::Medium);
+    if (found.frame < sight) at = found.frame - kEarly;
+    const std::int64_t forced = m_course.forced;
+    if (forced >= 0 && m_attackSource < forced && at > forced - kNear) at = forced;
+    if (at > m_course.end - kNear) at = kFar;
+    return at;
+}
+
+// A window of the segment that began at an attack. The first grain sets the attack down at its place, and what was
+// before it fades in under a soft edge. Slowed down, every later grain would set it down once more, ever later; sped
+// up, ever earlier: so there the edge moves into the new sound.
+GrainBand::Cut GrainBand::cutAt(std::int64_t place, std::int64_t at, std::int64_t end, std::int64_t endPlace) const {
+    // The limits in the result, where a higher speed makes them nearer.
+    Cut cut{-kFar, std::min(end, at + (endPlace - place))};
+    if (m_attackSource == -kFar) return cut;
+    const std::int64_t late = (place - m_attackPlace) - (at - m_attackSource);
+    cut.begin = m_attackSource + std::max<std::int64_t>(-late, 0);
+    cut.begin += late < 0 ? m_edge : std::min<std::int64_t>(kSlide * late, m_edge);
+    return cut;
+}
+
+// The next grain, or the two that meet at an attack.
+bool GrainBand::step(SourceWindow& source, const AttackMap& attacks) {
+    std::int64_t attack = nextAttack(attacks);
+    // Attacks that lie before the first grain are past.
+    if (attack < kFar && m_course.placeOf(attack) < m_next && m_last->size == 0) {
+        m_attackSource = attack;
+        m_attackPlace = m_course.placeOf(attack);
+        return true;
+    }
+    const bool hasAttack = attack < kFar;
+    const std::int64_t end = hasAttack ? attack - kGuard : m_course.end;
+    const std::int64_t endPlace = hasAttack ? m_course.placeOf(attack) : m_course.placeOf(m_course.end);
+    const bool meets = m_next >= endPlace;
+    const std::int64_t place = meets ? endPlace : m_next;
+    const std::int64_t at = meets ? (hasAttack ? attack : m_course.end) : m_course.sourceOf(place);
+    const Cut cut = cutAt(place, at, end, endPlace);
+    if (!grain(place, at, cut, Kind::GoesOn, source, attacks)) return false;
+    m_next = place + m_hop;
+    if (!meets) return true;
+    if (!hasAttack) return m_ended = true;
+    m_attackSource = attack;
+    m_attackPlace = endPlace;
+    m_next = endPlace;
+    const std::int64_t following = nextAttack(attacks);
+    const std::int64_t limit = following < kFar ? following - kGuard : m_course.end;
+    const std::int64_t limitPlace = m_course.placeOf(following < kFar ? following : m_course.end);
+    const Cut after{attack, std::min(limit, attack + limitPlace - endPlace)};
+    const Kind kind = attack == m_course.forced ? Kind::Begins : Kind::Restarts;
+    if (!grain(endPlace, attack, after, kind, source, attacks)) return false;
+    m_next = endPlace + m_hop;
+    return true;
+}
+
+// False only when the source was interrupted.
+bool GrainBand::grain(std::int64_t place, std::int64_t at, const Cut& cut, Kind kind, SourceWindow& source,
+                      const AttackMap& attacks) {
+    const int size = m_longest >> std::max(attacks.halvings(m_band, at), m_leastHalvings);
+    if (!shapeWindow(size, at, cut)) return true;
+    const bool resized = m_last->size != 0 && m_last->size != size;
+    const std::int64_t earliest = resized ? std::min(at, m_last->source) : at;
+    if (!source.ensure(earliest - m_longest / 2, at + m_longest / 2)) return false;
+    if (resized) {  // the place of the last grain again, seen through this window
+        transform(source, m_last->source, size, *m_last);
+        m_last->centre = m_centre;
+    }
+    m_now->size = size;
+    m_now->place = place;
+    m_now->source = at;
+    m_now->centre = m_centre;
+    m_now->weight = m_weight;
+    transform(source, at, size, *m_now);
+    findPeaks(*m_now);
+    turn(*m_now, kind);
+    setDown(*m_now);
+    std::swap(m_now, m_last);
+    return true;
+}
+
+// The window of a grain, cut to its limits with soft edges that lie on the far side of an attack before it and on the
+// near side of one after it. False when nothing is left.
+bool GrainBand::shapeWindow(int size, std::int64_t at, const Cut& cut) {
+    const std::int64_t begin = at - size / 2;
+    const std::int64_t from = std::clamp<std::int64_t>(cut.begin - m_edge - begin, 0, size);
+    const std::int64_t to = std::clamp<std::int64_t>(cut.end - begin, 0, size);
+    if (to - from < 64) return false;
+    const auto& full = m_windows[size];
+    m_windowBegin = from;
+    m_windowEnd = to;
+    std::fill_n(m_window.begin(), from, 0.0f);
+    std::fill(m_window.begin() + to, m_window.begin() + size, 0.0f);
+    std::copy(full.begin() + from, full.begin() + to, m_window.begin() + from);
+    for (std::int64_t i = from; i < std::min(to, cut.begin - begin); ++i)
+        m_window[static_cast<std::size_t>(i)] *= fade(static_cast<double>(begin + i - cut.begin + m_edge) / m_edge);
+    for (std::int64_t i = std::max(from, cut.end - m_edge - begin); i < to; ++i)
+        m_window[static_cast<std::size_t>(i)] *= fade(static_cast<double>(cut.end - begin - i) / m_edge);
+    double mass = 0, moment = 0;
+    for (std::int64_t i = from; i < to; ++i) {
+        const double w = m_window[static_cast<std::size_t>(i)];
+        mass += w;
+        moment += w * static_cast<double>(i - size / 2);
+    }
+    m_weight = static_cast<float>(mass);
+    m_centre = mass > 0 ? moment / mass : 0;
+    return mass > 0;
+}
+
+void GrainBand::transform(const SourceWindow& source, std::int64_t at, int size, Look& look) {
+    look.spectrumSize = size;
+    for (int channel = 0; channel < 2; ++channel) {
+        const float* sound = source.channel(channel, at - size / 2);
+        for (int i = 0; i < size; ++i)
+            m_sound[static_cast<std::size_t>(i)] = sound[i] * m_window[static_cast<std::size_t>(i)];
+        m_transforms[size]->forward(m_sound.data(), look.spectra[static_cast<std::size_t>(channel)].data());
+    }
+}
+
+// The peaks of the magnitudes around the band, and the valleys between them.
+void GrainBand::findPeaks(Look& look) {
+    const int half = look.size / 2;
+    const auto bin = [&](double hertz) { return hertz * look.size / m_rate; };
+    m_firstBin = std::max(0, static_cast<int>(bin(AttackMap::bandEdge(m_band))) - 12);
+    m_lastBin = std::min(half, static_cast<int>(bin(AttackMap::bandEdge(m_band + 1))) + 12);
+    if (m_band == AttackMap::kBands - 1) m_lastBin = half;
+    auto& m = look.magnitudes;
+    const auto& [left, right] = look.spectra;
+    for (int k = 0; k <= half; ++k) {
+        const auto i = static_cast<std::size_t>(k);
+        m[i] = k >= m_firstBin - 2 && k <= m_lastBin + 2 ? std::sqrt(std::norm(left[i]) + std::norm(right[i])) : 0.0f;
+    }
+    const auto at = [&](int k) { return m[static_cast<std::size_t>(std::clamp(k, 0, half))]; };
+    m_peaks.clear();
+    m_borders.clear();
+    for (int k = m_firstBin; k <= m_lastBin; ++k) {
+        const float here = at(k);
+        if (here < 1e-9f || here <= at(k - 1) || here <= at(k - 2) || here < at(k + 1) || here < at(k + 2)) {
+            const bool edge = k == 0 && here > 1e-9f && here >= at(1) && here >= at(2);
+            if (!edge) continue;
+        }
+        if (!m_peaks.empty()) {
+            int valley = m_peaks.back();
+            for (int v = m_peaks.back() + 1; v < k; ++v)
+                if (at(v) < at(valley)) valley = v;
+            m_borders.push_back(valley);
+        }
+        m_peaks.push_back(k);
+    }
+    if (m_peaks.empty()) m_peaks.push_back(m_firstBin);
+    m_borders.push_back(m_lastBin + 1);
+}
+
+// Radians per frame of the partial at a peak: by its advance since the last grain where that can be told.
+float GrainBand::frequencyAt(const Look& look, int peak) const {
+    const double binWidth = 2 * kPi / look.size;
+    const auto i = static_cast<std::size_t>(peak);
+    if (m_last->size != 0 && m_last->spectrumSize == look.size) {
+        const std::size_t c = std::norm(look.spectra[0][i]) >= std::norm(look.spectra[1][i]) ? 0 : 1;
+        const std::complex<float> advance = look.spectra[c][i] * std::conj(m_last->spectra[c][i]);
+        const auto apart = static_cast<double>(look.source - m_last->source);
+        const double distance = apart + look.centre - m_last->centre;
+        if (distance > 0.25 * apart && apart > 0) {
+            const double off =
+                std::remainder(std::arg(std::complex<double>(advance)) - peak * binWidth * apart, 2 * kPi);
+            const double most = 1.5 * binWidth;
+            return static_cast<float>(peak * binWidth + std::clamp(off / distance, -most, most));
+        }
+    }
+    const auto& m = look.magnitudes;
+    const auto level = [&](int k) {
+        return std::log(m[static_cast<std::size_t>(std::clamp(k, 0, look.size / 2))] + 1e-12f);
+    };
+    const float a = level(peak - 1), b = level(peak), c = level(peak + 1);
+    const float bend = a - 2 * b + c;
+    const float off = bend < -1e-6f ? std::clamp(0.5f * (a - c) / bend, -0.5f, 0.5f) : 0.0f;
+    return static_cast<float>((peak + static_cast<double>(off)) * binWidth);
+}
+
+std::complex<float> GrainBand::turnAt(const Look& look, int peak, float frequency, Kind kind) const {
+    if (m_last->size == 0) {  // so that the first place that is wanted has the phases of its source
+        const auto places = static_cast<double>(look.place - m_course.first);
+        const double sources =
+            static_cast<double>(look.source) - (m_course.origin + static_cast<double>(m_course.first) * m_course.speed);
+        return std::polar(1.0f, static_cast<float>(std::remainder(frequency * (places - sources), 2 * kPi)));
+    }
+    if (kind == Kind::Begins) return {1, 0};
+    const int oldHalf = m_last->size / 2;
+    const int old = static_cast<int>(static_cast<std::int64_t>(peak) * oldHalf / (look.size / 2));
+    const std::complex<float> turn = m_last->turns[static_cast<std::size_t>(old)];
+    if (kind == Kind::Restarts) {
+        float before = 0;
+        for (int k = std::max(0, old - 2); k <= std::min(oldHalf, old + 2); ++k)
+            before = std::max(before, m_last->magnitudes[static_cast<std::size_t>(k)]);
+        const bool goesOn =
+            look.magnitudes[static_cast<std::size_t>(peak)] / look.weight < kNewEnergy * before / m_last->weight;
+        return goesOn ? turn : std::complex<float>(1, 0);
+    }
+    const auto stretch = static_cast<double>((look.place - m_last->place) - (look.source - m_last->source));
+    return turn * std::polar(1.0f, static_cast<float>(std::remainder(frequency * stretch, 2 * kPi)));
+}
+
+// Turns every peak's region, keeps those whose partial lies in the band and clears the others.
+void GrainBand::turn(Look& look, Kind kind) {
+    const double low = 2 * kPi * AttackMap::bandEdge(m_band) / m_rate;
+    const double high = m_band == AttackMap::kBands - 1 ? 10.0 : 2 * kPi * AttackMap::bandEdge(m_band + 1) / m_rate;
+    int from = m_firstBin;
+    for (std::size_t p = 0; p < m_peaks.size(); ++p) {
+        const int peak = m_peaks[p];
+        const float frequency = frequencyAt(look, peak);
+        std::complex<float> turn = turnAt(look, peak, frequency, kind);
+        turn /= std::abs(turn) + 1e-12f;
+        for (int k = from; k < m_borders[p]; ++k) {
+            look.turns[static_cast<std::size_t>(k)] = turn;
+            look.frequencies[static_cast<std::size_t>(k)] = frequency >= low && frequency < high ? frequency : -1.0f;
+        }
+        from = m_borders[p];
+    }
+}
+
+// Into the ring, through the window once more.
+void GrainBand::setDown(Look& look) {
+    const int size = look.size;
+    const std::int64_t begin = look.place - size / 2;
+    for (std::size_t channel = 0; channel < 2; ++channel) {
+        std::fill_n(m_turned.begin(), size / 2 + 1, std::complex<float>{});
+        for (int k = m_firstBin; k <= m_lastBin; ++k) {
+            const auto i = static_cast<std::size_t>(k);
+            if (look.frequencies[i] >= 0) m_turned[i] = look.spectra[channel][i] * look.turns[i];
+        }
+        m_transforms[size]->inverse(m_turned.data(), m_sound.data());
+        auto& ring = m_ring[channel];
+        const float scale = 1.0f / static_cast<float>(size);
+        for (std::int64_t i = m_windowBegin; i < m_windowEnd; ++i) {
+            if (begin + i < m_taken) continue;
+            const auto w = static_cast<std::size_t>(i);
+            ring[static_cast<std::size_t>(floorMod(begin + i, ring.size()))] += m_sound[w] * m_window[w] * scale;
+        }
+    }
+    for (std::int64_t i = m_windowBegin; i < m_windowEnd; ++i) {
+        if (begin + i < m_taken) continue;
+        const auto w = static_cast<std::size_t>(i);
+        m_ringWeight[static_cast<std::size_t>(floorMod(begin + i, m_ringWeight.size()))] += m_window[w] * m_window[w];
+    }
+}
+
+}  // namespace qm

@@ -1,0 +1,216 @@
+#include <algorithm>
+
+#include "engine/render/stretch/AttackMap.h"
+#include "support/Stretched.h"
+
+using namespace qm;
+using namespace qm::test;
+
+namespace {
+
+// Noise as a function of its frame.
+float noiseAt(std::int64_t frame) {
+    auto x = static_cast<std::uint64_t>(frame) * 0x9E3779B97F4A7C15ull;
+    x = (x ^ (x >> 31)) * 0xBF58476D1CE4E5B9ull;
+    return float(static_cast<double>(x >> 40) / double(1 << 24) - 0.5);
+}
+
+// A pluck every 11025 frames from frame 5000 on: three partials and a little noise, decaying, a fifth higher each time.
+StereoFrame plucks(std::int64_t n) {
+    if (n < 5000) return {};
+    const std::int64_t number = (n - 5000) / 11025, since = (n - 5000) % 11025;
+    const double f = 220 * std::exp2(double(number % 5) * 7 / 12), t = double(since) / kRate;
+    double s = 0;
+    for (int h = 1; h < 4; ++h) s += 0.2 / h * std::sin(2 * std::numbers::pi * f * h * t + h) * std::exp(-t * 6 * h);
+    s += 0.3 * double(noiseAt(n)) * std::exp(-t * 200);
+    return {float(s), float(0.7 * s)};
+}
+
+// A chord that goes on for ever.
+StereoFrame chord(std::int64_t n) {
+    double s = 0;
+    for (const double f : {98.0, 246.9, 392.0, 1174.7, 2637.0, 6271.9})
+        s += 0.08 * std::sin(2 * std::numbers::pi * f * double(n) / kRate);
+    return {float(s), float(s)};
+}
+
+double residual(const std::vector<float>& a, std::size_t beginA, const std::vector<float>& b, std::size_t beginB,
+                std::size_t count) {
+    double difference = 0, whole = 1e-30;
+    for (std::size_t i = 0; i < count; ++i) {
+        const double d = double(a[beginA + i]) - b[beginB + i];
+        difference += d * d;
+        whole += double(a[beginA + i]) * a[beginA + i];
+    }
+    return 10 * std::log10(difference / whole + 1e-30);
+}
+
+AttackMap::Read reads(std::function<StereoFrame(std::int64_t)> sound) {
+    return [sound](std::int64_t first, std::span<StereoFrame> out) {
+        for (std::size_t i = 0; i < out.size(); ++i) {
+            const std::int64_t n = first + static_cast<std::int64_t>(i);
+            out[i] = n >= 0 ? sound(n) : StereoFrame{};
+        }
+        return true;
+    };
+}
+
+std::vector<Attack> attacksOf(AttackMap& map, std::int64_t begin, std::int64_t end) {
+    std::vector<Attack> found;
+    map.attacks(begin, end, found);
+    return found;
+}
+
+}  // namespace
+
+TEST_CASE("every pluck is found as an attack within a millisecond, and nothing else") {
+    AttackMap map(kRate);
+    REQUIRE(map.explore(0, 20 * kRate, reads(plucks)));
+    const auto found = attacksOf(map, 0, 19 * kRate);
+    REQUIRE(found.size() == std::size_t((19 * kRate - 5000 + 11024) / 11025));
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        CHECK(std::abs(found[i].frame - (5000 + 11025 * std::int64_t(i))) < 44);
+        CHECK(found[i].confidence != Confidence::Low);
+    }
+}
+
+TEST_CASE("steady sounds have no attacks") {
+    const auto vibrato = [](std::int64_t n) {
+        const double t = double(n) / kRate;
+        double s = 0;
+        for (int h = 1; h < 8; ++h)
+            s += 0.1 / h *
+                 std::sin(2 * std::numbers::pi * 330 * h * t + h * 3.0 * std::sin(2 * std::numbers::pi * 5.5 * t));
+        return StereoFrame{float(s), float(s)};
+    };
+    const auto noise = [](std::int64_t n) { return StereoFrame{0.3f * noiseAt(n), 0.3f * noiseAt(n + 77777777)}; };
+    for (const auto& sound :
+         {std::function<StereoFrame(std::int64_t)>(chord), std::function<StereoFrame(std::int64_t)>(vibrato),
+          std::function<StereoFrame(std::int64_t)>(noise)}) {
+        AttackMap map(kRate);
+        REQUIRE(map.explore(0, 10 * kRate, reads(sound)));
+        const auto found = attacksOf(map, kRate, 9 * kRate);
+        CHECK(std::count_if(found.begin(), found.end(),
+                            [](const Attack& a) { return a.confidence != Confidence::Low; }) == 0);
+    }
+}
+
+TEST_CASE("what is known of a frame does not depend on the order of asking") {
+    AttackMap upwards(kRate), downwards(kRate);
+    REQUIRE(upwards.explore(0, 10 * kRate, reads(plucks)));
+    for (std::int64_t begin = 9 * kRate; begin >= 0; begin -= kRate)
+        REQUIRE(downwards.explore(begin, begin + kRate, reads(plucks)));
+    CHECK(attacksOf(upwards, 0, 10 * kRate) == attacksOf(downwards, 0, 10 * kRate));
+    for (int band = 0; band < AttackMap::kBands; ++band)
+        for (std::int64_t frame = 0; frame < 10 * kRate; frame += 512)
+            CHECK(upwards.halvings(band, frame) == downwards.halvings(band, frame));
+}
+
+TEST_CASE("looking ahead finds the same, and only where the sound is there already") {
+    AttackMap asked(kRate), ahead(kRate);
+    REQUIRE(asked.explore(0, 10 * kRate, reads(plucks)));
+    int looked = 0;
+    for (std::int64_t frame = 0; frame < 10 * kRate; frame += kRate / 4) {
+        ahead.lookAhead(
+            frame, [](std::int64_t, std::int64_t) { return false; },
+            [](std::int64_t, std::span<StereoFrame>) {
+                FAIL("read without its sound");
+                return false;
+            });
+        ahead.lookAhead(
+            frame, [](std::int64_t, std::int64_t) { return true; }, reads(plucks));
+        REQUIRE(ahead.explore(frame, frame + 1, [&](std::int64_t first, std::span<StereoFrame> out) {
+            ++looked;  // behind the block that is being looked at
+            return reads(plucks)(first, out);
+        }));
+    }
+    CHECK(looked == 0);
+    CHECK(attacksOf(asked, 0, 9 * kRate) == attacksOf(ahead, 0, 9 * kRate));
+}
+
+TEST_CASE("a hair from neutral the sound is the source") {
+    const std::int64_t length = 10 * kRate;
+    const Playhead head = makePlayhead(0, false, false, 0, 0, length);
+    for (const auto& sound :
+         {std::function<StereoFrame(std::int64_t)>(chord), std::function<StereoFrame(std::int64_t)>(plucks)}) {
+        const auto source = render(length, sound, head, {1, 0}, 5 * kRate);
+        const auto out = render(length, sound, head, {1 - 1e-9, 0}, 5 * kRate, Stretcher::Own);
+        const double db = residual(source, 0, out, 0, 5 * kRate);
+        MESSAGE("residual " << db << " dB");
+        CHECK(db < -25);
+    }
+}
+
+TEST_CASE("an attack comes at its place with silence before it") {
+    const std::int64_t length = 60 * kRate;
+    for (const double speed : {0.35, 0.5, 0.75, 1.5, 2.5}) {
+        const auto silentThenPluck = [](std::int64_t n) {
+            const std::int64_t since = n % 30000 - 10000;
+            return since < 0 || since > 11000 ? StereoFrame{} : plucks(5000 + since);
+        };
+        const auto out = render(length, silentThenPluck, makePlayhead(0, false, false, 0, 0, length), {speed, 0},
+                                std::size_t(8 * 30000 / speed), Stretcher::Own);
+        for (int k = 1; k < 8; ++k) {
+            const auto at = std::size_t((30000.0 * k + 10000) / speed);
+            const double after = energy(out, at, 882), before = energy(out, at - 4000, 4000 - 66);
+            const double db = 10 * std::log10(before / after + 1e-12);
+            CHECK(db < (speed < 1 ? -28 : -20));
+            CHECK(energy(out, at, 220) > 0.1 * after);
+        }
+    }
+}
+
+TEST_CASE("every pass of a loop is the same samples") {
+    const std::int64_t length = 20 * kRate, a = 40000, b = 40000 + 52800;
+    for (const bool backward : {false, true})
+        for (const RenderSettings settings :
+             {RenderSettings{0.5, 0}, RenderSettings{0.75, 0}, RenderSettings{1.5, 0}, RenderSettings{0.5, -300}}) {
+            const auto pass = std::size_t(52800 / settings.speed);
+            const auto out = render(length, plucks, makePlayhead(backward ? b : a, backward, true, a, b, length),
+                                    settings, 3 * pass, Stretcher::Own);
+            CHECK(residual(out, 0, out, pass, pass) < -120);
+            CHECK(residual(out, pass, out, 2 * pass, pass) < -120);
+        }
+}
+
+TEST_CASE("the seam of a loop is no louder than the passage") {
+    const std::int64_t length = 20 * kRate, a = 40000, b = 40000 + 52811;
+    const std::size_t pass = 2 * 52811;
+    const auto out =
+        render(length, chord, makePlayhead(a, false, true, a, b, length), {0.5, 0}, 3 * pass, Stretcher::Own);
+    float within = 0, across = 0;
+    for (std::size_t i = pass + 20000; i < pass + 80000; ++i) within = std::max(within, std::abs(out[i] - out[i - 1]));
+    for (std::size_t i = 2 * pass - 600; i < 2 * pass + 600; ++i)
+        across = std::max(across, std::abs(out[i] - out[i - 1]));
+    CHECK(across < 1.3f * within);
+}
+
+TEST_CASE("backward is the forward rendition turned around") {
+    const std::int64_t length = 8 * kRate;
+    const auto forward =
+        render(length, plucks, makePlayhead(0, false, false, 0, 0, length), {0.5, 0}, 2 * length, Stretcher::Own);
+    auto backward =
+        render(length, plucks, makePlayhead(length, true, false, 0, 0, length), {0.5, 0}, 2 * length, Stretcher::Own);
+    std::reverse(backward.begin(), backward.end());
+    int frames = 0, alike = 0;
+    for (std::size_t i = 4 * 4410; i + 4 * 4410 < forward.size(); i += 220) {
+        const double f = energy(forward, i, 220), g = energy(backward, i, 220);
+        if (f < 0.001) continue;
+        ++frames;
+        if (std::abs(10 * std::log10(g / f)) < 2) ++alike;
+    }
+    MESSAGE(alike << " of " << frames << " frames of 5 ms alike");
+    CHECK(alike > 0.95 * frames);
+}
+
+TEST_CASE("the pitch is exact from the lowest string to the top of the piano") {
+    for (const double hertz : {41.2, 110.0, 698.0, 705.0, 1000.0, 3990.0, 5000.0})
+        for (const RenderSettings settings : {RenderSettings{0.5, 0}, RenderSettings{1.5, 0}, RenderSettings{1, -300},
+                                              RenderSettings{0.6, 700}, RenderSettings{1, 1200}}) {
+            const double expected = hertz * std::exp2(settings.cents / 1200);
+            const auto tone = [&](std::int64_t n) { return toneFrame(n, hertz); };
+            const auto out = render(20 * kRate, tone, makePlayhead(0, false, false, 0, 0, 20 * kRate), settings,
+                                    4 * kRate, Stretcher::Own);
+            CHECK(std::abs(1200 * std::log2(frequencyOf(out, expected) / expected)) < 0.5);
+        }
+}
