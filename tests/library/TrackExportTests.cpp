@@ -221,6 +221,8 @@ TEST_CASE_FIXTURE(ExportFixture, "what has been exported is told, and so is what
     withdrawn = false;
     exporting();
     CHECK(withdrawn);
+    controller->cancelExport();
+    CHECK(told.last().endsWith(u"was not exported"));
 }
 
 TEST_CASE_FIXTURE(ExportFixture, "another track can be loaded while one is being written") {
@@ -243,21 +245,3 @@ TEST_CASE_FIXTURE(ExportFixture, "quitting gives the export up") {
     CHECK(log.count("cancel export") == 1);
 }
 
-TEST_CASE_FIXTURE(ExportFixture, "how an export has ended is told, unless somebody waits for it") {
-    QStringList told;
-    QObject::connect(&controller->notices(), &Notices::told, controller.get(),
-                     [&](const Notice& notice) { told << notice.text; });
-    exporting().finished = true;
-    look();
-    FakeExport& failing = exporting();
-    failing.finished = true;
-    failing.written = false;
-    look();
-    exporting();
-    controller->cancelExport();
-    CHECK(told == QStringList{"Exported one.mov", "one.mov could not be written", "one.mov was not exported"});
-    exporting().finished = true;
-    controller->trackExport().setAtEnd([](TrackExport::End) {});
-    look();
-    CHECK(told.size() == 3);
-}
