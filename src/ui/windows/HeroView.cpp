@@ -85,8 +85,7 @@ void HeroView::showTrack(const QString& title, const QString& byLine, bool loade
     if (m_title->text() != title) m_title->setText(title);
     if (m_byLine->text() != byLine) m_byLine->setText(byLine);
     setLabelColor(*m_title, loaded ? tokens::kText : tokens::kText2);
-    for (TimeLabel* time : {m_outlets.timecode, m_outlets.timeRemaining})
-        time->setTextColor(loaded ? tokens::kText : tokens::kText3);
+    m_outlets.timecode->setTextColor(loaded ? tokens::kText : tokens::kText3);
 }
 
 void HeroView::showStates(const QStringList& texts) {
