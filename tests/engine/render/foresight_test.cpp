@@ -160,6 +160,36 @@ TEST_CASE("an attack comes at its place with silence before it") {
     }
 }
 
+TEST_CASE("noise stays as loud as it was, however long it goes on") {
+    // Rumble and hiss come and go, so that the length of the windows changes again and again.
+    const std::int64_t length = 40 * kRate;
+    const auto noise = [](std::int64_t n) {
+        const double t = double(n) / kRate;
+        double s = 0;
+        for (int back = 0; back < 24; ++back) s += double(noiseAt(n - back)) * (0.5 + 0.5 * std::sin(t * 3));
+        s = 0.05 * s + 0.2 * double(noiseAt(n)) * (0.5 + 0.5 * std::cos(t * 7));
+        return StereoFrame{float(s), float(s)};
+    };
+    const Playhead head = makePlayhead(0, false, false, 0, 0, length);
+    for (const RenderSettings settings : {RenderSettings{0.5, 0}, RenderSettings{1.5, 0}, RenderSettings{1, -300}}) {
+        const auto out =
+            render(length, noise, head, settings, std::size_t(18 * kRate / settings.speed), Stretcher::Own);
+        const auto source = render(length, noise, head, {1, 0}, 18 * kRate);
+        const auto rumble = [](const std::vector<float>& x, double from, double to) {  // below 700 Hz or so
+            double sum = 0, low = 0;
+            for (auto i = std::size_t(from * kRate); i < std::size_t(to * kRate); ++i) {
+                low += 0.06 * (double(x[i]) - low);
+                sum += low * low;
+            }
+            return sum / (to - from);
+        };
+        const double db =
+            10 * std::log10(rumble(out, 11 / settings.speed, 17 / settings.speed) / rumble(source, 11, 17));
+        MESSAGE("speed " << settings.speed << ", " << settings.cents << " cents: " << db << " dB");
+        CHECK(std::abs(db) < 4);
+    }
+}
+
 TEST_CASE("every pass of a loop is the same samples") {
     const std::int64_t length = 20 * kRate, a = 40000, b = 40000 + 52800;
     for (const bool backward : {false, true})

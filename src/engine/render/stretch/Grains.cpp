@@ -16,8 +16,8 @@ constexpr std::int64_t kSlide = 4;       // frames that the edge moves for each 
 constexpr std::int64_t kEarly = 20;      // an attack is taken to begin a little before its steepest place
 constexpr std::int64_t kGuard = 24;      // frames before an attack that no grain of the past touches
 constexpr std::int64_t kNear = 300;      // attacks this near to a limit are none
-constexpr double kSlow = 0.6;          // speeds above it go without the longest windows: attacks and spectra are nearer then
-constexpr float kNewEnergy = 1.2f;       // magnitudes this much higher are a partial's restart
+constexpr double kSlow = 0.6;  // speeds above it go without the longest windows: attacks and spectra are nearer then
+constexpr float kNewEnergy = 1.2f;  // magnitudes this much higher are a partial's restart
 constexpr float kLeastWeight = 1e-4f;
 constexpr std::int64_t kFar = std::numeric_limits<std::int64_t>::max() / 4;
 
@@ -235,6 +235,8 @@ void GrainBand::findPeaks(Look& look) {
     m_firstBin = std::max(0, static_cast<int>(bin(AttackMap::bandEdge(m_band))) - 12);
     m_lastBin = std::min(half, static_cast<int>(bin(AttackMap::bandEdge(m_band + 1))) + 12);
     if (m_band == AttackMap::kBands - 1) m_lastBin = half;
+    look.firstBin = m_firstBin;
+    look.lastBin = m_lastBin;
     auto& m = look.magnitudes;
     const auto& [left, right] = look.spectra;
     for (int k = 0; k <= half; ++k) {
@@ -297,7 +299,8 @@ std::complex<float> GrainBand::turnAt(const Look& look, int peak, float frequenc
     }
     if (kind == Kind::Begins) return {1, 0};
     const int oldHalf = m_last->size / 2;
-    const int old = static_cast<int>(static_cast<std::int64_t>(peak) * oldHalf / (look.size / 2));
+    // Bins beyond those that were turned have no past of their own.
+    const int old = std::clamp(peak * oldHalf / (look.size / 2), m_last->firstBin, m_last->lastBin);
     const std::complex<float> turn = m_last->turns[static_cast<std::size_t>(old)];
     if (kind == Kind::Restarts) {
         float before = 0;

@@ -57,6 +57,7 @@ private:
         std::int64_t place = 0, source = 0;
         double centre = 0;  // of the window's mass, relative to `source`
         float weight = 0;
+        int firstBin = 0, lastBin = 0;
         std::array<AlignedVector<std::complex<float>>, 2> spectra;
         std::vector<float> magnitudes;
         std::vector<std::complex<float>> turns;
