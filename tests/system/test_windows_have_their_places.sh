@@ -114,6 +114,8 @@ end() {
 look_at_panels() {
     look_by_key ctrl+4 "Recording" free
     look_by_key ctrl+5 "Recorder" free
+    xdotool windowfocus --sync "$player_window"
+    press Down  # the information is of the selected row
     look_by_key ctrl+2 "Track Information" free
     look_by_key ctrl+comma "Preferences"
     look_by_key F1 "Keyboard Shortcuts"
