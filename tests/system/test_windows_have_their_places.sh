@@ -18,6 +18,11 @@ frame_of() {
         END { print p[1] - f[1], p[2] - f[3], p[3] + f[2], p[4] + f[4] }'
 }
 
+# Without end it would wait for a window that the window manager gives no focus.
+focus() {  # WINDOW
+    timeout 5 xdotool windowfocus --sync "$1" || true
+}
+
 stands_still() {  # WINDOW
     local before
     before=$(frame_of "$1")
@@ -74,10 +79,10 @@ look_at() {
 
 # look_by_key KEY TITLE [FREE]
 look_by_key() {
-    xdotool windowfocus --sync "$player_window"
+    focus "$player_window"
     press "$1"
     look_at "$2" "${3-}"
-    xdotool windowfocus --sync "$(window_of "$2")"
+    focus "$(window_of "$2")"
     press Escape
     wait_until "$2 is gone" is_gone "$2"
 }
@@ -114,13 +119,15 @@ end() {
 look_at_panels() {
     look_by_key ctrl+4 "Recording" free
     look_by_key ctrl+5 "Recorder" free
+    focus "$player_window"
+    press Down  # the information is of the selected row
     look_by_key ctrl+2 "Track Information" free
     look_by_key ctrl+comma "Preferences"
     look_by_key F1 "Keyboard Shortcuts"
 }
 
 maximise() {
-    xdotool windowfocus --sync "$player_window"
+    focus "$player_window"
     click $((300 * ${scale%.*})) -8 2
     wait_until "the window fills the screen" fills_the_screen
 }
@@ -142,7 +149,7 @@ frame_is() {  # WINDOW FRAME
 
 look_at_film() {
     local window frame whole="0 0 ${screen/x/ }"
-    xdotool windowfocus --sync "$player_window"
+    focus "$player_window"
     press ctrl+o
     wait_until "the open panel is on the screen" another_window_has_focus
     type_text "$stage/film.mp4"
@@ -150,12 +157,12 @@ look_at_film() {
     look_at "Video" free
     window=$(window_of "Video")
     frame=$(frame_of "$window")
-    xdotool windowfocus --sync "$player_window"
+    focus "$player_window"
     press F11
     wait_until "the film fills the screen" frame_is "$window" "$whole"
     press Escape
     wait_until "Esc brings the film back" frame_is "$window" "$frame"
-    xdotool mousemove --sync --window "$window" 60 60 click --repeat 2 --delay 60 1
+    timeout 5 xdotool mousemove --window "$window" 60 60 click --repeat 2 --delay 60 1
     wait_until "a double click lets the film fill the screen" frame_is "$window" "$whole"
     xdotool click --repeat 2 --delay 60 1
     wait_until "a double click brings the film back" frame_is "$window" "$frame"
