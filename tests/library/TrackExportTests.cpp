@@ -244,4 +244,3 @@ TEST_CASE_FIXTURE(ExportFixture, "quitting gives the export up") {
     controller->applicationWillTerminate();
     CHECK(log.count("cancel export") == 1);
 }
-

@@ -56,6 +56,7 @@ struct Program : LivingWindow {
         });
         controller.setUpdaterMaker([this] { ++asked; });
         QObject::connect(&window, &MainWindow::quitRequested, &window, [this] { ++asked; });
+        QObject::connect(&window, &MainWindow::guideRequested, &window, [this] { ++asked; });
         QObject::connect(&controller.notices(), &Notices::told, &window, [this] { ++told; });
         setMotionWanted(false);
         if (standing != Standing::EmptyList) addTrack(QStringLiteral("/music/b.mp3"));
