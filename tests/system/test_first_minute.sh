@@ -53,9 +53,9 @@ add_file() {
             ;;
         assistive)
             push "Add files"
-            wait_until "the name can be typed" is_there "File name"
+            wait_until "the name can be typed" is_there "File name:"
             acts=$((acts + 1))
-            tree type "File name" "$1"
+            tree type "File name:" "$1"
             push Open
             ;;
     esac
@@ -68,7 +68,8 @@ do_it() { # KEY NAME
 open_guide() {
     if [ "$hand" = keys ]; then
         hit alt+h
-        hit g
+        hit Down
+        hit Return
     else
         push Help
         push Guide
@@ -87,6 +88,10 @@ take_grows() {
     [ -s "$HOME/Desktop/Quillmere.mov" ]
 }
 
+no_recording_window() {
+    ! find_recording_window
+}
+
 guide_is_opened() {
     grep -q . "$stage/opened"
 }
@@ -103,6 +108,7 @@ chmod +x "$stage/desktop/xdg-open"
 export PATH=$stage/desktop:$PATH
 measure make-coded "$HOME/song.wav" 60
 cmake --install "$(dirname "$programs")" --prefix "$stage/installed" >"$stage/install.log"
+start_window_manager
 launch_player "$stage/installed/bin/quillmere"
 [ "$hand" != keys ] || focus_window "$player_window"
 wait_until "the program is on the accessibility bus" is_there "Add files"
@@ -143,6 +149,10 @@ do_it ctrl+r Record
 wait_until "it is asked whether to keep it" find_save_panel
 do_it Return Keep
 wait_until "the answer is taken" no_save_panel
+if [ "$hand" != keys ]; then # whose next key goes to the window that had the keyboard before
+    push Close
+    wait_until "the recording window is closed" no_recording_window
+fi
 end_act "record"
 
 begin_act
