@@ -81,6 +81,7 @@ press Return
 wait_until "it is told that the movie could not be written" \
     line_says '“song1.mov” could not be written: .*No space left on device'
 expect "files of the export" "$(find "$HOME/Desktop" -type f | wc -l)" -eq 0
+give_keys_to_main_window
 
 make_room 2000
 add_track "$stage/song3.wav"
