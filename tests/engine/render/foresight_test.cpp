@@ -190,6 +190,27 @@ TEST_CASE("noise stays as loud as it was, however long it goes on") {
     }
 }
 
+TEST_CASE("a click is as loud as it was") {
+    // A hump of 18 frames: hardly a peak in its spectrum.
+    const std::int64_t length = 20 * kRate;
+    const auto clicks = [](std::int64_t n) {
+        const std::int64_t since = n % 15000 - 7000;
+        const double hump = std::sin(std::numbers::pi * double(since) / 18);
+        const auto s = since < 0 || since >= 18 ? 0.0f : float(0.8 * hump * hump);
+        return StereoFrame{s, s};
+    };
+    const Playhead head = makePlayhead(0, false, false, 0, 0, length);
+    const auto source = render(length, clicks, head, {1, 0}, 15000);
+    for (const double speed : {0.5, 0.75, 1.5}) {
+        const auto out = render(length, clicks, head, {speed, 0}, std::size_t(8 * 15000 / speed), Stretcher::Own);
+        for (int k = 1; k < 8; ++k) {
+            const auto at = std::size_t((15000.0 * k + 7000) / speed);
+            const double db = 10 * std::log10(energy(out, at - 60, 200) / energy(source, 6940, 200));
+            CHECK(std::abs(db) < 2);
+        }
+    }
+}
+
 TEST_CASE("every pass of a loop is the same samples") {
     const std::int64_t length = 20 * kRate, a = 40000, b = 40000 + 52800;
     for (const bool backward : {false, true})
