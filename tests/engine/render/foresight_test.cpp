@@ -211,6 +211,24 @@ TEST_CASE("a click is as loud as it was") {
     }
 }
 
+TEST_CASE("the end of a track is as loud as it was") {
+    const std::int64_t length = 4 * kRate;
+    const Playhead head = makePlayhead(0, false, false, 0, 0, length);
+    const auto source = render(length, chord, head, {1, 0}, std::size_t(length));
+    for (const double speed : {0.5, 0.75, 1.5}) {
+        const auto frames = std::size_t(double(length) / speed);
+        const auto out = render(length, chord, head, {speed, 0}, frames, Stretcher::Own);
+        for (const std::size_t last : {220, 882}) {  // chords beat: compared with the second before
+            const double usual = energy(out, frames - 22050, 22050) / 22050;
+            const double db = 10 * std::log10(energy(out, frames - last, last) / double(last) / usual);
+            const double was = 10 * std::log10(energy(source, source.size() - last, last) / double(last) /
+                                               (energy(source, source.size() - 22050, 22050) / 22050));
+            MESSAGE("speed " << speed << ", last " << last << ": " << db << " dB, source " << was);
+            CHECK(std::abs(db - was) < 3);
+        }
+    }
+}
+
 TEST_CASE("every pass of a loop is the same samples") {
     const std::int64_t length = 20 * kRate, a = 40000, b = 40000 + 52800;
     for (const bool backward : {false, true})

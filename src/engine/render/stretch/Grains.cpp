@@ -124,7 +124,7 @@ std::int64_t GrainBand::nextAttack(const AttackMap& attacks) const {
 // up, ever earlier: so there the edge moves into the new sound.
 GrainBand::Cut GrainBand::cutAt(std::int64_t place, std::int64_t at, std::int64_t end, std::int64_t endPlace) const {
     // The limits in the result, where a higher speed makes them nearer.
-    Cut cut{-kFar, std::min(end, at + (endPlace - place))};
+    Cut cut{-kFar, std::min(end, at + (endPlace - place)), end != m_course.end};
     if (m_attackSource == -kFar) return cut;
     const std::int64_t late = (place - m_attackPlace) - (at - m_attackSource);
     cut.begin = m_attackSource + std::max<std::int64_t>(-late, 0);
@@ -158,7 +158,7 @@ bool GrainBand::step(SourceWindow& source, const AttackMap& attacks) {
     const std::int64_t following = nextAttack(attacks);
     const std::int64_t limit = following < kFar ? following - kGuard : m_course.end;
     const std::int64_t limitPlace = m_course.placeOf(following < kFar ? following : m_course.end);
-    const Cut after{attack, std::min(limit, attack + limitPlace - endPlace)};
+    const Cut after{attack, std::min(limit, attack + limitPlace - endPlace), following < kFar};
     const Kind kind = attack == m_course.forced ? Kind::Begins : Kind::Restarts;
     if (!grain(endPlace, attack, after, kind, source, attacks)) return false;
     m_next = endPlace + m_hop;
@@ -205,7 +205,7 @@ bool GrainBand::shapeWindow(int size, std::int64_t at, const Cut& cut) {
     std::copy(full.begin() + from, full.begin() + to, m_window.begin() + from);
     for (std::int64_t i = from; i < std::min(to, cut.begin - begin); ++i)
         m_window[static_cast<std::size_t>(i)] *= fade(static_cast<double>(begin + i - cut.begin + m_edge) / m_edge);
-    for (std::int64_t i = std::max(from, cut.end - m_edge - begin); i < to; ++i)
+    for (std::int64_t i = std::max(from, cut.end - (cut.softEnd ? m_edge : 0) - begin); i < to; ++i)
         m_window[static_cast<std::size_t>(i)] *= fade(static_cast<double>(cut.end - begin - i) / m_edge);
     double mass = 0, moment = 0;
     for (std::int64_t i = from; i < to; ++i) {

@@ -49,6 +49,7 @@ public:
 private:
     struct Cut {  // source limits of a window, its edges lying inside
         std::int64_t begin, end;
+        bool softEnd;  // an attack follows, under whose soft edge this one fades; nothing follows a hard end
     };
     enum class Kind { GoesOn, Restarts, Begins };  // at an attack: partials with new energy restart, or all do
     struct Look {                                  // what is remembered of a grain
