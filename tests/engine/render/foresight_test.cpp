@@ -229,6 +229,16 @@ TEST_CASE("the end of a track is as loud as it was") {
     }
 }
 
+TEST_CASE("the beginning of a track is as loud as it was") {
+    const std::int64_t length = 4 * kRate;
+    const Playhead head = makePlayhead(0, false, false, 0, 0, length);
+    const auto tone = [](std::int64_t n) { return toneFrame(n + 30, 440); };
+    for (const double speed : {0.5, 0.75, 1.5}) {
+        const auto out = render(length, tone, head, {speed, 0}, kRate, Stretcher::Own);
+        CHECK(std::abs(10 * std::log10(energy(out, 0, 882) / energy(out, 22050, 882))) < 1);
+    }
+}
+
 TEST_CASE("every pass of a loop is the same samples") {
     const std::int64_t length = 20 * kRate, a = 40000, b = 40000 + 52800;
     for (const bool backward : {false, true})
