@@ -190,6 +190,55 @@ TEST_CASE("noise stays as loud as it was, however long it goes on") {
     }
 }
 
+TEST_CASE("a click is as loud as it was") {
+    // A hump of 18 frames: hardly a peak in its spectrum.
+    const std::int64_t length = 20 * kRate;
+    const auto clicks = [](std::int64_t n) {
+        const std::int64_t since = n % 15000 - 7000;
+        const double hump = std::sin(std::numbers::pi * double(since) / 18);
+        const auto s = since < 0 || since >= 18 ? 0.0f : float(0.8 * hump * hump);
+        return StereoFrame{s, s};
+    };
+    const Playhead head = makePlayhead(0, false, false, 0, 0, length);
+    const auto source = render(length, clicks, head, {1, 0}, 15000);
+    for (const double speed : {0.5, 0.75, 1.5}) {
+        const auto out = render(length, clicks, head, {speed, 0}, std::size_t(8 * 15000 / speed), Stretcher::Own);
+        for (int k = 1; k < 8; ++k) {
+            const auto at = std::size_t((15000.0 * k + 7000) / speed);
+            const double db = 10 * std::log10(energy(out, at - 60, 200) / energy(source, 6940, 200));
+            CHECK(std::abs(db) < 2);
+        }
+    }
+}
+
+TEST_CASE("the end of a track is as loud as it was") {
+    const std::int64_t length = 4 * kRate;
+    const Playhead head = makePlayhead(0, false, false, 0, 0, length);
+    const auto source = render(length, chord, head, {1, 0}, std::size_t(length));
+    for (const double speed : {0.5, 0.75, 1.5}) {
+        const auto frames = std::size_t(double(length) / speed);
+        const auto out = render(length, chord, head, {speed, 0}, frames, Stretcher::Own);
+        for (const std::size_t last : {220, 882}) {  // chords beat: compared with the second before
+            const double usual = energy(out, frames - 22050, 22050) / 22050;
+            const double db = 10 * std::log10(energy(out, frames - last, last) / double(last) / usual);
+            const double was = 10 * std::log10(energy(source, source.size() - last, last) / double(last) /
+                                               (energy(source, source.size() - 22050, 22050) / 22050));
+            MESSAGE("speed " << speed << ", last " << last << ": " << db << " dB, source " << was);
+            CHECK(std::abs(db - was) < 3);
+        }
+    }
+}
+
+TEST_CASE("the beginning of a track is as loud as it was") {
+    const std::int64_t length = 4 * kRate;
+    const Playhead head = makePlayhead(0, false, false, 0, 0, length);
+    const auto tone = [](std::int64_t n) { return toneFrame(n + 30, 440); };
+    for (const double speed : {0.5, 0.75, 1.5}) {
+        const auto out = render(length, tone, head, {speed, 0}, kRate, Stretcher::Own);
+        CHECK(std::abs(10 * std::log10(energy(out, 0, 882) / energy(out, 22050, 882))) < 1);
+    }
+}
+
 TEST_CASE("every pass of a loop is the same samples") {
     const std::int64_t length = 20 * kRate, a = 40000, b = 40000 + 52800;
     for (const bool backward : {false, true})

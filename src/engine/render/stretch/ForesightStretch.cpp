@@ -64,7 +64,8 @@ void ForesightStretch::beginRun(Timeline& timeline, std::int64_t run) {
     const std::int64_t lead = takeOverFrames();
     m_runFrame = -lead;
     m_course.speed = m_speed / m_pitch;
-    m_course.forced = -1;
+    // A loop begins as at an attack, and so does the track: what comes before is none of its sound.
+    m_course.forced = m_playhead.loops ? m_playhead.rangeBegin : 0;
     const std::int64_t start = m_playhead.backward ? m_playhead.start - m_step : m_playhead.start + m_step;
     const std::int64_t reach = m_pitch == 1 ? 0 : Resampler::reach(m_pitch);
     m_firstPlace = std::llround(std::floor(static_cast<double>(-lead) * m_pitch)) - reach;
@@ -77,7 +78,6 @@ void ForesightStretch::beginRun(Timeline& timeline, std::int64_t run) {
     if (!m_playhead.backward) {
         m_course.origin = static_cast<double>(wrapped ? m_playhead.rangeBegin : start);
         m_course.end = m_playhead.rangeEnd;
-        if (m_playhead.loops) m_course.forced = m_playhead.rangeBegin;
         const bool fromRangeBegin = m_playhead.loops && m_course.origin == static_cast<double>(m_playhead.rangeBegin);
         m_sourceBegin = static_cast<std::int64_t>(m_course.origin) - (fromRangeBegin ? behind : kContext);
         m_vocoder.begin(timeline, m_course, m_sourceBegin, m_light);
@@ -86,7 +86,6 @@ void ForesightStretch::beginRun(Timeline& timeline, std::int64_t run) {
     m_course.origin = static_cast<double>(wrapped ? m_playhead.rangeEnd : start);
     m_course.end = static_cast<std::int64_t>(m_course.origin) + behind;
     m_sourceBegin = m_playhead.rangeBegin;
-    if (m_playhead.loops) m_course.forced = m_playhead.rangeBegin;
     m_pieceEnd = m_firstPlace;
     m_pieceUsed = m_pieceSize = 0;
     m_nextLength = std::llround(kFirstPieceSeconds * m_rate);

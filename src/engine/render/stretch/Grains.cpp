@@ -63,7 +63,7 @@ GrainBand::GrainBand(int band, int sampleRate, Transforms& transforms)
         for (auto& spectrum : look.spectra) spectrum.resize(longest / 2 + 1);
         look.magnitudes.resize(longest / 2 + 1);
         look.turns.resize(longest / 2 + 1);
-        look.frequencies.resize(longest / 2 + 1);
+        look.kept.resize(longest / 2 + 1);
     }
     m_peaks.reserve(longest);
     m_borders.reserve(longest);
@@ -124,7 +124,7 @@ std::int64_t GrainBand::nextAttack(const AttackMap& attacks) const {
 // up, ever earlier: so there the edge moves into the new sound.
 GrainBand::Cut GrainBand::cutAt(std::int64_t place, std::int64_t at, std::int64_t end, std::int64_t endPlace) const {
     // The limits in the result, where a higher speed makes them nearer.
-    Cut cut{-kFar, std::min(end, at + (endPlace - place))};
+    Cut cut{-kFar, std::min(end, at + (endPlace - place)), end != m_course.end};
     if (m_attackSource == -kFar) return cut;
     const std::int64_t late = (place - m_attackPlace) - (at - m_attackSource);
     cut.begin = m_attackSource + std::max<std::int64_t>(-late, 0);
@@ -158,7 +158,7 @@ bool GrainBand::step(SourceWindow& source, const AttackMap& attacks) {
     const std::int64_t following = nextAttack(attacks);
     const std::int64_t limit = following < kFar ? following - kGuard : m_course.end;
     const std::int64_t limitPlace = m_course.placeOf(following < kFar ? following : m_course.end);
-    const Cut after{attack, std::min(limit, attack + limitPlace - endPlace)};
+    const Cut after{attack, std::min(limit, attack + limitPlace - endPlace), following < kFar};
     const Kind kind = attack == m_course.forced ? Kind::Begins : Kind::Restarts;
     if (!grain(endPlace, attack, after, kind, source, attacks)) return false;
     m_next = endPlace + m_hop;
@@ -205,7 +205,7 @@ bool GrainBand::shapeWindow(int size, std::int64_t at, const Cut& cut) {
     std::copy(full.begin() + from, full.begin() + to, m_window.begin() + from);
     for (std::int64_t i = from; i < std::min(to, cut.begin - begin); ++i)
         m_window[static_cast<std::size_t>(i)] *= fade(static_cast<double>(begin + i - cut.begin + m_edge) / m_edge);
-    for (std::int64_t i = std::max(from, cut.end - m_edge - begin); i < to; ++i)
+    for (std::int64_t i = std::max(from, cut.end - (cut.softEnd ? m_edge : 0) - begin); i < to; ++i)
         m_window[static_cast<std::size_t>(i)] *= fade(static_cast<double>(cut.end - begin - i) / m_edge);
     double mass = 0, moment = 0;
     for (std::int64_t i = from; i < to; ++i) {
@@ -314,19 +314,40 @@ std::complex<float> GrainBand::turnAt(const Look& look, int peak, float frequenc
     return turn * std::polar(1.0f, static_cast<float>(std::remainder(frequency * stretch, 2 * kPi)));
 }
 
-// Turns every peak's region, keeps those whose partial lies in the band and clears the others.
+// The band a partial near a limit belongs to is that of its frequency, with all bins around its peak; bins further
+// inside are the band's own in any case: a click has hardly any peaks.
+void GrainBand::findLimits(int size) {
+    const double perBin = static_cast<double>(size) / m_rate;
+    const auto margin = [](int edge) { return edge == 1 ? 40.0 : 100.0; };  // hertz
+    const auto bin = [&](double hertz) { return static_cast<int>(std::lround(hertz * perBin)); };
+    const double low = AttackMap::bandEdge(m_band), high = AttackMap::bandEdge(m_band + 1);
+    m_possible = {m_firstBin, m_lastBin};
+    m_sure = m_possible;
+    if (m_band > 0) {
+        m_possible.first = bin(low - margin(m_band));
+        m_sure.first = bin(low + margin(m_band));
+    }
+    if (m_band + 1 < AttackMap::kBands) {
+        m_possible.last = bin(high + margin(m_band + 1));
+        m_sure.last = bin(high - margin(m_band + 1));
+    }
+}
+
+// Turns every peak's region, keeps what belongs to the band and clears the rest.
 void GrainBand::turn(Look& look, Kind kind) {
     const double low = 2 * kPi * AttackMap::bandEdge(m_band) / m_rate;
     const double high = m_band == AttackMap::kBands - 1 ? 10.0 : 2 * kPi * AttackMap::bandEdge(m_band + 1) / m_rate;
+    findLimits(look.size);
     int from = m_firstBin;
     for (std::size_t p = 0; p < m_peaks.size(); ++p) {
         const int peak = m_peaks[p];
         const float frequency = frequencyAt(look, peak);
         std::complex<float> turn = turnAt(look, peak, frequency, kind);
         turn /= std::abs(turn) + 1e-12f;
+        const bool inBand = frequency >= low && frequency < high;
         for (int k = from; k < m_borders[p]; ++k) {
             look.turns[static_cast<std::size_t>(k)] = turn;
-            look.frequencies[static_cast<std::size_t>(k)] = frequency >= low && frequency < high ? frequency : -1.0f;
+            look.kept[static_cast<std::size_t>(k)] = m_sure.has(k) || (inBand && m_possible.has(k));
         }
         from = m_borders[p];
     }
@@ -340,7 +361,7 @@ void GrainBand::setDown(Look& look) {
         std::fill_n(m_turned.begin(), size / 2 + 1, std::complex<float>{});
         for (int k = m_firstBin; k <= m_lastBin; ++k) {
             const auto i = static_cast<std::size_t>(k);
-            if (look.frequencies[i] >= 0) m_turned[i] = look.spectra[channel][i] * look.turns[i];
+            if (look.kept[i]) m_turned[i] = look.spectra[channel][i] * look.turns[i];
         }
         m_transforms[size]->inverse(m_turned.data(), m_sound.data());
         auto& ring = m_ring[channel];

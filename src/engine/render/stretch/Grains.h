@@ -49,6 +49,7 @@ public:
 private:
     struct Cut {  // source limits of a window, its edges lying inside
         std::int64_t begin, end;
+        bool softEnd;  // an attack follows, under whose soft edge this one fades; nothing follows a hard end
     };
     enum class Kind { GoesOn, Restarts, Begins };  // at an attack: partials with new energy restart, or all do
     struct Look {                                  // what is remembered of a grain
@@ -61,7 +62,7 @@ private:
         std::array<AlignedVector<std::complex<float>>, 2> spectra;
         std::vector<float> magnitudes;
         std::vector<std::complex<float>> turns;
-        std::vector<float> frequencies;  // radians per frame
+        std::vector<std::uint8_t> kept;  // bins that belong to the band
     };
 
     std::int64_t nextAttack(const AttackMap& attacks) const;
@@ -72,6 +73,7 @@ private:
     bool shapeWindow(int size, std::int64_t at, const Cut& cut);
     void transform(const SourceWindow& source, std::int64_t at, int size, Look& look);
     void findPeaks(Look& look);
+    void findLimits(int size);
     void turn(Look& look, Kind kind);
     float frequencyAt(const Look& look, int peak) const;
     std::complex<float> turnAt(const Look& look, int peak, float frequency, Kind kind) const;
@@ -102,6 +104,11 @@ private:
     Look* m_now = &m_looks[0];
     Look* m_last = &m_looks[1];  // size 0: there is none
     int m_firstBin = 0, m_lastBin = 0;
+    struct Bins {
+        int first = 0, last = 0;
+        bool has(int bin) const { return bin >= first && bin <= last; }
+    };
+    Bins m_sure, m_possible;  // bins that are the band's own, and that can be
     std::vector<int> m_peaks, m_borders;
     std::array<std::vector<float>, 2> m_ring;
     std::vector<float> m_ringWeight;
