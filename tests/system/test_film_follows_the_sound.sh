@@ -68,9 +68,9 @@ pictures_seen() {
 
 # Below the main window, which comes to the front when it is clicked and would be read in place of the film.
 uncover_film() {
-    local below
-    below=$(xdotool getwindowgeometry --shell "$player_window" | sed -n 's/^HEIGHT=//p')
-    xdotool windowmove --sync "$film_window" 0 $((below + 20))
+    local Y=0 HEIGHT=0
+    eval "$(xdotool getwindowgeometry --shell "$player_window" | grep -E '^(Y|HEIGHT)=[0-9]+$')"
+    xdotool windowmove "$film_window" 0 $((Y + HEIGHT + 20))
 }
 
 # As add_track, of which only a song leaves no other window behind.
