@@ -41,7 +41,7 @@ make_browser() {
 check_by_menu() {
     xdotool windowfocus --sync "$player_window"
     click $help_x $menu_y
-    press Down Down Return  # the second of its items
+    press Down Down Down Return  # the third of its items
 }
 
 panel_has_keys() {
