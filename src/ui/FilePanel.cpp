@@ -58,6 +58,12 @@ FilePanel::FilePanel(QWidget* parent, const QString& title, const QString& folde
     m_names = m_field->completer()->popup();
     m_names->installEventFilter(this);
     m_names->setStyleSheet(offeredNamesSheet());
+    // Names that were still looked for come later, and would stand on the screen without a panel and take the next
+    // click.
+    connect(this, &QDialog::finished, this, [this] {
+        m_field->completer()->setCompletionPrefix({});
+        m_names->hide();
+    });
     for (auto* view : findChildren<QAbstractItemView*>()) view->viewport()->installEventFilter(this);
     showUsersFolders();
     leaveFilesAlone();
