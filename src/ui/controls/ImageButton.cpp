@@ -32,7 +32,7 @@ void ImageButton::setImageName(const QString& name) {
 }
 
 std::optional<bool> ImageButton::onState() const {
-    if (m_imageName.contains(u"_recording_")) return std::nullopt;  // two pictures of being off
+    if (m_imageName.contains(u"_recording_")) return std::nullopt;  // both of its pictures mean off
     if (m_imageName.endsWith(u"_on.png")) return true;
     if (m_imageName.endsWith(u"_off.png")) return false;
     return std::nullopt;

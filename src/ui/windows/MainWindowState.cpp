@@ -109,7 +109,7 @@ QString MainWindowState::trackByLine() const {
     return people.isEmpty() ? tr("Press Space to play.") : tr("%1 · press Space to play").arg(people);
 }
 
-// What to do, as far as it has not been done yet.
+// Hints for the first use: what to do next, until it has been done once.
 QString MainWindowState::hint() const {
     if (m_list.count() == 0) return tr("Add a track, select it, then press Space.");
     if (m_hasPlayed) return tr("Double-click a track to play it.");
