@@ -35,7 +35,7 @@ constexpr std::chrono::milliseconds kLongestFlush{300};
 
 int g_signalSockets[2];
 
-// The look and the number format have to be settled before anything else is built.
+// Look and number format come first, because every window is built with them.
 void prepare() {
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName(QStringLiteral("Quillmere"));
@@ -119,7 +119,7 @@ void Application::connectWindow() {
     QObject::connect(&m_mpris, &MprisService::isOnTheBus, &m_launcher, &DesktopLauncher::follow);
 }
 
-// What nobody misses until the window stands on the screen.
+// Builds what is not needed to show the main window. Runs once its first frame is on the screen.
 void Application::startTheRest() {
     m_levelMeters.release();
     m_state.refresh();
@@ -146,8 +146,8 @@ void Application::comeToFront(const QByteArray& token) {
     QApplication::alert(&m_window);
 }
 
-// One panel at a time, and what the user does in between; when the window has faded in, which it would do in jerks
-// beside so much to build.
+// Builds one panel for each turn of the event loop, so that the user's input is handled in between. Begins after the
+// main window's fade-in, which would stutter otherwise.
 void Application::furnishPanels() {
     for (ToolPanel* panel : m_window.findChildren<ToolPanel*>(Qt::FindDirectChildrenOnly)) {
         if (panel->isFurnished()) continue;
@@ -172,7 +172,8 @@ void Application::endOnSignals() {
 #endif
 }
 
-// The user's own wish. Signals, the end of the session and the bus ask nobody.
+// Quit as the user chooses it, with a question where something would be lost. Signals, the end of the session and the
+// bus do not ask.
 void Application::quitAfterAsking() {
     if (m_quitQuestion.mayQuit([this] { quit(); })) quit();
 }

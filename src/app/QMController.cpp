@@ -100,7 +100,7 @@ void QMController::setUpPlayList() {
     playList->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
 }
 
-// One narrower, then one wider again: the net width stays, but the table lays itself out.
+// One pixel narrower, then wider again: the width stays, but the table lays itself out anew.
 void QMController::nudgeSecondColumn() {
     if (!playList) return;
     const int column = playList->horizontalHeader()->logicalIndex(1);
