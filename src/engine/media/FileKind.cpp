@@ -1,5 +1,9 @@
 #include "engine/media/FileKind.h"
 
+extern "C" {
+#include <libavcodec/ac3_parser.h>
+}
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -11,6 +15,18 @@ namespace qm {
 namespace {
 
 constexpr std::size_t kHeadBytes = 12;
+
+// AC-3 has a mark of two bytes only, so the rest of the head has to make sense.
+std::string kindOfDolbyHead(const std::array<std::uint8_t, kHeadBytes>& head) {
+    std::uint8_t version = 0;
+    std::uint16_t frameBytes = 0;
+    if (bigEndian16(head.data()) != 0x0b77 ||
+        av_ac3_parse_header(head.data(), head.size(), &version, &frameBytes) < 0) {
+        return "";
+    }
+    constexpr int kHighestOfAc3 = 10;
+    return version <= kHighestOfAc3 ? "ac3" : "eac3";
+}
 
 std::string kindOfHead(const std::array<std::uint8_t, kHeadBytes>& head) {
     const auto text = [&](std::size_t from) {
@@ -34,6 +50,18 @@ std::string kindOfHead(const std::array<std::uint8_t, kHeadBytes>& head) {
     if (first == "caff") {
         return "caf";
     }
+    if (first == "fLaC") {
+        return "flac";
+    }
+    if (first == "OggS") {
+        return "ogg";
+    }
+    if (first == "wvpk") {
+        return "wv";
+    }
+    if (bigEndian32(head.data()) == 0x1a45dfa3) {
+        return "matroska";
+    }
     if (first == "NIST") {
         return "nistsphere";
     }
@@ -42,6 +70,9 @@ std::string kindOfHead(const std::array<std::uint8_t, kHeadBytes>& head) {
     }
     if ((bigEndian32(head.data()) & 0xffffff7f) == 0x1f07003f) {
         return "dv";
+    }
+    if (const std::string kind = kindOfDolbyHead(head); !kind.empty()) {
+        return kind;
     }
     constexpr std::array<std::string_view, 9> kBoxes = {"ftyp", "moov", "mdat", "free", "skip",
                                                         "wide", "pnot", "udta", "uuid"};

@@ -87,7 +87,8 @@ std::vector<int> pictureStreams(const AVFormatContext& context, std::string_view
 
 // Formats whose headers leave out what their streams hold.
 bool mustBeAnalysed(std::string_view format) {
-    return format == "avi" || format == "asf" || format == "dv";
+    return format == "avi" || format == "asf" || format == "dv" || format == "matroska" || format == "ac3" ||
+           format == "eac3";
 }
 
 std::optional<SoundTrack> planTrack(const File& file, const std::string& format, int stream, const MovieFacts& facts) {
@@ -109,6 +110,10 @@ std::optional<SoundTrack> planTrack(const File& file, const std::string& format,
     if (!track && !facts.isFragmented) {
         track = planFromTable(file, format, demuxer, stream, start, facts);
     }
+    if (!track) track = planFlac(file, format, demuxer.stream(stream), start);
+    if (!track) track = planOgg(file, format, demuxer.stream(stream), start);
+    if (!track) track = planMatroska(file, format, demuxer, stream, start);
+    if (!track) track = planWavPack(file, format, demuxer.stream(stream), start);
     return track ? std::move(track) : planByPass(file, format, stream);
 }
 

@@ -6,90 +6,12 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "MediaFiles.h"
+#include "Encodings.h"
 
 using namespace qm;
 using namespace qm::test;
 
 namespace {
-
-constexpr std::int64_t kFrames = 150011;
-
-#define NEEDS_ENCODER()                                          \
-    if (!hasEncoder()) {                                         \
-        MESSAGE("the ffmpeg program is not installed: skipped"); \
-        return;                                                  \
-    }
-
-struct Encoded {
-    std::string arguments;
-    std::string name;
-};
-
-class Encodings {
-public:
-    Encodings() { m_folder.write("source.wav", sourceWave(2, kFrames)); }
-
-    std::string make(const Encoded& encoded) const {
-        const std::string path = m_folder.file(encoded.name);
-        std::string arguments = encoded.arguments;
-        const std::size_t place = arguments.find("SOURCE");
-        const std::string input = "-i '" + m_folder.file("source.wav") + "'";
-        arguments = place == std::string::npos ? input + " " + arguments : arguments.replace(place, 6, input);
-        CAPTURE(arguments);
-        REQUIRE(encode(arguments, path));
-        return path;
-    }
-
-    const TemporaryFolder& folder() const { return m_folder; }
-
-private:
-    // A gliding tone with noise in it: the coders have to work, and no two places are alike.
-    static std::vector<std::uint8_t> sourceWave(int channels, std::int64_t frames) {
-        auto bytes = waveFile(channels, 44100, frames, SampleFormat::Int16);
-        for (std::int64_t n = 0; n < frames; ++n) {
-            for (int c = 0; c < channels; ++c) {
-                const double t = static_cast<double>(n) / 44100;
-                const double tone = 9000 * std::sin(2 * M_PI * (200 + 500 * t + 90 * c) * t);
-                const auto sample = static_cast<std::int16_t>(tone + codedSample(n, c) / 16);
-                const auto at = static_cast<std::size_t>(44 + 2 * (n * channels + c));
-                bytes[at] = static_cast<std::uint8_t>(sample);
-                bytes[at + 1] = static_cast<std::uint8_t>(sample >> 8);
-            }
-        }
-        return bytes;
-    }
-
-    TemporaryFolder m_folder;
-};
-
-void checkExact(const std::string& path) {
-    CAPTURE(path);
-    const auto sound = openSound(path);
-    REQUIRE(sound);
-    const auto whole = readLinearly(*sound);
-    CHECK(countWrongSeeks(*sound, whole) == 0);
-    CHECK(countWrongChunksBackward(*sound, whole) == 0);
-}
-
-// What we read is what the program decodes, but for an overshoot at its end of at most `overshoot` frames.
-void checkAgainstProgram(const std::string& path, std::int64_t overshoot = 0) {
-    CAPTURE(path);
-    const auto sound = openSound(path);
-    REQUIRE(sound);
-    const auto channels = static_cast<std::size_t>(sound->channels());
-    const auto theirs = decodedByProgram(path);
-    const auto whole = readLinearly(*sound);
-    const auto theirLength = static_cast<std::int64_t>(theirs.size() / channels);
-    CHECK(sound->length() <= theirLength);
-    CHECK(sound->length() >= theirLength - overshoot);
-    std::int64_t wrong = 0;
-    for (std::size_t n = 0; n < std::min(whole.size() / 2, theirs.size() / channels); ++n) {
-        wrong +=
-            whole[2 * n] != theirs[channels * n] || whole[2 * n + 1] != theirs[channels * n + channels - 1] ? 1 : 0;
-    }
-    CHECK(wrong == 0);
-}
 
 const std::vector<Encoded> kLossless = {
     {"-c:a alac", "a.m4a"},
@@ -137,7 +59,7 @@ TEST_CASE("lossless files give back what was encoded, frame for frame") {
         CAPTURE(encoded.name);
         const auto sound = openSound(encodings.make(encoded));
         REQUIRE(sound);
-        CHECK(sound->length() == kFrames);
+        CHECK(sound->length() == kEncodedFrames);
         if (sound->channels() == 2) {
             CHECK(readLinearly(*sound) == original);
         }
@@ -167,7 +89,7 @@ TEST_CASE("an mp3 file with the encoder's notes is as long as what was encoded")
     const Encodings encodings;
     const auto sound = openSound(encodings.make(kMpeg.front()));
     REQUIRE(sound);
-    CHECK(sound->length() == kFrames);
+    CHECK(sound->length() == kEncodedFrames);
 }
 
 TEST_CASE("aac files are exactly their linear decode and end where the sound ended") {
@@ -180,7 +102,7 @@ TEST_CASE("aac files are exactly their linear decode and end where the sound end
     }
     const auto sound = openSound(encodings.folder().file("a.m4a"));
     REQUIRE(sound);
-    CHECK(sound->length() == kFrames);
+    CHECK(sound->length() == kEncodedFrames);
 }
 
 TEST_CASE("aac with made-up noise reads the same however it is reached") {
@@ -271,7 +193,7 @@ TEST_CASE("several enabled sound tracks are summed, the first gives the rate") {
     const auto first = openSound(encodings.folder().file("source.wav"));
     REQUIRE(mixed);
     CHECK(mixed->sampleRate() == 44100);
-    CHECK(mixed->length() == kFrames);
+    CHECK(mixed->length() == kEncodedFrames);
     const auto whole = readLinearly(*mixed);
     const auto alone = readLinearly(*first);
     CHECK(countWrongSeeks(*mixed, whole) == 0);
@@ -344,7 +266,7 @@ TEST_CASE("compressed files cut anywhere or spoilt are shorter or refused, never
                 }
             }
             if (const auto sound = openSound(encodings.folder().write("spoilt", spoilt))) {
-                CHECK(sound->length() < 100 * kFrames);
+                CHECK(sound->length() < 100 * kEncodedFrames);
                 std::vector<float> part(2 * 3000);
                 sound->read(0, part.data(), 3000);
                 sound->read(sound->length() - 3000, part.data(), 3000);
