@@ -8,8 +8,10 @@
 #include "engine/media/tags/AsfTags.h"
 #include "engine/media/tags/ChunkTags.h"
 #include "engine/media/tags/Id3Tags.h"
+#include "engine/media/tags/MatroskaTags.h"
 #include "engine/media/tags/MovieTags.h"
 #include "engine/media/tags/TagList.h"
+#include "engine/media/tags/VorbisTags.h"
 
 namespace qm {
 
@@ -27,7 +29,14 @@ std::vector<Tag> readTags(const FileBytes& file) {
         readCafTags(file, begin, tags);
     } else if (kind == "asf") {
         readAsfTags(file, begin, tags);
-    } else if (kind.empty()) {  // MPEG audio
+    } else if (kind == "flac") {
+        readFlacTags(file, begin, tags);
+    } else if (kind == "ogg") {
+        readOggTags(file, tags);
+    } else if (kind == "matroska") {
+        readMatroskaTags(file, tags);
+    } else if (kind.empty() || kind == "wv" || kind == "ac3" ||
+               kind == "eac3") {  // without a place for tags of its own
         readApe(file, tags);
         readId3v1(file, tags);
     }
