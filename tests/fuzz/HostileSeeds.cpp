@@ -45,6 +45,16 @@ const std::vector<Coding>& codings() {
         {"old.mov", kFilm + "-c:v svq1 -c:a adpcm_ima_qt"},
         {"film.avi", kFilm + "-c:v mpeg4 -bf 2 -c:a libmp3lame"},
         {"plain.avi", kFilm + "-c:v mjpeg -c:a pcm_s16le"},
+        {"lossless.flac", kTone + "-c:a flac -metadata title=Title -metadata artist=Artist"},
+        {"lossless.oga", kTone + "-c:a flac"},
+        {"lossy.ogg", kTone + "-c:a libvorbis -metadata title=Title -metadata artist=Artist"},
+        {"lossy.opus", kTone + "-c:a libopus -b:a 32k"},
+        {"lossless.mka", kTone + "-c:a flac"},
+        {"lossy.mka", kTone + "-c:a aac"},
+        {"lossless.wv", kTone + "-c:a wavpack"},
+        {"surround.ac3", kTone + "-c:a ac3 -ac 6"},
+        {"film.webm", kFilm + "-c:v libvpx -g 5 -c:a libopus"},
+        {"film.mkv", kFilm + "-c:v mpeg4 -bf 2 -c:a libvorbis"},
         {"film.wmv", kFilm + "-c:v wmv2 -c:a wmav2"},
     };
     return all;
