@@ -1,13 +1,11 @@
 #include <doctest/doctest.h>
 
-#include <QFile>
 #include <string>
 #include <vector>
 
 #include "engine/api/Log.h"
 #include "support/widgets/TestText.h"
 #include "ui/controls/NamedImage.h"
-#include "ui/controls/TiffImage.h"
 
 using namespace qm;
 
@@ -37,13 +35,6 @@ const std::vector<const char*> kNames = {"db_Play_F_on.png",
                                          "db_stop_recording_off.png",
                                          "RecordingControls_Record.png",
                                          "RecordingControls_Stop.png"};
-
-QByteArray tiffFile() {
-    namedImage(QStringLiteral("default.tiff"));
-    QFile file(QStringLiteral(":/images/default.tiff"));
-    REQUIRE(file.open(QIODevice::ReadOnly));
-    return file.readAll();
-}
 
 }  // namespace
 
@@ -79,22 +70,11 @@ TEST_CASE("an unknown image name gives a null image and a log line") {
     CHECK(lines[0].find("nothing.png") != std::string::npos);
 }
 
-TEST_CASE("the loudspeaker's two pages are its plain and its doubled picture") {
-    const QByteArray file = tiffFile();
-    CHECK(tiffPage(file, 0).size() == QSize(28, 28));
-    CHECK(tiffPage(file, 1).size() == QSize(56, 56));
-    CHECK(tiffPage(file, 2).isNull());
-    CHECK(qAlpha(tiffPage(file, 0).pixel(0, 0)) == 0);
-}
-
-TEST_CASE("a picture file cut anywhere gives a null page or a whole one, never a crash") {
-    const QByteArray file = tiffFile();
-    const QImage whole = tiffPage(file, 1);
-    for (qsizetype length = 0; length < file.size(); length += 7) {
-        const QImage page = tiffPage(file.left(length), 1);
-        CHECK((page.isNull() || page == whole));
-    }
-    CHECK(tiffPage(QByteArray("II\x2A\0\xFF\xFF\xFF\x7F", 8), 0).isNull());
+TEST_CASE("the loudspeaker is drawn in its two sizes on nothing") {
+    const QString name = QStringLiteral("default.tiff");
+    CHECK(namedImage(name).size() == QSize(28, 28));
+    CHECK(namedImage(name, 2.0).size() == QSize(56, 56));
+    CHECK(qAlpha(namedImage(name).pixel(0, 0)) == 0);
 }
 
 TEST_CASE("what is shown larger than it is drawn has a picture of four times the size") {

@@ -7,7 +7,6 @@
 #include <algorithm>
 
 #include "engine/api/Log.h"
-#include "ui/controls/TiffImage.h"
 
 static void loadResourceFile() {
     Q_INIT_RESOURCE(quillmere);
@@ -32,10 +31,9 @@ QByteArray resourceBytes(const QString& name) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// Decoded by content: one of the names has no extension.
-QImage decode(const QByteArray& bytes, int page) {
-    if (bytes.startsWith("II")) return tiffPage(bytes, page);
-    return QImage::fromData(bytes);
+// Decoded by content, because one of the names has no extension and one has another format's.
+QImage resourceImage(const QString& name) {
+    return QImage::fromData(resourceBytes(name));
 }
 
 }  // namespace
@@ -43,15 +41,14 @@ QImage decode(const QByteArray& bytes, int page) {
 QImage namedImage(const QString& name, double deviceScale) {
     QImage image;
     if (deviceScale > 2.0) {
-        image = decode(resourceBytes(scaledName(name, 4)), 0);
+        image = resourceImage(scaledName(name, 4));
         image.setDevicePixelRatio(4.0);
     }
     if (image.isNull() && deviceScale > 1.0) {
-        const bool paged = name.endsWith(QStringLiteral(".tiff"));
-        image = decode(resourceBytes(paged ? name : scaledName(name, 2)), 1);
+        image = resourceImage(scaledName(name, 2));
         image.setDevicePixelRatio(2.0);
     }
-    if (image.isNull()) image = decode(resourceBytes(name), 0);
+    if (image.isNull()) image = resourceImage(name);
     if (image.isNull()) qmLog("no image named " + name.toStdString());
     return image;
 }
