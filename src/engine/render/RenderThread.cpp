@@ -101,9 +101,7 @@ RenderThread::Heard RenderThread::heard() const {
         stamp = m_output.stampAt(played);
     }
     if (!stamp) return {};
-    const auto since = static_cast<double>(std::clamp<std::int64_t>(played - stamp->deviceFrame, 0, stamp->frames));
-    const double steps = stamp->step + since * stamp->stepsPerFrame;
-    return {stamp->lane.playhead.positionAt(steps), stamp->lane.request};
+    return {stamp->lane.playhead.positionAt(stamp->stepAt(played)), stamp->lane.request};
 }
 
 bool RenderThread::isCaughtUp() const {
@@ -171,13 +169,13 @@ bool RenderThread::needsSplice(const Request& request, const Shape& shape) const
 
 void RenderThread::spliceTo(const Request& request, const Shape& shape) {
     if (!m_deviceStarted) m_output.settleWhileStopped();
-    Lane* idle = m_output.idleLane();
+    Lane* idle = m_output.lanes().idle();
     m_spliceWaits = idle == nullptr;
     if (m_spliceWaits) {  // for the one before it; what that one plays is kept filled meanwhile
         if (!m_shapeValid || !wantsFrames()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
         return;
     }
-    const Lane& lane = m_output.activeLane();
+    const Lane& lane = m_output.lanes().beingWritten();
     const LaneHeader& header = lane.header;
     if (m_output.gateIsClosed()) m_output.setRunning(false);  // nothing is heard yet: nothing is to be continued
     const bool moving = !m_output.gateIsClosed();
@@ -190,7 +188,7 @@ void RenderThread::spliceTo(const Request& request, const Shape& shape) {
         const std::uint64_t last = lane.written() > fade ? lane.written() - fade : 0;
         atFrame = std::max(atFrame, std::min(atFrame + margin, last));
     }
-    const double step = header.firstStep + static_cast<double>(atFrame) * header.speed;
+    const double step = header.stepOf(atFrame);
     const std::int64_t position = seeks ? std::clamp<std::int64_t>(request.seekTarget, 0, length())
                                         : std::llround(header.playhead.positionAt(step));
 
@@ -220,7 +218,7 @@ bool RenderThread::startJump(Lane& lane, const Playhead& playhead, const Shape& 
 
 // The sound goes on where it is, rendered differently.
 bool RenderThread::startContinuous(Lane& lane, Playhead playhead, const Shape& shape, std::uint64_t atFrame) {
-    const Lane& old = m_output.activeLane();
+    const Lane& old = m_output.lanes().beingWritten();
     const bool turns = shape.backward != m_shape.backward;
     const bool aligned = !shape.settings.stretches() && !m_shape.settings.stretches() && !turns;
     const bool same = aligned && shape.settings == m_shape.settings;
@@ -245,22 +243,22 @@ bool RenderThread::startContinuous(Lane& lane, Playhead playhead, const Shape& s
     return true;
 }
 
-void RenderThread::publish(Lane& lane, const OutputCallback::Splice& splice, const Shape& shape) {
+void RenderThread::publish(Lane& lane, const Splice& splice, const Shape& shape) {
     const double steps = static_cast<double>(lane.header.playhead.stepsToBoundary()) - lane.header.firstStep;
     m_laneFrames = lane.header.playhead.loops ? -1 : static_cast<std::int64_t>(std::ceil(steps / shape.settings.speed));
     lane.ended = m_laneFrames >= 0 && static_cast<std::int64_t>(lane.written()) >= m_laneFrames;
-    m_output.splice(splice);
+    m_output.lanes().splice(splice);
 }
 
 bool RenderThread::wantsFrames() const {
-    const Lane& lane = m_output.activeLane();
+    const Lane& lane = m_output.lanes().beingWritten();
     return !lane.ended && lane.frames.available() < frames(m_reserve.laneSeconds());
 }
 
 // One block at most, so that requests are seen to between blocks.
 void RenderThread::fillLane() {
     if (!m_shapeValid || !wantsFrames()) return;
-    Lane& lane = m_output.activeLane();
+    Lane& lane = m_output.lanes().beingWritten();
     const std::span<StereoFrame> block(m_block.data(), kBlock);
     if (!m_renderer.render(block)) {
         m_shapeValid = false;

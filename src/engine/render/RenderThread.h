@@ -65,7 +65,7 @@ public:
     // Any thread. True when the newest request is in force and its sound lies ready; false while a splice waits for the
     // device to play on.
     bool isCaughtUp() const;
-    std::size_t framesReady() const { return m_output.framesReady(); }
+    std::size_t framesReady() const { return m_output.lanes().framesReady(); }
 
 private:
     // What a lane was rendered for: while it stays the same there is nothing to splice.
@@ -89,7 +89,7 @@ private:
     void spliceTo(const Request& request, const Shape& shape);
     bool startJump(Lane& lane, const Playhead& playhead, const Shape& shape);
     bool startContinuous(Lane& lane, Playhead playhead, const Shape& shape, std::uint64_t atFrame);
-    void publish(Lane& lane, const OutputCallback::Splice& splice, const Shape& shape);
+    void publish(Lane& lane, const Splice& splice, const Shape& shape);
     bool wantsFrames() const;
     void fillLane();
     void applyRunning(const Request& request);
