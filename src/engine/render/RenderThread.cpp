@@ -51,10 +51,18 @@ void RenderThread::request(const Request& request) {
     m_requested.notify_one();
 }
 
-RenderThread::Heard RenderThread::heard() const {
+// The sound is looked at first: a seek that comes in between is then one that is not heard yet.
+double RenderThread::heard() const {
     const auto heard = m_device.heard();
-    if (!heard) return {};
-    return {heard->lane.playhead.positionAt(heard->step), heard->lane.request};
+    const std::lock_guard lock(m_mutex);
+    const std::uint64_t seekHeard = heard ? heard->lane.request : 0;
+    if (seekHeard != m_request.seek) return static_cast<double>(m_request.seekTarget);
+    return heard ? heard->lane.playhead.positionAt(heard->step) : 0;
+}
+
+RenderThread::Request RenderThread::newestRequest() const {
+    const std::lock_guard lock(m_mutex);
+    return m_request;
 }
 
 bool RenderThread::isCaughtUp() const {

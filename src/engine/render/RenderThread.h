@@ -40,13 +40,10 @@ public:
     void setGains(float left, float right) { m_output.setGains(left, right); }
     Meter& meter() { return m_output.meter(); }
 
-    // Any thread. The position being heard, in frames, and the newest seek that
-    // it takes account of.
-    struct Heard {
-        double position = 0;
-        std::uint64_t seek = 0;
-    };
-    Heard heard() const;
+    // Any thread. The position being heard, in frames; until the newest seek is heard, its target.
+    double heard() const;
+
+    Request newestRequest() const;  // any thread
 
     std::uint32_t underruns() const { return m_output.underruns(); }
 
