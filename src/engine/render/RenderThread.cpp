@@ -95,8 +95,7 @@ void RenderThread::run() {
     m_device.close();
 }
 
-// Takes the newest request. Waits while there is nothing to do; false when the
-// thread is to end.
+// Takes the newest request. Waits while there is nothing to do; false when the thread is to end.
 bool RenderThread::waitForWork(Request& request) {
     std::unique_lock lock(m_mutex);
     if (!isBusy() && m_requestCount == m_seenRequests && !m_closing) {
@@ -104,8 +103,7 @@ bool RenderThread::waitForWork(Request& request) {
         const auto patience = std::chrono::milliseconds(m_device.isStarted() ? 10 : 500);
         m_requested.wait_for(lock, patience, [&] { return m_closing || m_requestCount != m_seenRequests; });
     }
-    // One action of the user is often several requests in a row: they are
-    // rendered as one.
+    // One action of the user is often several requests in a row: they are rendered as one.
     while (m_requestCount != m_seenRequests && !m_closing) {
         m_seenRequests = m_requestCount;
         lock.unlock();
@@ -122,8 +120,8 @@ bool RenderThread::isBusy() const {
     return !m_writer.isInForce() || m_writer.canWriteOn(framesAhead()) || starting;
 }
 
-// Opens the gate to play, and lets the device rest after a while of silence.
-// The device may have to wait for a sound server: no lock is held then.
+// Opens the gate to play, and lets the device rest after a while of silence. The device may have to wait for a sound
+// server: no lock is held then.
 void RenderThread::applyRunning(const Request& request) {
     if (!request.moves()) return m_device.leaveAlone();
     if (m_device.startToPlay()) openGate();

@@ -1,9 +1,7 @@
-// The thread that keeps the sound ready: it takes what the main thread asks
-// for, has it written into lanes and spliced into what is playing, opens the
-// gate, and has the device looked after.
+// The thread that keeps the sound ready: it takes what the main thread asks for, has it written into lanes and spliced
+// into what is playing, opens the gate, and has the device looked after.
 //
-// The main thread states what it wants; requests that come faster than they can
-// be rendered coalesce into the newest.
+// The main thread states what it wants; requests that come faster than they can be rendered coalesce into the newest.
 #pragma once
 
 #include <condition_variable>
@@ -35,8 +33,7 @@ public:
 
     // Main thread.
     void request(const Request& request);
-    void close();  // silence at once, and nothing more is done; the end may then
-                   // have to wait for device and file
+    void close();  // silence at once, and nothing more is done; the end may then have to wait for device and file
     void setGains(float left, float right) { m_output.setGains(left, right); }
     Meter& meter() { return m_output.meter(); }
 
@@ -49,8 +46,8 @@ public:
 
     std::optional<SoundOutput> soundOutput() const { return m_device.soundOutput(); }  // any thread, as the keeper says
 
-    // Any thread. True when the newest request is in force and its sound lies
-    // ready; false while a splice waits for the device to play on.
+    // Any thread. True when the newest request is in force and its sound lies ready; false while a splice waits for the
+    // device to play on.
     bool isCaughtUp() const;
     std::size_t framesReady() const { return m_output.lanes().framesReady(); }
 
@@ -72,7 +69,7 @@ private:
     std::uint64_t m_caughtUpWith = ~std::uint64_t{0};
     bool m_closing = false;
 
-    // Render thread only.
+    // Render thread only, but for what the device's keeper answers to any.
     LaneWriter m_writer;
     DeviceKeeper m_device;
     std::uint64_t m_seenRequests = 0;
