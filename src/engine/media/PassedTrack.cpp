@@ -77,6 +77,7 @@ void passPackets(SoundTrack& track, Demuxer& demuxer, int stream, const StreamSt
     std::vector<std::uint8_t> buffer;
     bool direct = format == "mov";  // elsewhere packets are made of pieces of the file
     const PacketPtr packet(av_packet_alloc());
+    std::uint64_t last = 0;
     while (demuxer.read(stream, *packet) >= 0) {
         const SkipRequest skip = SkipRequest::of(*packet);
         const int frames = counter.count(*packet);
@@ -85,7 +86,9 @@ void passPackets(SoundTrack& track, Demuxer& demuxer, int stream, const StreamSt
         if (direct) {
             inFile.append(packet->pos, static_cast<std::uint32_t>(packet->size), frames);
         }
-        track.index.append(PacketIndex::kNoPosition, DemuxedPacketSource::fingerprint(*packet), frames);
+        if (track.index.packets() > 0) track.contentHash = DemuxedPacketSource::mixed(track.contentHash, last);
+        last = DemuxedPacketSource::contentHash(*packet);
+        track.index.append(PacketIndex::kNoPosition, DemuxedPacketSource::fingerprint(last, packet->pos), frames);
     }
     track.drainedFrames = counter.drain();
     track.kept = cuts.kept(track.index.frames() + track.drainedFrames);
