@@ -63,8 +63,7 @@ LevelMeterHooks QMController::meterHooks() {
     return {[this] { return prefs.boolForKey(prefkeys::kAudioLevels); }, [this](bool on) { switchAudioLevels(on); }};
 }
 
-void QMController::awakeFromNib(const Outlets& outlets) {
-    static_cast<Outlets&>(*this) = outlets;
+void QMController::awakeFromNib() {
     if (playList) playList->setModel(&m_table);
     m_chrome.startFadeIn();
     if (playList) connect(playList, &PlayListView::rowActivated, this, &QMController::rowDoubleClicked);
