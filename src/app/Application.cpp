@@ -52,29 +52,29 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
       m_controller((prepare(), m_engine), m_capture, m_prefs,
                    [](const QString& name) { return namedImage(name, kIconScale); }),
       m_audioRecord(m_capture, m_controller.takes()),
-      m_window(m_outlets, &m_controller),
+      m_window(m_controller, &m_controller),
       m_statusNotices(m_window, m_controller.notices()),
-      m_spokenDeeds(m_window.actions(), m_controller, m_controller.abLoop(), m_outlets, m_controller.notices()),
-      m_listKeys(m_window, m_controller, m_controller, m_outlets, m_controller.notices()),
-      m_contextMenus(m_window, m_controller, m_controller, m_outlets),
-      m_levelMeters(m_outlets, &m_window),
-      m_trackInfo(m_outlets, &m_window),
-      m_video(m_outlets, &m_window),
-      m_export(m_outlets, m_window.actions(), &m_window),
+      m_spokenDeeds(m_window.actions(), m_controller, m_controller.abLoop(), m_controller, m_controller.notices()),
+      m_listKeys(m_window, m_controller, m_controller, m_controller, m_controller.notices()),
+      m_contextMenus(m_window, m_controller, m_controller, m_controller),
+      m_levelMeters(m_controller, &m_window),
+      m_trackInfo(m_controller, &m_window),
+      m_video(m_controller, &m_window),
+      m_export(m_controller, m_window.actions(), &m_window),
       m_quitQuestion(
           m_controller.trackExport(), m_controller.notices(), [this] { return askWhetherToQuit(&m_window); },
           [this](bool waits) { m_export.setQuitsAfterwards(waits); }),
-      m_recording(m_outlets, m_window.actions(), &m_window,
+      m_recording(m_controller, m_window.actions(), &m_window,
                   [this] { return signsOf(m_controller, m_controller.isRecording); }),
       m_recorder(m_audioRecordOutlets, m_window.actions(), &m_window,
                  [this] { return signsOf(m_audioRecord, m_audioRecord.recordingStatus); }),
-      m_preferences(m_outlets, m_window.actions(), &m_window),
-      m_about(m_outlets, &m_window),
-      m_keys(m_controller, m_controller, m_outlets, m_window.actions(), m_controller.positionClock(),
+      m_preferences(m_controller, m_window.actions(), &m_window),
+      m_about(m_controller, &m_window),
+      m_keys(m_controller, m_controller, m_controller, m_window.actions(), m_controller.positionClock(),
              m_controller.trackLoader(), m_controller.trackInfo(), m_controller.notices()),
-      m_idleActs(m_window.actions(), m_controller, m_controller, m_outlets, m_controller.notices()),
-      m_state(m_window, m_controller, m_controller, m_controller.abLoop(), m_outlets),
-      m_remote(m_controller, m_controller, m_outlets, m_engine, m_controller.abLoop(), m_window.actions()),
+      m_idleActs(m_window.actions(), m_controller, m_controller, m_controller, m_controller.notices()),
+      m_state(m_window, m_controller, m_controller, m_controller.abLoop(), m_controller),
+      m_remote(m_controller, m_controller, m_controller, m_engine, m_controller.abLoop(), m_window.actions()),
       m_mpris(m_remote),
       m_launcher(m_remote, m_window.actions(), [this](const QByteArray& token) { comeToFront(token); }),
       m_soundWatch(m_engine, m_controller.notices()) {
@@ -83,7 +83,7 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
     m_controller.setExit([this](int status) { end(status); });
     m_levelMeters.hold();
     m_window.standOn(QGuiApplication::primaryScreen()->availableGeometry(), m_levelMeters.size());
-    m_controller.awakeFromNib(m_outlets);
+    m_controller.awakeFromNib();
     m_audioRecord.awakeFromNib(m_audioRecordOutlets);
     connectWindow();
     makeUpdaters();

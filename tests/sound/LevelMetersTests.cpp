@@ -61,7 +61,7 @@ struct MeterFixture : ControllerFixture {
 TEST_CASE_FIXTURE(MeterFixture, "start-up makes the records for two channels and four bands, to be kept") {
     init();
     CHECK(controller->mFreqResults == nullptr);
-    controller->awakeFromNib(outlets);
+    awakeWith(*controller, outlets);
     REQUIRE(controller->mFreqResults);
     CHECK(controller->pAveragePowerLevels->numChannels == 2);
     CHECK(controller->pPeakHoldLevels->numChannels == 2);

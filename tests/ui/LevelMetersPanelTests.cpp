@@ -40,7 +40,7 @@ struct MeteredWindow {
     LevelMetersPanel panel{outlets, &window};
     MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
-    MeteredWindow() { controller.awakeFromNib(outlets); }
+    MeteredWindow() { awakeWith(controller, outlets); }
 };
 
 }  // namespace
