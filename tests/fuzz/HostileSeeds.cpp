@@ -1,5 +1,6 @@
 #include "fuzz/HostileSeeds.h"
 
+#include <stdexcept>
 #include <string>
 
 #include "engine/media/MediaFiles.h"
@@ -103,12 +104,9 @@ std::vector<NamedInput> hostileSeeds() {
     const TemporaryFolder folder;
     for (const Coding& coding : codings()) {
         std::vector<Input> read;
-        if (hasEncoder() && encode(coding.arguments, folder.file(coding.name))) {
-            addFile(read, folder.file(coding.name));
-        }
-        if (!read.empty()) {
-            seeds.push_back({coding.name, read.front()});
-        }
+        if (encode(coding.arguments, folder.file(coding.name))) addFile(read, folder.file(coding.name));
+        if (read.empty()) throw std::runtime_error("the ffmpeg program did not make " + std::string(coding.name));
+        seeds.push_back({coding.name, read.front()});
     }
     return seeds;
 }

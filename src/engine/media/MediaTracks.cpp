@@ -186,7 +186,7 @@ Result<MediaTracks> findMpegAudio(const File& file) {
     return tracks;
 }
 
-Result<MediaTracks> findInContainer(File file, const std::string& format) {
+Result<MediaTracks> findInContainer(const File& file, const std::string& format) {
     MediaTracks tracks;
     tracks.file = file;
     tracks.format = format;

@@ -11,12 +11,6 @@ namespace qm::test {
 
 constexpr std::int64_t kEncodedFrames = 150011;  // of the signal, at 44100 Hz
 
-#define NEEDS_ENCODER()                                          \
-    if (!hasEncoder()) {                                         \
-        MESSAGE("the ffmpeg program is not installed: skipped"); \
-        return;                                                  \
-    }
-
 struct Encoded {
     std::string arguments;  // SOURCE stands for the signal, which is the only input otherwise
     std::string name;

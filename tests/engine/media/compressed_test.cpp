@@ -1,4 +1,4 @@
-// Files that the ffmpeg program encodes from a coded signal. Where it is not installed these cases say so and end.
+// Files that the ffmpeg program encodes from a coded signal.
 #include <doctest/doctest.h>
 
 #include <algorithm>
@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "Encodings.h"
+#include "support/NotRun.h"
 
 using namespace qm;
 using namespace qm::test;
@@ -50,7 +51,6 @@ const std::vector<Encoded> kOthers = {
 }  // namespace
 
 TEST_CASE("lossless files give back what was encoded, frame for frame") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     const auto source = openSound(encodings.folder().file("source.wav"));
     REQUIRE(source);
@@ -67,7 +67,6 @@ TEST_CASE("lossless files give back what was encoded, frame for frame") {
 }
 
 TEST_CASE("any stretch of a lossless file is the same however it is reached") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     for (const Encoded& encoded : kLossless) {
         checkExact(encodings.make(encoded));
@@ -75,7 +74,6 @@ TEST_CASE("any stretch of a lossless file is the same however it is reached") {
 }
 
 TEST_CASE("mp3 files with and without a header frame are exactly their linear decode") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     for (const Encoded& encoded : kMpeg) {
         const std::string path = encodings.make(encoded);
@@ -85,7 +83,6 @@ TEST_CASE("mp3 files with and without a header frame are exactly their linear de
 }
 
 TEST_CASE("an mp3 file with the encoder's notes is as long as what was encoded") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     const auto sound = openSound(encodings.make(kMpeg.front()));
     REQUIRE(sound);
@@ -93,7 +90,6 @@ TEST_CASE("an mp3 file with the encoder's notes is as long as what was encoded")
 }
 
 TEST_CASE("aac files are exactly their linear decode and end where the sound ended") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     for (const Encoded& encoded : kAac) {
         const std::string path = encodings.make(encoded);
@@ -106,13 +102,11 @@ TEST_CASE("aac files are exactly their linear decode and end where the sound end
 }
 
 TEST_CASE("aac with made-up noise reads the same however it is reached") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     checkExact(encodings.make({"-c:a aac -b:a 48k", "noisy.m4a"}));
 }
 
 TEST_CASE("every other codec reads the same however it is reached") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     for (const Encoded& encoded : kOthers) {
         checkExact(encodings.make(encoded));
@@ -120,7 +114,6 @@ TEST_CASE("every other codec reads the same however it is reached") {
 }
 
 TEST_CASE("files that need a pass through all packets are as long as their linear decode") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     for (const Encoded& encoded : kOthers) {
         CAPTURE(encoded.name);
@@ -138,7 +131,6 @@ TEST_CASE("files that need a pass through all packets are as long as their linea
 }
 
 TEST_CASE("an edit list decides which frame is the first") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     const std::string whole = encodings.make({"-c:a alac", "whole.m4a"});
     const std::string cut = encodings.folder().file("cut.m4a");
@@ -148,7 +140,6 @@ TEST_CASE("an edit list decides which frame is the first") {
 }
 
 TEST_CASE("movies have video, sound files with a cover have none") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     const auto movie = openMedia(encodings.make(kAac.back()));
     REQUIRE(movie);
@@ -167,7 +158,6 @@ TEST_CASE("movies have video, sound files with a cover have none") {
 }
 
 TEST_CASE("a movie without sound opens without a reader") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     for (const Encoded& encoded : {Encoded{"-f lavfi -i testsrc=s=64x48:d=2 -an SOURCE -map 0:v -c:v mpeg4", "a.mp4"},
                                    Encoded{"-f lavfi -i testsrc=s=64x48:d=2 SOURCE -map 0:v -c:v mjpeg", "a.avi"}}) {
@@ -182,7 +172,6 @@ TEST_CASE("a movie without sound opens without a reader") {
 }
 
 TEST_CASE("several enabled sound tracks are summed, the first gives the rate") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     const std::string tone = "-f lavfi -i sine=f=1000:r=22050:d=3";
     const std::string second = encodings.folder().file("tone.wav");
@@ -208,7 +197,6 @@ TEST_CASE("several enabled sound tracks are summed, the first gives the rate") {
 }
 
 TEST_CASE("an mp3 file is found behind garbage and ends before tags") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     const std::string path = encodings.make({"-c:a libmp3lame -b:a 96k -write_xing 0 -id3v2_version 0", "plain.mp3"});
     const auto plain = openSound(path);
@@ -232,7 +220,6 @@ TEST_CASE("an mp3 file is found behind garbage and ends before tags") {
 }
 
 TEST_CASE("a damaged stretch of an mp3 file does not move what comes after it") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     const std::string path = encodings.make({"-c:a libmp3lame -b:a 128k -write_xing 0 -id3v2_version 0", "plain.mp3"});
     const auto plain = openSound(path);
@@ -250,7 +237,6 @@ TEST_CASE("a damaged stretch of an mp3 file does not move what comes after it") 
 }
 
 TEST_CASE("compressed files cut anywhere or spoilt are shorter or refused, never harmful") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     for (const Encoded& encoded : {kMpeg[1], kAac[0], kLossless[2], kOthers[6], kOthers[8]}) {
         CAPTURE(encoded.name);
@@ -276,11 +262,8 @@ TEST_CASE("compressed files cut anywhere or spoilt are shorter or refused, never
 }
 
 TEST_CASE("the collected real files read the same however they are reached") {
-    const char* folder = std::getenv("QUILLMERE_MEDIA");
-    if (!folder) {
-        MESSAGE("QUILLMERE_MEDIA is not set: skipped");
-        return;
-    }
+    const char* folder = std::getenv("QUILLMERE_SAMPLE_MEDIA");
+    if (!folder || !*folder) NOT_RUN_BECAUSE("there is no folder of sample media");
     int sounding = 0;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
         CAPTURE(entry.path().string());
