@@ -1,5 +1,4 @@
-// A track is known again by its sound. Files that the ffmpeg program makes from a gliding tone; where it is not
-// installed those cases say so and end.
+// A track is known again by its sound. Files that the ffmpeg program makes from a gliding tone.
 #include <doctest/doctest.h>
 
 #include <atomic>
@@ -16,12 +15,6 @@ using namespace qm;
 using namespace qm::test;
 
 namespace {
-
-#define NEEDS_ENCODER()                                          \
-    if (!hasEncoder()) {                                         \
-        MESSAGE("the ffmpeg program is not installed: skipped"); \
-        return;                                                  \
-    }
 
 std::string identityOf(const std::string& path) {
     const auto opened = openMedia(path);
@@ -126,7 +119,6 @@ struct Pairs {
 }  // namespace
 
 TEST_CASE("A sound is known again in another file, and not taken for another sound") {
-    NEEDS_ENCODER();
     const Files files;
     Pairs pairs;
     for (std::size_t i = 0; i < kinds().size(); ++i) {
@@ -156,7 +148,6 @@ TEST_CASE("A copy under another name has the same identity, and the first second
 }
 
 TEST_CASE("A tag behind a cut file is not taken for its sound") {
-    NEEDS_ENCODER();
     const Files files;
     const std::string whole = files.coded(kinds()[0], "sound.wav", "-c:a libmp3lame -b:a 128k", "whole");
     const std::string cut = files.path("cut.mp3"), tagged = files.path("tagged.mp3");
@@ -168,7 +159,6 @@ TEST_CASE("A tag behind a cut file is not taken for its sound") {
 }
 
 TEST_CASE("An identity takes at most 16 reads, of at most 512 KiB together") {
-    NEEDS_ENCODER();
     const Files files;
     const TemporaryFolder folder;
     folder.write("long.wav", wave(0, 60, 200));
