@@ -28,12 +28,13 @@ constexpr std::chrono::seconds kLongestAnswer{2};  // that a file is waited for
 }  // namespace
 
 TrackLoader::TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
-                         PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, Notices& notices,
-                         LevelMeterHooks meters)
+                         MovieToolbox& toolbox, PositionClock& clock, ToneControl& tone, TrackMetadata& metadata,
+                         Notices& notices, LevelMeterHooks meters)
     : m_state(state),
       m_list(list),
       m_outlets(outlets),
       m_engine(engine),
+      m_toolbox(toolbox),
       m_clock(clock),
       m_tone(tone),
       m_metadata(metadata),
@@ -156,16 +157,16 @@ void TrackLoader::showVideo() {
 void TrackLoader::resetPositionSlider() {
     if (!m_outlets.cueSlider) return;
     m_outlets.cueSlider->setMinimum(0.0);
-    m_outlets.cueSlider->setMaximum(m_engine.GetMovieDuration(m_state.quickTimeMovie));
+    m_outlets.cueSlider->setMaximum(m_toolbox.GetMovieDuration(m_state.quickTimeMovie));
     m_outlets.cueSlider->setValue(0.0);
 }
 
 void TrackLoader::carryOverSound() {
     m_state.qtMovie->setMuted(false);
     m_state.qtMovie->setVolume(m_state.gain);
-    m_engine.SetMovieAudioBalance(m_state.quickTimeMovie, m_state.balance, 0);
-    m_engine.QTSetMovieProperty(m_state.quickTimeMovie, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch,
-                                sizeof m_state.pitch, &m_state.pitch);
+    m_toolbox.SetMovieAudioBalance(m_state.quickTimeMovie, m_state.balance, 0);
+    m_toolbox.QTSetMovieProperty(m_state.quickTimeMovie, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch,
+                                 sizeof m_state.pitch, &m_state.pitch);
 }
 
 void TrackLoader::addEntry() {
@@ -176,7 +177,7 @@ void TrackLoader::addEntry() {
     entry.displayName = name ? QString::fromStdString(*name) : m_state.loadedPath;
     entry.artist = m_metadata.parseArtistMetaData(m_state.quickTimeMovie).value_or(none);
     entry.album = m_metadata.parseAlbumMetaData(m_state.quickTimeMovie).value_or(none);
-    entry.duration = m_engine.GetMovieDuration(m_state.quickTimeMovie);
+    entry.duration = m_toolbox.GetMovieDuration(m_state.quickTimeMovie);
     entry.timescale = static_cast<std::int32_t>(m_state.qtMovie->timeScaleAttribute().value_or(0));
     entry.bass = m_state.bass;
     entry.treble = m_state.treble;
@@ -200,9 +201,9 @@ void TrackLoader::restoreTone() {
 }
 
 void TrackLoader::enableMetering() {
-    m_engine.SetMovieAudioVolumeMeteringEnabled(m_state.quickTimeMovie, kDeviceMix, true);
+    m_toolbox.SetMovieAudioVolumeMeteringEnabled(m_state.quickTimeMovie, kDeviceMix, true);
     std::uint32_t bands = kMeterBands;
-    m_engine.SetMovieAudioFrequencyMeteringNumBands(m_state.quickTimeMovie, kStereoMix, bands);
+    m_toolbox.SetMovieAudioFrequencyMeteringNumBands(m_state.quickTimeMovie, kStereoMix, bands);
     if (!m_meters.switchAudioLevels || !m_meters.audioLevelsPreference) return;
     if (m_meters.audioLevelsPreference() && !m_state.audioLevelIndicatorsState) m_meters.switchAudioLevels(true);
 }

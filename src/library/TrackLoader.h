@@ -12,6 +12,9 @@
 #include <optional>
 
 #include "app/PlayerState.h"
+#include "engine/api/MediaEngine.h"
+#include "engine/api/MovieToolbox.h"
+#include "engine/api/Patience.h"
 #include "library/DropNotices.h"
 #include "library/FileQueue.h"
 #include "library/PanelFolder.h"
@@ -39,8 +42,8 @@ public:
     using RunPanel = std::function<std::optional<QStringList>(FilePanel&)>;
 
     TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
-                PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, Notices& notices,
-                LevelMeterHooks meters = {});
+                MovieToolbox& toolbox, PositionClock& clock, ToneControl& tone, TrackMetadata& metadata,
+                Notices& notices, LevelMeterHooks meters = {});
 
     // With `add`, a new row at the top of the play list keeps the file. The window lives on while a file takes long to
     // open, without a track. What is to be loaded meanwhile follows in its turn, and takes the place of those before it
@@ -105,6 +108,7 @@ private:
     PlayListArrays& m_list;
     const Outlets& m_outlets;
     MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
     PositionClock& m_clock;
     ToneControl& m_tone;
     TrackMetadata& m_metadata;

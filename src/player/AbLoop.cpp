@@ -25,9 +25,9 @@ void showMark(TimeLabel* field, QTTime mark) {
 
 }  // namespace
 
-AbLoop::AbLoop(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
+AbLoop::AbLoop(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MovieToolbox& toolbox,
                PositionClock& clock)
-    : m_state(state), m_list(list), m_outlets(outlets), m_engine(engine), m_clock(clock) {}
+    : m_state(state), m_list(list), m_outlets(outlets), m_toolbox(toolbox), m_clock(clock) {}
 
 void AbLoop::loopSwitch() {
     if (!m_state.qtMovie) return;
@@ -97,7 +97,7 @@ void AbLoop::resetMarks() {
     const int row = selectedRow(m_outlets, m_list);
     if (row < 0) return;
     m_list.markAarray[row] = 0;
-    m_list.markBarray[row] = m_engine.GetMovieDuration(m_state.quickTimeMovie);
+    m_list.markBarray[row] = m_toolbox.GetMovieDuration(m_state.quickTimeMovie);
     reloadTable(m_outlets.playList);
     showImage(m_outlets.markAButton, QStringLiteral("db_set_in_off.png"));
     showImage(m_outlets.markBButton, QStringLiteral("db_set_out_off.png"));

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "app/PlayerState.h"
+#include "engine/api/MovieToolbox.h"
 #include "library/PlayListArrays.h"
 #include "player/PositionClock.h"
 #include "ui/controls/Outlets.h"
@@ -23,7 +24,8 @@ struct ShownMarks {
 
 class AbLoop {
 public:
-    AbLoop(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine, PositionClock& clock);
+    AbLoop(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MovieToolbox& toolbox,
+           PositionClock& clock);
 
     void loopSwitch();
     void markAUpdate();
@@ -57,7 +59,7 @@ private:
     PlayerState& m_state;
     PlayListArrays& m_list;
     const Outlets& m_outlets;
-    MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
     PositionClock& m_clock;
     Told m_told;
     std::optional<ShownMarks> m_shown;

@@ -14,8 +14,8 @@ constexpr int kTickMilliseconds = 100;
 
 }  // namespace
 
-PositionClock::PositionClock(PlayerState& state, const Outlets& outlets, MediaEngine& engine)
-    : m_state(state), m_outlets(outlets), m_engine(engine) {}
+PositionClock::PositionClock(PlayerState& state, const Outlets& outlets, MovieToolbox& toolbox)
+    : m_state(state), m_outlets(outlets), m_toolbox(toolbox) {}
 
 void PositionClock::startCueTimer() {
     if (m_state.movieTimer) m_state.movieTimer->stop();
@@ -31,11 +31,11 @@ void PositionClock::wake() {
 void PositionClock::updateSlider() {
     if (!m_state.qtMovie) return;
     const Movie movie = m_state.quickTimeMovie;
-    if (m_engine.IsMovieDone(movie)) {
+    if (m_toolbox.IsMovieDone(movie)) {
         if (m_state.movieTimer) m_state.movieTimer->stop();
-        followWithSlider(m_engine.GetMovieDuration(movie));
+        followWithSlider(m_toolbox.GetMovieDuration(movie));
     }
-    followWithSlider(m_engine.GetMovieTime(movie));
+    followWithSlider(m_toolbox.GetMovieTime(movie));
     movieTimeChanged();
 }
 
@@ -62,7 +62,7 @@ void PositionClock::cueUpdate() {
         return;
     }
     if (!m_state.isLooping || !m_state.markBset) {
-        m_engine.SetMovieTimeValue(m_state.quickTimeMovie, truncToInt32(value));
+        m_toolbox.SetMovieTimeValue(m_state.quickTimeMovie, truncToInt32(value));
         movieTimeChanged();
     }
     wake();

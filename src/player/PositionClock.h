@@ -4,13 +4,14 @@
 #pragma once
 
 #include "app/PlayerState.h"
+#include "engine/api/MovieToolbox.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
 
 class PositionClock {
 public:
-    PositionClock(PlayerState& state, const Outlets& outlets, MediaEngine& engine);
+    PositionClock(PlayerState& state, const Outlets& outlets, MovieToolbox& toolbox);
 
     // Replaces the running timer, if any: there is never more than one.
     void startCueTimer();
@@ -32,7 +33,7 @@ private:
 
     PlayerState& m_state;
     const Outlets& m_outlets;
-    MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
 };
 
 }  // namespace qm

@@ -5,12 +5,12 @@
 
 namespace qm {
 
-Transport::Transport(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
+Transport::Transport(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MovieToolbox& toolbox,
                      PositionClock& clock, SpeedControl& speed, PlayListTable& table, TrackInfo& info)
     : m_state(state),
       m_list(list),
       m_outlets(outlets),
-      m_engine(engine),
+      m_toolbox(toolbox),
       m_clock(clock),
       m_speed(speed),
       m_table(table),
@@ -61,7 +61,7 @@ void Transport::reverse() {
 void Transport::showSliderRange() {
     if (!m_outlets.cueSlider) return;
     m_outlets.cueSlider->setMinimum(0.0);
-    m_outlets.cueSlider->setMaximum(m_engine.GetMovieDuration(m_state.quickTimeMovie));
+    m_outlets.cueSlider->setMaximum(m_toolbox.GetMovieDuration(m_state.quickTimeMovie));
     m_outlets.cueSlider->update();
 }
 
@@ -81,7 +81,7 @@ void Transport::pause() {
 void Transport::goToStart() {
     if (!m_state.qtMovie) return;
     if (!m_state.isLooping) {
-        m_engine.SetMovieTimeValue(m_state.quickTimeMovie, 0);
+        m_toolbox.SetMovieTimeValue(m_state.quickTimeMovie, 0);
         showValue(m_outlets.cueSlider, 0.0);
         m_clock.wake();
         return;

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "app/PlayerState.h"
+#include "engine/api/MovieToolbox.h"
 #include "library/PlayListArrays.h"
 #include "library/PlayListTable.h"
 #include "library/TrackInfo.h"
@@ -17,7 +18,7 @@ namespace qm {
 
 class Transport {
 public:
-    Transport(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
+    Transport(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MovieToolbox& toolbox,
               PositionClock& clock, SpeedControl& speed, PlayListTable& table, TrackInfo& info);
 
     void playForward();  // pauses when already playing
@@ -37,7 +38,7 @@ private:
     PlayerState& m_state;
     PlayListArrays& m_list;
     const Outlets& m_outlets;
-    MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
     PositionClock& m_clock;
     SpeedControl& m_speed;
     PlayListTable& m_table;

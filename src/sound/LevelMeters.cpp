@@ -24,8 +24,8 @@ void collect(MeterView* view, std::uint8_t band, std::vector<LevelIndicator*>& i
 
 }  // namespace
 
-LevelMeters::LevelMeters(PlayerState& state, LevelMeterState& meters, const Outlets& outlets, MediaEngine& engine)
-    : m_state(state), m_meters(meters), m_outlets(outlets), m_engine(engine) {}
+LevelMeters::LevelMeters(PlayerState& state, LevelMeterState& meters, const Outlets& outlets, MovieToolbox& toolbox)
+    : m_state(state), m_meters(meters), m_outlets(outlets), m_toolbox(toolbox) {}
 
 void LevelMeters::prepare() {
     m_meters.pAveragePowerLevels = std::make_unique<QTAudioVolumeLevels>();
@@ -57,9 +57,9 @@ void LevelMeters::switchAudioLevels(bool on) {
 
 bool LevelMeters::readLevels() {
     const Movie movie = m_state.quickTimeMovie;
-    if (m_engine.GetMovieAudioFrequencyLevels(movie, kStereoMix, *m_meters.mFreqResults) != kNoErr) return false;
-    return m_engine.GetMovieAudioVolumeLevels(movie, kDeviceMix, *m_meters.pAveragePowerLevels,
-                                              *m_meters.pPeakHoldLevels) == kNoErr;
+    if (m_toolbox.GetMovieAudioFrequencyLevels(movie, kStereoMix, *m_meters.mFreqResults) != kNoErr) return false;
+    return m_toolbox.GetMovieAudioVolumeLevels(movie, kDeviceMix, *m_meters.pAveragePowerLevels,
+                                               *m_meters.pPeakHoldLevels) == kNoErr;
 }
 
 void LevelMeters::audioLevelFireMethod() {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/PlayerState.h"
+#include "engine/api/MovieToolbox.h"
 #include "ui/controls/Outlets.h"
 
 class QLabel;
@@ -29,7 +30,7 @@ struct LevelMeterState {
 
 class LevelMeters {
 public:
-    LevelMeters(PlayerState& state, LevelMeterState& meters, const Outlets& outlets, MediaEngine& engine);
+    LevelMeters(PlayerState& state, LevelMeterState& meters, const Outlets& outlets, MovieToolbox& toolbox);
 
     // Makes the records and collects the indicators of both views. Once, when the outlets are there.
     void prepare();
@@ -51,7 +52,7 @@ private:
     PlayerState& m_state;
     LevelMeterState& m_meters;
     const Outlets& m_outlets;
-    MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
     Power m_left;
     Power m_right;
 };

@@ -14,8 +14,8 @@ constexpr double kOctave = 1200;   // cents
 
 }  // namespace
 
-PitchControl::PitchControl(PlayerState& state, const Outlets& outlets, MediaEngine& engine)
-    : m_state(state), m_outlets(outlets), m_engine(engine) {}
+PitchControl::PitchControl(PlayerState& state, const Outlets& outlets, MovieToolbox& toolbox)
+    : m_state(state), m_outlets(outlets), m_toolbox(toolbox) {}
 
 void PitchControl::pitchUpdate() {
     if (!m_outlets.pitchSlider) return;
@@ -53,8 +53,8 @@ void PitchControl::showTitle() {
 
 void PitchControl::applyToMovie() {
     if (!m_state.qtMovie) return;
-    m_engine.QTSetMovieProperty(m_state.quickTimeMovie, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch,
-                                sizeof m_state.pitch, &m_state.pitch);
+    m_toolbox.QTSetMovieProperty(m_state.quickTimeMovie, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch,
+                                 sizeof m_state.pitch, &m_state.pitch);
 }
 
 }  // namespace qm

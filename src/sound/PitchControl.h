@@ -3,13 +3,14 @@
 #pragma once
 
 #include "app/PlayerState.h"
+#include "engine/api/MovieToolbox.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
 
 class PitchControl {
 public:
-    PitchControl(PlayerState& state, const Outlets& outlets, MediaEngine& engine);
+    PitchControl(PlayerState& state, const Outlets& outlets, MovieToolbox& toolbox);
 
     void pitchUpdate();  // the slider's action
     void semiToneDown();
@@ -23,7 +24,7 @@ private:
 
     PlayerState& m_state;
     const Outlets& m_outlets;
-    MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
 };
 
 }  // namespace qm

@@ -21,8 +21,8 @@ struct ToneControl::Tone {
     std::vector<std::int16_t>& perRow;
 };
 
-ToneControl::ToneControl(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine)
-    : m_state(state), m_list(list), m_outlets(outlets), m_engine(engine) {}
+ToneControl::ToneControl(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MovieToolbox& toolbox)
+    : m_state(state), m_list(list), m_outlets(outlets), m_toolbox(toolbox) {}
 
 ToneControl::Tone ToneControl::bass() {
     return {m_state.bass, m_outlets.bassSlider, m_outlets.bassResetButton, m_list.bassArray};
@@ -81,8 +81,8 @@ void ToneControl::keepAndApply(Tone tone) {
 
 void ToneControl::bassAndTrebleUpdate() {
     if (!m_state.qtMovie) return;
-    if (m_engine.soundTrackCount(m_state.quickTimeMovie) < 1) return;
-    m_engine.MediaSetSoundBassAndTreble(m_state.quickTimeMovie, 0, m_state.bass, m_state.treble);
+    if (m_toolbox.soundTrackCount(m_state.quickTimeMovie) < 1) return;
+    m_toolbox.MediaSetSoundBassAndTreble(m_state.quickTimeMovie, 0, m_state.bass, m_state.treble);
 }
 
 }  // namespace qm

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/PlayerState.h"
+#include "engine/api/MovieToolbox.h"
 #include "library/PlayListArrays.h"
 #include "ui/controls/Outlets.h"
 
@@ -10,7 +11,7 @@ namespace qm {
 
 class ToneControl {
 public:
-    ToneControl(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine);
+    ToneControl(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MovieToolbox& toolbox);
 
     void bassMax();
     void bassMin();
@@ -35,7 +36,7 @@ private:
     PlayerState& m_state;
     PlayListArrays& m_list;
     const Outlets& m_outlets;
-    MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
 };
 
 }  // namespace qm

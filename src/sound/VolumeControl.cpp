@@ -17,9 +17,9 @@ QString balanceTitle(float balance) {
 
 }  // namespace
 
-VolumeControl::VolumeControl(PlayerState& state, const Outlets& outlets, MediaEngine& engine, SpeedControl& speed,
+VolumeControl::VolumeControl(PlayerState& state, const Outlets& outlets, MovieToolbox& toolbox, SpeedControl& speed,
                              PitchControl& pitch, ToneControl& tone)
-    : m_state(state), m_outlets(outlets), m_engine(engine), m_speed(speed), m_pitch(pitch), m_tone(tone) {}
+    : m_state(state), m_outlets(outlets), m_toolbox(toolbox), m_speed(speed), m_pitch(pitch), m_tone(tone) {}
 
 void VolumeControl::gainUpdate() {
     if (!m_outlets.gainSlider) return;
@@ -86,7 +86,7 @@ void VolumeControl::balancePreset(float value, const QString& title) {
 }
 
 void VolumeControl::applyBalance() {
-    m_engine.SetMovieAudioBalance(m_state.quickTimeMovie, m_state.balance, 0);
+    m_toolbox.SetMovieAudioBalance(m_state.quickTimeMovie, m_state.balance, 0);
 }
 
 void VolumeControl::resetAudio() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/PlayerState.h"
+#include "engine/api/MovieToolbox.h"
 #include "sound/PitchControl.h"
 #include "sound/SpeedControl.h"
 #include "sound/ToneControl.h"
@@ -12,7 +13,7 @@ namespace qm {
 
 class VolumeControl {
 public:
-    VolumeControl(PlayerState& state, const Outlets& outlets, MediaEngine& engine, SpeedControl& speed,
+    VolumeControl(PlayerState& state, const Outlets& outlets, MovieToolbox& toolbox, SpeedControl& speed,
                   PitchControl& pitch, ToneControl& tone);
 
     void gainUpdate();  // the slider's action
@@ -39,7 +40,7 @@ private:
 
     PlayerState& m_state;
     const Outlets& m_outlets;
-    MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
     SpeedControl& m_speed;
     PitchControl& m_pitch;
     ToneControl& m_tone;

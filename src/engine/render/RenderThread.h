@@ -15,7 +15,7 @@
 #include <thread>
 #include <vector>
 
-#include "engine/api/MediaEngine.h"
+#include "engine/api/SoundOutput.h"
 #include "engine/output/AudioOutput.h"
 #include "engine/output/GapWatch.h"
 #include "engine/output/OutputCallback.h"
