@@ -1,5 +1,6 @@
-// One opened media file, as the program above the engine sees it. Main thread only. Nothing here blocks on the disk;
-// nothing here reports an error: a movie that loses its file falls silent and leaves a log line.
+// One opened media file, as the program above the engine sees it. Main thread only. Nothing here waits for the disk or
+// for the sound device, not even closing: what the file says of itself was read when it was opened. Nothing here
+// reports an error: a movie that loses its file falls silent and leaves a log line.
 #pragma once
 
 #include <cstdint>

@@ -289,7 +289,7 @@ Waveform FileMovie::waveform() const {
 }
 
 std::unique_ptr<MovieExport> FileMovie::writeToFileWithAttributes(const std::string& path, WriteAttribute) {
-    return std::make_unique<FileExport>(m_works->file, path, m_preferredRate);
+    return std::make_unique<FileExport>(m_works->file, path, m_preferredRate, m_reaper);
 }
 
 void FileMovie::setMuted(bool muted) {
