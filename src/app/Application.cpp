@@ -49,7 +49,7 @@ void prepare() {
 Application::Application(int& argc, char** argv, OnlyProgram& only)
     : m_only(only),
       m_application(argc, argv),
-      m_controller((prepare(), m_engine), m_capture, m_prefs,
+      m_controller((prepare(), m_engine), m_movies, m_capture, m_prefs,
                    [](const QString& name) { return namedImage(name, kIconScale); }),
       m_audioRecord(m_capture, m_controller.takes()),
       m_window(m_controller, &m_controller),
@@ -74,10 +74,11 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
              m_controller.trackLoader(), m_controller.trackInfo(), m_controller.notices()),
       m_idleActs(m_window.actions(), m_controller, m_controller, m_controller, m_controller.notices()),
       m_state(m_window, m_controller, m_controller, m_controller.abLoop(), m_controller),
-      m_remote(m_controller, m_controller, m_controller, m_engine, m_controller.abLoop(), m_window.actions()),
+      m_remote(m_controller, m_controller, m_controller, m_controller.movieToolbox(), m_controller.abLoop(),
+               m_window.actions()),
       m_mpris(m_remote),
       m_launcher(m_remote, m_window.actions(), [this](const QByteArray& token) { comeToFront(token); }),
-      m_soundWatch(m_engine, m_controller.notices()) {
+      m_soundWatch(m_controller, m_controller.notices()) {
     m_window.actions().setReceiver(ActionRow::Recorder, &m_audioRecord);
     prepareTakes(m_window.actions(), m_controller, m_audioRecord);
     m_controller.setExit([this](int status) { end(status); });

@@ -60,7 +60,8 @@ private:
     OnlyProgram& m_only;
     QApplication m_application;
     Prefs m_prefs;
-    DeferredEngine m_engine;
+    MovieRegistry m_movies;
+    DeferredEngine m_engine{m_movies};
     DeferredCapture m_capture{m_engine};
     QMController m_controller;
     AudioRecord m_audioRecord;

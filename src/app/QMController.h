@@ -45,7 +45,8 @@ class QMController : public QObject,
 
 public:
     // Sets the fields to their start values and reads the play list; no outlet exists yet and no track is loaded.
-    QMController(MediaEngine& engine, CaptureEngine& capture, Prefs& store, const ImageProvider& images);
+    QMController(MediaEngine& engine, const MovieRegistry& movies, CaptureEngine& capture, Prefs& store,
+                 const ImageProvider& images);
 
     // Gives windows and controls their first state. Call once, when the windows are built and have filled the outlets.
     void awakeFromNib();
@@ -75,6 +76,7 @@ public:
     void displayAlertInfoButtonText(const QString& message, const QString& information, const QString& button) {
         m_alert.displayAlertInfoButtonText(message, information, button);
     }
+    MovieToolbox& movieToolbox() { return m_toolbox; }
     PositionClock& positionClock() { return m_clock; }
     TrackInfo& trackInfo() { return m_info; }
     TrackLoader& trackLoader() { return m_loader; }
@@ -193,6 +195,8 @@ private:
     // In the order in which they build on one another.
     Notices m_notices;
     UndoHistory m_history{m_notices};
+    MovieToolbox m_toolbox;
+    MetaDataToolbox m_metaDataToolbox;
     WindowChrome m_chrome;
     PositionClock m_clock;
     TrackInfo m_info;

@@ -33,8 +33,8 @@ TrackLoader::TrackLoader(
         state,
     PlayListArrays& list,
     Uses<const VideoOutlets, const MainWindowOutlet, const PositionOutlet, const PlayListOutlet> outlets,
-    MediaEngine& engine, PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, Notices& notices,
-    LevelMeterHooks meters)
+    MediaEngine& engine, MovieToolbox& toolbox, PositionClock& clock, ToneControl& tone, TrackMetadata& metadata,
+    Notices& notices, LevelMeterHooks meters)
     : m_movie(state),
       m_handle(state),
       m_file(state),
@@ -50,6 +50,7 @@ TrackLoader::TrackLoader(
       m_position(outlets),
       m_listOutlet(outlets),
       m_engine(engine),
+      m_toolbox(toolbox),
       m_clock(clock),
       m_tone(tone),
       m_metadata(metadata),
@@ -172,16 +173,16 @@ void TrackLoader::showVideo() {
 void TrackLoader::resetPositionSlider() {
     if (!m_position.cueSlider) return;
     m_position.cueSlider->setMinimum(0.0);
-    m_position.cueSlider->setMaximum(m_engine.GetMovieDuration(m_handle.quickTimeMovie));
+    m_position.cueSlider->setMaximum(m_toolbox.GetMovieDuration(m_handle.quickTimeMovie));
     m_position.cueSlider->setValue(0.0);
 }
 
 void TrackLoader::carryOverSound() {
     m_movie.qtMovie->setMuted(false);
     m_movie.qtMovie->setVolume(m_volumeState.gain);
-    m_engine.SetMovieAudioBalance(m_handle.quickTimeMovie, m_volumeState.balance, 0);
-    m_engine.QTSetMovieProperty(m_handle.quickTimeMovie, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch,
-                                sizeof m_pitchState.pitch, &m_pitchState.pitch);
+    m_toolbox.SetMovieAudioBalance(m_handle.quickTimeMovie, m_volumeState.balance, 0);
+    m_toolbox.QTSetMovieProperty(m_handle.quickTimeMovie, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch,
+                                 sizeof m_pitchState.pitch, &m_pitchState.pitch);
 }
 
 void TrackLoader::addEntry() {
@@ -192,7 +193,7 @@ void TrackLoader::addEntry() {
     entry.displayName = name ? QString::fromStdString(*name) : m_file.loadedPath;
     entry.artist = m_metadata.parseArtistMetaData(m_handle.quickTimeMovie).value_or(none);
     entry.album = m_metadata.parseAlbumMetaData(m_handle.quickTimeMovie).value_or(none);
-    entry.duration = m_engine.GetMovieDuration(m_handle.quickTimeMovie);
+    entry.duration = m_toolbox.GetMovieDuration(m_handle.quickTimeMovie);
     entry.timescale = static_cast<std::int32_t>(m_movie.qtMovie->timeScaleAttribute().value_or(0));
     entry.bass = m_toneState.bass;
     entry.treble = m_toneState.treble;
@@ -209,9 +210,9 @@ void TrackLoader::restoreTone() {
 }
 
 void TrackLoader::enableMetering() {
-    m_engine.SetMovieAudioVolumeMeteringEnabled(m_handle.quickTimeMovie, kDeviceMix, true);
+    m_toolbox.SetMovieAudioVolumeMeteringEnabled(m_handle.quickTimeMovie, kDeviceMix, true);
     std::uint32_t bands = kMeterBands;
-    m_engine.SetMovieAudioFrequencyMeteringNumBands(m_handle.quickTimeMovie, kStereoMix, bands);
+    m_toolbox.SetMovieAudioFrequencyMeteringNumBands(m_handle.quickTimeMovie, kStereoMix, bands);
     if (!m_meters.switchAudioLevels || !m_meters.audioLevelsPreference) return;
     if (m_meters.audioLevelsPreference() && !m_metering.audioLevelIndicatorsState) m_meters.switchAudioLevels(true);
 }

@@ -12,6 +12,9 @@
 #include <optional>
 
 #include "app/PlayerState.h"
+#include "engine/api/MediaEngine.h"
+#include "engine/api/MovieToolbox.h"
+#include "engine/api/Patience.h"
 #include "library/DropNotices.h"
 #include "library/FileQueue.h"
 #include "library/PanelFolder.h"
@@ -44,8 +47,8 @@ public:
                     state,
                 PlayListArrays& list,
                 Uses<const VideoOutlets, const MainWindowOutlet, const PositionOutlet, const PlayListOutlet> outlets,
-                MediaEngine& engine, PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, Notices& notices,
-                LevelMeterHooks meters = {});
+                MediaEngine& engine, MovieToolbox& toolbox, PositionClock& clock, ToneControl& tone,
+                TrackMetadata& metadata, Notices& notices, LevelMeterHooks meters = {});
 
     // With `add`, a new row at the top of the play list keeps the file. The window lives on while a file takes long to
     // open, without a track. What is to be loaded meanwhile follows in its turn, and takes the place of those before it
@@ -121,6 +124,7 @@ private:
     const PositionOutlet& m_position;
     const PlayListOutlet& m_listOutlet;
     MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
     PositionClock& m_clock;
     ToneControl& m_tone;
     TrackMetadata& m_metadata;

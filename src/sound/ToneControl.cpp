@@ -23,7 +23,7 @@ struct ToneControl::Tone {
 
 ToneControl::ToneControl(Uses<const CurrentMovie, const MovieHandle, ToneState, const TitleAttributes> state,
                          PlayListArrays& list, Uses<const ToneOutlets, const PlayListOutlet> outlets,
-                         MediaEngine& engine)
+                         MovieToolbox& toolbox)
     : m_movie(state),
       m_handle(state),
       m_toneState(state),
@@ -31,7 +31,7 @@ ToneControl::ToneControl(Uses<const CurrentMovie, const MovieHandle, ToneState, 
       m_list(list),
       m_outlets(outlets),
       m_listOutlet(outlets),
-      m_engine(engine) {}
+      m_toolbox(toolbox) {}
 
 ToneControl::Tone ToneControl::bass() {
     return {m_toneState.bass, m_outlets.bassSlider, m_outlets.bassResetButton, m_list.bassArray};
@@ -108,8 +108,8 @@ void ToneControl::keepAndApply(Tone tone) {
 // Both go together, to a movie that has sound.
 void ToneControl::bassAndTrebleUpdate() {
     if (!m_movie.qtMovie) return;
-    if (m_engine.soundTrackCount(m_handle.quickTimeMovie) < 1) return;
-    m_engine.MediaSetSoundBassAndTreble(m_handle.quickTimeMovie, 0, m_toneState.bass, m_toneState.treble);
+    if (m_toolbox.soundTrackCount(m_handle.quickTimeMovie) < 1) return;
+    m_toolbox.MediaSetSoundBassAndTreble(m_handle.quickTimeMovie, 0, m_toneState.bass, m_toneState.treble);
 }
 
 }  // namespace qm

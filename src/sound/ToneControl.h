@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/PlayerState.h"
+#include "engine/api/MovieToolbox.h"
 #include "library/PlayListArrays.h"
 #include "player/Uses.h"
 #include "ui/controls/Outlets.h"
@@ -12,7 +13,7 @@ namespace qm {
 class ToneControl {
 public:
     ToneControl(Uses<const CurrentMovie, const MovieHandle, ToneState, const TitleAttributes> state,
-                PlayListArrays& list, Uses<const ToneOutlets, const PlayListOutlet> outlets, MediaEngine& engine);
+                PlayListArrays& list, Uses<const ToneOutlets, const PlayListOutlet> outlets, MovieToolbox& toolbox);
 
     void bassMax();
     void bassMin();
@@ -45,7 +46,7 @@ private:
     PlayListArrays& m_list;
     const ToneOutlets& m_outlets;
     const PlayListOutlet& m_listOutlet;
-    MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
 };
 
 }  // namespace qm

@@ -18,14 +18,14 @@ QString balanceTitle(float balance) {
 }  // namespace
 
 VolumeControl::VolumeControl(Uses<const CurrentMovie, const MovieHandle, VolumeState, const TitleAttributes> state,
-                             const VolumeOutlets& outlets, MediaEngine& engine, SpeedControl& speed,
+                             const VolumeOutlets& outlets, MovieToolbox& toolbox, SpeedControl& speed,
                              PitchControl& pitch, ToneControl& tone)
     : m_movie(state),
       m_handle(state),
       m_volumeState(state),
       m_titles(state),
       m_outlets(outlets),
-      m_engine(engine),
+      m_toolbox(toolbox),
       m_speed(speed),
       m_pitch(pitch),
       m_tone(tone) {}
@@ -112,7 +112,7 @@ void VolumeControl::balancePreset(float value, const QString& title) {
 }
 
 void VolumeControl::applyBalance() {
-    m_engine.SetMovieAudioBalance(m_handle.quickTimeMovie, m_volumeState.balance, 0);
+    m_toolbox.SetMovieAudioBalance(m_handle.quickTimeMovie, m_volumeState.balance, 0);
 }
 
 void VolumeControl::resetAudio() {

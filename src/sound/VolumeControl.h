@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "app/PlayerState.h"
+#include "engine/api/MovieToolbox.h"
 #include "player/Uses.h"
 #include "sound/PitchControl.h"
 #include "sound/SpeedControl.h"
@@ -16,7 +17,7 @@ namespace qm {
 class VolumeControl {
 public:
     VolumeControl(Uses<const CurrentMovie, const MovieHandle, VolumeState, const TitleAttributes> state,
-                  const VolumeOutlets& outlets, MediaEngine& engine, SpeedControl& speed, PitchControl& pitch,
+                  const VolumeOutlets& outlets, MovieToolbox& toolbox, SpeedControl& speed, PitchControl& pitch,
                   ToneControl& tone);
 
     void gainUpdate();  // the slider's action
@@ -51,7 +52,7 @@ private:
     VolumeState& m_volumeState;
     const TitleAttributes& m_titles;
     const VolumeOutlets& m_outlets;
-    MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
     SpeedControl& m_speed;
     PitchControl& m_pitch;
     ToneControl& m_tone;

@@ -40,7 +40,7 @@ struct Watched {
         OpenedMedia media;
         media.description.hasSound = true;
         media.sound = std::make_unique<ComputedSound>(2000000, [](std::int64_t n) { return toneFrame(n, 330); });
-        movie = std::make_unique<FileMovie>(1, std::make_shared<MovieRegistry>(), std::move(media),
+        movie = std::make_unique<FileMovie>(registry, std::make_shared<Reaper>(), std::move(media),
                                             [this](int, OutputSource& source) -> Result<std::unique_ptr<AudioOutput>> {
                                                 auto stepped = std::make_unique<SteppedOutput>(source);
                                                 device = stepped.get();
@@ -64,6 +64,7 @@ struct Watched {
     }
 
     SteppedOutput* device = nullptr;
+    MovieRegistry registry;
     std::unique_ptr<FileMovie> movie;
 };
 
@@ -101,7 +102,7 @@ TEST_CASE("the callback neither allocates nor locks, whatever is done to the mov
     act([&] { w.movie->setPitch(-300); });
     act([&] { w.movie->setVolume(0.3f); });
     act([&] { w.movie->setBalance(-0.7f); });
-    act([&] { w.movie->setTone({220, 30}); });
+    act([&] { w.movie->setTone(0, 220, 30); });
     act([&] { w.movie->setCurrentTime({1000000, 44100, 0}); });
     act([&] {
         w.movie->setSelectionAttribute({{50000, 44100, 0}, {30000, 44100, 0}});

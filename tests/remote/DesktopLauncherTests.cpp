@@ -20,8 +20,9 @@ namespace {
 
 struct Launched {
     LivingWindow living;
-    RemotePlayer remote{living.controller,     living.controller,          living.outlets,
-                        living.fixture.engine, living.controller.abLoop(), living.window.actions()};
+    RemotePlayer remote{
+        living.controller,          living.controller,      living.outlets, living.fixture.engine.toolbox,
+        living.controller.abLoop(), living.window.actions()};
     QList<QByteArray> tokens;
     DesktopLauncher launcher{remote, living.window.actions(), [this](const QByteArray& token) { tokens << token; }};
 

@@ -28,7 +28,7 @@ struct SpeedAlone {
     Outlets outlets;
     EventLog log;
     FakeMediaEngine engine{log};
-    PositionClock clock{state, outlets, engine};
+    PositionClock clock{state, outlets, engine.toolbox};
     SpeedControl speed{state, outlets, clock};
 
     SpeedAlone() {

@@ -150,7 +150,7 @@ TEST_CASE_FIXTURE(Preferenced, "the level box shows on when the key is absent") 
     };
     wakeUp();
     NoLevels store(fixture.home.path() + "/other.ini", log);
-    QMController other(fixture.engine, fixture.capture, store,
+    QMController other(fixture.engine, fixture.engine.movies, fixture.capture, store,
                        [](const QString&) { return QImage(28, 28, QImage::Format_ARGB32); });
     awakeWith(other, outlets);
     store.setBool("AudioLevels", false);

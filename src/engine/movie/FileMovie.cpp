@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -15,6 +16,8 @@ namespace {
 
 constexpr std::int32_t kScaleWithoutSound = 600;
 constexpr int kSilentRate = 48000;
+
+static_assert(Meter::kChannels == kMeterChannels && Meter::kBands == kMeterBands);
 
 // Stands in for the sound of a film without any, so that its time goes on.
 class SilentReader : public SoundReader {
@@ -52,23 +55,21 @@ std::int64_t rescale(std::int64_t value, std::int32_t to, std::int32_t from) {
 
 }  // namespace
 
-FileMovie::FileMovie(Movie handle, std::shared_ptr<MovieRegistry> registry, OpenedMedia media, OutputFactory openOutput)
-    : m_handle(handle),
-      m_registry(std::move(registry)),
+FileMovie::FileMovie(MovieRegistry& registry, std::shared_ptr<Reaper> reaper, OpenedMedia media,
+                     OutputFactory openOutput)
+    : QTMovie(registry),
+      m_reaper(std::move(reaper)),
       m_description(media.description),
       m_tags(std::move(media.tags)),
       m_works(std::make_unique<Works>(media, std::move(openOutput))),
       m_render(m_works->render),
       m_timeScale(m_description.hasSound ? m_render.sampleRate() : kScaleWithoutSound),
-      m_preferredRate(playableRate(m_description.preferredRate)) {
-    m_registry->movies.emplace(m_handle, this);
-}
+      m_preferredRate(playableRate(m_description.preferredRate)) {}
 
 FileMovie::~FileMovie() {
-    m_registry->movies.erase(m_handle);
     setPictureViewer(std::nullopt);
     m_render.close();
-    m_registry->reaper.end(std::move(m_works));
+    m_reaper->end(std::move(m_works));
 }
 
 FileMovie::Works::Works(OpenedMedia& media, OutputFactory openOutput)
@@ -121,9 +122,29 @@ void FileMovie::setPitch(float cents) {
     request();
 }
 
-void FileMovie::setTone(const ToneSettings& tone) {
-    m_request.tone = tone;
+// The sound tracks are heard as one.
+void FileMovie::setTone(int, std::int16_t bass, std::int16_t treble) {
+    m_request.tone = {bass, treble};
     request();
+}
+
+bool FileMovie::readVolumeLevels(QTAudioVolumeLevels& averagePower, QTAudioVolumeLevels& peakHold) const {
+    if (!meter().volumeEnabled()) return false;
+    const Meter::Levels heard = meter().levels();
+    averagePower.numChannels = peakHold.numChannels = kMeterChannels;
+    std::copy(heard.averagePower.begin(), heard.averagePower.end(), std::begin(averagePower.level));
+    std::copy(heard.peakHold.begin(), heard.peakHold.end(), std::begin(peakHold.level));
+    return true;
+}
+
+bool FileMovie::readFrequencyLevels(QTAudioFrequencyLevels& levels) const {
+    if (!meter().bandsEnabled()) return false;
+    const Meter::Levels heard = meter().levels();
+    levels.numChannels = kMeterChannels;
+    levels.numFrequencyBands = kMeterBands;
+    float* level = levels.level;
+    for (const auto& channel : heard.bands) level = std::copy(channel.begin(), channel.end(), level);
+    return true;
 }
 
 void FileMovie::request() {
@@ -254,7 +275,7 @@ Waveform FileMovie::waveform() const {
 }
 
 std::unique_ptr<MovieExport> FileMovie::writeToFileWithAttributes(const std::string& path, WriteAttribute) {
-    return std::make_unique<FileExport>(m_works->file, path, m_preferredRate);
+    return std::make_unique<FileExport>(m_works->file, path, m_preferredRate, m_reaper);
 }
 
 void FileMovie::setMuted(bool muted) {
@@ -273,6 +294,7 @@ void FileMovie::setBalance(float balance) {
 }
 
 void FileMovie::applyGains() {
+    assert(m_mainThread.isHere());
     const float volume = m_muted ? 0.0f : m_volume;
     m_render.setGains(volume * std::min(1.0f, 1.0f - m_balance), volume * std::min(1.0f, 1.0f + m_balance));
 }

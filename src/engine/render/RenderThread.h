@@ -11,7 +11,7 @@
 #include <optional>
 #include <thread>
 
-#include "engine/api/MediaEngine.h"
+#include "engine/api/SoundOutput.h"
 #include "engine/output/AudioOutput.h"
 #include "engine/output/DeviceKeeper.h"
 #include "engine/output/OutputCallback.h"

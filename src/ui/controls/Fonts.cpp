@@ -3,24 +3,16 @@
 #include <QFontDatabase>
 #include <QPainter>
 #include <cmath>
-#include <future>
 
 #include "ui/controls/ExactFont.h"
 #include "ui/controls/PixelGrid.h"
-
-#ifdef QUILLMERE_FONTCONFIG
-#include <fontconfig/fontconfig.h>
-#endif
 
 namespace qm {
 
 namespace {
 
-std::future<void> g_readingFonts;
-
 QString uiFamily() {
     static const QString family = [] {
-        if (g_readingFonts.valid()) g_readingFonts.wait();
         return QFontDatabase::hasFamily(QStringLiteral("Inter"))
                    ? QStringLiteral("Inter")
                    : QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
@@ -65,12 +57,6 @@ QPointF placeOfLine(const QPainter& painter, const QRectF& rect, Qt::Alignment a
 }
 
 }  // namespace
-
-void beginReadingFonts() {
-#ifdef QUILLMERE_FONTCONFIG
-    g_readingFonts = std::async(std::launch::async, [] { FcInit(); });
-#endif
-}
 
 QFont uiFont(double pixels, int weight, double spacing) {
     QFont font(uiFamily());

@@ -14,10 +14,6 @@ class QPainter;
 
 namespace qm {
 
-// Begins to read the system's font configuration on another thread; the first font waits for it. Call at most once,
-// before the application object is built, which does not need it.
-void beginReadingFonts();
-
 // Font of `pixels` logical pixels and `weight` (400, 500, 600, 700); `spacing` is in parts of the size, for example
 // -0.03. Text in it is measured and drawn with the functions below, which know its exact size.
 QFont uiFont(double pixels, int weight = 400, double spacing = 0);

@@ -126,7 +126,7 @@ void ControllerFixture::buildLabels(QWidget* parent) {
 }
 
 QMController& ControllerFixture::init() {
-    controller = std::make_unique<QMController>(engine, capture, prefs,
+    controller = std::make_unique<QMController>(engine, engine.movies, capture, prefs,
                                                 [this](const QString& name) { return imageByName(log, name); });
     controller->setExit([this](int status) { log.add("exit " + std::to_string(status)); });
     connectDialogs();
