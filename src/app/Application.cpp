@@ -16,6 +16,7 @@
 #include <unistd.h>
 #endif
 
+#include "app/ActionReceivers.h"
 #include "app/LiveWait.h"
 #include "app/SuddenEnd.h"
 #include "app/TakePreparation.h"
@@ -52,7 +53,7 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
       m_controller((prepare(), m_engine), m_capture, m_prefs,
                    [](const QString& name) { return namedImage(name, kIconScale); }),
       m_audioRecord(m_capture, m_controller.takes()),
-      m_window(m_controller, &m_controller),
+      m_window(m_controller),
       m_statusNotices(m_window, m_controller.notices()),
       m_spokenDeeds(m_window.actions(), m_controller, m_controller.abLoop(), m_controller, m_controller.notices()),
       m_listKeys(m_window, m_controller, m_controller, m_controller, m_controller.notices()),
@@ -78,7 +79,8 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
       m_mpris(m_remote),
       m_launcher(m_remote, m_window.actions(), [this](const QByteArray& token) { comeToFront(token); }),
       m_soundWatch(m_engine, m_controller.notices()) {
-    m_window.actions().setReceiver(ActionRow::Recorder, &m_audioRecord);
+    receiveActions(m_window.actions(), m_controller);
+    receiveActions(m_window.actions(), m_audioRecord);
     prepareTakes(m_window.actions(), m_controller, m_audioRecord);
     m_controller.setExit([this](int status) { end(status); });
     m_levelMeters.hold();

@@ -47,20 +47,16 @@ RemotePlayer::RemotePlayer(const PlayerState& state, const PlayListArrays& list,
 
 // --- what a remote can do --------------------------------------------------------------------------------------------
 
-void RemotePlayer::send(const char* action) {
-    m_actions.send(QString::fromLatin1(action));
-}
-
 void RemotePlayer::play() {
     m_playsOpened = m_opening > 0;
     if (m_playsOpened) return;
     if (isAtEnd()) stop();
-    if (!m_state.isPlaying || !m_state.qtMovie) send("playForward");
+    if (!m_state.isPlaying || !m_state.qtMovie) m_actions.send(ActionId::playForward);
 }
 
 void RemotePlayer::pause() {
     m_playsOpened = false;
-    send("pause");
+    m_actions.send(ActionId::pause);
 }
 
 void RemotePlayer::playPause() {
@@ -68,8 +64,8 @@ void RemotePlayer::playPause() {
 }
 
 void RemotePlayer::stop() {
-    send("pause");
-    send("goToStart");
+    m_actions.send(ActionId::pause);
+    m_actions.send(ActionId::goToStart);
 }
 
 void RemotePlayer::next() {
@@ -83,7 +79,7 @@ void RemotePlayer::previous() {
 void RemotePlayer::goToRow(int row) {
     if (row < 0) return;
     m_outlets.playList->selectRowIndex(row);
-    send(m_state.isPlaying ? "rowDoubleClicked" : "selectTrack");
+    m_actions.send(m_state.isPlaying ? ActionId::rowDoubleClicked : ActionId::selectTrack);
 }
 
 void RemotePlayer::seek(qlonglong offset) {
@@ -133,8 +129,8 @@ void RemotePlayer::setLoops(bool loops) {
     if (loops == m_loop.repeatedPassage().has_value()) return;
     if (loops && selectedRow(m_outlets, m_list) < 0 && m_loaded.row() >= 0)
         m_outlets.playList->selectRowIndex(m_loaded.row());
-    if (loops == m_state.isLooping) send("loopSwitch");
-    send("loopSwitch");
+    if (loops == m_state.isLooping) m_actions.send(ActionId::loopSwitch);
+    m_actions.send(ActionId::loopSwitch);
 }
 
 void RemotePlayer::raise() {

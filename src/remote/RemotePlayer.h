@@ -70,7 +70,6 @@ private:
     qlonglong microseconds(std::int64_t units) const;
     QString trackId() const;
     QVariantMap metadata() const;
-    void send(const char* action);
     void lookForJump();
 
     const PlayerState& m_state;

@@ -13,7 +13,7 @@ public:
     PitchControl(Uses<const CurrentMovie, const MovieHandle, PitchState, const TitleAttributes> state,
                  const PitchOutlets& outlets, MediaEngine& engine);
 
-    void pitchUpdate();  // the slider's action
+    void pitchUpdate(double value);  // the slider's action
     void semiToneDown();
     void semiToneUp();
     void pitchReset();

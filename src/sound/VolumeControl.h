@@ -19,14 +19,14 @@ public:
                   const VolumeOutlets& outlets, MediaEngine& engine, SpeedControl& speed, PitchControl& pitch,
                   ToneControl& tone);
 
-    void gainUpdate();  // the slider's action
+    void gainUpdate(double value);  // the slider's action
     void volumeMax();
     void volumeMin();
 
     // Movie, slider and title go to 0.5; the gain that the next track gets stays as it is.
     void gainReset();
 
-    void balanceUpdate();  // the slider's action
+    void balanceUpdate(double value);  // the slider's action
     void balanceReset();
     void balanceLeftMax();
     void balanceRightMax();

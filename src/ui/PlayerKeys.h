@@ -23,11 +23,10 @@ class PlayerKeys : public QObject {
     Q_OBJECT
 
 public:
-    // Receives the table's rows of the keys.
+    // Does those actions of the table that are keys only.
     PlayerKeys(PlayerState& state, const PlayListArrays& list, const Outlets& outlets, ActionTable& actions,
                PositionClock& clock, TrackLoader& loader, TrackInfo& info, Notices& notices);
 
-public slots:
     void silence();     // and, when it is silent, back to what it silenced
     void resetGain();   // the gain as it is at rest
     void resetSound();  // all of it

@@ -26,9 +26,8 @@ using namespace qm;
 namespace {
 
 struct BuiltWindow {
-    QObject controller;
     Outlets outlets;
-    MainWindow window{outlets, &controller};
+    MainWindow window{outlets};
 };
 
 QRect inWindow(const QWidget* widget) {
@@ -179,12 +178,12 @@ TEST_CASE("hiding the toolbar gives its height to the play list") {
     BuiltWindow built;
     built.window.show();
     const int before = built.window.grid().playList->height();
-    built.window.actions().send(QStringLiteral("toggleToolbar"));
+    built.window.actions().send(ActionId::toggleToolbar);
     QCoreApplication::sendPostedEvents();
     CHECK(built.outlets.toolbar->isHidden());
-    CHECK_FALSE(built.window.actions().action(QStringLiteral("toggleToolbar"))->isChecked());
+    CHECK_FALSE(built.window.actions().action(ActionId::toggleToolbar)->isChecked());
     CHECK(built.window.grid().playList->height() == before + 42);
-    built.window.actions().send(QStringLiteral("toggleToolbar"));
+    built.window.actions().send(ActionId::toggleToolbar);
     CHECK_FALSE(built.outlets.toolbar->isHidden());
 }
 

@@ -6,6 +6,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
+#include "app/ActionReceivers.h"
 #include "support/widgets/Gestures.h"
 #include "support/widgets/PreferencesStage.h"
 #include "ui/windows/ExportPanel.h"
@@ -34,7 +35,7 @@ struct AllPanels : PreferencesStage {
     SoftwareUpdatePanel* update = new SoftwareUpdatePanel(updateOutlets, &window);
 
     AllPanels() {
-        window.actions().setReceiver(ActionRow::Recorder, &audioRecord);
+        receiveActions(window.actions(), audioRecord);
         audioRecord.setRunSavePanel([](QWidget*, const QString&, const QString&) { return std::nullopt; });
         wakeUp();
         audioRecord.awakeFromNib(recorderOutlets);

@@ -11,7 +11,7 @@ TEST_CASE_FIXTURE(PreferencesStage,
     controller.setUpdaterMaker([&made] { ++made; });
     wakeUp();
     CHECK(made == 0);
-    QAction* item = window.actions().action(QStringLiteral("checkSoftwareUpdate"));
+    QAction* item = window.actions().action(ActionId::checkSoftwareUpdate);
     preferences.furnish();
     auto* button = preferences.findChild<QAbstractButton*>(QStringLiteral("checkSoftwareUpdate"));
     REQUIRE(item);

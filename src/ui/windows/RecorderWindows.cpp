@@ -57,8 +57,8 @@ RecordingWindow::RecordingWindow(Outlets& outlets, ActionTable& actions, QWidget
     auto* close = new PushButton(tr("Close"), false, this);
     const QPoint closeAt(width() - kCloseRight - kClose.width(), height() - (kRecordingFoot + kClose.height()) / 2);
     close->setGeometry(QRect(closeAt, kClose));
-    actions.bind(m_button, QStringLiteral("audioStartRecord"));
-    actions.bind(close, QStringLiteral("audioRecordClose"));
+    actions.bind(m_button, ActionId::audioStartRecord);
+    actions.bind(close, ActionId::audioRecordClose);
     outlets.audioRecordingWindow = this;
     outlets.audioRecordingRecordButton = m_button;
     outlets.audioRecordingTime = m_time;
@@ -81,7 +81,7 @@ void RecordingWindow::placeStatus() {
 
 void RecordingWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
-    m_actions.send(QStringLiteral("audioRecordClose"));
+    m_actions.send(ActionId::audioRecordClose);
 }
 
 RecorderWindow::RecorderWindow(AudioRecordOutlets& outlets, ActionTable& actions, QWidget* mainWindow, Signs signs)
@@ -96,14 +96,14 @@ RecorderWindow::RecorderWindow(AudioRecordOutlets& outlets, ActionTable& actions
                           kRecorderStatusHeight);
     m_levels->move(kRecorderLeft, kRecorderLevelsTop);
     buildFoot(kRecorderFoot, tr("When you stop, keep it in Music or elsewhere."));
-    actions.bind(m_button, QStringLiteral("toggleRecordSession"));
+    actions.bind(m_button, ActionId::toggleRecordSession);
     outlets.recordingWindow = this;
     outlets.recordingStartStopButton = m_button;
     outlets.audioRecordingTime = m_time;
 }
 
 void RecorderWindow::closeEvent(QCloseEvent* event) {
-    if (isRecording()) m_actions.send(QStringLiteral("toggleRecordSession"));
+    if (isRecording()) m_actions.send(ActionId::toggleRecordSession);
     RecorderPanel::closeEvent(event);
 }
 
