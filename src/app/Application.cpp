@@ -66,9 +66,9 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
           m_controller.trackExport(), m_controller.notices(), [this] { return askWhetherToQuit(&m_window); },
           [this](bool waits) { m_export.setQuitsAfterwards(waits); }),
       m_recording(m_controller, m_window.actions(), &m_window,
-                  [this] { return signsOf(m_controller, m_controller.isRecording); }),
+                  [this] { return recorderStatus(m_controller, m_controller.isRecording); }),
       m_recorder(m_audioRecordOutlets, m_window.actions(), &m_window,
-                 [this] { return signsOf(m_audioRecord, m_audioRecord.recordingStatus); }),
+                 [this] { return recorderStatus(m_audioRecord, m_audioRecord.recordingStatus); }),
       m_preferences(m_controller, m_window.actions(), &m_window),
       m_about(m_controller, &m_window),
       m_keys(m_controller, m_controller, m_controller, m_window.actions(), m_controller.positionClock(),
@@ -112,7 +112,7 @@ void Application::connectWindow() {
         &m_application, &QGuiApplication::commitDataRequest, &m_window,
         [this](QSessionManager&) { m_controller.applicationWillTerminate(); }, Qt::DirectConnection);
     QObject::connect(
-        &m_window, &FadingWindow::madeKey, &m_window, [this] { furnishPanels(); },
+        &m_window, &FadingWindow::madeKey, &m_window, [this] { buildPanels(); },
         Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
     UndoHistory& history = m_controller.undoHistory();
     QObject::connect(&history, &UndoHistory::changed, &m_window,
@@ -121,7 +121,7 @@ void Application::connectWindow() {
     QObject::connect(&m_mpris, &MprisService::isOnTheBus, &m_launcher, &DesktopLauncher::follow);
 }
 
-// What nobody misses until the window stands on the screen.
+// What the first frame does not need: doing it before would only delay the frame.
 void Application::startTheRest() {
     m_levelMeters.release();
     m_state.refresh();
@@ -148,13 +148,13 @@ void Application::comeToFront(const QByteArray& token) {
     QApplication::alert(&m_window);
 }
 
-// One panel at a time, and what the user does in between; when the window has faded in, which it would do in jerks
-// beside so much to build.
-void Application::furnishPanels() {
+// One panel for each turn of the event loop, so that input is handled in between. Not before the window has faded in:
+// building takes so long that the fade would stutter.
+void Application::buildPanels() {
     for (ToolPanel* panel : m_window.findChildren<ToolPanel*>(Qt::FindDirectChildrenOnly)) {
-        if (panel->isFurnished()) continue;
-        panel->furnish();
-        QTimer::singleShot(0, &m_window, [this] { furnishPanels(); });
+        if (panel->isBuilt()) continue;
+        panel->ensureBuilt();
+        QTimer::singleShot(0, &m_window, [this] { buildPanels(); });
         return;
     }
 }
@@ -174,7 +174,7 @@ void Application::endOnSignals() {
 #endif
 }
 
-// The user's own wish. Signals, the end of the session and the bus ask nobody.
+// For the user's Quit. Signals, the end of the session and the bus end the program without a question.
 void Application::quitAfterAsking() {
     if (m_quitQuestion.mayQuit([this] { quit(); })) quit();
 }
@@ -184,7 +184,7 @@ void Application::quit() {
     end(0);
 }
 
-// Without taking anything down: the sound threads are alive, and all that needs to be kept of theirs is a recording.
+// Destroys nothing: the sound threads still run, and of what they do only a recording has to be finished.
 // The windows and the claim to be the only program go first, because the system keeps what is left of the program for
 // as long as a thread of it waits for a file that does not answer.
 void Application::end(int status) {

@@ -2,7 +2,7 @@
 
 #include "app/QMController.h"
 #include "record/AudioRecord.h"
-#include "record/RecorderSigns.h"
+#include "record/RecorderStatus.h"
 #include "ui/ActionTable.h"
 
 namespace qm {

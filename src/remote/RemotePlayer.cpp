@@ -96,8 +96,8 @@ void RemotePlayer::setPosition(const QString& id, qlonglong target) {
 void RemotePlayer::moveTo(qlonglong target) {
     const double scale = static_cast<double>(m_state.qtMovie->timeScaleAttribute().value_or(0));
     m_outlets.cueSlider->moveByUser(static_cast<double>(target) * scale / kMicroseconds);
-    m_seen = sight();
-    emit seeked(m_seen.position);
+    m_observed = observe();
+    emit seeked(m_observed.position);
 }
 
 void RemotePlayer::setRate(double rate) {
@@ -227,7 +227,7 @@ QVariantMap RemotePlayer::properties() const {
 
 void RemotePlayer::watch() {
     m_told = properties();
-    m_seen = sight();
+    m_observed = observe();
     connect(&m_actions, &ActionTable::sent, this, &RemotePlayer::refresh, Qt::UniqueConnection);
     m_timer.start();
 }
@@ -242,17 +242,17 @@ void RemotePlayer::refresh() {
     lookForJump();
 }
 
-RemotePlayer::Sight RemotePlayer::sight() const {
+RemotePlayer::Observation RemotePlayer::observe() const {
     const double speed = status() == Status::Playing ? static_cast<double>(m_state.rate) : 0;
     return {m_state.qtMovie ? m_state.quickTimeMovie : 0, position(), m_clock(), speed};
 }
 
 void RemotePlayer::lookForJump() {
-    const Sight now = sight();
-    const auto played = static_cast<qlonglong>(static_cast<double>(now.at - m_seen.at) * 1000 * m_seen.speed);
-    const bool jumped =
-        now.movie != 0 && now.movie == m_seen.movie && std::abs(now.position - (m_seen.position + played)) > kJump;
-    m_seen = now;
+    const Observation now = observe();
+    const auto played = static_cast<qlonglong>(static_cast<double>(now.at - m_observed.at) * 1000 * m_observed.speed);
+    const bool jumped = now.movie != 0 && now.movie == m_observed.movie &&
+                        std::abs(now.position - (m_observed.position + played)) > kJump;
+    m_observed = now;
     if (jumped) emit seeked(now.position);
 }
 

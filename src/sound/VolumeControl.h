@@ -1,4 +1,5 @@
-// Gain (0 to 1, the movie's volume) and balance (-1 left to 1 right), and the action that puts the whole sound back.
+// Gain (0 to 1, the movie's volume) and balance (-1 left to 1 right), and the action that puts them back together with
+// speed, pitch and tone.
 // The movie gets both at once, playing or not. Main thread only; the engine's status is ignored.
 #pragma once
 
@@ -31,7 +32,7 @@ public:
     void balanceLeftMax();
     void balanceRightMax();
 
-    void resetAudio();
+    void resetAudio();  // gain, tone, balance, speed and pitch
 
     // The gain at the start: what was stored, or, where that is 0 or nothing, the gain at rest. A movie gets it with
     // the first load.

@@ -1,7 +1,7 @@
 // What the player's keys and controls do beside sending their actions: play selects what there is to play and opens the
-// selected row when nothing is loaded, silence comes and goes through the gain slider, and what the window says of the
-// track follows every load. The actions themselves stay as they are. Main thread only; a file that gives no track is
-// told.
+// selected row when nothing is loaded, silence moves the gain slider, and what the window says of the track follows
+// every load. The actions themselves stay as they are. Main thread only; the user is told of a file that gives no
+// track.
 #pragma once
 
 #include <QObject>

@@ -10,7 +10,7 @@
 #include "app/ActionReceivers.h"
 #include "app/TakePreparation.h"
 #include "record/AudioRecord.h"
-#include "record/RecorderSigns.h"
+#include "record/RecorderStatus.h"
 #include "support/widgets/Actions.h"
 #include "support/widgets/LivingWindow.h"
 #include "support/widgets/TestText.h"
@@ -40,9 +40,9 @@ struct Program : LivingWindow {
     VideoPanel video{outlets, &window};
     ExportPanel exporting{outlets, window.actions(), &window};
     RecordingWindow recording{outlets, window.actions(), &window,
-                              [this] { return signsOf(controller, controller.isRecording); }};
+                              [this] { return recorderStatus(controller, controller.isRecording); }};
     RecorderWindow ownRecorder{recorderOutlets, window.actions(), &window,
-                               [this] { return signsOf(recorder, recorder.recordingStatus); }};
+                               [this] { return recorderStatus(recorder, recorder.recordingStatus); }};
     PreferencesWindow preferences{outlets, window.actions(), &window};
     AboutPanel about{outlets, &window};
     int told = 0, asked = 0;

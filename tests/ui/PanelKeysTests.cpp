@@ -29,9 +29,9 @@ struct AllPanels : PreferencesStage {
     VideoPanel video{outlets, &window};
     ExportPanel exporting{outlets, window.actions(), &window};
     RecordingWindow recording{outlets, window.actions(), &window,
-                              [this] { return signsOf(controller, controller.isRecording); }};
+                              [this] { return recorderStatus(controller, controller.isRecording); }};
     RecorderWindow recorder{recorderOutlets, window.actions(), &window,
-                            [this] { return signsOf(audioRecord, audioRecord.recordingStatus); }};
+                            [this] { return recorderStatus(audioRecord, audioRecord.recordingStatus); }};
     SoftwareUpdatePanel* update = new SoftwareUpdatePanel(updateOutlets, &window);
 
     AllPanels() {
@@ -109,7 +109,7 @@ TEST_CASE("every panel takes every key, with and without modifiers, wherever its
     const QList<ToolPanel*> panels = all.panels();
     CHECK(panels.size() == 10);
     for (ToolPanel* panel : panels) {
-        panel->furnish();
+        panel->ensureBuilt();
         for (QWidget* focused : placesOfFocus(*panel)) {
             CAPTURE(panel->metaObject()->className());
             CAPTURE(focused->objectName().toStdString());

@@ -323,7 +323,7 @@ TEST_CASE_FIXTURE(Preferenced, "a tag that no colour has, and no tag at all, are
 TEST_CASE_FIXTURE(Preferenced, "the gain that the slider shows is kept for the next start, not the gain itself") {
     wakeUp();
     outlets.gainSlider->setValue(0.75);
-    preferences.furnish();
+    preferences.ensureBuilt();
     preferences.findChild<QAbstractButton*>("updateDefaultAudioPref")->click();
     CHECK(log.events() == Events{"store DefaultAudioLevel 0.75"});
     controller.volumeMax();

@@ -33,9 +33,9 @@ struct RecorderDesk {
     MainWindow window{outlets};
     LevelMetersPanel meters{outlets, &window};
     RecordingWindow recording{outlets, window.actions(), &window,
-                              [this] { return signsOf(controller, controller.isRecording); }};
+                              [this] { return recorderStatus(controller, controller.isRecording); }};
     RecorderWindow recorder{recorderOutlets, window.actions(), &window,
-                            [this] { return signsOf(audioRecord, audioRecord.recordingStatus); }};
+                            [this] { return recorderStatus(audioRecord, audioRecord.recordingStatus); }};
     MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
     RecorderDesk() {

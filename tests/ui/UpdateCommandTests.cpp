@@ -12,7 +12,7 @@ TEST_CASE_FIXTURE(PreferencesStage,
     wakeUp();
     CHECK(made == 0);
     QAction* item = window.actions().action(ActionId::checkSoftwareUpdate);
-    preferences.furnish();
+    preferences.ensureBuilt();
     auto* button = preferences.findChild<QAbstractButton*>(QStringLiteral("checkSoftwareUpdate"));
     REQUIRE(item);
     REQUIRE(button);

@@ -81,7 +81,7 @@ void MainWindowState::refresh() {
     refreshWaveform();
     refreshLoopTimes();
     refreshDimming();
-    refreshPanelSigns();
+    refreshPanelStates();
     refreshRecording();
     m_window.grid().speed->showRate(m_state.rate);
 }
@@ -202,7 +202,7 @@ void MainWindowState::refreshRecording() {
 }
 
 // The tool is lit and the menu item checked while what they show is shown, also when it was closed by its frame.
-void MainWindowState::refreshPanelSigns() {
+void MainWindowState::refreshPanelStates() {
     // A tool that only brings its window says that it is shown, and nothing while it is not.
     const auto sign = [this](ActionId id, bool shown, bool hidesAgain = true) {
         if (QAction* action = m_window.actions().action(id)) action->setChecked(shown);

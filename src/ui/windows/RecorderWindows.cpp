@@ -40,8 +40,8 @@ QString lightImage(bool recording) {
 
 }  // namespace
 
-RecordingWindow::RecordingWindow(Outlets& outlets, ActionTable& actions, QWidget* mainWindow, Signs signs)
-    : RecorderPanel(tr("Recording"), QStringLiteral("audioRecordingWindow"), mainWindow, std::move(signs)),
+RecordingWindow::RecordingWindow(Outlets& outlets, ActionTable& actions, QWidget* mainWindow, ReadStatus readStatus)
+    : RecorderPanel(tr("Recording"), QStringLiteral("audioRecordingWindow"), mainWindow, std::move(readStatus)),
       m_actions(actions),
       m_light(new ImageView(lightImage(false), this)) {
     setFixedSize(kRecordingSize);
@@ -64,10 +64,10 @@ RecordingWindow::RecordingWindow(Outlets& outlets, ActionTable& actions, QWidget
     outlets.audioRecordingTime = m_time;
 }
 
-void RecordingWindow::showSigns(const RecorderSigns& signs) {
-    RecorderPanel::showSigns(signs);
-    m_button->setImageName(buttonImage(signs.recording));
-    m_light->setImageName(lightImage(signs.recording));
+void RecordingWindow::showStatus(const RecorderStatus& status) {
+    RecorderPanel::showStatus(status);
+    m_button->setImageName(buttonImage(status.recording));
+    m_light->setImageName(lightImage(status.recording));
     placeStatus();
 }
 
@@ -84,8 +84,9 @@ void RecordingWindow::closeEvent(QCloseEvent* event) {
     m_actions.send(ActionId::audioRecordClose);
 }
 
-RecorderWindow::RecorderWindow(AudioRecordOutlets& outlets, ActionTable& actions, QWidget* mainWindow, Signs signs)
-    : RecorderPanel(tr("Recorder"), QStringLiteral("recordingWindow"), mainWindow, std::move(signs)),
+RecorderWindow::RecorderWindow(AudioRecordOutlets& outlets, ActionTable& actions, QWidget* mainWindow,
+                               ReadStatus readStatus)
+    : RecorderPanel(tr("Recorder"), QStringLiteral("recordingWindow"), mainWindow, std::move(readStatus)),
       m_actions(actions) {
     setFixedSize(kRecorderSize);
     m_button->setObjectName(QStringLiteral("recordingStartStopButton"));
