@@ -164,7 +164,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "without a movie a speed action changes rat
     start();
     log.take();
     const Events images = transportImages();
-    for (const Action& action : {&QMController::speed05, &QMController::speedUp, &QMController::speedDown}) {
+    for (const Action action : {&QMController::speed05, &QMController::speedUp, &QMController::speedDown}) {
         action(*controller);
     }
     CHECK(controller->rate == 0.5f);

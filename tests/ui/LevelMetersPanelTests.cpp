@@ -119,7 +119,7 @@ TEST_CASE_FIXTURE(MeteredWindow, "the bars fit between the panel's captions") {
 
 TEST_CASE_FIXTURE(MeteredWindow, "the meters' tool is lit and their menu item checked while the panel is shown") {
     QAction* item = window.actions().action(ActionId::displayLevels);
-    ToolButton* tool = window.tools().tool(QStringLiteral("displayLevels"));
+    ToolButton* tool = window.tools().tool(ActionId::displayLevels);
     REQUIRE(item);
     REQUIRE(tool);
     state.refresh();

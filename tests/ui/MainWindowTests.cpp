@@ -247,14 +247,14 @@ TEST_CASE("with nothing loaded all that needs a track is dimmed, and only drawn 
     }
     CHECK(o.cueSlider->isDimmed());
     for (const ChipButton* chip : living.grid().transport->findChildren<ChipButton*>()) CHECK(chip->isDimmed());
-    CHECK(living.window.tools().tool(QStringLiteral("clearList"))->isDimmed());
-    CHECK_FALSE(living.window.tools().tool(QStringLiteral("openFile"))->isDimmed());
+    CHECK(living.window.tools().tool(ActionId::clearList)->isDimmed());
+    CHECK_FALSE(living.window.tools().tool(ActionId::openFile)->isDimmed());
     CHECK(living.grid().hero->title() == "No track loaded");
     CHECK(living.grid().hero->byLine() == "Add a track, select it, then press Space.");
     living.addTrack(QStringLiteral("/music/a.mp3"));
     living.state.refresh();
     CHECK(living.grid().hero->byLine() == "Select a track, then press Space, or double-click it.");
-    CHECK_FALSE(living.window.tools().tool(QStringLiteral("clearList"))->isDimmed());
+    CHECK_FALSE(living.window.tools().tool(ActionId::clearList)->isDimmed());
 }
 
 TEST_CASE("until something has been played the window says how") {

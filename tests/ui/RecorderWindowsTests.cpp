@@ -218,7 +218,7 @@ TEST_CASE_FIXTURE(RecorderDesk, "closing the recorder's panel without a recordin
 }
 
 TEST_CASE_FIXTURE(RecorderDesk, "the tool is lit while the recording window is shown") {
-    ToolButton* tool = window.tools().tool(QStringLiteral("audioRecordOpen"));
+    ToolButton* tool = window.tools().tool(ActionId::audioRecordOpen);
     REQUIRE(tool);
     state.refresh();
     CHECK_FALSE(tool->isOn());

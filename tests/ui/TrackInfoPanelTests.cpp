@@ -57,7 +57,7 @@ TEST_CASE_FIXTURE(InfoWindow, "the panel and its fields have the names of their 
 
 TEST_CASE_FIXTURE(InfoWindow, "the panel's tool is lit and its menu item checked while it is shown") {
     QAction* item = window.actions().action(ActionId::displayInfo);
-    ToolButton* tool = window.tools().tool(QStringLiteral("displayInfo"));
+    ToolButton* tool = window.tools().tool(ActionId::displayInfo);
     REQUIRE(item);
     REQUIRE(tool);
     CHECK(item->shortcuts() == QList<QKeySequence>{QKeySequence("Ctrl+2"), QKeySequence("Ctrl+I")});
