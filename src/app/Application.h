@@ -49,7 +49,7 @@ private:
     void connectWindow();
     void comeToFront(const QByteArray& token);
     void startTheRest();
-    void furnishPanels();
+    void buildPanels();
     void endOnSignals();
     void makeUpdaters();
     UpdateServices updateServices();

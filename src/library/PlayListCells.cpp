@@ -21,7 +21,7 @@ TrackIcon iconForTrack(const QString& path) {
     static const QStringList video = {"mov", "mp4", "m4v", "avi", "wmv", "dv"};
     const QString extension = pathExtension(path);
     if (extension.isEmpty()) return TrackIcon::None;
-    if (compressed.contains(extension, Qt::CaseInsensitive)) return TrackIcon::NonM4a;
+    if (compressed.contains(extension, Qt::CaseInsensitive)) return TrackIcon::M4a;
     if (video.contains(extension, Qt::CaseInsensitive)) return TrackIcon::Video;
     return TrackIcon::Track;
 }

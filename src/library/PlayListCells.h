@@ -10,7 +10,7 @@ namespace qm {
 // the scale is not positive.
 QString shortTimeString(std::int64_t value, std::int32_t scale);
 
-enum class TrackIcon { None, Track, NonM4a, Video };
+enum class TrackIcon { None, Track, M4a, Video };
 
 // By the extension of the file, ignoring case; none without an extension.
 TrackIcon iconForTrack(const QString& path);

@@ -65,33 +65,34 @@ TrackLoader::TrackLoader(
                               }}) {}
 
 void TrackLoader::loadFileAdd(const QString& path, bool add) {
-    if (!m_wishes.isEmpty()) giveWay();
-    m_wishes.append({path, add});
-    if (m_wishes.size() > 1) return;
-    for (; !m_wishes.isEmpty(); m_wishes.removeFirst()) load(Wish(m_wishes.first()));
+    if (!m_requests.isEmpty()) giveWay();
+    m_requests.append({path, add});
+    if (m_requests.size() > 1) return;
+    for (; !m_requests.isEmpty(); m_requests.removeFirst()) load(Request(m_requests.first()));
 }
 
-// The first one is being opened at this moment.
+// A newer request takes the place of those that add no row; the first one is being opened at this moment.
 void TrackLoader::giveWay() {
-    if (!m_wishes.first().add) m_engine.giveUpOpening();
-    m_wishes.erase(std::remove_if(m_wishes.begin() + 1, m_wishes.end(), [](const Wish& wish) { return !wish.add; }),
-                   m_wishes.end());
+    if (!m_requests.first().add) m_engine.giveUpOpening();
+    m_requests.erase(
+        std::remove_if(m_requests.begin() + 1, m_requests.end(), [](const Request& request) { return !request.add; }),
+        m_requests.end());
 }
 
-void TrackLoader::load(const Wish& wish) {
+void TrackLoader::load(const Request& request) {
     qmLog("loadFile: 1");
     if (m_movie.qtMovie) m_movie.qtMovie->stop();
-    m_file.loadedPath = wish.path;
-    m_list.loadedRow = rowOf(wish);
+    m_file.loadedPath = request.path;
+    m_list.loadedRow = rowOf(request);
     qmLog("loadFile: 2");
-    if (!open(wish.path)) return;
+    if (!open(request.path)) return;
     qmLog("loadFile: 3");
     showVideo();
     m_handle.quickTimeMovie = m_movie.qtMovie->quickTimeMovie();
     resetPositionSlider();
     m_clock.startCueTimer();
     carryOverSound();
-    if (wish.add) addEntry();
+    if (request.add) addEntry();
     restoreTone();
     enableMetering();
     if (m_play.isPlaying) {
@@ -102,9 +103,9 @@ void TrackLoader::load(const Wish& wish) {
 }
 
 // A new row is made when the file is open; an old one is loaded because it is selected.
-int TrackLoader::rowOf(const Wish& wish) const {
-    const int row = wish.add ? -1 : selectedRow(m_listOutlet, m_list);
-    return row >= 0 && m_list.trackArray[static_cast<std::size_t>(row)] == wish.path ? row : -1;
+int TrackLoader::rowOf(const Request& request) const {
+    const int row = request.add ? -1 : selectedRow(m_listOutlet, m_list);
+    return row >= 0 && m_list.trackArray[static_cast<std::size_t>(row)] == request.path ? row : -1;
 }
 
 bool TrackLoader::open(const QString& path) {

@@ -55,7 +55,7 @@ public:
     // that were to be loaded only.
     void loadFileAdd(const QString& path, bool add);
 
-    bool isLoading() const { return !m_wishes.isEmpty(); }
+    bool isLoading() const { return !m_requests.isEmpty(); }
 
     // A load that gave no track.
     struct Failure {
@@ -87,13 +87,13 @@ public:
     void setPatience(Patience patience) { m_patience = std::move(patience); }
 
 private:
-    struct Wish {
+    struct Request {
         QString path;
         bool add;
     };
 
     void giveWay();
-    void load(const Wish& wish);
+    void load(const Request& request);
     bool open(const QString& path);
     void keepFailure(const QString& path, const Error& error);
     std::optional<bool> addFromQueue(const QString& path);
@@ -105,7 +105,7 @@ private:
     void resetPositionSlider();
     void carryOverSound();
     void addEntry();
-    int rowOf(const Wish& wish) const;
+    int rowOf(const Request& request) const;
     void restoreTone();
     void enableMetering();
 
@@ -133,7 +133,7 @@ private:
     Patience m_patience;
     RunPanel m_runPanel;
     PanelFolder m_panelFolder;
-    QList<Wish> m_wishes;  // the first one is being loaded
+    QList<Request> m_requests;  // the first one is being loaded
     int m_failures = 0;
     std::optional<Failure> m_lastFailure;
     QHash<QString, ErrorCategory> m_failed;  // files by their paths, until they give a track

@@ -65,11 +65,9 @@ void PositionClock::movieTimeChanged() {
     if (const auto text = stringFromQTTimeLite(remaining)) showText(m_outlets.timeRemaining, *text);
 }
 
-void PositionClock::cueUpdate() {
-    if (!m_position.cueSlider) return;
-    const double value = m_position.cueSlider->value();
+void PositionClock::cueUpdate(double value) {
     if (!m_movie.qtMovie) {
-        m_position.cueSlider->setValue(0.0);
+        showValue(m_position.cueSlider, 0.0);
         return;
     }
     if (!m_loopState.isLooping || !m_markB.markBset) {

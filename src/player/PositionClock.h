@@ -29,7 +29,7 @@ public:
 
     // The position slider's action. Refused while a loop whose B the user has set is on; the next tick puts the slider
     // back.
-    void cueUpdate();
+    void cueUpdate(double value);
 
 private:
     void followWithSlider(double time);

@@ -18,9 +18,8 @@ PitchControl::PitchControl(Uses<const CurrentMovie, const MovieHandle, PitchStat
                            const PitchOutlets& outlets, MovieToolbox& toolbox)
     : m_movie(state), m_handle(state), m_pitchState(state), m_titles(state), m_outlets(outlets), m_toolbox(toolbox) {}
 
-void PitchControl::pitchUpdate() {
-    if (!m_outlets.pitchSlider) return;
-    m_pitchState.pitch = static_cast<float>(m_outlets.pitchSlider->value());
+void PitchControl::pitchUpdate(double value) {
+    m_pitchState.pitch = static_cast<float>(value);
     showTitle();
     applyToMovie();
 }

@@ -14,7 +14,7 @@ public:
     PitchControl(Uses<const CurrentMovie, const MovieHandle, PitchState, const TitleAttributes> state,
                  const PitchOutlets& outlets, MovieToolbox& toolbox);
 
-    void pitchUpdate();  // the slider's action
+    void pitchUpdate(double value);  // the slider's action
     void semiToneDown();
     void semiToneUp();
     void pitchReset();

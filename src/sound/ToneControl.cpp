@@ -50,8 +50,8 @@ void ToneControl::bassMin() {
 void ToneControl::bassReset() {
     preset(bass(), kNeutral);
 }
-void ToneControl::bassUpdate() {
-    update(bass());
+void ToneControl::bassUpdate(double value) {
+    update(bass(), value);
 }
 void ToneControl::trebleMax() {
     preset(treble(), kMost);
@@ -62,8 +62,8 @@ void ToneControl::trebleMin() {
 void ToneControl::trebleReset() {
     preset(treble(), kNeutral);
 }
-void ToneControl::trebleUpdate() {
-    update(treble());
+void ToneControl::trebleUpdate(double value) {
+    update(treble(), value);
 }
 
 void ToneControl::preset(Tone tone, std::int16_t value) {
@@ -73,9 +73,8 @@ void ToneControl::preset(Tone tone, std::int16_t value) {
     keepAndApply(tone);
 }
 
-void ToneControl::update(Tone tone) {
-    if (!tone.slider) return;
-    const std::int32_t whole = truncToInt32(static_cast<float>(tone.slider->value()));
+void ToneControl::update(Tone tone, double value) {
+    const std::int32_t whole = truncToInt32(static_cast<float>(value));
     tone.field = static_cast<std::int16_t>(static_cast<std::uint16_t>(whole));
     showAttributedTitle(tone.title, QString::number(tone.field), m_titles.controlColorAttributes);
     keepAndApply(tone);

@@ -18,11 +18,11 @@ public:
     void bassMax();
     void bassMin();
     void bassReset();
-    void bassUpdate();  // the slider's action
+    void bassUpdate(double value);  // the slider's action
     void trebleMax();
     void trebleMin();
     void trebleReset();
-    void trebleUpdate();  // the slider's action
+    void trebleUpdate(double value);  // the slider's action
 
     // Brings back what the row has kept.
     void restore(int row);
@@ -34,7 +34,7 @@ private:
     Tone bass();
     Tone treble();
     void preset(Tone tone, std::int16_t value);
-    void update(Tone tone);
+    void update(Tone tone, double value);
     void restore(Tone tone, int row);
     void keepAndApply(Tone tone);
     void bassAndTrebleUpdate();

@@ -30,9 +30,8 @@ VolumeControl::VolumeControl(Uses<const CurrentMovie, const MovieHandle, VolumeS
       m_pitch(pitch),
       m_tone(tone) {}
 
-void VolumeControl::gainUpdate() {
-    if (!m_outlets.gainSlider) return;
-    m_volumeState.gain = static_cast<float>(m_outlets.gainSlider->value());
+void VolumeControl::gainUpdate(double value) {
+    m_volumeState.gain = static_cast<float>(value);
     showGainTitle();
     if (!m_movie.qtMovie) return;
     m_movie.qtMovie->setMuted(false);
@@ -84,9 +83,8 @@ void VolumeControl::gainPreset(float value, const QString& title) {
     showValue(m_outlets.gainSlider, value);
 }
 
-void VolumeControl::balanceUpdate() {
-    if (!m_outlets.balanceSlider) return;
-    m_volumeState.balance = static_cast<float>(m_outlets.balanceSlider->value());
+void VolumeControl::balanceUpdate(double value) {
+    m_volumeState.balance = static_cast<float>(value);
     applyBalance();  // before the first load the engine gets no movie and does nothing
     showAttributedTitle(m_outlets.balanceResetButton, balanceTitle(m_volumeState.balance),
                         m_titles.controlColorAttributes);

@@ -93,9 +93,9 @@ TEST_CASE("an action that the icon does not offer is none") {
 
 TEST_CASE("the action that the icon offers is the player's own") {
     Launched start;
-    for (const QString& action : desktopActions()) CHECK(actionRow(action) != nullptr);
+    for (const QString& action : desktopActions()) CHECK(actionNamed(action).has_value());
     QStringList sent;
-    QObject::connect(&start.living.window.actions(), &ActionTable::sent, [&](const QString& slot) { sent << slot; });
+    QObject::connect(&start.living.window.actions(), &ActionTable::sent, [&](ActionId id) { sent << actionName(id); });
     CHECK(start.launcher.activateAction(QStringLiteral("openFile"), {}));
     start.turn();
     CHECK(sent == QStringList{QStringLiteral("openFile")});

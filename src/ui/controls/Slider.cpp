@@ -233,7 +233,7 @@ void Slider::moveByUser(double value) {
         QAccessibleEvent spoken(this, QAccessible::DescriptionChanged);
         QAccessible::updateAccessibility(&spoken);
     }
-    emit action();
+    emit action(m_value);
 }
 
 void Slider::stepByUser(int steps) {

@@ -86,7 +86,8 @@ public:
     QSize minimumSizeHint() const override;
 
 signals:
-    void action();  // the user moved the knob: continuously while dragging, by key, wheel, groove click, double-click
+    // The user moved the knob: continuously while dragging, by key, wheel, groove click, double-click.
+    void action(double value);
 
 protected:
     void paintEvent(QPaintEvent*) override;

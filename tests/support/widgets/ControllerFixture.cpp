@@ -179,9 +179,9 @@ void ControllerFixture::addRow(const QString& path, std::int64_t duration, std::
     outlets.playList->reloadData();
 }
 
-void ControllerFixture::drag(Slider* slider, double value, void (QMController::*action)()) {
+void ControllerFixture::drag(Slider* slider, double value, void (QMController::*action)(double)) {
     slider->setValue(value);
-    (controller.get()->*action)();
+    (controller.get()->*action)(slider->value());
 }
 
 Events ControllerFixture::transportImages() const {
