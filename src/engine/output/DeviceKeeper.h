@@ -37,6 +37,7 @@ public:
     void leaveAlone();
 
     bool isStarted() const { return m_started; }
+    bool isPlayingOut() const { return m_growBy != 0; }  // before it is opened again with a larger reserve
 
     // True when the lanes ran dry since it was last asked, and so often that rendering must cost less.
     bool rendererIsTooLate();
