@@ -134,6 +134,7 @@ void FileMovie::request() {
     // A selection that ends before it begins is what lies between the two.
     m_request.rangeBegin = std::min(from, to);
     m_request.rangeEnd = std::max(from, to);
+    m_selectionIsNew = false;
     m_render.request(m_request);
     if (m_works->video) m_works->video->clockChanged();
 }
@@ -229,12 +230,16 @@ std::optional<std::string> FileMovie::copyrightAttribute() const {
 
 void FileMovie::setSelectionAttribute(QTTimeRange range) {
     m_selection = range;
-    request();
+    m_selectionIsNew = true;
+    if (m_playsSelectionOnly) request();
 }
 
+// Between the calls that set a loop, or end it, another passage would be heard for a moment: so one that leaves the
+// loop half set waits for the next.
 void FileMovie::setLoopsAttribute(bool loops) {
     m_request.loops = loops;
-    request();
+    const bool isHalfSet = loops ? m_selectionIsNew : m_playsSelectionOnly;
+    if (!isHalfSet) request();
 }
 
 void FileMovie::setPlaysSelectionOnlyAttribute(bool only) {

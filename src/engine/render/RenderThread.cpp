@@ -43,6 +43,7 @@ void RenderThread::close() {
 void RenderThread::request(const Request& request) {
     {
         const std::lock_guard lock(m_mutex);
+        if (request == m_request) return;
         m_request = request;
         ++m_requestCount;
         if (!request.moves()) m_output.setRunning(false);
@@ -63,6 +64,11 @@ double RenderThread::heard() const {
 RenderThread::Request RenderThread::newestRequest() const {
     const std::lock_guard lock(m_mutex);
     return m_request;
+}
+
+std::uint64_t RenderThread::requests() const {
+    const std::lock_guard lock(m_mutex);
+    return m_requestCount;
 }
 
 bool RenderThread::isCaughtUp() const {
