@@ -8,34 +8,13 @@
 
 #include "engine/export/FileExport.h"
 #include "engine/media/tags/Tags.h"
+#include "engine/movie/SilentReader.h"
 
 namespace qm {
 
 namespace {
 
 constexpr std::int32_t kScaleWithoutSound = 600;
-constexpr int kSilentRate = 48000;
-
-// Stands in for the sound of a film without any, so that its time goes on.
-class SilentReader : public SoundReader {
-public:
-    explicit SilentReader(double seconds) : m_length(std::llround(seconds * kSilentRate)) {}
-    int sampleRate() const override { return kSilentRate; }
-    std::int64_t length() const override { return m_length; }
-    int channels() const override { return 0; }
-    bool read(std::int64_t, float* stereo, std::size_t count) override {
-        std::fill_n(stereo, 2 * count, 0.0f);
-        return true;
-    }
-
-private:
-    std::int64_t m_length;
-};
-
-std::unique_ptr<SoundReader> soundOrSilence(std::unique_ptr<SoundReader> sound, double seconds) {
-    if (sound) return sound;
-    return std::make_unique<SilentReader>(seconds);
-}
 
 // Foreign headers state all kinds of rates: one at which nothing could be heard is none.
 float playableRate(double stated) {
