@@ -1,5 +1,6 @@
 #include "engine/render/RenderThread.h"
 
+#include <cassert>
 #include <chrono>
 #include <cmath>
 
@@ -41,6 +42,7 @@ void RenderThread::close() {
 }
 
 void RenderThread::request(const Request& request) {
+    assert(m_mainThread.isHere());
     {
         const std::lock_guard lock(m_mutex);
         if (request == m_request) return;

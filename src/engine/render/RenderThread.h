@@ -15,6 +15,7 @@
 #include "engine/output/AudioOutput.h"
 #include "engine/output/DeviceKeeper.h"
 #include "engine/output/OutputCallback.h"
+#include "engine/realtime/ThreadRole.h"
 #include "engine/render/LaneWriter.h"
 #include "engine/render/PcmCache.h"
 #include "engine/render/RenderRequest.h"
@@ -62,6 +63,7 @@ private:
     void applyRunning(const Request& request);
     void openGate();
 
+    const ThreadRole m_mainThread;
     PcmCache m_cache;
     OutputCallback m_output;
 
