@@ -60,6 +60,8 @@ public:
 
     virtual const std::vector<Tag>& tags() const = 0;  // in the file's order
 
+    // A loop is set by the next three in their order, and ended by the last two. They are heard as one change: a new
+    // selection that is told to loop, or one that no longer does, waits for the last call or any other operation.
     virtual void setSelectionAttribute(QTTimeRange range) = 0;   // QTMovieSelectionAttribute
     virtual void setLoopsAttribute(bool loops) = 0;              // QTMovieLoopsAttribute
     virtual void setPlaysSelectionOnlyAttribute(bool only) = 0;  // QTMoviePlaysSelectionOnlyAttribute

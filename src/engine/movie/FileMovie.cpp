@@ -9,36 +9,15 @@
 
 #include "engine/export/FileExport.h"
 #include "engine/media/tags/Tags.h"
+#include "engine/movie/SilentReader.h"
 
 namespace qm {
 
 namespace {
 
 constexpr std::int32_t kScaleWithoutSound = 600;
-constexpr int kSilentRate = 48000;
 
 static_assert(Meter::kChannels == kMeterChannels && Meter::kBands == kMeterBands);
-
-// Stands in for the sound of a film without any, so that its time goes on.
-class SilentReader : public SoundReader {
-public:
-    explicit SilentReader(double seconds) : m_length(std::llround(seconds * kSilentRate)) {}
-    int sampleRate() const override { return kSilentRate; }
-    std::int64_t length() const override { return m_length; }
-    int channels() const override { return 0; }
-    bool read(std::int64_t, float* stereo, std::size_t count) override {
-        std::fill_n(stereo, 2 * count, 0.0f);
-        return true;
-    }
-
-private:
-    std::int64_t m_length;
-};
-
-std::unique_ptr<SoundReader> soundOrSilence(std::unique_ptr<SoundReader> sound, double seconds) {
-    if (sound) return sound;
-    return std::make_unique<SilentReader>(seconds);
-}
 
 // Foreign headers state all kinds of rates: one at which nothing could be heard is none.
 float playableRate(double stated) {
@@ -155,6 +134,7 @@ void FileMovie::request() {
     // A selection that ends before it begins is what lies between the two.
     m_request.rangeBegin = std::min(from, to);
     m_request.rangeEnd = std::max(from, to);
+    m_selectionIsNew = false;
     m_render.request(m_request);
     if (m_works->video) m_works->video->clockChanged();
 }
@@ -250,12 +230,16 @@ std::optional<std::string> FileMovie::copyrightAttribute() const {
 
 void FileMovie::setSelectionAttribute(QTTimeRange range) {
     m_selection = range;
-    request();
+    m_selectionIsNew = true;
+    if (m_playsSelectionOnly) request();
 }
 
+// Between the calls that set a loop, or end it, another passage would be heard for a moment: so one that leaves the
+// loop half set waits for the next.
 void FileMovie::setLoopsAttribute(bool loops) {
     m_request.loops = loops;
-    request();
+    const bool isHalfSet = loops ? m_selectionIsNew : m_playsSelectionOnly;
+    if (!isHalfSet) request();
 }
 
 void FileMovie::setPlaysSelectionOnlyAttribute(bool only) {

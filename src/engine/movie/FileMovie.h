@@ -94,6 +94,7 @@ private:
     float m_preferredRate;
     bool m_hasRate = false;  // it was told one
     QTTimeRange m_selection;
+    bool m_selectionIsNew = false;  // and has not been asked for
     bool m_playsSelectionOnly = false;
     bool m_backward = false;
     bool m_hasPlayed = false;  // since it was last moved while it stood still

@@ -15,6 +15,7 @@
 #include "engine/output/GapWatch.h"
 #include "engine/output/OutputCallback.h"
 #include "engine/output/Reserve.h"
+#include "engine/realtime/ThreadRole.h"
 
 namespace qm {
 
@@ -57,6 +58,7 @@ private:
     template <typename Call>
     auto onDevice(Call call);
     bool start();
+    void stop();
     void rest();
     void setDevice(std::unique_ptr<AudioOutput> device);
     void replaceIfGone();
@@ -69,6 +71,7 @@ private:
     const OutputFactory m_openOutput;
     const int m_sampleRate;
     const Clock m_clock;
+    const ThreadRole m_renderThread;
 
     bool m_started = false;
     Reserve m_reserve;

@@ -1,5 +1,6 @@
 #include "engine/render/RenderThread.h"
 
+#include <cassert>
 #include <chrono>
 #include <cmath>
 
@@ -46,8 +47,10 @@ void RenderThread::close() {
 }
 
 void RenderThread::request(const Request& request) {
+    assert(m_mainThread.isHere());
     {
         const std::lock_guard lock(m_mutex);
+        if (request == m_request) return;
         m_request = request;
         ++m_requestCount;
         if (!request.moves()) m_output.setRunning(false);
@@ -68,6 +71,11 @@ double RenderThread::heard() const {
 RenderThread::Request RenderThread::newestRequest() const {
     const std::lock_guard lock(m_mutex);
     return m_request;
+}
+
+std::uint64_t RenderThread::requests() const {
+    const std::lock_guard lock(m_mutex);
+    return m_requestCount;
 }
 
 bool RenderThread::isCaughtUp() const {
