@@ -12,8 +12,8 @@
 
 #include "Memory.h"
 #include "engine/media/SoundReader.h"
-#include "engine/render/PcmCache.h"
 #include "engine/render/Renderer.h"
+#include "engine/sound/PcmCache.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "engine/media/SoundReader.h"
-#include "engine/render/PcmCache.h"
 #include "engine/render/Renderer.h"
+#include "engine/sound/PcmCache.h"
 
 namespace {
 

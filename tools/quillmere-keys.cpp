@@ -2,7 +2,7 @@
 #include <QGuiApplication>
 #include <cstdio>
 
-#include "ui/KeyList.h"
+#include "ui/actions/KeyList.h"
 
 namespace {
 

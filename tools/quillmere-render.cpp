@@ -23,9 +23,9 @@
 #include "engine/api/StandardStreams.h"
 #include "engine/export/TargetFile.h"
 #include "engine/media/SoundReader.h"
-#include "engine/render/PcmCache.h"
 #include "engine/render/Renderer.h"
 #include "engine/render/stretch/AttackMap.h"
+#include "engine/sound/PcmCache.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "app/QMController.h"
 #include "record/AudioRecord.h"
-#include "ui/ActionTable.h"
+#include "ui/actions/ActionTable.h"
 
 namespace qm {
 

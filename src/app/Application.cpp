@@ -20,11 +20,11 @@
 #include "app/LiveWait.h"
 #include "app/SuddenEnd.h"
 #include "app/TakePreparation.h"
+#include "app/state/SupportFolder.h"
 #include "engine/api/Log.h"
-#include "library/SupportFolder.h"
 #include "remote/DesktopEntry.h"
-#include "ui/Style.h"
 #include "ui/controls/NamedImage.h"
+#include "ui/dialogs/Style.h"
 #include "ui/windows/SoftwareUpdatePanel.h"
 
 namespace qm {

@@ -8,7 +8,7 @@
 #include <QUrl>
 #include <utility>
 
-#include "player/Notices.h"
+#include "app/state/Notices.h"
 
 namespace qm {
 

@@ -6,9 +6,12 @@
 #include <QObject>
 #include <functional>
 
-#include "app/PlayerState.h"
-#include "app/Prefs.h"
-#include "library/PlayListArrays.h"
+#include "app/state/Notices.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayListArrays.h"
+#include "app/state/PlayerState.h"
+#include "app/state/Prefs.h"
+#include "app/state/UndoHistory.h"
 #include "library/PlayListCopy.h"
 #include "library/PlayListFile.h"
 #include "library/PlayListTable.h"
@@ -17,21 +20,18 @@
 #include "library/TrackLoader.h"
 #include "library/TrackMetadata.h"
 #include "player/AbLoop.h"
-#include "player/Notices.h"
 #include "player/PositionClock.h"
-#include "player/Transport.h"
-#include "player/UndoHistory.h"
+#include "player/transport/PlayerAlert.h"
+#include "player/transport/Transport.h"
 #include "record/MainRecorder.h"
 #include "sound/LevelMeters.h"
 #include "sound/PitchControl.h"
 #include "sound/SpeedControl.h"
 #include "sound/ToneControl.h"
 #include "sound/VolumeControl.h"
-#include "ui/PlayerAlert.h"
-#include "ui/PreferencePanes.h"
-#include "ui/Preferences.h"
-#include "ui/WindowChrome.h"
-#include "ui/controls/Outlets.h"
+#include "ui/chrome/PreferencePanes.h"
+#include "ui/chrome/Preferences.h"
+#include "ui/chrome/WindowChrome.h"
 
 namespace qm {
 

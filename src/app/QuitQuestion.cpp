@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "library/Alert.h"
+#include "ui/dialogs/Alert.h"
 
 namespace qm {
 

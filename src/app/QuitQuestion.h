@@ -4,8 +4,8 @@
 
 #include <functional>
 
+#include "app/state/Notices.h"
 #include "library/TrackExport.h"
-#include "player/Notices.h"
 
 namespace qm {
 

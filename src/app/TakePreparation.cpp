@@ -3,7 +3,7 @@
 #include "app/QMController.h"
 #include "record/AudioRecord.h"
 #include "record/RecorderStatus.h"
-#include "ui/ActionTable.h"
+#include "ui/actions/ActionTable.h"
 
 namespace qm {
 

@@ -11,8 +11,8 @@
 #include <algorithm>
 #include <array>
 
+#include "app/state/SupportFolder.h"
 #include "engine/api/Log.h"
-#include "library/SupportFolder.h"
 #include "ui/controls/FlippedRect.h"
 #include "ui/controls/Wayland.h"
 

@@ -1,9 +1,9 @@
 #include "app/Application.h"
 #include "app/OnlyProgram.h"
 #include "app/SuddenEnd.h"
+#include "app/state/SupportFolder.h"
 #include "engine/api/Log.h"
 #include "engine/api/StandardStreams.h"
-#include "library/SupportFolder.h"
 
 // There is no command line: arguments are not even handed to the toolkit.
 int main(int, char** argv) {

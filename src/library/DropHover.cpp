@@ -3,9 +3,9 @@
 #include <chrono>
 
 #include "engine/api/Aside.h"
-#include "library/FileAcceptance.h"
 #include "ui/controls/DropMarker.h"
 #include "ui/controls/PlayListView.h"
+#include "ui/dialogs/FileAcceptance.h"
 
 namespace qm {
 

@@ -1,6 +1,6 @@
 #include "library/DropNotices.h"
 
-#include "library/FileAcceptance.h"
+#include "ui/dialogs/FileAcceptance.h"
 
 namespace qm {
 

@@ -6,8 +6,8 @@
 #include <QStringList>
 #include <functional>
 
+#include "app/state/Notices.h"
 #include "library/FileWords.h"
-#include "player/Notices.h"
 
 namespace qm {
 

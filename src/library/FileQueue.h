@@ -9,7 +9,7 @@
 #include <functional>
 #include <optional>
 
-#include "player/Notices.h"
+#include "app/state/Notices.h"
 
 namespace qm {
 

@@ -4,8 +4,8 @@
 #include <QFileInfo>
 #include <QHash>
 
-#include "library/FileAcceptance.h"
-#include "library/FilePath.h"
+#include "app/state/FilePath.h"
+#include "ui/dialogs/FileAcceptance.h"
 
 namespace qm {
 

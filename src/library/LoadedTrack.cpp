@@ -3,7 +3,7 @@
 #include <QFileInfo>
 #include <algorithm>
 
-#include "player/OutletSetters.h"
+#include "app/state/OutletSetters.h"
 
 namespace qm {
 

@@ -6,9 +6,9 @@
 #include <QSaveFile>
 #include <utility>
 
+#include "app/state/FilePath.h"
+#include "app/state/SupportFolder.h"
 #include "engine/api/Log.h"
-#include "library/FilePath.h"
-#include "library/SupportFolder.h"
 
 namespace qm {
 

@@ -7,10 +7,10 @@
 #include <QSet>
 #include <utility>
 
+#include "app/state/KeptFile.h"
+#include "app/state/WholeFile.h"
 #include "engine/api/Log.h"
-#include "library/KeptFile.h"
 #include "library/PlayListFormat.h"
-#include "library/WholeFile.h"
 
 namespace qm {
 

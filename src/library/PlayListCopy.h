@@ -10,9 +10,9 @@
 #include <functional>
 #include <memory>
 
-#include "library/PlayListArrays.h"
+#include "app/state/Notices.h"
+#include "app/state/PlayListArrays.h"
 #include "library/PlayListFile.h"
-#include "player/Notices.h"
 
 namespace qm {
 

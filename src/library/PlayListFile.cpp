@@ -6,11 +6,11 @@
 #include <QFileInfo>
 #include <utility>
 
+#include "app/state/KeptFile.h"
+#include "app/state/SupportFolder.h"
+#include "app/state/WholeFile.h"
 #include "engine/api/Log.h"
-#include "library/KeptFile.h"
 #include "library/PlayListFormat.h"
-#include "library/SupportFolder.h"
-#include "library/WholeFile.h"
 #include "ui/controls/PlayListView.h"
 
 namespace qm {

@@ -6,9 +6,9 @@
 #include <QString>
 #include <functional>
 
-#include "library/PlayListArrays.h"
-#include "player/Notices.h"
-#include "ui/controls/Outlets.h"
+#include "app/state/Notices.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayListArrays.h"
 
 namespace qm {
 

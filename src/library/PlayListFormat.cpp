@@ -7,7 +7,7 @@
 #include <limits>
 #include <span>
 
-#include "library/FilePath.h"
+#include "app/state/FilePath.h"
 #include "library/PropertyListReader.h"
 #include "library/PropertyListWriter.h"
 

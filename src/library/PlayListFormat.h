@@ -6,7 +6,7 @@
 #include <QString>
 #include <optional>
 
-#include "library/PlayListArrays.h"
+#include "app/state/PlayListArrays.h"
 
 class QIODevice;
 

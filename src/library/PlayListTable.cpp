@@ -1,12 +1,12 @@
 #include "library/PlayListTable.h"
 
-#include "library/Alert.h"
-#include "library/PlayListCells.h"
-#include "player/OutletSetters.h"
-#include "player/TransportImages.h"
-#include "ui/ReadableForms.h"
+#include "app/state/OutletSetters.h"
+#include "app/state/PlayListCells.h"
+#include "app/state/ReadableForms.h"
+#include "app/state/TransportImages.h"
 #include "ui/controls/FadingWindow.h"
 #include "ui/controls/ToolTipText.h"
+#include "ui/dialogs/Alert.h"
 
 namespace qm {
 

@@ -8,15 +8,15 @@
 #include <QStringList>
 #include <functional>
 
-#include "app/PlayerState.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayListArrays.h"
+#include "app/state/PlayerState.h"
+#include "app/state/UndoHistory.h"
+#include "app/state/Uses.h"
 #include "library/LoadedTrack.h"
-#include "library/PlayListArrays.h"
 #include "library/TrackInfo.h"
 #include "library/TrackLoader.h"
 #include "player/AbLoop.h"
-#include "player/UndoHistory.h"
-#include "player/Uses.h"
-#include "ui/controls/Outlets.h"
 
 namespace qm {
 

@@ -6,12 +6,12 @@
 #include <QLabel>
 #include <utility>
 
-#include "library/FileAcceptance.h"
-#include "library/SupportFolder.h"
-#include "player/OutletSetters.h"
-#include "ui/SavePanel.h"
+#include "app/state/OutletSetters.h"
+#include "app/state/SupportFolder.h"
 #include "ui/controls/FadingWindow.h"
 #include "ui/controls/ProgressBar.h"
+#include "ui/dialogs/FileAcceptance.h"
+#include "ui/dialogs/SavePanel.h"
 
 namespace qm {
 

@@ -9,11 +9,11 @@
 #include <optional>
 #include <vector>
 
-#include "app/PlayerState.h"
-#include "player/Notices.h"
-#include "player/Uses.h"
-#include "ui/PlayerAlert.h"
-#include "ui/controls/Outlets.h"
+#include "app/state/Notices.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayerState.h"
+#include "app/state/Uses.h"
+#include "player/transport/PlayerAlert.h"
 
 namespace qm {
 

@@ -1,6 +1,6 @@
 #include "library/TrackInfo.h"
 
-#include "player/OutletSetters.h"
+#include "app/state/OutletSetters.h"
 
 namespace qm {
 

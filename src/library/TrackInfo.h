@@ -3,10 +3,10 @@
 // is not there, are left alone.
 #pragma once
 
-#include "app/PlayerState.h"
-#include "library/PlayListArrays.h"
-#include "player/Uses.h"
-#include "ui/controls/Outlets.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayListArrays.h"
+#include "app/state/PlayerState.h"
+#include "app/state/Uses.h"
 
 namespace qm {
 

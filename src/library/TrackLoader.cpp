@@ -9,15 +9,15 @@
 #include <string>
 #include <utility>
 
+#include "app/state/FilePath.h"
+#include "app/state/OutletSetters.h"
+#include "app/state/SupportFolder.h"
 #include "engine/api/Aside.h"
 #include "engine/api/Log.h"
-#include "library/FileAcceptance.h"
-#include "library/FilePath.h"
-#include "library/SupportFolder.h"
-#include "player/OutletSetters.h"
-#include "ui/FilePanel.h"
 #include "ui/controls/FadingWindow.h"
 #include "ui/controls/MovieView.h"
+#include "ui/dialogs/FileAcceptance.h"
+#include "ui/dialogs/FilePanel.h"
 
 namespace qm {
 

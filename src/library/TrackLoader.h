@@ -11,20 +11,20 @@
 #include <functional>
 #include <optional>
 
-#include "app/PlayerState.h"
+#include "app/state/Notices.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayListArrays.h"
+#include "app/state/PlayerState.h"
+#include "app/state/Uses.h"
 #include "engine/api/MediaEngine.h"
 #include "engine/api/MovieToolbox.h"
 #include "engine/api/Patience.h"
 #include "library/DropNotices.h"
 #include "library/FileQueue.h"
 #include "library/PanelFolder.h"
-#include "library/PlayListArrays.h"
 #include "library/TrackMetadata.h"
-#include "player/Notices.h"
 #include "player/PositionClock.h"
-#include "player/Uses.h"
 #include "sound/ToneControl.h"
-#include "ui/controls/Outlets.h"
 
 class QUrl;
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "player/OutletSetters.h"
-#include "player/TimeFormat.h"
+#include "app/state/OutletSetters.h"
+#include "app/state/TimeFormat.h"
 
 namespace qm {
 

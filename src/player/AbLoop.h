@@ -6,12 +6,12 @@
 #include <optional>
 #include <utility>
 
-#include "app/PlayerState.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayListArrays.h"
+#include "app/state/PlayerState.h"
+#include "app/state/Uses.h"
 #include "engine/api/MovieToolbox.h"
-#include "library/PlayListArrays.h"
 #include "player/PositionClock.h"
-#include "player/Uses.h"
-#include "ui/controls/Outlets.h"
 
 namespace qm {
 

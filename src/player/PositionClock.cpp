@@ -2,9 +2,9 @@
 
 #include <QTimer>
 
-#include "player/Numbers.h"
-#include "player/OutletSetters.h"
-#include "player/TimeFormat.h"
+#include "app/state/Numbers.h"
+#include "app/state/OutletSetters.h"
+#include "app/state/TimeFormat.h"
 
 namespace qm {
 

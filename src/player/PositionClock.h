@@ -3,10 +3,10 @@
 // Without a movie every operation does nothing, except that a seek puts the slider back to 0.
 #pragma once
 
-#include "app/PlayerState.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayerState.h"
+#include "app/state/Uses.h"
 #include "engine/api/MovieToolbox.h"
-#include "player/Uses.h"
-#include "ui/controls/Outlets.h"
 
 namespace qm {
 

@@ -4,20 +4,20 @@
 
 #include <QTimer>
 
-#include "app/PlayerState.h"
-#include "player/Notices.h"
+#include "app/state/Notices.h"
+#include "app/state/PlayerState.h"
 
 namespace qm {
 
 class SoundWatch {
 public:
-    SoundWatch(const PlayerState& state, Notices& notices);
+    SoundWatch(const CurrentMovie& movie, Notices& notices);
 
     void start();  // to look from time to time
     void look();
 
 private:
-    const PlayerState& m_state;
+    const CurrentMovie& m_movie;
     Notices& m_notices;
     SoundOutput m_told = SoundOutput::Works;
     QTimer m_timer;

@@ -1,6 +1,6 @@
 #include "record/ElapsedClock.h"
 
-#include "player/Numbers.h"
+#include "app/state/Numbers.h"
 
 namespace qm {
 

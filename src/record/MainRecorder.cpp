@@ -4,11 +4,11 @@
 #include <QFile>
 #include <QUrl>
 
-#include "player/OutletSetters.h"
+#include "app/state/OutletSetters.h"
 #include "record/Capture.h"
 #include "record/ElapsedClock.h"
-#include "ui/SavePanel.h"
 #include "ui/controls/WindowOrder.h"
+#include "ui/dialogs/SavePanel.h"
 
 namespace qm {
 

@@ -7,11 +7,11 @@
 #include <QString>
 #include <functional>
 
-#include "app/PlayerState.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayerState.h"
 #include "record/RecordedFile.h"
 #include "record/RecorderState.h"
 #include "record/Takes.h"
-#include "ui/controls/Outlets.h"
 
 class QUrl;
 

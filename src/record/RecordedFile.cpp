@@ -12,9 +12,9 @@
 #include <utility>
 #include <vector>
 
+#include "app/state/SupportFolder.h"
+#include "app/state/WholeFile.h"
 #include "engine/api/Log.h"
-#include "library/SupportFolder.h"
-#include "library/WholeFile.h"
 
 namespace qm {
 

@@ -4,8 +4,8 @@
 #include <QThreadPool>
 #include <algorithm>
 
-#include "ui/SavePanel.h"
 #include "ui/controls/FadingWindow.h"
+#include "ui/dialogs/SavePanel.h"
 
 namespace qm {
 

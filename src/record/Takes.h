@@ -7,9 +7,9 @@
 #include <QStringList>
 #include <functional>
 
-#include "player/Notices.h"
+#include "app/state/Notices.h"
+#include "app/state/Outlets.h"
 #include "record/RecordedFile.h"
-#include "ui/controls/Outlets.h"
 
 namespace qm {
 

@@ -10,7 +10,7 @@
 #include "remote/DesktopEntry.h"
 #include "remote/MprisAdaptors.h"
 #include "remote/RemotePlayer.h"
-#include "ui/ActionTable.h"
+#include "ui/actions/ActionTable.h"
 
 namespace qm {
 

@@ -8,10 +8,10 @@
 #include <cmath>
 #include <utility>
 
+#include "app/state/FilePath.h"
+#include "app/state/OutletSetters.h"
 #include "engine/api/Log.h"
-#include "library/FilePath.h"
-#include "player/OutletSetters.h"
-#include "ui/ActionTable.h"
+#include "ui/actions/ActionTable.h"
 #include "ui/controls/FadingWindow.h"
 
 namespace qm {

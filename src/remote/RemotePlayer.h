@@ -9,12 +9,12 @@
 #include <QVariantMap>
 #include <functional>
 
-#include "app/PlayerState.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayListArrays.h"
+#include "app/state/PlayerState.h"
 #include "engine/api/MovieToolbox.h"
 #include "library/LoadedTrack.h"
-#include "library/PlayListArrays.h"
 #include "player/AbLoop.h"
-#include "ui/controls/Outlets.h"
 
 namespace qm {
 

@@ -9,10 +9,10 @@
 #include <memory>
 #include <vector>
 
-#include "app/PlayerState.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayerState.h"
+#include "app/state/Uses.h"
 #include "engine/api/MovieToolbox.h"
-#include "player/Uses.h"
-#include "ui/controls/Outlets.h"
 
 class QLabel;
 

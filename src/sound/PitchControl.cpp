@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "player/Numbers.h"
-#include "player/OutletSetters.h"
+#include "app/state/Numbers.h"
+#include "app/state/OutletSetters.h"
 
 namespace qm {
 

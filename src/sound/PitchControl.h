@@ -2,10 +2,10 @@
 // only; the engine's status is ignored.
 #pragma once
 
-#include "app/PlayerState.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayerState.h"
+#include "app/state/Uses.h"
 #include "engine/api/MovieToolbox.h"
-#include "player/Uses.h"
-#include "ui/controls/Outlets.h"
 
 namespace qm {
 

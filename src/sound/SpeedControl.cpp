@@ -1,8 +1,8 @@
 #include "sound/SpeedControl.h"
 
-#include "player/Numbers.h"
-#include "player/OutletSetters.h"
-#include "player/TransportImages.h"
+#include "app/state/Numbers.h"
+#include "app/state/OutletSetters.h"
+#include "app/state/TransportImages.h"
 
 namespace qm {
 

@@ -2,10 +2,10 @@
 // player is playing; otherwise it is remembered for the next start. Main thread only; nothing fails.
 #pragma once
 
-#include "app/PlayerState.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayerState.h"
+#include "app/state/Uses.h"
 #include "player/PositionClock.h"
-#include "player/Uses.h"
-#include "ui/controls/Outlets.h"
 
 namespace qm {
 

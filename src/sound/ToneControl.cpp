@@ -1,7 +1,7 @@
 #include "sound/ToneControl.h"
 
-#include "player/Numbers.h"
-#include "player/OutletSetters.h"
+#include "app/state/Numbers.h"
+#include "app/state/OutletSetters.h"
 
 namespace qm {
 

@@ -2,11 +2,11 @@
 // go together to the first sound track of the current movie. Main thread only; the engine's status is ignored.
 #pragma once
 
-#include "app/PlayerState.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayListArrays.h"
+#include "app/state/PlayerState.h"
+#include "app/state/Uses.h"
 #include "engine/api/MovieToolbox.h"
-#include "library/PlayListArrays.h"
-#include "player/Uses.h"
-#include "ui/controls/Outlets.h"
 
 namespace qm {
 

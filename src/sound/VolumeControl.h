@@ -5,13 +5,13 @@
 
 #include <optional>
 
-#include "app/PlayerState.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayerState.h"
+#include "app/state/Uses.h"
 #include "engine/api/MovieToolbox.h"
-#include "player/Uses.h"
 #include "sound/PitchControl.h"
 #include "sound/SpeedControl.h"
 #include "sound/ToneControl.h"
-#include "ui/controls/Outlets.h"
 
 namespace qm {
 

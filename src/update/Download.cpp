@@ -6,8 +6,8 @@
 #include <QThread>
 #include <memory>
 
+#include "app/state/WholeFile.h"
 #include "engine/api/Log.h"
-#include "library/WholeFile.h"
 #include "update/InputBlock.h"
 #include "update/UpdateServer.h"
 

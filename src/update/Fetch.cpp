@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <QLibrary>
 
-#include "update/network/NetworkFetch.h"
+#include "update/NetworkFetch.h"
 
 namespace qm {
 

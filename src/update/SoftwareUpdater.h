@@ -9,7 +9,7 @@
 #include <functional>
 #include <optional>
 
-#include "ui/controls/UpdateOutlets.h"
+#include "app/state/UpdateOutlets.h"
 #include "update/Fetch.h"
 #include "update/UpdateCheck.h"
 

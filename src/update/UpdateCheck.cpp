@@ -4,8 +4,8 @@
 #include <charconv>
 #include <limits>
 
+#include "app/state/Numbers.h"
 #include "library/PropertyListReader.h"
-#include "player/Numbers.h"
 
 namespace qm {
 

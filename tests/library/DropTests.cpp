@@ -8,10 +8,10 @@
 #include <QMimeData>
 #include <QUrl>
 
-#include "library/FilePath.h"
+#include "app/state/FilePath.h"
 #include "support/widgets/ControllerFixture.h"
-#include "ui/FilePanel.h"
 #include "ui/controls/DropMarker.h"
+#include "ui/dialogs/FilePanel.h"
 
 using namespace qm;
 

@@ -6,10 +6,10 @@
 #include <QFileSystemModel>
 #include <QTemporaryDir>
 
-#include "library/FileAcceptance.h"
 #include "library/PanelFolder.h"
 #include "support/widgets/ControllerFixture.h"
-#include "ui/FilePanel.h"
+#include "ui/dialogs/FileAcceptance.h"
+#include "ui/dialogs/FilePanel.h"
 
 using namespace qm;
 

@@ -3,7 +3,7 @@
 #include <QBuffer>
 #include <tuple>
 
-#include "library/FilePath.h"
+#include "app/state/FilePath.h"
 #include "support/widgets/TestText.h"
 
 using namespace qm;

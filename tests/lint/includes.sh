@@ -1,19 +1,55 @@
 #!/bin/bash
-# The direction of the includes, from the sources themselves: who may see whom is in docs/architecture.md.
-# Prints every offence; exit status 1 when there is one.
+# The direction of the includes, from the sources themselves. The folders stand in the order in which they build on one
+# another, which is also the order to read them in: a file includes from its own folder and from those above its folder in
+# this list. docs/architecture.md says what is in each. Prints every offence; exit status 1 when there is one.
 set -eu
 cd "$(dirname "$0")/../../src"
 
-# The files a folder may include, as a pattern on "folder/File.h". The first line that fits the including file counts.
-rules='
-engine/api/         ^engine/api/
-engine/realtime/    ^engine/realtime/
-engine/             ^engine/
-ui/controls/        ^(ui/controls/|engine/api/|app/PlayerState\.h)
-remote/             ^(remote/|ui/[A-Z]|ui/controls/|library/|player/|sound/|engine/api/|app/PlayerState\.h)
-ui/windows/         ^(ui/|library/|player/|sound/|record/|update/|engine/api/|app/PlayerState\.h)
-app/                ^(app/|ui/|remote/|library/|player/|sound/|record/|update/|engine/api/)
-subject/            ^(ui/[A-Z]|ui/controls/|library/|player/|sound/|record/|update/|engine/api/|app/(PlayerState|Prefs)\.h)
+folders='
+engine/api
+engine/realtime
+engine/waiting
+engine/media
+engine/media/tags
+engine/sound
+engine/output
+engine/render/stretch
+engine/render
+engine/video
+engine/capture
+engine/export
+engine/movie
+engine/module
+ui/controls
+app/state
+ui/dialogs
+player
+sound
+library
+player/transport
+record
+update
+update/network
+ui/actions
+ui/chrome
+ui/windows
+remote
+app
+'
+
+# The arrows that run back, each with its reason in docs/architecture.md.
+back='
+engine/media engine/media/tags
+app/state ui/dialogs
+library player/transport
+'
+
+# What a folder sees of all that is above it, where that is less: including files, what they may include.
+narrower='
+^engine/                ^engine/
+^ui/controls/           ^(ui/controls|engine/api)/
+^remote/                ^(remote|app/state|ui/actions|ui/controls|library|player|sound|engine/api)/
+^[^e]                   ^(engine/api|[^e][^/]*)/
 '
 
 # External headers that only some folders may include: header pattern, including files' pattern.
@@ -23,7 +59,7 @@ reserved='
 ^fftw3                  ^engine/render/stretch/
 ^cubeb                  ^engine/(output|capture)/
 ^QDBus                  ^remote/
-^(Q[A-Z]|Qt)            ^(app|ui|library|player|sound|record|update|remote)/
+^(Q[A-Z]|Qt)            ^(app|ui|library|player|sound|record|update|remote|practice)/
 ^QtWidgets$             ^$
 ^(curl/|Q(Network|Ssl|Tcp|Http)) ^update/network/
 '
@@ -34,32 +70,49 @@ includes() {  # lines: file, " or <, included name
 }
 
 offences=$(
-    includes | awk -v rules="$rules" -v reserved="$reserved" '
+    includes | awk -v folders="$folders" -v back="$back" -v narrower="$narrower" -v reserved="$reserved" '
         BEGIN {
-            ruleCount = split(rules, ruleLines, "\n")
+            for (i = split(folders, names, "\n"); i > 0; i--) if (names[i] != "") place[names[i]] = i
+            for (i = split(back, lines, "\n"); i > 0; i--) if (lines[i] != "") known[lines[i]] = 1
+            narrowCount = split(narrower, narrowLines, "\n")
             reservedCount = split(reserved, reservedLines, "\n")
         }
-        function allowed(file,   i, parts) {
-            for (i = 1; i <= ruleCount; i++) {
-                if (split(ruleLines[i], parts, " ") == 2 && (index(file, parts[1]) == 1 || parts[1] == "subject/")) {
-                    return parts[2]
+        function folder(path) { sub("/[^/]*$", "", path); return path }
+        !(folder($1) in place) { print folder($1) " has no place in the order of the folders"; next }
+        $2 == "\"" && !(folder($3) in place) { print $1 " includes " $3 ", whose folder has no place in the order"; next }
+        $2 == "\"" {
+            if (place[folder($3)] > place[folder($1)] && !((folder($1) " " folder($3)) in known)) {
+                print $1 " includes " $3 ", which is not below it"
+            }
+            for (i = 1; i <= narrowCount; i++) {
+                if (split(narrowLines[i], parts, " ") == 2 && $1 ~ parts[1] && $3 !~ parts[2]) {
+                    print $1 " includes " $3 ", which is not for it"
                 }
             }
         }
-        $2 == "\"" && $3 !~ allowed($1) { print $1 " includes " $3 ", which is not below it" }
         $2 == "<" {
             for (i = 1; i <= reservedCount; i++) {
                 if (split(reservedLines[i], parts, " ") == 2 && $3 ~ parts[1] && $1 !~ parts[2]) {
                     print $1 " includes <" $3 ">, which is not for it"
                 }
             }
-        }'
+        }' | sort -u
+)
+unused=$(
+    echo "$back" | while read -r from to; do
+        [ -n "$from" ] || continue
+        includes | awk -v from="$from" -v to="$to" '
+            function folder(path) { sub("/[^/]*$", "", path); return path }
+            $2 == "\"" && folder($1) == from && folder($3) == to { found = 1 }
+            END { if (!found) print "the arrow from " from " back to " to " is not there any more" }'
+    done
 )
 missing=$(includes | awk '$2 == "\"" { print $3 }' | sort -u | while read -r name; do
     [ -f "$name" ] || echo "$name is included and does not exist"
 done)
 cycles=$(includes | awk '$2 == "\"" && $1 ~ /\.h$/ { print $1, $3 }' | tsort 2>&1 >/dev/null || true)
 
-[ -z "$offences$missing$cycles" ] && exit 0
-printf '%s\n' "$offences" "$missing" ${cycles:+"The headers include each other in a circle:"} "$cycles" | sed '/^$/d'
+[ -z "$offences$unused$missing$cycles" ] && exit 0
+printf '%s\n' "$offences" "$unused" "$missing" ${cycles:+"The headers include each other in a circle:"} "$cycles" |
+    sed '/^$/d'
 exit 1

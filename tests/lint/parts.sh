@@ -8,15 +8,15 @@ groups=$(awk '
     /^struct [A-Za-z]+ \{/ { group = $2 }
     /^};/ { group = "" }
     group != "" && /;/ { sub(/\/\/.*/, ""); sub(/( = .*)?;.*/, ""); print group, $NF }
-' app/PlayerState.h ui/controls/Outlets.h)
+' app/state/PlayerState.h app/state/Outlets.h)
 [ -n "$groups" ] || { echo "no groups found"; exit 1; }
 
 found=$(
     # The windows, the keys and the notices of idle acts show the player as a whole.
-    whole=$(grep -lE '(PlayerState|[^a-zA-Z]Outlets)& ' player/*.h sound/*.h library/*.h record/*.h ui/*.h update/*.h |
-        grep -vE '^ui/(IdleActs|PlayerKeys)\.h$' || true)
+    whole=$(grep -lE '(PlayerState|[^a-zA-Z]Outlets)& ' player/*.h player/transport/*.h sound/*.h library/*.h record/*.h ui/actions/*.h ui/chrome/*.h update/*.h |
+        grep -vE '^ui/actions/(IdleActs|PlayerKeys)\.h$' || true)
     [ -z "$whole" ] || echo "$whole takes all state or all outlets"
-    for header in player/*.h sound/*.h library/*.h record/*.h ui/*.h; do
+    for header in player/*.h player/transport/*.h sound/*.h library/*.h record/*.h ui/actions/*.h ui/chrome/*.h; do
         source=${header%.h}.cpp
         [ -f "$source" ] || continue
         while read -r group field member; do

@@ -1,4 +1,4 @@
-#include "player/Transport.h"
+#include "player/transport/Transport.h"
 
 #include <QApplication>
 #include <QLabel>

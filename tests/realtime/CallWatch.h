@@ -18,6 +18,12 @@ struct Calls {
 };
 
 #ifdef QUILLMERE_HEAP_WATCH
+#if defined(__x86_64__)
+inline constexpr bool kCountsSystemCalls = true;
+#else
+inline constexpr bool kCountsSystemCalls = false;
+#endif
+
 Calls& calls();  // of this thread
 
 void beginToWatch();

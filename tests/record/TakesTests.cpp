@@ -13,7 +13,7 @@
 #include "record/AudioRecord.h"
 #include "support/widgets/Actions.h"
 #include "support/widgets/ControllerFixture.h"
-#include "ui/ActionTable.h"
+#include "ui/actions/ActionTable.h"
 
 using namespace qm;
 

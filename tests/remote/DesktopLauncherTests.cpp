@@ -8,11 +8,11 @@
 #include <QMimeDatabase>
 #include <QUrl>
 
-#include "library/FileAcceptance.h"
 #include "remote/DesktopEntry.h"
 #include "remote/RemotePlayer.h"
 #include "support/widgets/LivingWindow.h"
-#include "ui/ActionTable.h"
+#include "ui/actions/ActionTable.h"
+#include "ui/dialogs/FileAcceptance.h"
 
 using namespace qm;
 

@@ -8,7 +8,7 @@
 #include <numbers>
 
 #include "engine/media/SoundReader.h"
-#include "engine/render/StereoFrame.h"
+#include "engine/sound/StereoFrame.h"
 
 namespace qm::test {
 

@@ -14,7 +14,7 @@
 #include "support/widgets/Gestures.h"
 #include "support/widgets/LivingWindow.h"
 #include "support/widgets/TestText.h"
-#include "ui/ActionTable.h"
+#include "ui/actions/ActionTable.h"
 #include "ui/controls/ChipButton.h"
 #include "ui/controls/Slider.h"
 #include "ui/windows/MainWindow.h"

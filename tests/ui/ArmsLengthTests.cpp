@@ -5,8 +5,8 @@
 #include <QLabel>
 #include <cmath>
 
+#include "app/state/ReadableForms.h"
 #include "support/widgets/LivingWindow.h"
-#include "ui/ReadableForms.h"
 #include "ui/controls/Fonts.h"
 #include "ui/controls/PlayListHeader.h"
 #include "ui/controls/Tokens.h"

@@ -1,4 +1,4 @@
-#include "ui/FilePanel.h"
+#include "ui/dialogs/FilePanel.h"
 
 #include <doctest/doctest.h>
 
@@ -23,10 +23,10 @@
 #include <QTreeView>
 #include <QWindow>
 
-#include "library/FileAcceptance.h"
 #include "support/widgets/TestText.h"
-#include "ui/DialogStyle.h"
-#include "ui/SavePanel.h"
+#include "ui/dialogs/DialogStyle.h"
+#include "ui/dialogs/FileAcceptance.h"
+#include "ui/dialogs/SavePanel.h"
 
 // As the system hands a key to a window: shortcuts first, then whoever has the focus.
 Q_GUI_EXPORT void qt_handleKeyEvent(QWindow* window, QEvent::Type type, int key, Qt::KeyboardModifiers modifiers,

@@ -1,5 +1,5 @@
 #include "support/widgets/Actions.h"
-#include "ui/IdleActs.h"
+#include "ui/actions/IdleActs.h"
 
 #include <doctest/doctest.h>
 

@@ -4,8 +4,8 @@
 #include <QPushButton>
 #include <QTimer>
 
-#include "library/Alert.h"
 #include "support/widgets/ControllerFixture.h"
+#include "ui/dialogs/Alert.h"
 
 using namespace qm;
 

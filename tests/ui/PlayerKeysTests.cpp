@@ -1,5 +1,5 @@
 #include "support/widgets/Actions.h"
-#include "ui/PlayerKeys.h"
+#include "ui/actions/PlayerKeys.h"
 
 #include <doctest/doctest.h>
 
@@ -13,7 +13,7 @@
 #include "support/widgets/Gestures.h"
 #include "support/widgets/LivingWindow.h"
 #include "support/widgets/TestText.h"
-#include "ui/FilePanel.h"
+#include "ui/dialogs/FilePanel.h"
 
 using namespace qm;
 

@@ -1,4 +1,4 @@
-#include "ui/PreferencePanes.h"
+#include "ui/chrome/PreferencePanes.h"
 
 #include <QAccessible>
 #include <QLabel>

@@ -1,4 +1,4 @@
-#include "ui/Preferences.h"
+#include "ui/chrome/Preferences.h"
 
 #include <QAction>
 #include <QCoreApplication>

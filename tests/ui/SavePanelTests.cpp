@@ -1,4 +1,4 @@
-#include "ui/SavePanel.h"
+#include "ui/dialogs/SavePanel.h"
 
 #include <doctest/doctest.h>
 

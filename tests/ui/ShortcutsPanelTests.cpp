@@ -8,8 +8,8 @@
 #include <QSet>
 
 #include "support/widgets/TestText.h"
-#include "ui/ActionTable.h"
-#include "ui/KeyList.h"
+#include "ui/actions/ActionTable.h"
+#include "ui/actions/KeyList.h"
 #include "ui/controls/Card.h"
 
 using namespace qm;

@@ -1,9 +1,9 @@
 #include <doctest/doctest.h>
 
+#include "app/state/ReadableForms.h"
 #include "support/widgets/Actions.h"
 #include "support/widgets/LivingWindow.h"
 #include "support/widgets/TestText.h"
-#include "ui/ReadableForms.h"
 #include "ui/windows/SpokenDeeds.h"
 
 using namespace qm;

@@ -12,10 +12,10 @@
 #include <QStyleOptionSlider>
 #include <cmath>
 
-#include "ui/Style.h"
 #include "ui/controls/ChipButton.h"
 #include "ui/controls/Fonts.h"
 #include "ui/controls/Motion.h"
+#include "ui/dialogs/Style.h"
 
 using namespace qm;
 

@@ -7,7 +7,7 @@
 #include <span>
 
 #include "engine/api/Result.h"
-#include "engine/render/StereoFrame.h"
+#include "engine/sound/StereoFrame.h"
 
 namespace qm {
 

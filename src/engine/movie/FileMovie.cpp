@@ -9,6 +9,7 @@
 
 #include "engine/export/FileExport.h"
 #include "engine/media/tags/Tags.h"
+#include "engine/movie/MovieLevels.h"
 #include "engine/movie/SilentReader.h"
 
 namespace qm {
@@ -16,8 +17,6 @@ namespace qm {
 namespace {
 
 constexpr std::int32_t kScaleWithoutSound = 600;
-
-static_assert(Meter::kChannels == kMeterChannels && Meter::kBands == kMeterBands);
 
 // Foreign headers state all kinds of rates: one at which nothing could be heard is none.
 float playableRate(double stated) {
@@ -109,20 +108,13 @@ void FileMovie::setTone(int, std::int16_t bass, std::int16_t treble) {
 
 bool FileMovie::readVolumeLevels(QTAudioVolumeLevels& averagePower, QTAudioVolumeLevels& peakHold) const {
     if (!meter().volumeEnabled()) return false;
-    const Meter::Levels heard = meter().levels();
-    averagePower.numChannels = peakHold.numChannels = kMeterChannels;
-    std::copy(heard.averagePower.begin(), heard.averagePower.end(), std::begin(averagePower.level));
-    std::copy(heard.peakHold.begin(), heard.peakHold.end(), std::begin(peakHold.level));
+    copyVolumes(meter().levels(), averagePower, peakHold);
     return true;
 }
 
 bool FileMovie::readFrequencyLevels(QTAudioFrequencyLevels& levels) const {
     if (!meter().bandsEnabled()) return false;
-    const Meter::Levels heard = meter().levels();
-    levels.numChannels = kMeterChannels;
-    levels.numFrequencyBands = kMeterBands;
-    float* level = levels.level;
-    for (const auto& channel : heard.bands) level = std::copy(channel.begin(), channel.end(), level);
+    copyBands(meter().levels(), levels);
     return true;
 }
 

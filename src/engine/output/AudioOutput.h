@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "engine/api/Result.h"
-#include "engine/render/StereoFrame.h"
+#include "engine/sound/StereoFrame.h"
 
 namespace qm {
 

@@ -7,8 +7,8 @@
 #include <cstdint>
 
 #include "engine/realtime/SpscRing.h"
-#include "engine/render/Playhead.h"
-#include "engine/render/StereoFrame.h"
+#include "engine/sound/Playhead.h"
+#include "engine/sound/StereoFrame.h"
 
 namespace qm {
 

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <span>
 
-#include "engine/render/StereoFrame.h"
+#include "engine/sound/StereoFrame.h"
 
 namespace qm {
 

@@ -16,7 +16,7 @@
 
 #include "engine/output/MeterBands.h"
 #include "engine/realtime/SeqLocked.h"
-#include "engine/render/StereoFrame.h"
+#include "engine/sound/StereoFrame.h"
 
 namespace qm {
 

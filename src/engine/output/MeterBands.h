@@ -8,7 +8,7 @@
 #include <span>
 
 #include "engine/realtime/FourFloats.h"
-#include "engine/render/StereoFrame.h"
+#include "engine/sound/StereoFrame.h"
 
 namespace qm {
 

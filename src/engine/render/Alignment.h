@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <span>
 
-#include "engine/render/StereoFrame.h"
+#include "engine/sound/StereoFrame.h"
 
 namespace qm {
 

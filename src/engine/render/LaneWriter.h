@@ -11,9 +11,9 @@
 
 #include "engine/output/OutputCallback.h"
 #include "engine/realtime/ThreadRole.h"
-#include "engine/render/PcmCache.h"
 #include "engine/render/RenderRequest.h"
 #include "engine/render/Renderer.h"
+#include "engine/sound/PcmCache.h"
 
 namespace qm {
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "engine/render/Tone.h"
+#include "engine/sound/Tone.h"
 
 namespace qm {
 

@@ -17,8 +17,8 @@
 #include "engine/output/OutputCallback.h"
 #include "engine/realtime/ThreadRole.h"
 #include "engine/render/LaneWriter.h"
-#include "engine/render/PcmCache.h"
 #include "engine/render/RenderRequest.h"
+#include "engine/sound/PcmCache.h"
 
 namespace qm {
 

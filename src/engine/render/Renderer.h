@@ -5,9 +5,9 @@
 #include <memory>
 #include <span>
 
-#include "engine/render/Timeline.h"
 #include "engine/render/stretch/Passthrough.h"
 #include "engine/render/stretch/TimeStretch.h"
+#include "engine/sound/Timeline.h"
 
 namespace qm {
 

@@ -1,7 +1,7 @@
 // The about panel: what this is, which version, and, behind its link, what it is built on. Main thread only.
 #pragma once
 
-#include "ui/controls/Outlets.h"
+#include "app/state/Outlets.h"
 #include "ui/windows/ToolPanel.h"
 
 class QStackedWidget;

@@ -6,9 +6,9 @@
 #include <QObject>
 #include <QPoint>
 
-#include "app/PlayerState.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayerState.h"
 #include "library/LoadedTrack.h"
-#include "ui/controls/Outlets.h"
 
 class QAction;
 class QMenu;

@@ -4,10 +4,10 @@
 #include <QWidget>
 #include <vector>
 
-#include "ui/ActionTable.h"
+#include "app/state/Outlets.h"
+#include "ui/actions/ActionTable.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/FaceButton.h"
-#include "ui/controls/Outlets.h"
 
 namespace qm {
 

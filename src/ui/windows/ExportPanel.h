@@ -2,8 +2,8 @@
 // and closing it cancel. It only shows what it is told. Main thread only.
 #pragma once
 
-#include "ui/ActionTable.h"
-#include "ui/controls/Outlets.h"
+#include "app/state/Outlets.h"
+#include "ui/actions/ActionTable.h"
 #include "ui/windows/ToolPanel.h"
 
 namespace qm {

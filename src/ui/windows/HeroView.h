@@ -7,9 +7,9 @@
 #include <QWidget>
 #include <array>
 
+#include "app/state/Outlets.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/NoticeLine.h"
-#include "ui/controls/Outlets.h"
 
 namespace qm {
 

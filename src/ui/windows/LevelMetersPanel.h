@@ -2,7 +2,7 @@
 // only.
 #pragma once
 
-#include "ui/controls/Outlets.h"
+#include "app/state/Outlets.h"
 #include "ui/windows/ToolPanel.h"
 
 namespace qm {

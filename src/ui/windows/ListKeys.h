@@ -7,12 +7,12 @@
 #include <QString>
 #include <QTimer>
 
-#include "app/PlayerState.h"
+#include "app/state/Notices.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayListArrays.h"
+#include "app/state/PlayerState.h"
 #include "library/LoadedTrack.h"
-#include "library/PlayListArrays.h"
-#include "player/Notices.h"
 #include "ui/controls/FoldedText.h"
-#include "ui/controls/Outlets.h"
 
 namespace qm {
 

@@ -4,7 +4,7 @@
 #include <QWidget>
 #include <map>
 
-#include "ui/ActionTable.h"
+#include "ui/actions/ActionTable.h"
 #include "ui/controls/ChipButton.h"
 
 namespace qm {

@@ -2,10 +2,10 @@
 // It knows no controller; actions go out through the action table. Main thread only.
 #pragma once
 
-#include "ui/ActionTable.h"
+#include "app/state/Outlets.h"
+#include "ui/actions/ActionTable.h"
 #include "ui/controls/BackgroundViewBlack.h"
 #include "ui/controls/FadingWindow.h"
-#include "ui/controls/Outlets.h"
 #include "ui/windows/PanelPlace.h"
 
 class QScreen;

@@ -7,7 +7,7 @@
 #include <optional>
 #include <utility>
 
-#include "ui/ReadableForms.h"
+#include "app/state/ReadableForms.h"
 #include "ui/controls/ImageButton.h"
 #include "ui/controls/ImageView.h"
 #include "ui/controls/MovieView.h"

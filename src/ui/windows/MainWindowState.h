@@ -9,11 +9,11 @@
 #include <optional>
 #include <utility>
 
-#include "app/PlayerState.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayListArrays.h"
+#include "app/state/PlayerState.h"
 #include "library/LoadedTrack.h"
-#include "library/PlayListArrays.h"
 #include "player/AbLoop.h"
-#include "ui/controls/Outlets.h"
 
 namespace qm {
 

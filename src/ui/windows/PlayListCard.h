@@ -4,12 +4,12 @@
 
 #include <QWidget>
 
-#include "ui/ActionTable.h"
+#include "app/state/Outlets.h"
+#include "ui/actions/ActionTable.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/ChipButton.h"
 #include "ui/controls/EmptyListView.h"
 #include "ui/controls/FindBar.h"
-#include "ui/controls/Outlets.h"
 
 namespace qm {
 

@@ -5,7 +5,7 @@
 #include <QLinearGradient>
 #include <QPainter>
 
-#include "player/Numbers.h"
+#include "app/state/Numbers.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/CheckBox.h"
 #include "ui/controls/ChipButton.h"

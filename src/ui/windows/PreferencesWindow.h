@@ -4,8 +4,8 @@
 
 #include <QTimer>
 
-#include "ui/ActionTable.h"
-#include "ui/controls/Outlets.h"
+#include "app/state/Outlets.h"
+#include "ui/actions/ActionTable.h"
 #include "ui/windows/ToolPanel.h"
 
 class QVBoxLayout;

@@ -8,7 +8,7 @@
 #include <functional>
 
 #include "record/RecorderStatus.h"
-#include "ui/ActionTable.h"
+#include "ui/actions/ActionTable.h"
 #include "ui/windows/ToolPanel.h"
 
 namespace qm {

@@ -2,8 +2,8 @@
 // stands alone. Main thread only.
 #pragma once
 
+#include "app/state/Outlets.h"
 #include "record/AudioRecord.h"
-#include "ui/controls/Outlets.h"
 #include "ui/windows/RecorderPanel.h"
 
 namespace qm {

@@ -8,7 +8,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
-#include "ui/KeyList.h"
+#include "ui/actions/KeyList.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/FoldedText.h"
 #include "ui/controls/Fonts.h"

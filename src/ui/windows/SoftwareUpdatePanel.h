@@ -4,7 +4,7 @@
 
 #include <QPixmap>
 
-#include "ui/controls/UpdateOutlets.h"
+#include "app/state/UpdateOutlets.h"
 #include "ui/windows/ToolPanel.h"
 
 namespace qm {

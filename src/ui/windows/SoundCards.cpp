@@ -4,7 +4,7 @@
 #include <QGridLayout>
 #include <algorithm>
 
-#include "ui/ReadableForms.h"
+#include "app/state/ReadableForms.h"
 #include "ui/controls/Fonts.h"
 #include "ui/controls/ImageButton.h"
 #include "ui/controls/ImageView.h"

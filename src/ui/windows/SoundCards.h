@@ -5,10 +5,10 @@
 #include <QWidget>
 #include <vector>
 
-#include "ui/ActionTable.h"
+#include "app/state/Outlets.h"
+#include "ui/actions/ActionTable.h"
 #include "ui/controls/Card.h"
 #include "ui/controls/ChipButton.h"
-#include "ui/controls/Outlets.h"
 
 class QVBoxLayout;
 

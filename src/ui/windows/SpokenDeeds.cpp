@@ -4,7 +4,7 @@
 #include <QLabel>
 #include <algorithm>
 
-#include "ui/ReadableForms.h"
+#include "app/state/ReadableForms.h"
 #include "ui/controls/PlayListView.h"
 #include "ui/controls/Slider.h"
 

@@ -5,11 +5,11 @@
 #include <QObject>
 #include <QString>
 
-#include "app/PlayerState.h"
+#include "app/state/Notices.h"
+#include "app/state/Outlets.h"
+#include "app/state/PlayerState.h"
 #include "player/AbLoop.h"
-#include "player/Notices.h"
-#include "ui/ActionTable.h"
-#include "ui/controls/Outlets.h"
+#include "ui/actions/ActionTable.h"
 
 namespace qm {
 

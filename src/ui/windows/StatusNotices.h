@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "player/Notices.h"
+#include "app/state/Notices.h"
 
 namespace qm {
 

@@ -2,7 +2,7 @@
 // told. Main thread only.
 #pragma once
 
-#include "ui/controls/Outlets.h"
+#include "app/state/Outlets.h"
 #include "ui/windows/ToolPanel.h"
 
 class QGridLayout;

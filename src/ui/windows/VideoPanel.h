@@ -2,7 +2,7 @@
 // double click, Esc and Ctrl+W bring it back, and so does the end of the film's track. Main thread only.
 #pragma once
 
-#include "ui/controls/Outlets.h"
+#include "app/state/Outlets.h"
 #include "ui/windows/ToolPanel.h"
 
 namespace qm {

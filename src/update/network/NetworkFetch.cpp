@@ -1,4 +1,4 @@
-#include "update/network/NetworkFetch.h"
+#include "update/NetworkFetch.h"
 
 #include <curl/curl.h>
 

@@ -3,7 +3,7 @@
 
 #include <doctest/doctest.h>
 
-#include "ui/ActionId.h"
+#include "ui/actions/ActionId.h"
 
 namespace qm {
 

@@ -3,8 +3,8 @@
 
 #include "app/ActionReceivers.h"
 #include "support/widgets/ControllerFixture.h"
-#include "ui/IdleActs.h"
-#include "ui/PlayerKeys.h"
+#include "ui/actions/IdleActs.h"
+#include "ui/actions/PlayerKeys.h"
 #include "ui/windows/ContextMenus.h"
 #include "ui/windows/ListKeys.h"
 #include "ui/windows/MainWindow.h"

@@ -1,7 +1,7 @@
 // A preferences store in a file of the test's own that records each look for a key's presence and each write.
 #pragma once
 
-#include "app/Prefs.h"
+#include "app/state/Prefs.h"
 #include "support/widgets/EventLog.h"
 
 namespace qm {

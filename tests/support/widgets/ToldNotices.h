@@ -3,7 +3,7 @@
 
 #include <QStringList>
 
-#include "player/Notices.h"
+#include "app/state/Notices.h"
 
 namespace qm {
 

@@ -13,9 +13,9 @@
 #include <span>
 #include <vector>
 
-#include "engine/render/StereoFrame.h"
 #include "engine/render/stretch/AttackMap.h"
 #include "engine/render/stretch/RealFft.h"
+#include "engine/sound/StereoFrame.h"
 
 namespace qm {
 

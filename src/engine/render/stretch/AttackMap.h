@@ -14,7 +14,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "engine/render/StereoFrame.h"
+#include "engine/sound/StereoFrame.h"
 
 namespace qm {
 

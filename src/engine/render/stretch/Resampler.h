@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "engine/render/StereoFrame.h"
+#include "engine/sound/StereoFrame.h"
 
 namespace qm {
 

@@ -7,8 +7,8 @@
 #include <span>
 #include <vector>
 
-#include "engine/render/StereoFrame.h"
-#include "engine/render/Timeline.h"
+#include "engine/sound/StereoFrame.h"
+#include "engine/sound/Timeline.h"
 
 namespace qm {
 

@@ -9,8 +9,8 @@
 #include <cstdint>
 #include <span>
 
-#include "engine/render/StereoFrame.h"
-#include "engine/render/Timeline.h"
+#include "engine/sound/StereoFrame.h"
+#include "engine/sound/Timeline.h"
 
 namespace qm {
 

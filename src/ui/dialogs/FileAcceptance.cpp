@@ -1,0 +1,102 @@
+#include "ui/dialogs/FileAcceptance.h"
+
+#include <QCollator>
+#include <QFileInfo>
+#include <QFileSystemModel>
+#include <QLocale>
+#include <QSortFilterProxyModel>
+#include <QUrl>
+#include <algorithm>
+
+#include "app/state/FilePath.h"
+#include "ui/dialogs/FilePanel.h"
+
+namespace qm {
+
+namespace {
+
+// Offers folders to go through, and files whose extension is in the list letter by letter.
+class OpenPanelFilter : public QSortFilterProxyModel {
+public:
+    using QSortFilterProxyModel::QSortFilterProxyModel;
+
+protected:
+    bool filterAcceptsRow(int row, const QModelIndex& parent) const override {
+        const auto* files = static_cast<const QFileSystemModel*>(sourceModel());
+        const QModelIndex index = files->index(row, 0, parent);
+        return files->isDir(index) || openPanelTypes().contains(pathExtension(files->fileName(index)));
+    }
+};
+
+}  // namespace
+
+QString pathExtension(const QString& path) {
+    qsizetype end = path.size();
+    while (end > 0 && path[end - 1] == u'/') --end;
+    const QStringView trimmed = QStringView(path).first(end);
+    const QStringView name = trimmed.sliced(trimmed.lastIndexOf(u'/') + 1);
+    const qsizetype dot = name.lastIndexOf(u'.');
+    return dot > 0 ? name.sliced(dot + 1).toString() : QString();
+}
+
+const QStringList& openPanelTypes() {
+    static const QStringList types = [] {
+        QStringList list = {"avi",  "mp4", "m4v",  "mov", "mp3", "m4a", "m4p",
+                            "aiff", "aif", "aifc", "wav", "dv",  "wmv", "caf"};
+        for (qsizetype i = 0, count = list.size(); i < count; ++i) list.append(list[i].toUpper());
+        return list;
+    }();
+    return types;
+}
+
+const QStringList& dropTypes() {
+    static const QStringList types = {"mov",  "avi", "mp4", "mp3", "m4a", "m4p",
+                                      "aiff", "aif", "caf", "wav", "dv",  "wmv"};
+    return types;
+}
+
+bool isValidFileForDrop(const QString& path) {
+    return isFile(path) && dropTypes().contains(pathExtension(path).toLower());
+}
+
+QStringList droppedFiles(const QList<QUrl>& urls) {
+    QStringList paths;
+    for (const QUrl& url : urls) {
+        if (const auto path = pathFromUrl(url)) paths.append(*path);
+    }
+    QCollator collator(QLocale::system());
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    collator.setNumericMode(false);
+    collator.setIgnorePunctuation(false);
+    std::stable_sort(paths.begin(), paths.end(), collator);
+    return paths;
+}
+
+QStringList droppable(const QStringList& paths) {
+    QStringList taken;
+    for (const QString& path : paths)
+        if (dropTypes().contains(pathExtension(path).toLower())) taken.append(path);
+    return taken;
+}
+
+std::unique_ptr<FilePanel> makeOpenPanel(QWidget* parent, const QString& folder) {
+    auto panel = std::make_unique<FilePanel>(parent, QStringLiteral("Open"), folder, QFileDialog::AcceptOpen);
+    panel->setOption(QFileDialog::DontResolveSymlinks, false);
+    panel->setFileMode(QFileDialog::ExistingFiles);
+    panel->setNameFilter(QStringLiteral("Audio and video files (*)"));
+    panel->setProxyModel(new OpenPanelFilter(panel.get()));
+    return panel;
+}
+
+std::optional<QStringList> runOpenPanel(FilePanel& panel) {
+    if (panel.exec() != QDialog::Accepted) return std::nullopt;
+    return panel.chosenFiles();
+}
+
+QString resolvedPath(const QString& path) {
+    const QFileInfo file(path);
+    const QString target = file.isSymLink() ? file.canonicalFilePath() : QString();
+    return target.isEmpty() ? path : target;
+}
+
+}  // namespace qm
