@@ -139,5 +139,5 @@ TEST_CASE_FIXTURE(ControllerFixture, "a loaded movie gets the pitch right after 
             sound.push_back(event);
         }
     }
-    CHECK(sound == Events{"setMuted NO", "setVolume 0.5", "setBalance 0", "setPitch 100"});
+    CHECK(sound == Events{"setMuted NO", "setVolume 0.5", "setBalance 0", "setPitch 100", "setTone track 0 128 128"});
 }

@@ -201,14 +201,6 @@ bool FileMovie::isDone() const {
     return m_hasPlayed && !m_request.loops && standsAtTheEnd();
 }
 
-std::optional<long> FileMovie::timeScaleAttribute() const {
-    return m_timeScale;
-}
-
-bool FileMovie::hasVideoAttribute() const {
-    return m_description.hasVideo;
-}
-
 std::optional<std::string> FileMovie::displayNameAttribute() const {
     if (m_description.displayName.empty()) return std::nullopt;
     return m_description.displayName;

@@ -29,8 +29,8 @@ public:
     void seekTo(std::int64_t time) override;
     QTTime duration() const override;
     bool isDone() const override;
-    std::optional<long> timeScaleAttribute() const override;
-    bool hasVideoAttribute() const override;
+    std::optional<long> timeScaleAttribute() const override { return m_timeScale; }
+    bool hasVideoAttribute() const override { return m_description.hasVideo; }
     std::optional<std::string> displayNameAttribute() const override;
     std::optional<std::string> copyrightAttribute() const override;
     std::optional<std::int64_t> dataSizeAttribute() const override { return m_works->file->size(); }

@@ -92,12 +92,12 @@ TEST_CASE("boxes within boxes without end are not followed") {
     for (int i = 0; i < 2000; ++i) {
         nested = box(i % 2 == 0 ? "meta" : "udta", nested);
     }
-    tagsOf(movieFile(nested));
+    CHECK(tagsOf(movieFile(nested)).empty());
     FileContent list = listItem(kArtist, "Ella");
     for (int i = 0; i < 2000; ++i) {
         list = box("ilst", list);
     }
-    tagsOf(movieFile(itemList({list})));
+    CHECK(tagsOf(movieFile(itemList({list}))).empty());
 }
 
 TEST_CASE("tags of no size, sizes of zero and counts that are wrong come to an end") {
