@@ -19,13 +19,14 @@
 #include <utility>
 #include <vector>
 
+#include "engine/analysis/Attacks.h"
+#include "engine/analysis/Columns.h"
 #include "engine/api/Log.h"
 #include "engine/api/StandardStreams.h"
 #include "engine/export/TargetFile.h"
 #include "engine/media/SoundReader.h"
 #include "engine/render/PcmCache.h"
 #include "engine/render/Renderer.h"
-#include "engine/render/stretch/AttackMap.h"
 
 namespace {
 
@@ -36,6 +37,7 @@ constexpr const char* kUsage =
     "T]\n"
     "                        [--loop A:B] [--passes N] [--seam on|off] [--stretcher own|library] [--stats] IN OUT.wav\n"
     "       quillmere-render --attacks A:B IN\n"
+    "       quillmere-render --columns A:B:N IN\n"
     "       quillmere-render --identity IN\n"
     "       --null instead of OUT.wav writes nothing; T, A, B are seconds, or frames with the suffix f (88200f)\n";
 
@@ -52,9 +54,9 @@ struct TimeArgument {
 struct Options {
     double rate = 1, cents = 0, gain = 1, balance = 0;
     ToneSettings tone;
-    std::optional<TimeArgument> from, to, loopA, loopB, attacksA, attacksB;
+    std::optional<TimeArgument> from, to, loopA, loopB, attacksA, attacksB, columnsA, columnsB;
     Stretcher stretcher = Stretcher::Library;
-    std::int64_t passes = 1;
+    std::int64_t passes = 1, columns = 0;
     bool passesGiven = false, seam = true, stats = false, null = false, identity = false;
     std::string input, output;
 };
@@ -99,6 +101,13 @@ void setAttacks(Options& o, std::string_view text) {
     std::tie(o.attacksA, o.attacksB) = passage("--attacks", text);
 }
 
+void setColumns(Options& o, std::string_view text) {
+    const auto colon = text.rfind(':');
+    if (colon == std::string_view::npos) throw UsageError{"--columns takes A:B:N"};
+    std::tie(o.columnsA, o.columnsB) = passage("--columns", text.substr(0, colon));
+    o.columns = static_cast<std::int64_t>(number(text.substr(colon + 1), 1, 1e6));
+}
+
 void setStretcher(Options& o, std::string_view text) {
     if (text != "own" && text != "library") throw UsageError{"--stretcher takes own or library"};
     o.stretcher = text == "own" ? Stretcher::Own : Stretcher::Library;
@@ -126,6 +135,7 @@ Options parse(int argc, char** argv) {
         {"--to", [](Options& o, std::string_view t) { o.to = timeArgument(t); }},
         {"--loop", setLoop},
         {"--attacks", setAttacks},
+        {"--columns", setColumns},
         {"--stretcher", setStretcher},
         {"--passes",
          [](Options& o, std::string_view t) {
@@ -153,9 +163,10 @@ Options parse(int argc, char** argv) {
             files.emplace_back(argument);
         }
     }
-    const bool inputAlone = o.null || o.attacksA || o.identity;
+    const bool inputAlone = o.null || o.attacksA || o.columnsA || o.identity;
     if (files.size() != (inputAlone ? 1u : 2u))
-        throw UsageError{inputAlone ? "--null, --attacks and --identity take IN alone" : "IN and OUT.wav are needed"};
+        throw UsageError{inputAlone ? "--null, --attacks, --columns and --identity take IN alone"
+                                    : "IN and OUT.wav are needed"};
     if (o.passesGiven && !o.loopA) throw UsageError{"--passes needs --loop"};
     o.input = files[0];
     if (!inputAlone) o.output = files[1];
@@ -326,18 +337,29 @@ int printAttacks(const Options& o) {
     auto opened = openMedia(o.input);
     if (!opened) return fail(1, opened.error().message);
     if (!opened.value().sound) return fail(1, o.input + ": has no sound");
-    PcmCache cache(std::move(opened.value().sound));
-    const std::int64_t begin = std::min(o.attacksA->frames(cache.sampleRate()), cache.length());
-    const std::int64_t end = std::min(o.attacksB->frames(cache.sampleRate()), cache.length());
-    AttackMap map(cache.sampleRate());
-    map.explore(begin, end, [&](std::int64_t first, std::span<StereoFrame> out) { return cache.read(first, out); });
-    std::vector<Attack> attacks;
-    map.attacks(begin, end, attacks);
-    for (const Attack& attack : attacks) {
+    SoundReader& sound = *opened.value().sound;
+    const std::int64_t begin = std::min(o.attacksA->frames(sound.sampleRate()), sound.length());
+    const std::int64_t end = std::min(o.attacksB->frames(sound.sampleRate()), sound.length());
+    for (const Attack& attack : attacksBetween(sound, begin, end)) {
         static constexpr const char* kNames[] = {"low", "medium", "high"};
-        std::printf("%.5f %s %.3f\n", static_cast<double>(attack.frame) / cache.sampleRate(),
+        std::printf("%.5f %s %.3f\n", static_cast<double>(attack.frame) / sound.sampleRate(),
                     kNames[static_cast<int>(attack.confidence)], static_cast<double>(attack.strength));
     }
+    return 0;
+}
+
+// A line for each column: its least and its largest sample and its loudness.
+int printColumns(const Options& o) {
+    auto opened = openMedia(o.input);
+    if (!opened) return fail(1, opened.error().message);
+    if (!opened.value().sound) return fail(1, o.input + ": has no sound");
+    SoundReader& sound = *opened.value().sound;
+    const std::int64_t begin = std::min(o.columnsA->frames(sound.sampleRate()), sound.length());
+    const std::int64_t end = std::min(o.columnsB->frames(sound.sampleRate()), sound.length());
+    if (end <= begin) throw UsageError{"the columns hold no frames"};
+    for (const Column& column : exactColumns(sound, begin, end, o.columns))
+        std::printf("%.9g %.9g %.9g\n", static_cast<double>(column.least), static_cast<double>(column.most),
+                    static_cast<double>(column.loudness));
     return 0;
 }
 
@@ -357,6 +379,7 @@ int main(int argc, char** argv) {
         const Options options = parse(argc, argv);
         const int status = options.identity   ? printIdentity(options)
                            : options.attacksA ? printAttacks(options)
+                           : options.columnsA ? printColumns(options)
                                               : render(options);
         if (g_endingSignal != 0) ::raise(g_endingSignal);  // so that whoever waits knows why
         return status;
