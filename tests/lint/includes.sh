@@ -11,9 +11,9 @@ engine/realtime/    ^engine/realtime/
 engine/             ^engine/
 ui/controls/        ^(ui/controls/|engine/api/|app/PlayerState\.h)
 remote/             ^(remote/|ui/[A-Z]|ui/controls/|library/|player/|sound/|engine/api/|app/PlayerState\.h)
-ui/windows/         ^(ui/|library/|player/|sound/|record/|update/|engine/api/|app/PlayerState\.h)
-app/                ^(app/|ui/|remote/|library/|player/|sound/|record/|update/|engine/api/)
-subject/            ^(ui/[A-Z]|ui/controls/|library/|player/|sound/|record/|update/|engine/api/|app/(PlayerState|Prefs)\.h)
+ui/windows/         ^(ui/|library/|player/|practice/|sound/|record/|update/|engine/api/|app/PlayerState\.h)
+app/                ^(app/|ui/|remote/|library/|player/|practice/|sound/|record/|update/|engine/api/)
+subject/            ^(ui/[A-Z]|ui/controls/|library/|player/|practice/|sound/|record/|update/|engine/api/|app/(PlayerState|Prefs)\.h)
 '
 
 # External headers that only some folders may include: header pattern, including files' pattern.
@@ -23,7 +23,7 @@ reserved='
 ^fftw3                  ^engine/render/stretch/
 ^cubeb                  ^engine/(output|capture)/
 ^QDBus                  ^remote/
-^(Q[A-Z]|Qt)            ^(app|ui|library|player|sound|record|update|remote)/
+^(Q[A-Z]|Qt)            ^(app|ui|library|player|practice|sound|record|update|remote)/
 ^QtWidgets$             ^$
 ^(curl/|Q(Network|Ssl|Tcp|Http)) ^update/network/
 '
