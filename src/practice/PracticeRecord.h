@@ -49,7 +49,6 @@ struct LoopEntry {
 };
 
 struct PracticeRecord {
-    static constexpr qsizetype kMostBytes = 1000000;  // of its file
     static constexpr qsizetype kMostLoops = 1000;
     static constexpr qsizetype kMostPaths = 8;
     static constexpr qsizetype kLongestName = 200;

@@ -1,7 +1,6 @@
 // A program that saves all the time is killed again and again: what it leaves is the old record or the new one, whole.
 #include <doctest/doctest.h>
 
-#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
@@ -9,7 +8,7 @@
 #include <QThread>
 
 #include "practice/JsonText.h"
-#include "practice/PracticeFolder.h"
+#include "practice/PracticeFile.h"
 
 using namespace qm;
 
@@ -35,29 +34,23 @@ qsizetype loopsIn(const QString& path) {
 TEST_CASE("A program killed 200 times while it saves leaves a whole record each time") {
     const QTemporaryDir home;
     const QString folder = home.path() + "/Practice", record = folder + '/' + kSound + ".json";
-    const QStringList halfFiles{kSound + ".json.??????"};
     QRandomGenerator random(7);
-    int spoilt = 0, halves = 0, notReady = 0;
+    int spoilt = 0, within = 0;
     for (int i = 0; i < kKills; ++i) {
         QProcess saver;
         saver.start(PRACTICE_SAVER, {folder, kSound});
-        if (!saver.waitForReadyRead(20000)) ++notReady;
+        REQUIRE(saver.waitForReadyRead(20000));
         QThread::usleep(random.bounded(1000 * kLongestMilliseconds));
         saver.kill();
         saver.waitForFinished(20000);
+        within += saver.readAllStandardOutput().endsWith('<') ? 1 : 0;
         if (!QFile::exists(record)) continue;  // killed before its first save
         if (loopsIn(record) < 1) ++spoilt;
         const QString lastGood = folder + "/last good/" + kSound + ".json";
         if (QFile::exists(lastGood) && loopsIn(lastGood) < 1) ++spoilt;
-        halves += QDir(folder).entryList(halfFiles, QDir::Files | QDir::Hidden).isEmpty() ? 0 : 1;
     }
-    MESSAGE(halves << " of " << kKills << " kills within a write");
-    CHECK(notReady == 0);
+    MESSAGE(within << " of " << kKills << " kills within a save");
+    CHECK(within > kKills / 4);
     CHECK(spoilt == 0);
     CHECK(loopsIn(record) > 1);
-    const PracticeFolder practice(folder);
-    PracticeRecord changed = practice.record(kSound)->record;
-    changed.artist = "Somebody";
-    practice.save(changed, LoopOrder::Ours, 1);
-    CHECK(QDir(folder).entryList(halfFiles, QDir::Files | QDir::Hidden).isEmpty());
 }

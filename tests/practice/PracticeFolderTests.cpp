@@ -227,6 +227,17 @@ TEST_CASE("Another sound under a known path finds the loops of the former one") 
     CHECK_FALSE(home.folder.formerRecord(path + "x", kOther));
 }
 
+TEST_CASE("What a program left behind that was killed in the middle is taken away by the next save") {
+    const Home home;
+    Program program(home.folder);
+    program.keep(5);
+    program.save();
+    Home::write(home.record() + ".AbCdEf", "{");
+    program.keep(6);
+    program.save();
+    CHECK(home.files() == QStringList{kSound + ".json"});
+}
+
 TEST_CASE("What is no identity never becomes a path") {
     const Home home;
     for (const char* sound : {"", "../x", "q1-xyz", "q1-0123456789abcdef0123456789abcdef/../x", "Settings"}) {
