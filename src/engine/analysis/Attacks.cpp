@@ -13,7 +13,7 @@ constexpr std::int64_t kSnapMilliseconds = 150;
 constexpr std::int64_t kReachMilliseconds = 18;   // of the attack finder's error, for soft notes
 constexpr std::int64_t kBeforeMilliseconds = 50;  // of sound from which the following is foretold
 constexpr int kOrder = 32;
-constexpr double kOverFormer = 3;    // how far an error of the foretelling exceeds all of those before
+constexpr double kOverFormer = 1.6;  // how far an error of the foretelling exceeds all of those before
 constexpr double kOfLargest = 0.04;  // and which part of the attack's own it is at least
 constexpr double kInaudible = 1e-5;
 
