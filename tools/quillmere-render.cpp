@@ -24,8 +24,8 @@
 #include "engine/export/TargetFile.h"
 #include "engine/media/SoundReader.h"
 #include "engine/render/Renderer.h"
-#include "engine/render/stretch/AttackMap.h"
 #include "engine/sound/PcmCache.h"
+#include "printed-answers.h"
 
 namespace {
 
@@ -36,6 +36,7 @@ constexpr const char* kUsage =
     "T]\n"
     "                        [--loop A:B] [--passes N] [--seam on|off] [--stretcher own|library] [--stats] IN OUT.wav\n"
     "       quillmere-render --attacks A:B IN\n"
+    "       quillmere-render --columns A:B:N IN\n"
     "       quillmere-render --identity IN\n"
     "       --null instead of OUT.wav writes nothing; T, A, B are seconds, or frames with the suffix f (88200f)\n";
 
@@ -49,13 +50,18 @@ struct TimeArgument {
     }
 };
 
+// What is asked of the track instead of rendering it.
+enum class Question { None, Attacks, Columns, Identity };
+
 struct Options {
     double rate = 1, cents = 0, gain = 1, balance = 0;
     ToneSettings tone;
-    std::optional<TimeArgument> from, to, loopA, loopB, attacksA, attacksB;
+    std::optional<TimeArgument> from, to, loopA, loopB;
+    Question question = Question::None;
+    TimeArgument askedA, askedB;
     Stretcher stretcher = Stretcher::Library;
-    std::int64_t passes = 1;
-    bool passesGiven = false, seam = true, stats = false, null = false, identity = false;
+    std::int64_t passes = 1, columns = 0;
+    bool passesGiven = false, seam = true, stats = false, null = false;
     std::string input, output;
 };
 
@@ -96,7 +102,16 @@ void setLoop(Options& o, std::string_view text) {
 }
 
 void setAttacks(Options& o, std::string_view text) {
-    std::tie(o.attacksA, o.attacksB) = passage("--attacks", text);
+    o.question = Question::Attacks;
+    std::tie(o.askedA, o.askedB) = passage("--attacks", text);
+}
+
+void setColumns(Options& o, std::string_view text) {
+    const auto colon = text.rfind(':');
+    if (colon == std::string_view::npos) throw UsageError{"--columns takes A:B:N"};
+    o.question = Question::Columns;
+    std::tie(o.askedA, o.askedB) = passage("--columns", text.substr(0, colon));
+    o.columns = static_cast<std::int64_t>(number(text.substr(colon + 1), 1, 1e6));
 }
 
 void setStretcher(Options& o, std::string_view text) {
@@ -126,6 +141,7 @@ Options parse(int argc, char** argv) {
         {"--to", [](Options& o, std::string_view t) { o.to = timeArgument(t); }},
         {"--loop", setLoop},
         {"--attacks", setAttacks},
+        {"--columns", setColumns},
         {"--stretcher", setStretcher},
         {"--passes",
          [](Options& o, std::string_view t) {
@@ -143,7 +159,7 @@ Options parse(int argc, char** argv) {
         } else if (argument == "--null") {
             o.null = true;
         } else if (argument == "--identity") {
-            o.identity = true;
+            o.question = Question::Identity;
         } else if (const auto found = kValued.find(argument); found != kValued.end()) {
             if (++i == argc) throw UsageError{std::string(argument) + " needs a value"};
             found->second(o, argv[i]);
@@ -153,9 +169,10 @@ Options parse(int argc, char** argv) {
             files.emplace_back(argument);
         }
     }
-    const bool inputAlone = o.null || o.attacksA || o.identity;
+    const bool inputAlone = o.null || o.question != Question::None;
     if (files.size() != (inputAlone ? 1u : 2u))
-        throw UsageError{inputAlone ? "--null, --attacks and --identity take IN alone" : "IN and OUT.wav are needed"};
+        throw UsageError{inputAlone ? "--null, --attacks, --columns and --identity take IN alone"
+                                    : "IN and OUT.wav are needed"};
     if (o.passesGiven && !o.loopA) throw UsageError{"--passes needs --loop"};
     o.input = files[0];
     if (!inputAlone) o.output = files[1];
@@ -321,31 +338,17 @@ int render(const Options& o) {
     return 0;
 }
 
-// A line for each attack: its time in seconds, how sure it is one, its strength.
-int printAttacks(const Options& o) {
+int answer(const Options& o) {
     auto opened = openMedia(o.input);
     if (!opened) return fail(1, opened.error().message);
     if (!opened.value().sound) return fail(1, o.input + ": has no sound");
-    PcmCache cache(std::move(opened.value().sound));
-    const std::int64_t begin = std::min(o.attacksA->frames(cache.sampleRate()), cache.length());
-    const std::int64_t end = std::min(o.attacksB->frames(cache.sampleRate()), cache.length());
-    AttackMap map(cache.sampleRate());
-    map.explore(begin, end, [&](std::int64_t first, std::span<StereoFrame> out) { return cache.read(first, out); });
-    std::vector<Attack> attacks;
-    map.attacks(begin, end, attacks);
-    for (const Attack& attack : attacks) {
-        static constexpr const char* kNames[] = {"low", "medium", "high"};
-        std::printf("%.5f %s %.3f\n", static_cast<double>(attack.frame) / cache.sampleRate(),
-                    kNames[static_cast<int>(attack.confidence)], static_cast<double>(attack.strength));
-    }
-    return 0;
-}
-
-int printIdentity(const Options& o) {
-    const auto opened = openMedia(o.input);
-    if (!opened) return fail(1, opened.error().message);
-    if (opened.value().identity.empty()) return fail(1, o.input + ": has no sound");
-    return std::puts(opened.value().identity.c_str()) < 0 ? 1 : 0;
+    if (o.question == Question::Identity) return std::puts(opened.value().identity.c_str()) < 0 ? 1 : 0;
+    SoundReader& sound = *opened.value().sound;
+    const std::int64_t begin = std::min(o.askedA.frames(sound.sampleRate()), sound.length());
+    const std::int64_t end = std::min(o.askedB.frames(sound.sampleRate()), sound.length());
+    if (o.question == Question::Attacks) return printAttacks(sound, begin, end);
+    if (end <= begin) throw UsageError{"the columns hold no frames"};
+    return printColumns(sound, begin, end, o.columns);
 }
 
 }  // namespace
@@ -355,9 +358,7 @@ int main(int argc, char** argv) {
     if (argc == 2 && std::strcmp(argv[1], "--help") == 0) return std::fputs(kUsage, stdout) < 0 ? 1 : 0;
     try {
         const Options options = parse(argc, argv);
-        const int status = options.identity   ? printIdentity(options)
-                           : options.attacksA ? printAttacks(options)
-                                              : render(options);
+        const int status = options.question == Question::None ? render(options) : answer(options);
         if (g_endingSignal != 0) ::raise(g_endingSignal);  // so that whoever waits knows why
         return status;
     } catch (const UsageError& error) {

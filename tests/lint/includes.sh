@@ -15,6 +15,7 @@ engine/sound
 engine/output
 engine/render/stretch
 engine/render
+engine/analysis
 engine/video
 engine/capture
 engine/export
@@ -27,6 +28,7 @@ player
 sound
 library
 player/transport
+practice
 record
 update
 update/network

@@ -83,6 +83,13 @@ expect_status 0 --stretcher library --rate 0.5 "$work/bursts.wav" "$work/library
 expect_status 0 --rate 0.5 "$work/bursts.wav" "$work/usual.wav"
 cmp -s "$work/usual.wav" "$work/library.wav" || fail "the library is not the usual stretcher"
 
+# Columns: the least and the largest sample, and the loudness, of exactly their frames.
+expect_status 0 --columns 100f:200f:4 "$work/coded.wav"
+[ "$(wc -l <"$work/stdout")" -eq 4 ] || fail "there are other columns than four"
+awk '{ least = -(100 + 25 * NR) / 32768; most = (100 + 25 * NR) / 32768
+       if ($1 - least > 1e-6 || least - $1 > 1e-6 || $2 - most > 1e-6 || most - $2 > 1e-6) exit 1 }' "$work/stdout" ||
+    fail "the columns are not those of their frames: $(cat "$work/stdout")"
+
 # The sound's identity: the same for a copy, none for what holds no sound.
 expect_status 0 --identity "$work/bursts.wav"
 grep -Eqx 'q1-[0-9a-f]{32}' "$work/stdout" || fail "this is no identity: $(cat "$work/stdout")"
@@ -93,7 +100,7 @@ cmp -s "$work/stdout" "$work/identity" || fail "a copy has another identity"
 expect_status 0 --identity "$work/coded.wav"
 ! cmp -s "$work/stdout" "$work/identity" || fail "another sound has the same identity"
 
-for refused in "--stretcher mine" "--attacks 3" "--rate 0.2" "--rate 3" "--rate x" "--cents 1300" "--gain 2" "--balance -2" "--bass 300" "--from -1" \
+for refused in "--stretcher mine" "--attacks 3" "--columns 1:2" "--columns 1:2:0" "--columns 1:2:x" "--rate 0.2" "--rate 3" "--rate x" "--cents 1300" "--gain 2" "--balance -2" "--bass 300" "--from -1" \
     "--loop 5" "--loop 5:4" "--passes 3" "--seam maybe" "--unknown" "--from 1.5f"; do
     # shellcheck disable=SC2086
     expect_status 2 $refused "$work/coded.wav" "$work/refused.wav"

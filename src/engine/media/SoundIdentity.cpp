@@ -131,19 +131,50 @@ bool addPieces(Sha256& hash, CodedBytes coded) {
     return true;
 }
 
-// One packet at each place: in a film the next packet may lie anywhere, and elsewhere after a copy.
-bool addPackets(Sha256& hash, const PacketIndex& index, std::int64_t packets, const FileBytes& file) {
-    std::vector<std::uint8_t> piece;
-    std::int64_t former = -1;
+// Which packets are pieces: evenly from the first to the last.
+std::vector<std::int64_t> packetsAtPlaces(std::int64_t packets) {
+    std::vector<std::int64_t> numbers;
     for (std::int64_t i = 0; i < kPlaces; ++i) {
         const std::int64_t number = (packets - 1) * i / (kPlaces - 1);
-        if (number == former) continue;
-        former = number;
-        const PacketIndex::Packet packet = index.packet(number);
-        piece.resize(static_cast<std::size_t>(std::min<std::int64_t>(packet.size, kMostBytes)));
-        if (file.readAt(packet.position, piece.data(), piece.size()) != piece.size()) return false;
-        hash.add(piece.data(), piece.size());
+        if (numbers.empty() || number != numbers.back()) numbers.push_back(number);
     }
+    return numbers;
+}
+
+bool readPacket(const SoundTrack& track, PacketSource& source, std::int64_t number, AVPacket& packet) {
+    std::int64_t next = source.seek(track.index, number);
+    if (next < 0) return false;
+    for (; next <= number; ++next)
+        if (source.next(track.index, packet) != PacketSource::Outcome::Packet) return false;
+    return true;
+}
+
+// One packet at each place: in a film the next packet may lie anywhere, and elsewhere after a copy.
+bool addPackets(Sha256& hash, const SoundTrack& track, std::int64_t packets, const FileBytes& file) {
+    const auto source = track.source->forAnotherReader();
+    const PacketPtr found(av_packet_alloc());
+    std::vector<std::uint8_t> piece;
+    for (const std::int64_t number : packetsAtPlaces(packets)) {
+        const PacketIndex::Packet packet = track.index.packet(number);
+        if (packet.position == PacketIndex::kNoPosition) {
+            if (!readPacket(track, *source, number, *found)) return false;
+            hash.add(found->data, static_cast<std::size_t>(std::min<std::int64_t>(found->size, kMostBytes)));
+        } else {
+            piece.resize(static_cast<std::size_t>(std::min<std::int64_t>(packet.size, kMostBytes)));
+            if (file.readAt(packet.position, piece.data(), piece.size()) != piece.size()) return false;
+            hash.add(piece.data(), piece.size());
+        }
+    }
+    return true;
+}
+
+// A FLAC encoder notes the sum of all samples, in front of the file or in its container.
+bool addFlacSum(Sha256& hash, const AVCodecParameters& parameters) {
+    constexpr int kInformationBytes = 34, kSumBytes = 16;
+    if (parameters.codec_id != AV_CODEC_ID_FLAC || parameters.extradata_size < kInformationBytes) return false;
+    const std::uint8_t* end = parameters.extradata + kInformationBytes;
+    if (std::all_of(end - kSumBytes, end, [](std::uint8_t byte) { return byte == 0; })) return false;
+    hash.add(parameters.extradata, kInformationBytes);
     return true;
 }
 
@@ -152,20 +183,22 @@ bool addPackets(Sha256& hash, const PacketIndex& index, std::int64_t packets, co
 bool addSound(Sha256& hash, const SoundTrack& track, const FileBytes& file) {
     const PacketIndex& index = track.index;
     const AVCodecID codec = track.parameters->codec_id;
-    const std::int64_t packets = std::max<std::int64_t>(index.packets() - 1, 1);
-    if (index.packet(0).position == PacketIndex::kNoPosition) {
-        hash.addLittleEndian(static_cast<std::uint64_t>(packets), 8);
-        hash.addLittleEndian(track.contentHash, 8);
-        return true;
-    }
-    if (isPcm(codec) || isBlocks(codec)) {
+    const bool isInPlace = index.packet(0).position != PacketIndex::kNoPosition;
+    if (isInPlace && (isPcm(codec) || isBlocks(codec))) {
         CodedBytes coded(index, index.packets(), file);  // a movie's packets are of any length there
         hash.addLittleEndian(static_cast<std::uint64_t>(coded.bytes()), 8);
         return addPieces(hash, std::move(coded));
     }
+    const std::int64_t packets = std::max<std::int64_t>(index.packets() - 1, 1);
     hash.addLittleEndian(static_cast<std::uint64_t>(packets), 8);
+    if (addFlacSum(hash, *track.parameters)) return true;
+    if (track.contentHash != 0 && !isInPlace) {
+        hash.addLittleEndian(track.contentHash, 8);
+        return true;
+    }
     for (std::int64_t i = 0; i < packets; ++i) hash.addLittleEndian(index.sizes()[static_cast<std::size_t>(i)], 4);
-    return isMpegAudio(codec) ? addPieces(hash, {index, packets, file}) : addPackets(hash, index, packets, file);
+    if (isInPlace && isMpegAudio(codec)) return addPieces(hash, {index, packets, file});
+    return addPackets(hash, track, packets, file);
 }
 
 }  // namespace

@@ -31,12 +31,18 @@ Waveform WaveformScan::waveform() const {
     return m_waveform;
 }
 
+std::shared_ptr<const SoundLevels> WaveformScan::levels() const {
+    const std::lock_guard lock(m_mutex);
+    return m_levels;
+}
+
 void WaveformScan::scan(SoundReader& sound) {
     const std::int64_t length = sound.length();
     const std::int64_t parts = std::min(kParts, length);
     {
         const std::lock_guard lock(m_mutex);
         m_waveform.peaks.resize(static_cast<std::size_t>(parts));
+        m_levels = std::make_shared<SoundLevels>(length);
     }
     for (std::int64_t part = 0; part < parts && !m_closing; ++part) {
         const float peak = peakOf(sound, length * part / parts, length * (part + 1) / parts);
@@ -50,6 +56,7 @@ float WaveformScan::peakOf(SoundReader& sound, std::int64_t first, std::int64_t 
     while (first < last && !m_closing) {
         const std::int64_t count = std::min(kBlock, last - first);
         sound.read(first, m_block.data(), static_cast<std::size_t>(count));
+        m_levels->add(m_block.data(), count);
         for (std::int64_t i = 0; i < 2 * count; ++i)
             peak = std::max(peak, std::abs(m_block[static_cast<std::size_t>(i)]));
         first += count;

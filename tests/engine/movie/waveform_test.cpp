@@ -6,6 +6,7 @@
 #include <future>
 #include <thread>
 
+#include "engine/analysis/Columns.h"
 #include "engine/media/MediaFiles.h"
 #include "engine/movie/FileEngine.h"
 #include "engine/movie/WaveformScan.h"
@@ -63,6 +64,23 @@ TEST_CASE("a part of the waveform is the largest sample of either channel in its
 TEST_CASE("a sound of a few frames has a part for each") {
     const WaveformScan scan(computed(3, [](std::int64_t n) -> StereoFrame { return {0.25f * float(n), 0}; }));
     CHECK(awaited(scan).peaks == std::vector<float>{0, 0.25f, 0.5f});
+}
+
+TEST_CASE("the levels of a whole sound come from the same look") {
+    constexpr std::int64_t kFrames = 300007;
+    const auto frameAt = [](std::int64_t n) -> StereoFrame {
+        const auto s = float(std::sin(double(n) * 0.1) * double(n) / kFrames);
+        return {s, -s / 2};
+    };
+    const WaveformScan scan(computed(kFrames, frameAt));
+    awaited(scan);
+    ComputedSound sound(kFrames, frameAt);
+    const auto known = scan.levels()->columns(0, 512 * 580, 58), exact = exactColumns(sound, 0, 512 * 580, 58);
+    for (std::size_t i = 0; i < exact.size(); ++i) {
+        CHECK(known[i].least == doctest::Approx(double(exact[i].least)).epsilon(0.01));
+        CHECK(known[i].most == doctest::Approx(double(exact[i].most)).epsilon(0.01));
+    }
+    CHECK(scan.levels()->columns(kFrames - 10, kFrames, 1)[0].isKnown);
 }
 
 TEST_CASE("samples beyond full scale and those that are no numbers do not leave the picture's bounds") {
