@@ -1,13 +1,14 @@
 # The Debian 12 packages that this project needs, and their installation. Sourced by run, test and scripts/demo.sh.
 
-# To build: compiler, build tools, toolkit, media libraries, stretcher, sound device, network, the guide's web pages.
+# To build: compiler, build tools, toolkit, media libraries, stretcher, sound device, network and XML, the guide's web
+# pages.
 build_packages=(
     g++ cmake ninja-build pkg-config ccache mold
     qt6-base-dev libxcb1-dev
     libavformat-dev libavcodec-dev libavutil-dev libswresample-dev libswscale-dev
     librubberband-dev libfftw3-dev
     libcubeb-dev
-    libcurl4-openssl-dev
+    libcurl4-openssl-dev libexpat1-dev
     cmark-gfm
 )
 

@@ -8,6 +8,7 @@
 #include <span>
 
 #include "app/state/FilePath.h"
+#include "library/PropertyListNumbers.h"
 #include "library/PropertyListReader.h"
 #include "library/PropertyListWriter.h"
 

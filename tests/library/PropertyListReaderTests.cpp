@@ -123,6 +123,22 @@ TEST_CASE("entities of the document's own are not known, so they cannot grow") {
           Words{"[", "string x", "damaged"});
 }
 
+TEST_CASE("entities of the document's own are not known in attributes either, however the document type is hidden") {
+    const QByteArray type = "<!DOCTYPE p [<!ENTITY a \"aaaa\">]>";
+    CHECK(eventsOf(type + "<plist version=\"&a;\"><array/></plist>") == Words{"damaged"});
+    CHECK(eventsOf("<!-- -->\xef\xbb\xbf" + type + "<plist version=\"&a;\"><array/></plist>") == Words{"damaged"});
+    CHECK(eventsOf("<!-- -->\xef\xbb\xbf<!DOCTYPE p><plist><array/></plist>") == Words{"damaged"});
+}
+
+TEST_CASE("the line of damage is counted from the document's first line, with many values before it") {
+    PropertyListReader reader("\n<!DOCTYPE plist\n>\n<plist><array>\n" + QByteArray("<true/>\n").repeated(1000) +
+                              "<no/></array></plist>");
+    int values = 0;
+    for (Event event = reader.next(); event != Event::Damaged; event = reader.next()) values += event == Event::True;
+    CHECK(values == 1000);
+    CHECK(reader.line() == 1005);
+}
+
 TEST_CASE("control characters and bytes that are not UTF-8 are damage, after the values before them") {
     CHECK(valueOf("<array><string>ok</string><string>a\x01</string></array>") == Words{"[", "string ok", "damaged"});
     CHECK(valueOf("<array><string>ok</string><string>\xff\xfe</string></array>") == Words{"[", "string ok", "damaged"});

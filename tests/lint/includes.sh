@@ -60,6 +60,7 @@ reserved='
 ^rubberband             ^engine/render/stretch/
 ^fftw3                  ^engine/render/stretch/
 ^cubeb                  ^engine/(output|capture)/
+^expat                  ^library/PropertyListReader\.cpp
 ^QDBus                  ^remote/
 ^(Q[A-Z]|Qt)            ^(app|ui|library|player|sound|record|update|remote|practice)/
 ^QtWidgets$             ^$
