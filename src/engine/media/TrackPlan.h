@@ -4,7 +4,6 @@
 
 #include <memory>
 #include <optional>
-#include <string>
 
 #include "engine/media/Demuxer.h"
 #include "engine/media/MovieBoxes.h"
@@ -30,18 +29,17 @@ SoundTrack beginTrack(const AVStream& stream, const StreamStart& start);
 std::optional<SoundTrack> planMpegAudio(std::shared_ptr<const FileBytes> file, bool farInto);
 
 // Samples or blocks of one size in wav, aiff, caf and nist files: arithmetic.
-std::optional<SoundTrack> planUniform(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                      const AVStream& stream, const StreamStart& start);
+std::optional<SoundTrack> planUniform(std::shared_ptr<const FileBytes> file, MediaKind kind, const AVStream& stream,
+                                      const StreamStart& start);
 
 // Samples in a RIFX file: a wave file whose numbers, and samples, are big-endian.
 std::optional<SoundTrack> planBigEndianWave(std::shared_ptr<const FileBytes> file);
 
 // From the sample tables that the demuxer of a movie or caf file has in memory.
-std::optional<SoundTrack> planFromTable(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                        Demuxer& demuxer, int stream, const StreamStart& start,
-                                        const MovieFacts& facts);
+std::optional<SoundTrack> planFromTable(std::shared_ptr<const FileBytes> file, MediaKind kind, Demuxer& demuxer,
+                                        int stream, const StreamStart& start, const MovieFacts& facts);
 
 // Anything: reads every packet of the stream once.
-std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, const std::string& format, int stream);
+std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, MediaKind kind, int stream);
 
 }  // namespace qm
