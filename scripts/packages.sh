@@ -17,13 +17,14 @@ window_packages=(fonts-inter ca-certificates)
 # To play on a machine without a desktop: a virtual screen, a virtual sound card, keys and clicks, a camera.
 stage_packages=(xvfb xdotool pulseaudio pulseaudio-utils ffmpeg)
 
-# To run the tests: the test framework, the style check, another language's number format, events as from a real keyboard
-# and mouse, a secure server's key, a message bus and the accessibility bus, a window manager, what opens files as a file
+# To run the tests: the test framework, the style check and what counts branches, another language's number format, events
+# as from a real keyboard and mouse, a secure server's key, a message bus and the accessibility bus, a window manager, what opens files as a file
 # manager does, what judges a package; another sound server; two Wayland desktops, of which the second lets programs
 # bring themselves to the front, and the toolkit's part for them; fonts of other scripts;
 # where windows are.
 test_packages=(
-    doctest-dev clang-format locales libx11-dev libxtst-dev openssl dbus-daemon dbus-bin at-spi2-core openbox x11-utils
+    doctest-dev clang-format pmccabe
+    locales libx11-dev libxtst-dev openssl dbus-daemon dbus-bin at-spi2-core openbox x11-utils
     libglib2.0-bin shared-mime-info desktop-file-utils dpkg-dev lintian appstream groff-base
     pipewire pipewire-pulse wireplumber weston sway qt6-wayland
     fonts-dejavu-core fonts-tlwg-waree-ttf fonts-vlgothic fonts-naver-d2coding fonts-noto-color-emoji

@@ -36,6 +36,7 @@ constexpr const char* kUsage =
     "T]\n"
     "                        [--loop A:B] [--passes N] [--seam on|off] [--stretcher own|library] [--stats] IN OUT.wav\n"
     "       quillmere-render --attacks A:B IN\n"
+    "       quillmere-render --identity IN\n"
     "       --null instead of OUT.wav writes nothing; T, A, B are seconds, or frames with the suffix f (88200f)\n";
 
 // A time on the command line: seconds, or frames.
@@ -54,7 +55,7 @@ struct Options {
     std::optional<TimeArgument> from, to, loopA, loopB, attacksA, attacksB;
     Stretcher stretcher = Stretcher::Library;
     std::int64_t passes = 1;
-    bool passesGiven = false, seam = true, stats = false, null = false;
+    bool passesGiven = false, seam = true, stats = false, null = false, identity = false;
     std::string input, output;
 };
 
@@ -141,6 +142,8 @@ Options parse(int argc, char** argv) {
             o.stats = true;
         } else if (argument == "--null") {
             o.null = true;
+        } else if (argument == "--identity") {
+            o.identity = true;
         } else if (const auto found = kValued.find(argument); found != kValued.end()) {
             if (++i == argc) throw UsageError{std::string(argument) + " needs a value"};
             found->second(o, argv[i]);
@@ -150,9 +153,9 @@ Options parse(int argc, char** argv) {
             files.emplace_back(argument);
         }
     }
-    const bool inputAlone = o.null || o.attacksA;
+    const bool inputAlone = o.null || o.attacksA || o.identity;
     if (files.size() != (inputAlone ? 1u : 2u))
-        throw UsageError{inputAlone ? "--null and --attacks take IN alone" : "IN and OUT.wav are needed"};
+        throw UsageError{inputAlone ? "--null, --attacks and --identity take IN alone" : "IN and OUT.wav are needed"};
     if (o.passesGiven && !o.loopA) throw UsageError{"--passes needs --loop"};
     o.input = files[0];
     if (!inputAlone) o.output = files[1];
@@ -338,6 +341,13 @@ int printAttacks(const Options& o) {
     return 0;
 }
 
+int printIdentity(const Options& o) {
+    const auto opened = openMedia(o.input);
+    if (!opened) return fail(1, opened.error().message);
+    if (opened.value().identity.empty()) return fail(1, o.input + ": has no sound");
+    return std::puts(opened.value().identity.c_str()) < 0 ? 1 : 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -345,7 +355,9 @@ int main(int argc, char** argv) {
     if (argc == 2 && std::strcmp(argv[1], "--help") == 0) return std::fputs(kUsage, stdout) < 0 ? 1 : 0;
     try {
         const Options options = parse(argc, argv);
-        const int status = options.attacksA ? printAttacks(options) : render(options);
+        const int status = options.identity   ? printIdentity(options)
+                           : options.attacksA ? printAttacks(options)
+                                              : render(options);
         if (g_endingSignal != 0) ::raise(g_endingSignal);  // so that whoever waits knows why
         return status;
     } catch (const UsageError& error) {

@@ -35,7 +35,7 @@ constexpr std::chrono::milliseconds kLongestFlush{300};
 
 int g_signalSockets[2];
 
-// The look and the number format have to be settled before anything else is built.
+// Look and number format come first, because every window is built with them.
 void prepare() {
     std::setlocale(LC_NUMERIC, "C");
     QApplication::setApplicationName(QStringLiteral("Quillmere"));
@@ -52,29 +52,29 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
       m_controller((prepare(), m_engine), m_capture, m_prefs,
                    [](const QString& name) { return namedImage(name, kIconScale); }),
       m_audioRecord(m_capture, m_controller.takes()),
-      m_window(m_outlets, &m_controller),
+      m_window(m_controller, &m_controller),
       m_statusNotices(m_window, m_controller.notices()),
-      m_spokenDeeds(m_window.actions(), m_controller, m_controller.abLoop(), m_outlets, m_controller.notices()),
-      m_listKeys(m_window, m_controller, m_controller, m_outlets, m_controller.notices()),
-      m_contextMenus(m_window, m_controller, m_controller, m_outlets),
-      m_levelMeters(m_outlets, &m_window),
-      m_trackInfo(m_outlets, &m_window),
-      m_video(m_outlets, &m_window),
-      m_export(m_outlets, m_window.actions(), &m_window),
+      m_spokenDeeds(m_window.actions(), m_controller, m_controller.abLoop(), m_controller, m_controller.notices()),
+      m_listKeys(m_window, m_controller, m_controller, m_controller, m_controller.notices()),
+      m_contextMenus(m_window, m_controller, m_controller, m_controller),
+      m_levelMeters(m_controller, &m_window),
+      m_trackInfo(m_controller, &m_window),
+      m_video(m_controller, &m_window),
+      m_export(m_controller, m_window.actions(), &m_window),
       m_quitQuestion(
           m_controller.trackExport(), m_controller.notices(), [this] { return askWhetherToQuit(&m_window); },
           [this](bool waits) { m_export.setQuitsAfterwards(waits); }),
-      m_recording(m_outlets, m_window.actions(), &m_window,
+      m_recording(m_controller, m_window.actions(), &m_window,
                   [this] { return signsOf(m_controller, m_controller.isRecording); }),
       m_recorder(m_audioRecordOutlets, m_window.actions(), &m_window,
                  [this] { return signsOf(m_audioRecord, m_audioRecord.recordingStatus); }),
-      m_preferences(m_outlets, m_window.actions(), &m_window),
-      m_about(m_outlets, &m_window),
-      m_keys(m_controller, m_controller, m_outlets, m_window.actions(), m_controller.positionClock(),
+      m_preferences(m_controller, m_window.actions(), &m_window),
+      m_about(m_controller, &m_window),
+      m_keys(m_controller, m_controller, m_controller, m_window.actions(), m_controller.positionClock(),
              m_controller.trackLoader(), m_controller.trackInfo(), m_controller.notices()),
-      m_idleActs(m_window.actions(), m_controller, m_controller, m_outlets, m_controller.notices()),
-      m_state(m_window, m_controller, m_controller, m_controller.abLoop(), m_outlets),
-      m_remote(m_controller, m_controller, m_outlets, m_engine, m_controller.abLoop(), m_window.actions()),
+      m_idleActs(m_window.actions(), m_controller, m_controller, m_controller, m_controller.notices()),
+      m_state(m_window, m_controller, m_controller, m_controller.abLoop(), m_controller),
+      m_remote(m_controller, m_controller, m_controller, m_engine, m_controller.abLoop(), m_window.actions()),
       m_mpris(m_remote),
       m_launcher(m_remote, m_window.actions(), [this](const QByteArray& token) { comeToFront(token); }),
       m_soundWatch(m_engine, m_controller.notices()) {
@@ -83,7 +83,7 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
     m_controller.setExit([this](int status) { end(status); });
     m_levelMeters.hold();
     m_window.standOn(QGuiApplication::primaryScreen()->availableGeometry(), m_levelMeters.size());
-    m_controller.awakeFromNib(m_outlets);
+    m_controller.awakeFromNib();
     m_audioRecord.awakeFromNib(m_audioRecordOutlets);
     connectWindow();
     makeUpdaters();
@@ -119,7 +119,7 @@ void Application::connectWindow() {
     QObject::connect(&m_mpris, &MprisService::isOnTheBus, &m_launcher, &DesktopLauncher::follow);
 }
 
-// What nobody misses until the window stands on the screen.
+// Builds what is not needed to show the main window. Runs once its first frame is on the screen.
 void Application::startTheRest() {
     m_levelMeters.release();
     m_state.refresh();
@@ -146,8 +146,8 @@ void Application::comeToFront(const QByteArray& token) {
     QApplication::alert(&m_window);
 }
 
-// One panel at a time, and what the user does in between; when the window has faded in, which it would do in jerks
-// beside so much to build.
+// Builds one panel for each turn of the event loop, so that the user's input is handled in between. Begins after the
+// main window's fade-in, which would stutter otherwise.
 void Application::furnishPanels() {
     for (ToolPanel* panel : m_window.findChildren<ToolPanel*>(Qt::FindDirectChildrenOnly)) {
         if (panel->isFurnished()) continue;
@@ -172,7 +172,8 @@ void Application::endOnSignals() {
 #endif
 }
 
-// The user's own wish. Signals, the end of the session and the bus ask nobody.
+// Quit as the user chooses it, with a question where something would be lost. Signals, the end of the session and the
+// bus do not ask.
 void Application::quitAfterAsking() {
     if (m_quitQuestion.mayQuit([this] { quit(); })) quit();
 }

@@ -18,7 +18,6 @@
 #include "remote/RemotePlayer.h"
 #include "ui/IdleActs.h"
 #include "ui/PlayerKeys.h"
-#include "ui/controls/Outlets.h"
 #include "ui/windows/AboutPanel.h"
 #include "ui/windows/ContextMenus.h"
 #include "ui/windows/ExportPanel.h"
@@ -65,7 +64,6 @@ private:
     DeferredCapture m_capture{m_engine};
     QMController m_controller;
     AudioRecord m_audioRecord;
-    Outlets m_outlets;
     AudioRecordOutlets m_audioRecordOutlets;
     MainWindow m_window;
     StatusNotices m_statusNotices;

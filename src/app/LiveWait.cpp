@@ -9,8 +9,8 @@ namespace qm {
 
 namespace {
 
-constexpr std::chrono::milliseconds kMoment{100};  // nobody sees it
-constexpr std::chrono::milliseconds kLong{400};    // the user has the window back
+constexpr std::chrono::milliseconds kMoment{100};  // shorter than what a user notices
+constexpr std::chrono::milliseconds kLong{400};    // from then on the user's input is handled again
 constexpr std::chrono::milliseconds kStep{10};
 
 }  // namespace

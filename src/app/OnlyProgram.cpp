@@ -181,7 +181,7 @@ void OnlyProgram::acceptCalls() {
     }
 }
 
-// The token comes in one piece; whoever sends something else gets no answer.
+// The token comes in one message; anything else gets no answer.
 void OnlyProgram::hear(int call) {
     QByteArray token(kLongestToken, '\0');
     const auto length = ::recv(call, token.data(), kLongestToken, 0);
@@ -199,7 +199,7 @@ void OnlyProgram::endCall(int call) {
     const auto found = m_calls.find(call);
     if (found == m_calls.end()) return;
     found->second->setEnabled(false);
-    found->second.release()->deleteLater();  // it is what called
+    found->second.release()->deleteLater();  // deleted later, because this runs in its signal
     m_calls.erase(found);
     ::close(call);
 }

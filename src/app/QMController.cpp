@@ -39,7 +39,7 @@ QMController::QMController(MediaEngine& engine, CaptureEngine& capture, Prefs& s
       m_tone(*this, *this, *this, engine),
       m_volume(*this, *this, engine, m_speed, m_pitch, m_tone),
       m_levels(*this, *this, *this, engine),
-      m_preferences(*this, *this, prefs, m_volume, m_levels),
+      m_preferences(*this, *this, prefs, m_tone, m_volume, m_levels),
       m_panes(*this, images),
       m_metadata(engine),
       m_loader(*this, *this, *this, engine, m_clock, m_tone, m_metadata, m_notices, meterHooks()),
@@ -63,8 +63,7 @@ LevelMeterHooks QMController::meterHooks() {
     return {[this] { return prefs.boolForKey(prefkeys::kAudioLevels); }, [this](bool on) { switchAudioLevels(on); }};
 }
 
-void QMController::awakeFromNib(const Outlets& outlets) {
-    static_cast<Outlets&>(*this) = outlets;
+void QMController::awakeFromNib() {
     if (playList) playList->setModel(&m_table);
     m_chrome.startFadeIn();
     if (playList) connect(playList, &PlayListView::rowActivated, this, &QMController::rowDoubleClicked);
@@ -100,7 +99,7 @@ void QMController::setUpPlayList() {
     playList->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
 }
 
-// One narrower, then one wider again: the net width stays, but the table lays itself out.
+// One pixel narrower, then wider again: the width stays, but the table lays itself out anew.
 void QMController::nudgeSecondColumn() {
     if (!playList) return;
     const int column = playList->horizontalHeader()->logicalIndex(1);

@@ -47,8 +47,8 @@ public:
     // Sets the fields to their start values and reads the play list; no outlet exists yet and no track is loaded.
     QMController(MediaEngine& engine, CaptureEngine& capture, Prefs& store, const ImageProvider& images);
 
-    // Takes the outlets and gives windows and controls their first state. Call once, when the windows are built.
-    void awakeFromNib(const Outlets& outlets);
+    // Gives windows and controls their first state. Call once, when the windows are built and have filled the outlets.
+    void awakeFromNib();
 
     // The window stands: offers the list of an end that was no quit, and keeps this one against such an end.
     void lookAfterPlayList() { m_copy.start(); }

@@ -9,7 +9,7 @@ namespace qm {
 QuitQuestion::QuitQuestion(TrackExport& exporting, Notices& notices, Ask ask, std::function<void(bool)> showWaiting)
     : m_export(exporting), m_notices(notices), m_ask(std::move(ask)), m_showWaiting(std::move(showWaiting)) {}
 
-// The movie may come to its end while the question stands.
+// The export may finish while the question is shown.
 bool QuitQuestion::mayQuit(const std::function<void()>& quit) {
     if (!m_export.isExporting()) return true;
     std::optional<TrackExport::End> end;

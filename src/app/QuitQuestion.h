@@ -1,5 +1,5 @@
-// Stands between the user's wish to quit and the end: a movie that is being written is not given up without a word. Who
-// ends the program for another reason does not ask here. Main thread only; runs until the user has answered.
+// Asks before Quit gives up a movie that is still being written. Only the user's own Quit asks. Main thread only; runs
+// until the user has answered.
 #pragma once
 
 #include <functional>

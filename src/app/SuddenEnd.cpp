@@ -22,7 +22,7 @@ std::function<void()> g_keep;
 std::thread::id g_keeper;
 std::atomic<bool> g_isKept{false};
 
-// Another thread leaves everything alone: it would find the player in the middle of something.
+// Only on the main thread: on another one the player might be in the middle of a change.
 bool keepWhatMustSurvive() {
     if (std::this_thread::get_id() != g_keeper || !g_keep) return false;
     std::exchange(g_keep, nullptr)();
@@ -51,7 +51,7 @@ void take(QtMsgType type, const QMessageLogContext& context, const QString& text
     flushLog(kLongestFlush);
 }
 
-// The rest of exit() would take down what other threads still use.
+// Skips the rest of exit(), which would destroy objects that other threads still use.
 void atExit() {
     if (keepWhatMustSurvive()) std::_Exit(EXIT_FAILURE);
 }

@@ -15,7 +15,7 @@ bool canBegin(const RecorderState& recorder) {
     return recorder.captureSession && recorder.captureMovieFileOutput;
 }
 
-// Of a recorder that was to begin and has no input.
+// Tells that recording cannot begin without an input.
 void tellNoInput(QMController& controller, const RecorderState& recorder) {
     const QString text = recorder.captureMovieFileOutput
                              ? QStringLiteral("The sound input does not start, so nothing is recorded")

@@ -6,7 +6,7 @@
 #include "library/SupportFolder.h"
 #include "ui/controls/Fonts.h"
 
-// There is no command line: not even the toolkit sees what stands behind the program's name.
+// There is no command line: arguments are not even handed to the toolkit.
 int main(int, char** argv) {
     qm::openStandardStreams();
     qm::outliveBrokenPipes();

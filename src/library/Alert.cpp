@@ -27,6 +27,7 @@ protected:
     }
 
     bool event(QEvent* event) override {
+        // The message box would set a size of its own. NOLINTNEXTLINE(bugprone-parent-virtual-call)
         return event->type() == QEvent::LayoutRequest ? QDialog::event(event) : QMessageBox::event(event);
     }
 };

@@ -5,13 +5,15 @@
 
 #include "app/PlayerState.h"
 #include "library/PlayListArrays.h"
+#include "player/Uses.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
 
 class LoadedTrack {
 public:
-    LoadedTrack(const PlayerState& state, const PlayListArrays& list, const Outlets& outlets);
+    LoadedTrack(Uses<const CurrentMovie, const LoadedFile> state, const PlayListArrays& list,
+                const PlayListOutlet& outlets);
 
     // The row it was loaded from. Where that is gone, the selected row if the same track stands there, else the first
     // where it does; -1 none.
@@ -26,9 +28,10 @@ public:
 private:
     QString nameIn(const std::vector<QString>& names) const;
 
-    const PlayerState& m_state;
+    const CurrentMovie& m_movie;
+    const LoadedFile& m_file;
     const PlayListArrays& m_list;
-    const Outlets& m_outlets;
+    const PlayListOutlet& m_outlets;
     mutable int m_rowHint = -1;  // where it was found last
 };
 

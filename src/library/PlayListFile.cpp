@@ -29,7 +29,7 @@ QString tr(const char* text) {
 
 }  // namespace
 
-PlayListFile::PlayListFile(PlayListArrays& list, const Outlets& outlets, Notices& notices,
+PlayListFile::PlayListFile(PlayListArrays& list, const PlayListOutlet& outlets, Notices& notices,
                            std::function<QString()> home)
     : m_list(list), m_outlets(outlets), m_notices(notices), m_home(home ? std::move(home) : homeFolder) {}
 

@@ -15,7 +15,8 @@ namespace qm {
 class PlayListFile {
 public:
     // `home` answers the home folder, empty if there is none.
-    PlayListFile(PlayListArrays& list, const Outlets& outlets, Notices& notices, std::function<QString()> home = {});
+    PlayListFile(PlayListArrays& list, const PlayListOutlet& outlets, Notices& notices,
+                 std::function<QString()> home = {});
 
     void loadPlayList();
     bool savePlayList();  // false if the list is not in the file now
@@ -31,7 +32,7 @@ private:
     bool failed(const QString& why);
 
     PlayListArrays& m_list;
-    const Outlets& m_outlets;
+    const PlayListOutlet& m_outlets;
     Notices& m_notices;
     std::function<QString()> m_home;
     PlayListArrays m_rowsInFile;

@@ -30,36 +30,47 @@ QString spokenTimeOf(std::int64_t value, std::int32_t scale) {
 
 }  // namespace
 
-PlayListTable::PlayListTable(PlayerState& state, PlayListArrays& list, const Outlets& outlets, TrackLoader& loader,
-                             AbLoop& loop, TrackInfo& info, UndoHistory& history)
-    : m_state(state),
+PlayListTable::PlayListTable(
+    Uses<const CurrentMovie, const LoadedFile, PlayState, const SpeedState, ChosenRow, const TrackIcons> state,
+    PlayListArrays& list,
+    Uses<const PlayListOutlet, const TrackTotalOutlet, const MainWindowOutlet, const TransportButtons> outlets,
+    TrackLoader& loader, AbLoop& loop, TrackInfo& info, UndoHistory& history)
+    : m_movie(state),
+      m_file(state),
+      m_play(state),
+      m_speedState(state),
+      m_chosen(state),
+      m_icons(state),
       m_list(list),
-      m_outlets(outlets),
+      m_listOutlet(outlets),
+      m_total(outlets),
+      m_window(outlets),
+      m_buttons(outlets),
       m_loader(loader),
       m_loop(loop),
       m_info(info),
       m_history(history),
       m_loaded(state, list, outlets),
       m_runAlert([this](const QString& message, const QStringList& buttons) {
-          return runWarningAlert(m_outlets.mainWindow, message, buttons);
+          return runWarningAlert(m_window.mainWindow, message, buttons);
       }) {}
 
 int PlayListTable::numberOfRowsInTableView(const QObject* table) const {
     refreshTrackTotal();
-    return table && table == m_outlets.playList ? m_list.count() : 0;
+    return table && table == m_listOutlet.playList ? m_list.count() : 0;
 }
 
 // The view asks for the count often: the label is written only when it would change.
 void PlayListTable::refreshTrackTotal() const {
-    if (m_outlets.trackTotal == m_shownLabel && m_list.count() == m_shownCount) return;
-    m_shownLabel = m_outlets.trackTotal;
+    if (m_total.trackTotal == m_shownLabel && m_list.count() == m_shownCount) return;
+    m_shownLabel = m_total.trackTotal;
     m_shownCount = m_list.count();
-    showText(m_outlets.trackTotal, trackTotalText(m_shownCount));
+    showText(m_total.trackTotal, trackTotalText(m_shownCount));
 }
 
 QVariant PlayListTable::tableViewObjectValueForTableColumnRow(const QObject* table, const QString& column,
                                                               int row) const {
-    if (!table || table != m_outlets.playList || row < 0 || row >= m_list.count()) return {};
+    if (!table || table != m_listOutlet.playList || row < 0 || row >= m_list.count()) return {};
     return objectValue(column, row);
 }
 
@@ -113,11 +124,11 @@ QString PlayListTable::spokenCell(const QString& column, int row) const {
 QVariant PlayListTable::icon(int row) const {
     switch (iconForTrack(m_list.trackArray[static_cast<std::size_t>(row)])) {
         case TrackIcon::Track:
-            return m_state.trackIcon;
+            return m_icons.trackIcon;
         case TrackIcon::NonM4a:
-            return m_state.nonM4aIcon;
+            return m_icons.nonM4aIcon;
         case TrackIcon::Video:
-            return m_state.videoIcon;
+            return m_icons.videoIcon;
         case TrackIcon::None:
             break;
     }
@@ -126,8 +137,8 @@ QVariant PlayListTable::icon(int row) const {
 
 // The same file may stand in several rows: the one that it was loaded from is the loaded track.
 bool PlayListTable::isLoadedTrack(int row) const {
-    const bool isSameFile = m_list.trackArray[static_cast<std::size_t>(row)] == m_state.loadedPath;
-    return m_state.qtMovie && isSameFile && row == m_loaded.row();
+    const bool isSameFile = m_list.trackArray[static_cast<std::size_t>(row)] == m_file.loadedPath;
+    return m_movie.qtMovie && isSameFile && row == m_loaded.row();
 }
 
 bool PlayListTable::isChangedMark(const QString& column, int row) const {
@@ -137,7 +148,7 @@ bool PlayListTable::isChangedMark(const QString& column, int row) const {
 }
 
 int PlayListTable::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : numberOfRowsInTableView(m_outlets.playList);
+    return parent.isValid() ? 0 : numberOfRowsInTableView(m_listOutlet.playList);
 }
 
 int PlayListTable::columnCount(const QModelIndex& parent) const {
@@ -191,34 +202,29 @@ Qt::ItemFlags PlayListTable::flags(const QModelIndex& index) const {
 }
 
 void PlayListTable::selectTrack() {
-    const int row = selectedRow(m_outlets, m_list);
+    const int row = selectedRow(m_listOutlet, m_list);
     if (row < 0) return;
-    m_state.mostRecentlySelected = row;
+    m_chosen.mostRecentlySelected = row;
     m_loader.loadFileAdd(m_list.trackArray[static_cast<std::size_t>(row)], false);
 }
 
 void PlayListTable::rowDoubleClicked() {
-    if (selectedRow(m_outlets, m_list) < 0) return;
-    m_state.isPlaying = true;
-    if (m_state.isLooping) {
-        m_state.isLooping = false;
-        showImage(m_outlets.loopButton, QStringLiteral("db_loop_off.png"));
-        m_loop.displayLoopFields();
-        showText(m_outlets.loopOut, QStringLiteral("00:00:00"));
-    }
+    if (selectedRow(m_listOutlet, m_list) < 0) return;
+    m_play.isPlaying = true;
+    m_loop.switchOffForTrack();
     selectTrack();
-    showImagesForRate(m_outlets, m_state.rate);
+    showImagesForRate(m_buttons, m_speedState.rate);
     m_info.movieMetaData();
 }
 
 void PlayListTable::removeListEntry() {
-    const int row = selectedRow(m_outlets, m_list);
+    const int row = selectedRow(m_listOutlet, m_list);
     if (row < 0) return;
     const PlayListEntry entry = m_list.entry(row);
     const int rowsBelow = m_list.count() - 1 - row;
     const bool wasLoaded = row == m_list.loadedRow;
     m_list.removeEntry(row);
-    reloadTable(m_outlets.playList);
+    reloadTable(m_listOutlet.playList);
     const auto undo = [this, entry, rowsBelow, wasLoaded] { putBackEntry(entry, rowsBelow, wasLoaded); };
     m_history.add({tr("Remove Track"), undo, tr("Removed %1").arg(entry.displayName),
                    tr("Brought back %1").arg(entry.displayName)});
@@ -230,7 +236,7 @@ void PlayListTable::clearList() {
     if (pressed != kAlertFirstButtonReturn) return;
     const PlayListArrays rows = m_list;
     m_list.removeAllEntries();
-    reloadTable(m_outlets.playList);
+    reloadTable(m_listOutlet.playList);
     if (rows.count() == 0) return;
     m_history.add({tr("Clear List"), [this, rows] { putBackRows(m_list.count(), rows); }, tr("Cleared the play list"),
                    tr("Brought back the play list")});
@@ -249,26 +255,26 @@ void PlayListTable::putBackEntry(const PlayListEntry& entry, int rowsBelow, bool
     const int row = m_list.count() - rowsBelow;
     m_list.insertEntry(row, entry);
     if (wasLoaded && m_list.loadedRow < 0) m_list.loadedRow = row;
-    std::int32_t& chosen = m_state.mostRecentlySelected;
+    std::int32_t& chosen = m_chosen.mostRecentlySelected;
     if (chosen >= row && !holdsLoadedFile(chosen) && holdsLoadedFile(chosen + 1)) ++chosen;
-    reloadTable(m_outlets.playList);
-    if (m_outlets.playList) m_outlets.playList->selectRowIndex(row);
+    reloadTable(m_listOutlet.playList);
+    if (m_listOutlet.playList) m_listOutlet.playList->selectRowIndex(row);
 }
 
 // These rows in place of the one at the index and all below it. The row chosen last is where the loaded file is now.
 void PlayListTable::putBackRows(int index, const PlayListArrays& rows) {
     m_list.replaceFrom(index, rows);
-    std::int32_t& chosen = m_state.mostRecentlySelected;
+    std::int32_t& chosen = m_chosen.mostRecentlySelected;
     if (chosen >= 0 && !holdsLoadedFile(chosen)) {
         chosen = m_list.count() - 1;
         while (chosen >= 0 && !holdsLoadedFile(chosen)) --chosen;
     }
-    reloadTable(m_outlets.playList);
-    if (m_outlets.playList && chosen >= 0) m_outlets.playList->selectRowIndex(chosen);
+    reloadTable(m_listOutlet.playList);
+    if (m_listOutlet.playList && chosen >= 0) m_listOutlet.playList->selectRowIndex(chosen);
 }
 
 bool PlayListTable::holdsLoadedFile(int row) const {
-    return row < m_list.count() && m_list.trackArray[static_cast<std::size_t>(row)] == m_state.loadedPath;
+    return row < m_list.count() && m_list.trackArray[static_cast<std::size_t>(row)] == m_file.loadedPath;
 }
 
 }  // namespace qm

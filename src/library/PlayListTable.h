@@ -15,6 +15,7 @@
 #include "library/TrackLoader.h"
 #include "player/AbLoop.h"
 #include "player/UndoHistory.h"
+#include "player/Uses.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
@@ -26,8 +27,11 @@ public:
     // Shows a warning with these buttons; answers 1000 for the first of them, 1001 for the second.
     using RunAlert = std::function<int(const QString& message, const QStringList& buttons)>;
 
-    PlayListTable(PlayerState& state, PlayListArrays& list, const Outlets& outlets, TrackLoader& loader, AbLoop& loop,
-                  TrackInfo& info, UndoHistory& history);
+    PlayListTable(
+        Uses<const CurrentMovie, const LoadedFile, PlayState, const SpeedState, ChosenRow, const TrackIcons> state,
+        PlayListArrays& list,
+        Uses<const PlayListOutlet, const TrackTotalOutlet, const MainWindowOutlet, const TransportButtons> outlets,
+        TrackLoader& loader, AbLoop& loop, TrackInfo& info, UndoHistory& history);
 
     // The data source, for the table `playList` only. The row count also refreshes trackTotal.
     int numberOfRowsInTableView(const QObject* table) const;
@@ -61,9 +65,17 @@ private:
     void putBackRows(int index, const PlayListArrays& rows);
     bool holdsLoadedFile(int row) const;
 
-    PlayerState& m_state;
+    const CurrentMovie& m_movie;
+    const LoadedFile& m_file;
+    PlayState& m_play;
+    const SpeedState& m_speedState;
+    ChosenRow& m_chosen;
+    const TrackIcons& m_icons;
     PlayListArrays& m_list;
-    const Outlets& m_outlets;
+    const PlayListOutlet& m_listOutlet;
+    const TrackTotalOutlet& m_total;
+    const MainWindowOutlet& m_window;
+    const TransportButtons& m_buttons;
     TrackLoader& m_loader;
     AbLoop& m_loop;
     TrackInfo& m_info;

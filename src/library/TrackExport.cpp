@@ -34,39 +34,44 @@ QString exportName(const QString& path) {
     return name.chopped(extension > 0 ? extension + 1 : 0) + QStringLiteral(".mov");
 }
 
-TrackExport::TrackExport(PlayerState& state, const Outlets& outlets, PlayerAlert& alert, Notices& notices)
-    : m_state(state),
+TrackExport::TrackExport(Uses<const CurrentMovie, const LoadedFile, const SpeedState> state,
+                         Uses<const ExportOutlets, const MainWindowOutlet> outlets, PlayerAlert& alert,
+                         Notices& notices)
+    : m_movie(state),
+      m_file(state),
+      m_speedState(state),
       m_outlets(outlets),
+      m_window(outlets),
       m_alert(alert),
       m_notices(notices),
       m_runPanel([this](const QString& folder, const QString& name) {
-          return runSavePanel(m_outlets.mainWindow, folder, name);
+          return runSavePanel(m_window.mainWindow, folder, name);
       }) {
     m_timer.setInterval(kLookMilliseconds);
     QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { look(); });
 }
 
 void TrackExport::exportMovie() {
-    if (hasExtension(m_state.loadedPath, QLatin1StringView("m4p"))) {
+    if (hasExtension(m_file.loadedPath, QLatin1StringView("m4p"))) {
         m_alert.displayAlertInfoButtonText(
             QStringLiteral("This file contains DRM protection, added by the producer of the audio/video."),
             QStringLiteral("It cannot be edited."), QStringLiteral("Cancel"));
         return;
     }
-    if (!m_state.qtMovie) return;
+    if (!m_movie.qtMovie) return;
     if (m_export) {
         showPanel();
         return;
     }
-    const auto path = m_runPanel(homeFolder() + QStringLiteral("/Desktop"), exportName(m_state.loadedPath));
-    if (path && m_state.qtMovie) begin(resolvedPath(*path));
+    const auto path = m_runPanel(homeFolder() + QStringLiteral("/Desktop"), exportName(m_file.loadedPath));
+    if (path && m_movie.qtMovie) begin(resolvedPath(*path));
 }
 
 void TrackExport::begin(const QString& path) {
     m_target = path;
     m_notices.withdraw(kSubject);
-    m_state.qtMovie->setPreferredRateAttribute(m_state.rate);
-    m_export = m_state.qtMovie->writeToFileWithAttributes(QFile::encodeName(path).toStdString(),
+    m_movie.qtMovie->setPreferredRateAttribute(m_speedState.rate);
+    m_export = m_movie.qtMovie->writeToFileWithAttributes(QFile::encodeName(path).toStdString(),
                                                           WriteAttribute::QTMovieFlatten);
     showText(m_outlets.exportName, QStringLiteral("Exporting %1").arg(QFileInfo(path).fileName()));
     m_looks = 0;

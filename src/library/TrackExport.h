@@ -11,6 +11,7 @@
 
 #include "app/PlayerState.h"
 #include "player/Notices.h"
+#include "player/Uses.h"
 #include "ui/PlayerAlert.h"
 #include "ui/controls/Outlets.h"
 
@@ -25,7 +26,8 @@ public:
 
     using RunPanel = std::function<std::optional<QString>(const QString& folder, const QString& name)>;
 
-    TrackExport(PlayerState& state, const Outlets& outlets, PlayerAlert& alert, Notices& notices);
+    TrackExport(Uses<const CurrentMovie, const LoadedFile, const SpeedState> state,
+                Uses<const ExportOutlets, const MainWindowOutlet> outlets, PlayerAlert& alert, Notices& notices);
 
     // Returns when the writing has begun. One at a time: while a track is being written, its panel comes to the front.
     void exportMovie();
@@ -51,8 +53,11 @@ private:
     void ended(End end);
     void tell(const QString& text, bool lasts);
 
-    PlayerState& m_state;
-    const Outlets& m_outlets;
+    const CurrentMovie& m_movie;
+    const LoadedFile& m_file;
+    const SpeedState& m_speedState;
+    const ExportOutlets& m_outlets;
+    const MainWindowOutlet& m_window;
     PlayerAlert& m_alert;
     Notices& m_notices;
     RunPanel m_runPanel;

@@ -10,31 +10,32 @@ constexpr qsizetype kDurationCharacters = 10;  // days:hours:minutes:seconds
 
 }  // namespace
 
-TrackInfo::TrackInfo(PlayerState& state, PlayListArrays& list, const Outlets& outlets)
-    : m_state(state), m_list(list), m_outlets(outlets) {}
+TrackInfo::TrackInfo(const CurrentMovie& state, const PlayListArrays& list,
+                     Uses<const InfoOutlets, const InfoWindowOutlet, const PlayListOutlet> outlets)
+    : m_movie(state), m_list(list), m_outlets(outlets), m_infoWindow(outlets), m_listOutlet(outlets) {}
 
 void TrackInfo::movieMetaData() {
-    if (!m_state.qtMovie) {
+    if (!m_movie.qtMovie) {
         blankFields();
         return;
     }
     showCopyright();
-    const int row = selectedRow(m_outlets, m_list);
+    const int row = selectedRow(m_listOutlet, m_list);
     if (row >= 0) showText(m_outlets.movieName, m_list.trackArray[row]);
     showFormat();
-    if (const auto time = QTStringFromTime(m_state.qtMovie->duration()))
+    if (const auto time = QTStringFromTime(m_movie.qtMovie->duration()))
         showText(m_outlets.duration, QString::fromStdString(*time).left(kDurationCharacters));
-    if (const auto bytes = m_state.qtMovie->dataSizeAttribute()) showText(m_outlets.movieSize, QString::number(*bytes));
+    if (const auto bytes = m_movie.qtMovie->dataSizeAttribute()) showText(m_outlets.movieSize, QString::number(*bytes));
 }
 
 void TrackInfo::showCopyright() {
-    const auto copyright = m_state.qtMovie->copyrightAttribute();
+    const auto copyright = m_movie.qtMovie->copyrightAttribute();
     const bool isKnown = copyright && *copyright != "<null>";
     showText(m_outlets.copyright, isKnown ? QString::fromStdString(*copyright) : QStringLiteral(" "));
 }
 
 void TrackInfo::showFormat() {
-    const auto summaries = m_state.qtMovie->trackFormatSummaries();
+    const auto summaries = m_movie.qtMovie->trackFormatSummaries();
     if (summaries.empty()) return;
     QString text;
     for (const auto& summary : summaries) {
@@ -46,13 +47,13 @@ void TrackInfo::showFormat() {
 }
 
 void TrackInfo::displayInfo() {
-    if (selectedRow(m_outlets, m_list) < 0 || !m_outlets.trackInfoWindow) return;
-    if (m_outlets.trackInfoWindow->isVisible()) {
-        m_outlets.trackInfoWindow->hide();
+    if (selectedRow(m_listOutlet, m_list) < 0 || !m_infoWindow.trackInfoWindow) return;
+    if (m_infoWindow.trackInfoWindow->isVisible()) {
+        m_infoWindow.trackInfoWindow->hide();
         return;
     }
-    m_outlets.trackInfoWindow->show();
-    m_outlets.trackInfoWindow->raise();
+    m_infoWindow.trackInfoWindow->show();
+    m_infoWindow.trackInfoWindow->raise();
     movieMetaData();
 }
 

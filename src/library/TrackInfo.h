@@ -5,13 +5,15 @@
 
 #include "app/PlayerState.h"
 #include "library/PlayListArrays.h"
+#include "player/Uses.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
 
 class TrackInfo {
 public:
-    TrackInfo(PlayerState& state, PlayListArrays& list, const Outlets& outlets);
+    TrackInfo(const CurrentMovie& state, const PlayListArrays& list,
+              Uses<const InfoOutlets, const InfoWindowOutlet, const PlayListOutlet> outlets);
 
     void movieMetaData();       // fills the fields
     void displayInfo();         // shows or hides the panel, if a row is selected
@@ -22,9 +24,11 @@ private:
     void showCopyright();
     void showFormat();
 
-    PlayerState& m_state;
-    PlayListArrays& m_list;
-    const Outlets& m_outlets;
+    const CurrentMovie& m_movie;
+    const PlayListArrays& m_list;
+    const InfoOutlets& m_outlets;
+    const InfoWindowOutlet& m_infoWindow;
+    const PlayListOutlet& m_listOutlet;
 };
 
 }  // namespace qm

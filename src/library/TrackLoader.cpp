@@ -27,12 +27,28 @@ constexpr std::chrono::seconds kLongestAnswer{2};  // that a file is waited for
 
 }  // namespace
 
-TrackLoader::TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
-                         PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, Notices& notices,
-                         LevelMeterHooks meters)
-    : m_state(state),
+TrackLoader::TrackLoader(
+    Uses<CurrentMovie, MovieHandle, LoadedFile, const PlayState, const SpeedState, const PitchState, const VolumeState,
+         const ToneState, const MeteringState>
+        state,
+    PlayListArrays& list,
+    Uses<const VideoOutlets, const MainWindowOutlet, const PositionOutlet, const PlayListOutlet> outlets,
+    MediaEngine& engine, PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, Notices& notices,
+    LevelMeterHooks meters)
+    : m_movie(state),
+      m_handle(state),
+      m_file(state),
+      m_play(state),
+      m_speedState(state),
+      m_pitchState(state),
+      m_volumeState(state),
+      m_toneState(state),
+      m_metering(state),
       m_list(list),
       m_outlets(outlets),
+      m_window(outlets),
+      m_position(outlets),
+      m_listOutlet(outlets),
       m_engine(engine),
       m_clock(clock),
       m_tone(tone),
@@ -63,36 +79,36 @@ void TrackLoader::giveWay() {
 
 void TrackLoader::load(const Wish& wish) {
     qmLog("loadFile: 1");
-    if (m_state.qtMovie) m_state.qtMovie->stop();
-    m_state.loadedPath = wish.path;
+    if (m_movie.qtMovie) m_movie.qtMovie->stop();
+    m_file.loadedPath = wish.path;
     m_list.loadedRow = rowOf(wish);
     qmLog("loadFile: 2");
     if (!open(wish.path)) return;
     qmLog("loadFile: 3");
     showVideo();
-    m_state.quickTimeMovie = m_state.qtMovie->quickTimeMovie();
+    m_handle.quickTimeMovie = m_movie.qtMovie->quickTimeMovie();
     resetPositionSlider();
     m_clock.startCueTimer();
     carryOverSound();
     if (wish.add) addEntry();
     restoreTone();
     enableMetering();
-    if (m_state.isPlaying) {
-        m_state.qtMovie->play();
-        m_state.qtMovie->setRate(m_state.rate);
+    if (m_play.isPlaying) {
+        m_movie.qtMovie->play();
+        m_movie.qtMovie->setRate(m_speedState.rate);
     }
-    if (m_outlets.playList) m_outlets.playList->viewport()->update();  // another row may be the loaded one now
+    if (m_listOutlet.playList) m_listOutlet.playList->viewport()->update();  // another row may be the loaded one now
 }
 
 // A new row is made when the file is open; an old one is loaded because it is selected.
 int TrackLoader::rowOf(const Wish& wish) const {
-    const int row = wish.add ? -1 : selectedRow(m_outlets, m_list);
+    const int row = wish.add ? -1 : selectedRow(m_listOutlet, m_list);
     return row >= 0 && m_list.trackArray[static_cast<std::size_t>(row)] == wish.path ? row : -1;
 }
 
 bool TrackLoader::open(const QString& path) {
     if (m_outlets.movieView) m_outlets.movieView->setMovie(nullptr);
-    m_state.qtMovie.reset();
+    m_movie.qtMovie.reset();
     const std::string name = pathBytes(path).toStdString();
     auto movie = m_engine.movieWithFile(name);
     if (!movie) {
@@ -101,7 +117,7 @@ bool TrackLoader::open(const QString& path) {
         return false;
     }
     m_failed.remove(path);
-    m_state.qtMovie = std::move(movie.value());
+    m_movie.qtMovie = std::move(movie.value());
     return true;
 }
 
@@ -111,7 +127,7 @@ void TrackLoader::keepFailure(const QString& path, const Error& error) {
     m_lastFailure = {path, error};
     if (error.category == ErrorCategory::GivenUp) return;
     m_failed.insert(path, error.category);
-    if (m_outlets.playList) m_outlets.playList->viewport()->update();
+    if (m_listOutlet.playList) m_listOutlet.playList->viewport()->update();
     const bool isTold = error.category == ErrorCategory::NoAnswer || error.category == ErrorCategory::TooLong;
     if (isTold && !m_queue.isBusy()) m_notices.tell(failureWords(path, error));
 }
@@ -142,8 +158,8 @@ auto TrackLoader::ask(Question question, const QString& path) -> std::optional<d
 }
 
 void TrackLoader::showVideo() {
-    const bool hasVideo = m_state.qtMovie->hasVideoAttribute();
-    if (hasVideo && m_outlets.movieView) m_outlets.movieView->setMovie(m_state.qtMovie.get());
+    const bool hasVideo = m_movie.qtMovie->hasVideoAttribute();
+    if (hasVideo && m_outlets.movieView) m_outlets.movieView->setMovie(m_movie.qtMovie.get());
     if (!m_outlets.videoPanel) return;
     if (hasVideo) {
         m_outlets.videoPanel->show();
@@ -154,64 +170,57 @@ void TrackLoader::showVideo() {
 }
 
 void TrackLoader::resetPositionSlider() {
-    if (!m_outlets.cueSlider) return;
-    m_outlets.cueSlider->setMinimum(0.0);
-    m_outlets.cueSlider->setMaximum(m_engine.GetMovieDuration(m_state.quickTimeMovie));
-    m_outlets.cueSlider->setValue(0.0);
+    if (!m_position.cueSlider) return;
+    m_position.cueSlider->setMinimum(0.0);
+    m_position.cueSlider->setMaximum(m_engine.GetMovieDuration(m_handle.quickTimeMovie));
+    m_position.cueSlider->setValue(0.0);
 }
 
 void TrackLoader::carryOverSound() {
-    m_state.qtMovie->setMuted(false);
-    m_state.qtMovie->setVolume(m_state.gain);
-    m_engine.SetMovieAudioBalance(m_state.quickTimeMovie, m_state.balance, 0);
-    m_engine.QTSetMovieProperty(m_state.quickTimeMovie, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch,
-                                sizeof m_state.pitch, &m_state.pitch);
+    m_movie.qtMovie->setMuted(false);
+    m_movie.qtMovie->setVolume(m_volumeState.gain);
+    m_engine.SetMovieAudioBalance(m_handle.quickTimeMovie, m_volumeState.balance, 0);
+    m_engine.QTSetMovieProperty(m_handle.quickTimeMovie, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch,
+                                sizeof m_pitchState.pitch, &m_pitchState.pitch);
 }
 
 void TrackLoader::addEntry() {
     const QString none = QStringLiteral(" ");
-    const auto name = m_state.qtMovie->displayNameAttribute();
+    const auto name = m_movie.qtMovie->displayNameAttribute();
     PlayListEntry entry;
-    entry.track = m_state.loadedPath;
-    entry.displayName = name ? QString::fromStdString(*name) : m_state.loadedPath;
-    entry.artist = m_metadata.parseArtistMetaData(m_state.quickTimeMovie).value_or(none);
-    entry.album = m_metadata.parseAlbumMetaData(m_state.quickTimeMovie).value_or(none);
-    entry.duration = m_engine.GetMovieDuration(m_state.quickTimeMovie);
-    entry.timescale = static_cast<std::int32_t>(m_state.qtMovie->timeScaleAttribute().value_or(0));
-    entry.bass = m_state.bass;
-    entry.treble = m_state.treble;
+    entry.track = m_file.loadedPath;
+    entry.displayName = name ? QString::fromStdString(*name) : m_file.loadedPath;
+    entry.artist = m_metadata.parseArtistMetaData(m_handle.quickTimeMovie).value_or(none);
+    entry.album = m_metadata.parseAlbumMetaData(m_handle.quickTimeMovie).value_or(none);
+    entry.duration = m_engine.GetMovieDuration(m_handle.quickTimeMovie);
+    entry.timescale = static_cast<std::int32_t>(m_movie.qtMovie->timeScaleAttribute().value_or(0));
+    entry.bass = m_toneState.bass;
+    entry.treble = m_toneState.treble;
     entry.markA = 0;
     entry.markB = entry.duration;
     m_list.insertEntry(0, entry);
     m_list.loadedRow = 0;
-    reloadTable(m_outlets.playList);
+    reloadTable(m_listOutlet.playList);
 }
 
 void TrackLoader::restoreTone() {
-    const int row = selectedRow(m_outlets, m_list);
-    if (row < 0) return;
-    m_state.bass = m_list.bassArray[row];
-    showValue(m_outlets.bassSlider, m_state.bass);
-    showAttributedTitle(m_outlets.bassResetButton, QString::number(m_state.bass), m_state.controlColorAttributes);
-    m_state.treble = m_list.trebleArray[row];
-    showValue(m_outlets.trebleSlider, m_state.treble);
-    showAttributedTitle(m_outlets.trebleResetButton, QString::number(m_state.treble), m_state.controlColorAttributes);
-    m_tone.bassAndTrebleUpdate();
+    const int row = selectedRow(m_listOutlet, m_list);
+    if (row >= 0) m_tone.restore(row);
 }
 
 void TrackLoader::enableMetering() {
-    m_engine.SetMovieAudioVolumeMeteringEnabled(m_state.quickTimeMovie, kDeviceMix, true);
+    m_engine.SetMovieAudioVolumeMeteringEnabled(m_handle.quickTimeMovie, kDeviceMix, true);
     std::uint32_t bands = kMeterBands;
-    m_engine.SetMovieAudioFrequencyMeteringNumBands(m_state.quickTimeMovie, kStereoMix, bands);
+    m_engine.SetMovieAudioFrequencyMeteringNumBands(m_handle.quickTimeMovie, kStereoMix, bands);
     if (!m_meters.switchAudioLevels || !m_meters.audioLevelsPreference) return;
-    if (m_meters.audioLevelsPreference() && !m_state.audioLevelIndicatorsState) m_meters.switchAudioLevels(true);
+    if (m_meters.audioLevelsPreference() && !m_metering.audioLevelIndicatorsState) m_meters.switchAudioLevels(true);
 }
 
 void TrackLoader::openFile() {
     const auto isThere = [](const QString& folder) { return QFileInfo::exists(folder); };
     const QString last = m_panelFolder.last();
     const bool isGone = last.isEmpty() || !ask(isThere, last).value_or(false);
-    const auto panel = makeOpenPanel(m_outlets.mainWindow, isGone ? homeFolder() : last);
+    const auto panel = makeOpenPanel(m_window.mainWindow, isGone ? homeFolder() : last);
     const auto chosen = m_runPanel(*panel);
     if (!chosen) return;
     QStringList offered;

@@ -19,6 +19,7 @@
 #include "library/TrackMetadata.h"
 #include "player/Notices.h"
 #include "player/PositionClock.h"
+#include "player/Uses.h"
 #include "sound/ToneControl.h"
 #include "ui/controls/Outlets.h"
 
@@ -38,8 +39,12 @@ class TrackLoader {
 public:
     using RunPanel = std::function<std::optional<QStringList>(FilePanel&)>;
 
-    TrackLoader(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
-                PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, Notices& notices,
+    TrackLoader(Uses<CurrentMovie, MovieHandle, LoadedFile, const PlayState, const SpeedState, const PitchState,
+                     const VolumeState, const ToneState, const MeteringState>
+                    state,
+                PlayListArrays& list,
+                Uses<const VideoOutlets, const MainWindowOutlet, const PositionOutlet, const PlayListOutlet> outlets,
+                MediaEngine& engine, PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, Notices& notices,
                 LevelMeterHooks meters = {});
 
     // With `add`, a new row at the top of the play list keeps the file. The window lives on while a file takes long to
@@ -101,9 +106,20 @@ private:
     void restoreTone();
     void enableMetering();
 
-    PlayerState& m_state;
+    CurrentMovie& m_movie;
+    MovieHandle& m_handle;
+    LoadedFile& m_file;
+    const PlayState& m_play;
+    const SpeedState& m_speedState;
+    const PitchState& m_pitchState;
+    const VolumeState& m_volumeState;
+    const ToneState& m_toneState;
+    const MeteringState& m_metering;
     PlayListArrays& m_list;
-    const Outlets& m_outlets;
+    const VideoOutlets& m_outlets;
+    const MainWindowOutlet& m_window;
+    const PositionOutlet& m_position;
+    const PlayListOutlet& m_listOutlet;
     MediaEngine& m_engine;
     PositionClock& m_clock;
     ToneControl& m_tone;

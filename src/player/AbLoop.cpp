@@ -9,6 +9,8 @@ namespace qm {
 
 namespace {
 
+const QString kFirstText = QStringLiteral("00:00:00");  // of the fields
+
 QTTime markA(const PlayListArrays& list, int row) {
     return {list.markAarray[row], list.timescaleArray[row], 0};
 }
@@ -25,15 +27,25 @@ void showMark(TimeLabel* field, QTTime mark) {
 
 }  // namespace
 
-AbLoop::AbLoop(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
+AbLoop::AbLoop(Uses<const CurrentMovie, const MovieHandle, LoopState, MarkBState, MarkTimes> state,
+               PlayListArrays& list, Uses<const LoopOutlets, const PlayListOutlet> outlets, MediaEngine& engine,
                PositionClock& clock)
-    : m_state(state), m_list(list), m_outlets(outlets), m_engine(engine), m_clock(clock) {}
+    : m_movie(state),
+      m_handle(state),
+      m_loopState(state),
+      m_markB(state),
+      m_markTimes(state),
+      m_list(list),
+      m_outlets(outlets),
+      m_listOutlet(outlets),
+      m_engine(engine),
+      m_clock(clock) {}
 
 void AbLoop::loopSwitch() {
-    if (!m_state.qtMovie) return;
-    m_state.isLooping = !m_state.isLooping;
-    if (m_state.isLooping) {
-        const int row = selectedRow(m_outlets, m_list);
+    if (!m_movie.qtMovie) return;
+    m_loopState.isLooping = !m_loopState.isLooping;
+    if (m_loopState.isLooping) {
+        const int row = selectedRow(m_listOutlet, m_list);
         if (row < 0) return;  // stays on without a range; the next press switches it off
         switchOn(row);
     } else {
@@ -44,78 +56,87 @@ void AbLoop::loopSwitch() {
 
 void AbLoop::switchOn(int row) {
     const QTTime a = markA(m_list, row), b = markB(m_list, row);
-    m_state.qtMovie->setSelectionAttribute({a, QTTimeDecrement(b, a)});
-    m_state.qtMovie->setLoopsAttribute(true);
-    m_state.qtMovie->setPlaysSelectionOnlyAttribute(true);
-    m_told = {m_state.qtMovie->quickTimeMovie(), a, b, true, true};
-    showImage(m_outlets.loopButton, QStringLiteral("db_loop_on.png"));
+    m_movie.qtMovie->setSelectionAttribute({a, QTTimeDecrement(b, a)});
+    m_movie.qtMovie->setLoopsAttribute(true);
+    m_movie.qtMovie->setPlaysSelectionOnlyAttribute(true);
+    m_told = {m_movie.qtMovie->quickTimeMovie(), a, b, true, true};
+    showState(m_outlets.loopButton, QStringLiteral("db_loop_on.png"), true);
     m_clock.startCueTimer();
 }
 
 void AbLoop::switchOff() {
-    m_state.markBset = false;
-    m_state.qtMovie->setLoopsAttribute(false);
-    m_state.qtMovie->setPlaysSelectionOnlyAttribute(false);
+    m_markB.markBset = false;
+    m_movie.qtMovie->setLoopsAttribute(false);
+    m_movie.qtMovie->setPlaysSelectionOnlyAttribute(false);
     m_told = {};
-    showImage(m_outlets.loopButton, QStringLiteral("db_loop_off.png"));
+    showState(m_outlets.loopButton, QStringLiteral("db_loop_off.png"), false);
+}
+
+void AbLoop::switchOffForTrack() {
+    if (!m_loopState.isLooping) return;
+    m_loopState.isLooping = false;
+    showState(m_outlets.loopButton, QStringLiteral("db_loop_off.png"), false);
+    displayLoopFields();
+    showText(m_outlets.loopOut, kFirstText);
+    if (m_shown) m_shown->bIsShown = stringFromQTTimeLite(m_shown->b) == kFirstText;
 }
 
 void AbLoop::markAUpdate() {
-    const int row = selectedRow(m_outlets, m_list);
-    if (!m_state.qtMovie || row < 0) return;
-    m_list.markAarray[row] = m_state.qtMovie->currentTime().timeValue;
-    reloadTable(m_outlets.playList);
-    showImage(m_outlets.markAButton, QStringLiteral("db_set_in_on.png"));
+    const int row = selectedRow(m_listOutlet, m_list);
+    if (!m_movie.qtMovie || row < 0) return;
+    m_list.markAarray[row] = m_movie.qtMovie->currentTime().timeValue;
+    reloadTable(m_listOutlet.playList);
+    showState(m_outlets.markAButton, QStringLiteral("db_set_in_on.png"), true);
     rearmAndShow();
 }
 
 void AbLoop::markBUpdate() {
-    const int row = selectedRow(m_outlets, m_list);
-    if (!m_state.qtMovie || row < 0) return;
-    m_list.markBarray[row] = m_state.qtMovie->currentTime().timeValue;
-    reloadTable(m_outlets.playList);
-    showImage(m_outlets.markBButton, QStringLiteral("db_set_out_on.png"));
-    m_state.markBset = true;
+    const int row = selectedRow(m_listOutlet, m_list);
+    if (!m_movie.qtMovie || row < 0) return;
+    m_list.markBarray[row] = m_movie.qtMovie->currentTime().timeValue;
+    reloadTable(m_listOutlet.playList);
+    showState(m_outlets.markBButton, QStringLiteral("db_set_out_on.png"), true);
+    m_markB.markBset = true;
     rearmAndShow();
 }
 
 void AbLoop::rearmAndShow() {
-    if (m_state.isLooping) {
-        m_state.isLooping = false;
+    if (m_loopState.isLooping) {
+        m_loopState.isLooping = false;
         loopSwitch();
     }
     displayLoopFields();
 }
 
 void AbLoop::resetMarks() {
-    m_state.timeB = QTTime{};
-    m_state.timeA = QTTime{};
-    if (!m_state.qtMovie) return;
-    m_state.markBset = false;
-    m_state.qtMovie->setPlaysSelectionOnlyAttribute(false);
-    if (hasTold(*m_state.qtMovie)) m_told.selectionOnly = false;
-    const int row = selectedRow(m_outlets, m_list);
+    m_markTimes.timeB = QTTime{};
+    m_markTimes.timeA = QTTime{};
+    if (!m_movie.qtMovie) return;
+    m_markB.markBset = false;
+    m_movie.qtMovie->setPlaysSelectionOnlyAttribute(false);
+    if (hasTold(*m_movie.qtMovie)) m_told.selectionOnly = false;
+    const int row = selectedRow(m_listOutlet, m_list);
     if (row < 0) return;
     m_list.markAarray[row] = 0;
-    m_list.markBarray[row] = m_engine.GetMovieDuration(m_state.quickTimeMovie);
-    reloadTable(m_outlets.playList);
-    showImage(m_outlets.markAButton, QStringLiteral("db_set_in_off.png"));
-    showImage(m_outlets.markBButton, QStringLiteral("db_set_out_off.png"));
+    m_list.markBarray[row] = m_engine.GetMovieDuration(m_handle.quickTimeMovie);
+    reloadTable(m_listOutlet.playList);
+    showState(m_outlets.markAButton, QStringLiteral("db_set_in_off.png"), false);
+    showState(m_outlets.markBButton, QStringLiteral("db_set_out_off.png"), false);
     displayLoopFields();
 }
 
 void AbLoop::displayLoopFields() {
-    const int row = selectedRow(m_outlets, m_list);
+    const int row = selectedRow(m_listOutlet, m_list);
     if (row < 0) return;
     const QTTime a = markA(m_list, row), b = markB(m_list, row);
     showMark(m_outlets.loopIn, a);
     showMark(m_outlets.loopOut, b);
-    m_shown = {a, b, a.timeValue != 0, b.timeValue != m_list.durations[row]};
+    m_shown = {a, b, a.timeValue != 0, b.timeValue != m_list.durations[row], stringFromQTTimeLite(b).has_value()};
 }
 
 std::optional<std::pair<double, double>> AbLoop::repeatedPassage() const {
-    if (!m_state.qtMovie || !hasTold(*m_state.qtMovie) || !m_told.loops) return std::nullopt;
-    const QTTime whole = m_state.qtMovie->duration();
+    if (!m_movie.qtMovie || !hasTold(*m_movie.qtMovie) || !m_told.loops) return std::nullopt;
+    const QTTime whole = m_movie.qtMovie->duration();
     const auto end = static_cast<double>(whole.timeValue);
     const auto inMovie = [&](QTTime mark) {
         return std::clamp(static_cast<double>(mark.timeValue) * whole.timeScale / mark.timeScale, 0.0, end);

@@ -9,6 +9,7 @@
 #include "app/PlayerState.h"
 #include "library/PlayListArrays.h"
 #include "player/PositionClock.h"
+#include "player/Uses.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
@@ -19,16 +20,21 @@ struct ShownMarks {
     QTTime b;
     bool aChanged = false;  // away from the track's start
     bool bChanged = false;  // away from its end
+    bool bIsShown = true;   // the field of B may have been put back to its first text
 };
 
 class AbLoop {
 public:
-    AbLoop(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine, PositionClock& clock);
+    AbLoop(Uses<const CurrentMovie, const MovieHandle, LoopState, MarkBState, MarkTimes> state, PlayListArrays& list,
+           Uses<const LoopOutlets, const PlayListOutlet> outlets, MediaEngine& engine, PositionClock& clock);
 
     void loopSwitch();
     void markAUpdate();
     void markBUpdate();
     void resetMarks();
+
+    // For a track that is played from the list: the switch goes off, and the movie that looped is left as it is.
+    void switchOffForTrack();
 
     // Shows A and B of the selected row.
     void displayLoopFields();
@@ -54,9 +60,14 @@ private:
     void rearmAndShow();
     bool hasTold(const QTMovie& movie) const { return m_told.movie == movie.quickTimeMovie(); }
 
-    PlayerState& m_state;
+    const CurrentMovie& m_movie;
+    const MovieHandle& m_handle;
+    LoopState& m_loopState;
+    MarkBState& m_markB;
+    MarkTimes& m_markTimes;
     PlayListArrays& m_list;
-    const Outlets& m_outlets;
+    const LoopOutlets& m_outlets;
+    const PlayListOutlet& m_listOutlet;
     MediaEngine& m_engine;
     PositionClock& m_clock;
     Told m_told;

@@ -24,6 +24,10 @@ inline void showImage(ImageButton* button, const QString& name) {
     if (button) button->setImageName(name);
 }
 
+inline void showState(ImageButton* button, const QString& imageName, bool on) {
+    if (button) button->showState(imageName, on);
+}
+
 inline void showValue(Slider* slider, double value) {
     if (slider) slider->setValue(value);
 }
@@ -49,8 +53,8 @@ inline void reloadTable(PlayListView* table) {
 }
 
 // The selected row of the play list; -1 when there is none, or none that the arrays know.
-inline int selectedRow(const Outlets& outlets, const PlayListArrays& list) {
-    const int row = outlets.playList ? outlets.playList->selectedRow() : -1;
+inline int selectedRow(const PlayListOutlet& outlet, const PlayListArrays& list) {
+    const int row = outlet.playList ? outlet.playList->selectedRow() : -1;
     return row < list.count() ? row : -1;
 }
 

@@ -14,25 +14,36 @@ constexpr int kTickMilliseconds = 100;
 
 }  // namespace
 
-PositionClock::PositionClock(PlayerState& state, const Outlets& outlets, MediaEngine& engine)
-    : m_state(state), m_outlets(outlets), m_engine(engine) {}
+PositionClock::PositionClock(
+    Uses<const CurrentMovie, const MovieHandle, const LoopState, const MarkBState, CueTimer, const TimeTexts> state,
+    Uses<const ClockOutlets, const PositionOutlet> outlets, MediaEngine& engine)
+    : m_movie(state),
+      m_handle(state),
+      m_loopState(state),
+      m_markB(state),
+      m_cueTimer(state),
+      m_texts(state),
+      m_outlets(outlets),
+      m_position(outlets),
+      m_engine(engine) {}
 
 void PositionClock::startCueTimer() {
-    if (m_state.movieTimer) m_state.movieTimer->stop();
-    m_state.movieTimer = std::make_unique<QTimer>();
-    QObject::connect(m_state.movieTimer.get(), &QTimer::timeout, m_state.movieTimer.get(), [this] { updateSlider(); });
-    m_state.movieTimer->start(kTickMilliseconds);
+    if (m_cueTimer.movieTimer) m_cueTimer.movieTimer->stop();
+    m_cueTimer.movieTimer = std::make_unique<QTimer>();
+    QObject::connect(m_cueTimer.movieTimer.get(), &QTimer::timeout, m_cueTimer.movieTimer.get(),
+                     [this] { updateSlider(); });
+    m_cueTimer.movieTimer->start(kTickMilliseconds);
 }
 
 void PositionClock::wake() {
-    if (!m_state.movieTimer || !m_state.movieTimer->isActive()) startCueTimer();
+    if (!m_cueTimer.movieTimer || !m_cueTimer.movieTimer->isActive()) startCueTimer();
 }
 
 void PositionClock::updateSlider() {
-    if (!m_state.qtMovie) return;
-    const Movie movie = m_state.quickTimeMovie;
+    if (!m_movie.qtMovie) return;
+    const Movie movie = m_handle.quickTimeMovie;
     if (m_engine.IsMovieDone(movie)) {
-        if (m_state.movieTimer) m_state.movieTimer->stop();
+        if (m_cueTimer.movieTimer) m_cueTimer.movieTimer->stop();
         followWithSlider(m_engine.GetMovieDuration(movie));
     }
     followWithSlider(m_engine.GetMovieTime(movie));
@@ -41,28 +52,28 @@ void PositionClock::updateSlider() {
 
 // A slider that the user holds stays under the hand.
 void PositionClock::followWithSlider(double time) {
-    if (m_outlets.cueSlider && !m_outlets.cueSlider->isHeld()) m_outlets.cueSlider->setValue(time);
+    if (m_position.cueSlider && !m_position.cueSlider->isHeld()) m_position.cueSlider->setValue(time);
 }
 
 void PositionClock::movieTimeChanged() {
-    if (!m_state.qtMovie) return;
-    const QTTime current = m_state.qtMovie->currentTime();
-    const QTTime remaining = QTTimeDecrement(m_state.qtMovie->duration(), current);
+    if (!m_movie.qtMovie) return;
+    const QTTime current = m_movie.qtMovie->currentTime();
+    const QTTime remaining = QTTimeDecrement(m_movie.qtMovie->duration(), current);
     const auto timeString = QTStringFromTime(current);
     if (!timeString) return;
-    showText(m_outlets.timecode, elapsedText(QString::fromStdString(*timeString), m_state.slashCharacter));
+    showText(m_outlets.timecode, elapsedText(QString::fromStdString(*timeString), m_texts.slashCharacter));
     if (const auto text = stringFromQTTimeLite(remaining)) showText(m_outlets.timeRemaining, *text);
 }
 
 void PositionClock::cueUpdate() {
-    if (!m_outlets.cueSlider) return;
-    const double value = m_outlets.cueSlider->value();
-    if (!m_state.qtMovie) {
-        m_outlets.cueSlider->setValue(0.0);
+    if (!m_position.cueSlider) return;
+    const double value = m_position.cueSlider->value();
+    if (!m_movie.qtMovie) {
+        m_position.cueSlider->setValue(0.0);
         return;
     }
-    if (!m_state.isLooping || !m_state.markBset) {
-        m_engine.SetMovieTimeValue(m_state.quickTimeMovie, truncToInt32(value));
+    if (!m_loopState.isLooping || !m_markB.markBset) {
+        m_engine.SetMovieTimeValue(m_handle.quickTimeMovie, truncToInt32(value));
         movieTimeChanged();
     }
     wake();

@@ -4,13 +4,16 @@
 #pragma once
 
 #include "app/PlayerState.h"
+#include "player/Uses.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
 
 class PositionClock {
 public:
-    PositionClock(PlayerState& state, const Outlets& outlets, MediaEngine& engine);
+    PositionClock(
+        Uses<const CurrentMovie, const MovieHandle, const LoopState, const MarkBState, CueTimer, const TimeTexts> state,
+        Uses<const ClockOutlets, const PositionOutlet> outlets, MediaEngine& engine);
 
     // Replaces the running timer, if any: there is never more than one.
     void startCueTimer();
@@ -30,8 +33,14 @@ public:
 private:
     void followWithSlider(double time);
 
-    PlayerState& m_state;
-    const Outlets& m_outlets;
+    const CurrentMovie& m_movie;
+    const MovieHandle& m_handle;
+    const LoopState& m_loopState;
+    const MarkBState& m_markB;
+    CueTimer& m_cueTimer;
+    const TimeTexts& m_texts;
+    const ClockOutlets& m_outlets;
+    const PositionOutlet& m_position;
     MediaEngine& m_engine;
 };
 

@@ -10,6 +10,7 @@
 #include "library/PlayListTable.h"
 #include "library/TrackInfo.h"
 #include "player/PositionClock.h"
+#include "player/Uses.h"
 #include "sound/SpeedControl.h"
 #include "ui/controls/Outlets.h"
 
@@ -17,8 +18,10 @@ namespace qm {
 
 class Transport {
 public:
-    Transport(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine,
-              PositionClock& clock, SpeedControl& speed, PlayListTable& table, TrackInfo& info);
+    Transport(Uses<const CurrentMovie, const MovieHandle, PlayState, SpeedState, ChosenRow, const LoopState> state,
+              const PlayListArrays& list,
+              Uses<const TransportButtons, const PositionOutlet, const PlayListOutlet, const LevelReadOuts> outlets,
+              MediaEngine& engine, PositionClock& clock, SpeedControl& speed, PlayListTable& table, TrackInfo& info);
 
     void playForward();  // pauses when already playing
     void playBackward();
@@ -34,9 +37,17 @@ private:
     void reverse();
     void showSliderRange();
 
-    PlayerState& m_state;
-    PlayListArrays& m_list;
-    const Outlets& m_outlets;
+    const CurrentMovie& m_movie;
+    const MovieHandle& m_handle;
+    PlayState& m_play;
+    SpeedState& m_speedState;
+    ChosenRow& m_chosen;
+    const LoopState& m_loopState;
+    const PlayListArrays& m_list;
+    const TransportButtons& m_buttons;
+    const PositionOutlet& m_position;
+    const PlayListOutlet& m_listOutlet;
+    const LevelReadOuts& m_readOuts;
     MediaEngine& m_engine;
     PositionClock& m_clock;
     SpeedControl& m_speed;

@@ -6,32 +6,33 @@ namespace qm {
 
 namespace {
 
-void showImages(const Outlets& outlets, const char* forward, const char* pause, const char* backward) {
-    showImage(outlets.playForwardButton, QString::fromLatin1(forward));
-    showImage(outlets.pauseButton, QString::fromLatin1(pause));
-    showImage(outlets.playBackwardButton, QString::fromLatin1(backward));
+enum class Lit { Forward, Pause, Backward };
+
+void light(const TransportButtons& buttons, Lit lit) {
+    const auto show = [](ImageButton* button, const char* onImage, const char* offImage, bool on) {
+        showState(button, QString::fromLatin1(on ? onImage : offImage), on);
+    };
+    show(buttons.playForwardButton, "db_Play_F_on.png", "db_Play_F_off.png", lit == Lit::Forward);
+    show(buttons.pauseButton, "db_Pause_on.png", "db_Pause_off.png", lit == Lit::Pause);
+    show(buttons.playBackwardButton, "db_Play_R_on.png", "db_Play_R_off.png", lit == Lit::Backward);
 }
 
 }  // namespace
 
-void showForwardImages(const Outlets& outlets) {
-    showImages(outlets, "db_Play_F_on.png", "db_Pause_off.png", "db_Play_R_off.png");
+void showForwardImages(const TransportButtons& buttons) {
+    light(buttons, Lit::Forward);
 }
 
-void showBackwardImages(const Outlets& outlets) {
-    showImages(outlets, "db_Play_F_off.png", "db_Pause_off.png", "db_Play_R_on.png");
+void showBackwardImages(const TransportButtons& buttons) {
+    light(buttons, Lit::Backward);
 }
 
-void showPauseImages(const Outlets& outlets) {
-    showImages(outlets, "db_Play_F_off.png", "db_Pause_on.png", "db_Play_R_off.png");
+void showPauseImages(const TransportButtons& buttons) {
+    light(buttons, Lit::Pause);
 }
 
-void showImagesForRate(const Outlets& outlets, float rate) {
-    if (rate < 0) {
-        showBackwardImages(outlets);
-    } else {
-        showForwardImages(outlets);
-    }
+void showImagesForRate(const TransportButtons& buttons, float rate) {
+    light(buttons, rate < 0 ? Lit::Backward : Lit::Forward);
 }
 
 }  // namespace qm

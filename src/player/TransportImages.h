@@ -5,11 +5,11 @@
 
 namespace qm {
 
-void showForwardImages(const Outlets& outlets);
-void showBackwardImages(const Outlets& outlets);
-void showPauseImages(const Outlets& outlets);
+void showForwardImages(const TransportButtons& buttons);
+void showBackwardImages(const TransportButtons& buttons);
+void showPauseImages(const TransportButtons& buttons);
 
 // Backward below 0, forward otherwise.
-void showImagesForRate(const Outlets& outlets, float rate);
+void showImagesForRate(const TransportButtons& buttons, float rate);
 
 }  // namespace qm

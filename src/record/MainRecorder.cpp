@@ -12,9 +12,9 @@
 
 namespace qm {
 
-MainRecorder::MainRecorder(PlayerState& state, MainRecorderState& recorder, const Outlets& outlets,
+MainRecorder::MainRecorder(RecordingState& state, MainRecorderState& recorder, const RecordOutlets& outlets,
                            CaptureEngine& engine, Takes& takes)
-    : m_state(state),
+    : m_recording(state),
       m_recorder(recorder),
       m_outlets(outlets),
       m_engine(engine),
@@ -31,8 +31,8 @@ void MainRecorder::audioRecordOpen() {
 }
 
 void MainRecorder::audioStartRecord() {
-    if (m_state.isRecording) {
-        m_state.isRecording = false;
+    if (m_recording.isRecording) {
+        m_recording.isRecording = false;
         showImage(m_outlets.audioRecordStatus, QStringLiteral("db_rec_ind_off.png"));
         showImage(m_outlets.audioRecordButton, QStringLiteral("db_start_recording_off.png"));
         audioStopRecord();
@@ -40,7 +40,7 @@ void MainRecorder::audioStartRecord() {
     }
     if (!runCapture(m_recorder, "audioStartRecord")) return;
     m_recorder.audioRecordStartTime = m_now();
-    m_state.isRecording = true;
+    m_recording.isRecording = true;
     startRecordClock(m_recorder, [this] { updateAudioRecorder(); });
     m_recorder.audioRecordPath = takeOnDesktop();
     recordTo(m_recorder, m_recorder.audioRecordPath);
@@ -49,7 +49,7 @@ void MainRecorder::audioStartRecord() {
 }
 
 void MainRecorder::updateAudioRecorder() {
-    if (!m_state.isRecording && m_recorder.audioRecordTimer) {
+    if (!m_recording.isRecording && m_recorder.audioRecordTimer) {
         stopRecordClock(m_recorder);
         showText(m_outlets.audioRecordingTime, kNothingElapsed);
         return;
@@ -74,7 +74,7 @@ void MainRecorder::audioStopRecord() {
 void MainRecorder::audioRecordClose() {
     QWidget* window = m_outlets.audioRecordingWindow;
     if (!window || !window->isVisible()) return;
-    if (m_state.isRecording) audioStartRecord();
+    if (m_recording.isRecording) audioStartRecord();
     window->hide();
 }
 
@@ -83,7 +83,7 @@ void MainRecorder::captureOutputDidFinishRecording(const QUrl& file) {
 }
 
 void MainRecorder::finishFile() {
-    if (m_state.isRecording) finishCapture(m_recorder);
+    if (m_recording.isRecording) finishCapture(m_recorder);
 }
 
 }  // namespace qm

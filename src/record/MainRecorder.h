@@ -23,8 +23,8 @@ struct MainRecorderState : RecorderState {
 
 class MainRecorder {
 public:
-    MainRecorder(PlayerState& state, MainRecorderState& recorder, const Outlets& outlets, CaptureEngine& engine,
-                 Takes& takes);
+    MainRecorder(RecordingState& state, MainRecorderState& recorder, const RecordOutlets& outlets,
+                 CaptureEngine& engine, Takes& takes);
 
     void audioRecordOpen();   // shows the Recording window and prepares capture
     void audioStartRecord();  // starts, or stops
@@ -41,9 +41,9 @@ public:
     void setNow(std::function<QDateTime()> now) { m_now = std::move(now); }
 
 private:
-    PlayerState& m_state;
+    RecordingState& m_recording;
     MainRecorderState& m_recorder;
-    const Outlets& m_outlets;
+    const RecordOutlets& m_outlets;
     CaptureEngine& m_engine;
     Takes& m_takes;
     RunSavePanel m_runSavePanel;

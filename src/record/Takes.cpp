@@ -21,7 +21,7 @@ QString nameOf(const QString& path) {
 
 }  // namespace
 
-Takes::Takes(Notices& notices, const Outlets& outlets)
+Takes::Takes(Notices& notices, const MainWindowOutlet& outlets)
     : m_notices(notices),
       m_outlets(outlets),
       m_runPanel([](QWidget* parent, const QString& folder, const QString& name) {

@@ -15,7 +15,7 @@ namespace qm {
 
 class Takes {
 public:
-    Takes(Notices& notices, const Outlets& outlets);
+    Takes(Notices& notices, const MainWindowOutlet& outlets);
 
     // Before a recording to `path` begins. False when a file stands there that cannot be set aside: then nothing may be
     // recorded, or it would be lost.
@@ -40,7 +40,7 @@ private:
     void keepNextLeft();
 
     Notices& m_notices;
-    const Outlets& m_outlets;
+    const MainWindowOutlet& m_outlets;
     RunSavePanel m_runPanel;
     std::function<bool(const QString& path)> m_isBeingMade = [](const QString&) { return false; };
 };

@@ -24,8 +24,9 @@ void collect(MeterView* view, std::uint8_t band, std::vector<LevelIndicator*>& i
 
 }  // namespace
 
-LevelMeters::LevelMeters(PlayerState& state, LevelMeterState& meters, const Outlets& outlets, MediaEngine& engine)
-    : m_state(state), m_meters(meters), m_outlets(outlets), m_engine(engine) {}
+LevelMeters::LevelMeters(Uses<const MovieHandle, MeteringState> state, LevelMeterState& meters,
+                         Uses<const MeterOutlets, const LevelReadOuts> outlets, MediaEngine& engine)
+    : m_handle(state), m_metering(state), m_meters(meters), m_outlets(outlets), m_readOuts(outlets), m_engine(engine) {}
 
 void LevelMeters::prepare() {
     m_meters.pAveragePowerLevels = std::make_unique<QTAudioVolumeLevels>();
@@ -47,16 +48,16 @@ void LevelMeters::switchAudioLevels(bool on) {
         QObject::connect(m_meters.mTimer.get(), &QTimer::timeout, m_meters.mTimer.get(),
                          [this] { audioLevelFireMethod(); });
         m_meters.mTimer->start(kTickMilliseconds);
-        m_state.audioLevelIndicatorsState = true;
+        m_metering.audioLevelIndicatorsState = true;
         return;
     }
-    m_state.audioLevelIndicatorsState = false;
+    m_metering.audioLevelIndicatorsState = false;
     m_meters.mTimer.reset();
     for (LevelIndicator* indicator : m_meters.mArray) indicator->setFloatValue(0);
 }
 
 bool LevelMeters::readLevels() {
-    const Movie movie = m_state.quickTimeMovie;
+    const Movie movie = m_handle.quickTimeMovie;
     if (m_engine.GetMovieAudioFrequencyLevels(movie, kStereoMix, *m_meters.mFreqResults) != kNoErr) return false;
     return m_engine.GetMovieAudioVolumeLevels(movie, kDeviceMix, *m_meters.pAveragePowerLevels,
                                               *m_meters.pPeakHoldLevels) == kNoErr;
@@ -77,9 +78,9 @@ void LevelMeters::audioLevelFireMethod() {
         }
         const float power = m_meters.pAveragePowerLevels->level[c];
         if (c == 0)
-            showPower(m_outlets.audioLevelLeft, m_left, power);
+            showPower(m_readOuts.audioLevelLeft, m_left, power);
         else
-            showPower(m_outlets.audioLevelRight, m_right, power);
+            showPower(m_readOuts.audioLevelRight, m_right, power);
     }
 }
 
@@ -93,14 +94,14 @@ void LevelMeters::showPower(QLabel* readOut, Power& shown, float decibels) {
 }
 
 void LevelMeters::displayLevels() {
+    if (m_outlets.audioLevelsPanel) showPanel(!m_outlets.audioLevelsPanel->isVisible());
+}
+
+void LevelMeters::showPanel(bool shown) {
     QWidget* panel = m_outlets.audioLevelsPanel;
     if (!panel) return;
-    if (panel->isVisible()) {
-        panel->hide();
-        return;
-    }
-    panel->show();
-    panel->raise();
+    panel->setVisible(shown);
+    if (shown) panel->raise();
 }
 
 }  // namespace qm

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/PlayerState.h"
+#include "player/Uses.h"
 #include "ui/controls/Outlets.h"
 
 class QLabel;
@@ -29,7 +30,8 @@ struct LevelMeterState {
 
 class LevelMeters {
 public:
-    LevelMeters(PlayerState& state, LevelMeterState& meters, const Outlets& outlets, MediaEngine& engine);
+    LevelMeters(Uses<const MovieHandle, MeteringState> state, LevelMeterState& meters,
+                Uses<const MeterOutlets, const LevelReadOuts> outlets, MediaEngine& engine);
 
     // Makes the records and collects the indicators of both views. Once, when the outlets are there.
     void prepare();
@@ -37,6 +39,7 @@ public:
     void switchAudioLevels(bool on);
     void audioLevelFireMethod();  // one tick
     void displayLevels();         // shows or hides the panel; the meters go on
+    void showPanel(bool shown);
 
 private:
     // What a read-out was last given.
@@ -48,9 +51,11 @@ private:
     bool readLevels();
     static void showPower(QLabel* readOut, Power& shown, float decibels);
 
-    PlayerState& m_state;
+    const MovieHandle& m_handle;
+    MeteringState& m_metering;
     LevelMeterState& m_meters;
-    const Outlets& m_outlets;
+    const MeterOutlets& m_outlets;
+    const LevelReadOuts& m_readOuts;
     MediaEngine& m_engine;
     Power m_left;
     Power m_right;

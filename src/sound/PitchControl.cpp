@@ -14,47 +14,48 @@ constexpr double kOctave = 1200;   // cents
 
 }  // namespace
 
-PitchControl::PitchControl(PlayerState& state, const Outlets& outlets, MediaEngine& engine)
-    : m_state(state), m_outlets(outlets), m_engine(engine) {}
+PitchControl::PitchControl(Uses<const CurrentMovie, const MovieHandle, PitchState, const TitleAttributes> state,
+                           const PitchOutlets& outlets, MediaEngine& engine)
+    : m_movie(state), m_handle(state), m_pitchState(state), m_titles(state), m_outlets(outlets), m_engine(engine) {}
 
 void PitchControl::pitchUpdate() {
     if (!m_outlets.pitchSlider) return;
-    m_state.pitch = static_cast<float>(m_outlets.pitchSlider->value());
+    m_pitchState.pitch = static_cast<float>(m_outlets.pitchSlider->value());
     showTitle();
     applyToMovie();
 }
 
 void PitchControl::semiToneDown() {
-    stepTo(std::max(m_state.pitch - kSemitone, -kOctave));
+    stepTo(std::max(m_pitchState.pitch - kSemitone, -kOctave));
 }
 
 void PitchControl::semiToneUp() {
-    stepTo(std::min(m_state.pitch + kSemitone, kOctave));
+    stepTo(std::min(m_pitchState.pitch + kSemitone, kOctave));
 }
 
 void PitchControl::stepTo(double cents) {
-    m_state.pitch = static_cast<float>(cents);
-    showValue(m_outlets.pitchSlider, m_state.pitch);
+    m_pitchState.pitch = static_cast<float>(cents);
+    showValue(m_outlets.pitchSlider, m_pitchState.pitch);
     showTitle();
     applyToMovie();
 }
 
 void PitchControl::pitchReset() {
-    m_state.pitch = 0.0f;
+    m_pitchState.pitch = 0.0f;
     showValue(m_outlets.pitchSlider, 0.0);
-    showAttributedTitle(m_outlets.pitchResetButton, QStringLiteral("0"), m_state.controlColorAttributes);
+    showAttributedTitle(m_outlets.pitchResetButton, QStringLiteral("0"), m_titles.controlColorAttributes);
     applyToMovie();
 }
 
 void PitchControl::showTitle() {
-    showAttributedTitle(m_outlets.pitchResetButton, QString::number(truncToInt32(m_state.pitch)),
-                        m_state.controlColorAttributes);
+    showAttributedTitle(m_outlets.pitchResetButton, QString::number(truncToInt32(m_pitchState.pitch)),
+                        m_titles.controlColorAttributes);
 }
 
 void PitchControl::applyToMovie() {
-    if (!m_state.qtMovie) return;
-    m_engine.QTSetMovieProperty(m_state.quickTimeMovie, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch,
-                                sizeof m_state.pitch, &m_state.pitch);
+    if (!m_movie.qtMovie) return;
+    m_engine.QTSetMovieProperty(m_handle.quickTimeMovie, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch,
+                                sizeof m_pitchState.pitch, &m_pitchState.pitch);
 }
 
 }  // namespace qm

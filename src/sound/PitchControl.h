@@ -3,13 +3,15 @@
 #pragma once
 
 #include "app/PlayerState.h"
+#include "player/Uses.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
 
 class PitchControl {
 public:
-    PitchControl(PlayerState& state, const Outlets& outlets, MediaEngine& engine);
+    PitchControl(Uses<const CurrentMovie, const MovieHandle, PitchState, const TitleAttributes> state,
+                 const PitchOutlets& outlets, MediaEngine& engine);
 
     void pitchUpdate();  // the slider's action
     void semiToneDown();
@@ -21,8 +23,11 @@ private:
     void showTitle();
     void applyToMovie();
 
-    PlayerState& m_state;
-    const Outlets& m_outlets;
+    const CurrentMovie& m_movie;
+    const MovieHandle& m_handle;
+    PitchState& m_pitchState;
+    const TitleAttributes& m_titles;
+    const PitchOutlets& m_outlets;
     MediaEngine& m_engine;
 };
 

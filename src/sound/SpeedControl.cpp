@@ -15,70 +15,77 @@ constexpr double kStep = 0.05;
 
 }  // namespace
 
-SpeedControl::SpeedControl(PlayerState& state, const Outlets& outlets, PositionClock& clock)
-    : m_state(state), m_outlets(outlets), m_clock(clock) {}
+SpeedControl::SpeedControl(Uses<const CurrentMovie, const PlayState, SpeedState, const TitleAttributes> state,
+                           Uses<const SpeedOutlets, const TransportButtons> outlets, PositionClock& clock)
+    : m_movie(state),
+      m_play(state),
+      m_speedState(state),
+      m_titles(state),
+      m_outlets(outlets),
+      m_buttons(outlets),
+      m_clock(clock) {}
 
 void SpeedControl::speedUpdate() {
     if (!m_outlets.speedSlider) return;
-    m_state.rate = static_cast<float>(m_outlets.speedSlider->value());
-    if (keepOutOfDeadBand()) m_outlets.speedSlider->setValue(m_state.rate);
+    m_speedState.rate = static_cast<float>(m_outlets.speedSlider->value());
+    if (keepOutOfDeadBand()) m_outlets.speedSlider->setValue(m_speedState.rate);
     showTitle();
     applyToMovie();
 }
 
 void SpeedControl::speedX(float value) {
-    m_state.rate = value;
+    m_speedState.rate = value;
     speedValidate();
     applyToMovie();
 }
 
 void SpeedControl::speedDown() {
-    speedX(static_cast<float>(m_state.rate + (m_state.rate > 0 ? -kStep : kStep)));
+    speedX(static_cast<float>(m_speedState.rate + (m_speedState.rate > 0 ? -kStep : kStep)));
 }
 
 void SpeedControl::speedUp() {
-    speedX(static_cast<float>(m_state.rate + (m_state.rate > 0 ? kStep : -kStep)));
+    speedX(static_cast<float>(m_speedState.rate + (m_speedState.rate > 0 ? kStep : -kStep)));
 }
 
 void SpeedControl::speedReset() {
-    m_state.rate = 1.0f;
-    showAttributedTitle(m_outlets.speedResetButton, QStringLiteral("1.0"), m_state.controlColorAttributes);
+    m_speedState.rate = 1.0f;
+    showAttributedTitle(m_outlets.speedResetButton, QStringLiteral("1.0"), m_titles.controlColorAttributes);
     showValue(m_outlets.speedSlider, 1.0);
-    showImage(m_outlets.playBackwardButton, QStringLiteral("db_Play_R_off.png"));
-    if (m_state.isPlaying) showImage(m_outlets.playForwardButton, QStringLiteral("db_Play_F_on.png"));
-    if (m_state.qtMovie && m_state.isPlaying) m_state.qtMovie->setRate(m_state.rate);
+    showState(m_buttons.playBackwardButton, QStringLiteral("db_Play_R_off.png"), false);
+    if (m_play.isPlaying) showState(m_buttons.playForwardButton, QStringLiteral("db_Play_F_on.png"), true);
+    if (m_movie.qtMovie && m_play.isPlaying) m_movie.qtMovie->setRate(m_speedState.rate);
 }
 
 void SpeedControl::speedValidate() {
     keepOutOfDeadBand();
-    if (m_state.rate > kFastest) m_state.rate = static_cast<float>(kFastest);
-    if (m_state.rate < -kFastest) m_state.rate = static_cast<float>(-kFastest);
+    if (m_speedState.rate > kFastest) m_speedState.rate = static_cast<float>(kFastest);
+    if (m_speedState.rate < -kFastest) m_speedState.rate = static_cast<float>(-kFastest);
     showRate();
 }
 
 void SpeedControl::showRate() {
-    showValue(m_outlets.speedSlider, m_state.rate);
+    showValue(m_outlets.speedSlider, m_speedState.rate);
     showTitle();
 }
 
 // Between -0.35 and 0.35 only standing still is a speed. True when the rate was in there and had to move.
 bool SpeedControl::keepOutOfDeadBand() {
-    const bool tooSlowForward = 0 < m_state.rate && m_state.rate < kSlowest;
-    const bool tooSlowBackward = -kSlowest < m_state.rate && m_state.rate < 0;
-    if (tooSlowForward) m_state.rate = static_cast<float>(kSlowest);
-    if (tooSlowBackward) m_state.rate = static_cast<float>(-kSlowest);
+    const bool tooSlowForward = 0 < m_speedState.rate && m_speedState.rate < kSlowest;
+    const bool tooSlowBackward = -kSlowest < m_speedState.rate && m_speedState.rate < 0;
+    if (tooSlowForward) m_speedState.rate = static_cast<float>(kSlowest);
+    if (tooSlowBackward) m_speedState.rate = static_cast<float>(-kSlowest);
     return tooSlowForward || tooSlowBackward;
 }
 
 void SpeedControl::showTitle() {
-    showAttributedTitle(m_outlets.speedResetButton, rateTitle(m_state.rate), m_state.controlColorAttributes);
+    showAttributedTitle(m_outlets.speedResetButton, rateTitle(m_speedState.rate), m_titles.controlColorAttributes);
 }
 
 void SpeedControl::applyToMovie() {
-    if (!m_state.qtMovie) return;
-    if (m_state.isPlaying) {
-        m_state.qtMovie->setRate(m_state.rate);
-        showImagesForRate(m_outlets, m_state.rate);
+    if (!m_movie.qtMovie) return;
+    if (m_play.isPlaying) {
+        m_movie.qtMovie->setRate(m_speedState.rate);
+        showImagesForRate(m_buttons, m_speedState.rate);
     }
     m_clock.startCueTimer();
 }

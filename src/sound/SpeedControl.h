@@ -4,13 +4,15 @@
 
 #include "app/PlayerState.h"
 #include "player/PositionClock.h"
+#include "player/Uses.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
 
 class SpeedControl {
 public:
-    SpeedControl(PlayerState& state, const Outlets& outlets, PositionClock& clock);
+    SpeedControl(Uses<const CurrentMovie, const PlayState, SpeedState, const TitleAttributes> state,
+                 Uses<const SpeedOutlets, const TransportButtons> outlets, PositionClock& clock);
 
     // The slider's action. Values beyond 2.5 pass as they are: the slider's bounds are the limit.
     void speedUpdate();
@@ -31,8 +33,12 @@ private:
     void showTitle();
     void applyToMovie();
 
-    PlayerState& m_state;
-    const Outlets& m_outlets;
+    const CurrentMovie& m_movie;
+    const PlayState& m_play;
+    SpeedState& m_speedState;
+    const TitleAttributes& m_titles;
+    const SpeedOutlets& m_outlets;
+    const TransportButtons& m_buttons;
     PositionClock& m_clock;
 };
 

@@ -21,15 +21,24 @@ struct ToneControl::Tone {
     std::vector<std::int16_t>& perRow;
 };
 
-ToneControl::ToneControl(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine)
-    : m_state(state), m_list(list), m_outlets(outlets), m_engine(engine) {}
+ToneControl::ToneControl(Uses<const CurrentMovie, const MovieHandle, ToneState, const TitleAttributes> state,
+                         PlayListArrays& list, Uses<const ToneOutlets, const PlayListOutlet> outlets,
+                         MediaEngine& engine)
+    : m_movie(state),
+      m_handle(state),
+      m_toneState(state),
+      m_titles(state),
+      m_list(list),
+      m_outlets(outlets),
+      m_listOutlet(outlets),
+      m_engine(engine) {}
 
 ToneControl::Tone ToneControl::bass() {
-    return {m_state.bass, m_outlets.bassSlider, m_outlets.bassResetButton, m_list.bassArray};
+    return {m_toneState.bass, m_outlets.bassSlider, m_outlets.bassResetButton, m_list.bassArray};
 }
 
 ToneControl::Tone ToneControl::treble() {
-    return {m_state.treble, m_outlets.trebleSlider, m_outlets.trebleResetButton, m_list.trebleArray};
+    return {m_toneState.treble, m_outlets.trebleSlider, m_outlets.trebleResetButton, m_list.trebleArray};
 }
 
 void ToneControl::bassMax() {
@@ -68,21 +77,39 @@ void ToneControl::update(Tone tone) {
     if (!tone.slider) return;
     const std::int32_t whole = truncToInt32(static_cast<float>(tone.slider->value()));
     tone.field = static_cast<std::int16_t>(static_cast<std::uint16_t>(whole));
-    showAttributedTitle(tone.title, QString::number(tone.field), m_state.controlColorAttributes);
+    showAttributedTitle(tone.title, QString::number(tone.field), m_titles.controlColorAttributes);
     keepAndApply(tone);
 }
 
+void ToneControl::restore(int row) {
+    restore(bass(), row);
+    restore(treble(), row);
+    bassAndTrebleUpdate();
+}
+
+void ToneControl::restore(Tone tone, int row) {
+    tone.field = tone.perRow[row];
+    showValue(tone.slider, tone.field);
+    showAttributedTitle(tone.title, QString::number(tone.field), m_titles.controlColorAttributes);
+}
+
+void ToneControl::repaintTitles() {
+    for (TitleButton* title : {m_outlets.bassResetButton, m_outlets.trebleResetButton})
+        if (title) title->repaint();
+}
+
 void ToneControl::keepAndApply(Tone tone) {
-    if (!m_state.qtMovie) return;
-    const int row = selectedRow(m_outlets, m_list);
+    if (!m_movie.qtMovie) return;
+    const int row = selectedRow(m_listOutlet, m_list);
     if (row > -1) tone.perRow[row] = tone.field;
     bassAndTrebleUpdate();
 }
 
+// Both go together, to a movie that has sound.
 void ToneControl::bassAndTrebleUpdate() {
-    if (!m_state.qtMovie) return;
-    if (m_engine.soundTrackCount(m_state.quickTimeMovie) < 1) return;
-    m_engine.MediaSetSoundBassAndTreble(m_state.quickTimeMovie, 0, m_state.bass, m_state.treble);
+    if (!m_movie.qtMovie) return;
+    if (m_engine.soundTrackCount(m_handle.quickTimeMovie) < 1) return;
+    m_engine.MediaSetSoundBassAndTreble(m_handle.quickTimeMovie, 0, m_toneState.bass, m_toneState.treble);
 }
 
 }  // namespace qm

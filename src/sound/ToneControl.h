@@ -4,13 +4,15 @@
 
 #include "app/PlayerState.h"
 #include "library/PlayListArrays.h"
+#include "player/Uses.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
 
 class ToneControl {
 public:
-    ToneControl(PlayerState& state, PlayListArrays& list, const Outlets& outlets, MediaEngine& engine);
+    ToneControl(Uses<const CurrentMovie, const MovieHandle, ToneState, const TitleAttributes> state,
+                PlayListArrays& list, Uses<const ToneOutlets, const PlayListOutlet> outlets, MediaEngine& engine);
 
     void bassMax();
     void bassMin();
@@ -21,8 +23,10 @@ public:
     void trebleReset();
     void trebleUpdate();  // the slider's action
 
-    // Sends both settings to the movie, if it has sound.
-    void bassAndTrebleUpdate();
+    // Brings back what the row has kept.
+    void restore(int row);
+
+    void repaintTitles();
 
 private:
     struct Tone;
@@ -30,11 +34,17 @@ private:
     Tone treble();
     void preset(Tone tone, std::int16_t value);
     void update(Tone tone);
+    void restore(Tone tone, int row);
     void keepAndApply(Tone tone);
+    void bassAndTrebleUpdate();
 
-    PlayerState& m_state;
+    const CurrentMovie& m_movie;
+    const MovieHandle& m_handle;
+    ToneState& m_toneState;
+    const TitleAttributes& m_titles;
     PlayListArrays& m_list;
-    const Outlets& m_outlets;
+    const ToneOutlets& m_outlets;
+    const PlayListOutlet& m_listOutlet;
     MediaEngine& m_engine;
 };
 

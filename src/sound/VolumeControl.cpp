@@ -17,28 +17,53 @@ QString balanceTitle(float balance) {
 
 }  // namespace
 
-VolumeControl::VolumeControl(PlayerState& state, const Outlets& outlets, MediaEngine& engine, SpeedControl& speed,
+VolumeControl::VolumeControl(Uses<const CurrentMovie, const MovieHandle, VolumeState, const TitleAttributes> state,
+                             const VolumeOutlets& outlets, MediaEngine& engine, SpeedControl& speed,
                              PitchControl& pitch, ToneControl& tone)
-    : m_state(state), m_outlets(outlets), m_engine(engine), m_speed(speed), m_pitch(pitch), m_tone(tone) {}
+    : m_movie(state),
+      m_handle(state),
+      m_volumeState(state),
+      m_titles(state),
+      m_outlets(outlets),
+      m_engine(engine),
+      m_speed(speed),
+      m_pitch(pitch),
+      m_tone(tone) {}
 
 void VolumeControl::gainUpdate() {
     if (!m_outlets.gainSlider) return;
-    m_state.gain = static_cast<float>(m_outlets.gainSlider->value());
+    m_volumeState.gain = static_cast<float>(m_outlets.gainSlider->value());
     showGainTitle();
-    if (!m_state.qtMovie) return;
-    m_state.qtMovie->setMuted(false);
-    m_state.qtMovie->setVolume(m_state.gain);
+    if (!m_movie.qtMovie) return;
+    m_movie.qtMovie->setMuted(false);
+    m_movie.qtMovie->setVolume(m_volumeState.gain);
+}
+
+void VolumeControl::startWith(float stored) {
+    m_volumeState.gain = stored == 0.0f ? kResetGain : stored;
+    showValue(m_outlets.gainSlider, m_volumeState.gain);
+    if (stored != 0.0f) showGainTitle();
+}
+
+std::optional<float> VolumeControl::shownGain() const {
+    if (!m_outlets.gainSlider) return std::nullopt;
+    return static_cast<float>(m_outlets.gainSlider->value());
+}
+
+void VolumeControl::repaintTitles() {
+    for (TitleButton* title : {m_outlets.balanceResetButton, m_outlets.gainResetButton})
+        if (title) title->repaint();
 }
 
 void VolumeControl::showGainTitle() {
-    showAttributedTitle(m_outlets.gainResetButton, fixedText(m_state.gain, 2).left(kTitleLength),
-                        m_state.controlColorAttributes);
+    showAttributedTitle(m_outlets.gainResetButton, fixedText(m_volumeState.gain, 2).left(kTitleLength),
+                        m_titles.controlColorAttributes);
 }
 
 void VolumeControl::gainReset() {
-    if (m_state.qtMovie) {
-        m_state.qtMovie->setMuted(false);
-        m_state.qtMovie->setVolume(kResetGain);
+    if (m_movie.qtMovie) {
+        m_movie.qtMovie->setMuted(false);
+        m_movie.qtMovie->setVolume(kResetGain);
     }
     showValue(m_outlets.gainSlider, kResetGain);
     showPlainTitle(m_outlets.gainResetButton, QStringLiteral("0.5"));
@@ -53,17 +78,18 @@ void VolumeControl::volumeMin() {
 }
 
 void VolumeControl::gainPreset(float value, const QString& title) {
-    m_state.gain = value;
+    m_volumeState.gain = value;
     showPlainTitle(m_outlets.gainResetButton, title);
-    if (m_state.qtMovie) m_state.qtMovie->setVolume(value);
+    if (m_movie.qtMovie) m_movie.qtMovie->setVolume(value);
     showValue(m_outlets.gainSlider, value);
 }
 
 void VolumeControl::balanceUpdate() {
     if (!m_outlets.balanceSlider) return;
-    m_state.balance = static_cast<float>(m_outlets.balanceSlider->value());
+    m_volumeState.balance = static_cast<float>(m_outlets.balanceSlider->value());
     applyBalance();  // before the first load the engine gets no movie and does nothing
-    showAttributedTitle(m_outlets.balanceResetButton, balanceTitle(m_state.balance), m_state.controlColorAttributes);
+    showAttributedTitle(m_outlets.balanceResetButton, balanceTitle(m_volumeState.balance),
+                        m_titles.controlColorAttributes);
 }
 
 void VolumeControl::balanceReset() {
@@ -79,14 +105,14 @@ void VolumeControl::balanceRightMax() {
 }
 
 void VolumeControl::balancePreset(float value, const QString& title) {
-    m_state.balance = value;
+    m_volumeState.balance = value;
     showValue(m_outlets.balanceSlider, value);
     showPlainTitle(m_outlets.balanceResetButton, title);
-    if (m_state.qtMovie) applyBalance();
+    if (m_movie.qtMovie) applyBalance();
 }
 
 void VolumeControl::applyBalance() {
-    m_engine.SetMovieAudioBalance(m_state.quickTimeMovie, m_state.balance, 0);
+    m_engine.SetMovieAudioBalance(m_handle.quickTimeMovie, m_volumeState.balance, 0);
 }
 
 void VolumeControl::resetAudio() {

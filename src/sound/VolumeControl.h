@@ -2,7 +2,10 @@
 // The movie gets both at once, playing or not. Main thread only; the engine's status is ignored.
 #pragma once
 
+#include <optional>
+
 #include "app/PlayerState.h"
+#include "player/Uses.h"
 #include "sound/PitchControl.h"
 #include "sound/SpeedControl.h"
 #include "sound/ToneControl.h"
@@ -12,8 +15,9 @@ namespace qm {
 
 class VolumeControl {
 public:
-    VolumeControl(PlayerState& state, const Outlets& outlets, MediaEngine& engine, SpeedControl& speed,
-                  PitchControl& pitch, ToneControl& tone);
+    VolumeControl(Uses<const CurrentMovie, const MovieHandle, VolumeState, const TitleAttributes> state,
+                  const VolumeOutlets& outlets, MediaEngine& engine, SpeedControl& speed, PitchControl& pitch,
+                  ToneControl& tone);
 
     void gainUpdate();  // the slider's action
     void volumeMax();
@@ -29,16 +33,24 @@ public:
 
     void resetAudio();
 
-    // The value title of the gain, without a movie being touched.
-    void showGainTitle();
+    // The gain at the start: what was stored, or, where that is 0 or nothing, the gain at rest. A movie gets it with
+    // the first load.
+    void startWith(float stored);
+
+    std::optional<float> shownGain() const;  // by the slider, if it is there
+    void repaintTitles();
 
 private:
+    void showGainTitle();
     void gainPreset(float value, const QString& title);
     void balancePreset(float value, const QString& title);
     void applyBalance();
 
-    PlayerState& m_state;
-    const Outlets& m_outlets;
+    const CurrentMovie& m_movie;
+    const MovieHandle& m_handle;
+    VolumeState& m_volumeState;
+    const TitleAttributes& m_titles;
+    const VolumeOutlets& m_outlets;
     MediaEngine& m_engine;
     SpeedControl& m_speed;
     PitchControl& m_pitch;

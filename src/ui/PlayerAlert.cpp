@@ -6,23 +6,29 @@
 
 namespace qm {
 
-PlayerAlert::PlayerAlert(PlayerState& state, const Outlets& outlets, SpeedControl& speed, Transport& transport)
-    : m_state(state),
-      m_outlets(outlets),
+PlayerAlert::PlayerAlert(Uses<const CurrentMovie, PlayState, SpeedState, const CueTimer> state,
+                         Uses<const MainWindowOutlet, const TransportButtons> outlets, SpeedControl& speed,
+                         Transport& transport)
+    : m_movie(state),
+      m_play(state),
+      m_speedState(state),
+      m_cueTimer(state),
+      m_window(outlets),
+      m_buttons(outlets),
       m_speed(speed),
       m_transport(transport),
       m_runAlert([this](const QString& message, const QString& information, const QString& button) {
-          runWarningAlert(m_outlets.mainWindow, message, {button}, information);
+          runWarningAlert(m_window.mainWindow, message, {button}, information);
       }) {}
 
 void PlayerAlert::displayAlertInfoButtonText(const QString& message, const QString& information,
                                              const QString& button) {
-    if (m_state.movieTimer) m_state.movieTimer->stop();
-    m_state.isPlaying = false;
-    if (m_state.qtMovie) m_state.qtMovie->stop();
-    showPauseImages(m_outlets);
-    if (m_state.rate > 1.0f) {
-        m_state.rate = 1.0f;
+    if (m_cueTimer.movieTimer) m_cueTimer.movieTimer->stop();
+    m_play.isPlaying = false;
+    if (m_movie.qtMovie) m_movie.qtMovie->stop();
+    showPauseImages(m_buttons);
+    if (m_speedState.rate > 1.0f) {
+        m_speedState.rate = 1.0f;
         m_speed.showRate();
     }
     m_runAlert(message, information, button);

@@ -7,6 +7,7 @@
 
 #include "app/PlayerState.h"
 #include "player/Transport.h"
+#include "player/Uses.h"
 #include "sound/SpeedControl.h"
 #include "ui/controls/Outlets.h"
 
@@ -16,7 +17,9 @@ class PlayerAlert {
 public:
     using RunAlert = std::function<void(const QString& message, const QString& information, const QString& button)>;
 
-    PlayerAlert(PlayerState& state, const Outlets& outlets, SpeedControl& speed, Transport& transport);
+    PlayerAlert(Uses<const CurrentMovie, PlayState, SpeedState, const CueTimer> state,
+                Uses<const MainWindowOutlet, const TransportButtons> outlets, SpeedControl& speed,
+                Transport& transport);
 
     // A speed above normal goes back to normal; one at or below it, backward ones too, stays.
     void displayAlertInfoButtonText(const QString& message, const QString& information, const QString& button);
@@ -25,8 +28,12 @@ public:
     void setRunAlert(RunAlert run) { m_runAlert = std::move(run); }
 
 private:
-    PlayerState& m_state;
-    const Outlets& m_outlets;
+    const CurrentMovie& m_movie;
+    PlayState& m_play;
+    SpeedState& m_speedState;
+    const CueTimer& m_cueTimer;
+    const MainWindowOutlet& m_window;
+    const TransportButtons& m_buttons;
     SpeedControl& m_speed;
     Transport& m_transport;
     RunAlert m_runAlert;

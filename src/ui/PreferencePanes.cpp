@@ -60,8 +60,9 @@ QRect frameForPane(const QRect& frame, QSize pane) {
     return {frame.x(), frame.y() + frame.height() - height, pane.width(), height};
 }
 
-PreferencePanes::PreferencePanes(const Outlets& outlets, ImageProvider images)
-    : m_outlets(outlets), m_images(std::move(images)) {}
+PreferencePanes::PreferencePanes(Uses<const PreferencePaneOutlets, const PreferencesWindowOutlet> outlets,
+                                 ImageProvider images)
+    : m_outlets(outlets), m_prefsWindow(outlets), m_images(std::move(images)) {}
 
 std::unique_ptr<ToolbarItem> PreferencePanes::makeItem(const char* identifier, const char* imageName,
                                                        const char* label) const {
@@ -80,7 +81,7 @@ void PreferencePanes::buildToolbar() {
     toolbar->addDefaultItems();
     setActivePrefView(m_outlets.generalPrefView, false);
     toolbar->setSelectedItemIdentifier(kGeneral);
-    if (m_outlets.prefsWindow) m_outlets.prefsWindow->setProperty("showsToolbarButton", false);
+    if (m_prefsWindow.prefsWindow) m_prefsWindow.prefsWindow->setProperty("showsToolbarButton", false);
 }
 
 void PreferencePanes::toggleGeneralPreferenceView() {
@@ -96,7 +97,7 @@ void PreferencePanes::toggleAudioDefaultPreferenceView() {
 }
 
 void PreferencePanes::setActivePrefView(QWidget* view, bool animate) {
-    QWidget* window = m_outlets.prefsWindow;
+    QWidget* window = m_prefsWindow.prefsWindow;
     QWidget* container = m_outlets.activePrefContentView;
     if (!view || !window || !container) return;
     const QRect frame = frameForPane(frameOf(*window), view->size());

@@ -5,6 +5,7 @@
 #include <QRect>
 #include <memory>
 
+#include "player/Uses.h"
 #include "ui/controls/NamedImage.h"
 #include "ui/controls/Outlets.h"
 #include "ui/controls/PaneToolbar.h"
@@ -17,7 +18,7 @@ QRect frameForPane(const QRect& frame, QSize pane);
 
 class PreferencePanes : public ToolbarDelegate {
 public:
-    PreferencePanes(const Outlets& outlets, ImageProvider images);
+    PreferencePanes(Uses<const PreferencePaneOutlets, const PreferencesWindowOutlet> outlets, ImageProvider images);
 
     // The step of start-up: makes the items and shows the general pane.
     void buildToolbar();
@@ -41,7 +42,8 @@ private:
     std::unique_ptr<ToolbarItem> makeItem(const char* identifier, const char* imageName, const char* label) const;
     std::optional<QStringList> identifiersFor(const PaneToolbar* toolbar) const;
 
-    const Outlets& m_outlets;
+    const PreferencePaneOutlets& m_outlets;
+    const PreferencesWindowOutlet& m_prefsWindow;
     ImageProvider m_images;
     std::unique_ptr<ToolbarItem> generalToolbarItem;
     std::unique_ptr<ToolbarItem> updateToolbarItem;

@@ -1,7 +1,5 @@
 #include "ui/Preferences.h"
 
-#include "player/OutletSetters.h"
-#include "ui/TextColor.h"
 #include "ui/controls/CheckBox.h"
 #include "ui/controls/RadioTiles.h"
 #include "ui/controls/WindowOrder.h"
@@ -10,7 +8,6 @@ namespace qm {
 
 namespace {
 
-constexpr float kGainWithoutDefault = 0.5f;
 constexpr int kGreen = 3;  // what every choice without a colour of its own means
 
 void showState(CheckBox* box, bool on) {
@@ -19,35 +16,37 @@ void showState(CheckBox* box, bool on) {
 
 }  // namespace
 
-Preferences::Preferences(PlayerState& state, const Outlets& outlets, Prefs& store, VolumeControl& volume,
-                         LevelMeters& levels)
-    : m_state(state), m_outlets(outlets), prefs(store), m_volume(volume), m_levels(levels) {}
+Preferences::Preferences(
+    const CurrentMovie& movie,
+    Uses<const PreferencesWindowOutlet, const PreferenceOutlets, const ScaleOutlets, const LevelReadOuts> outlets,
+    Prefs& store, ToneControl& tone, VolumeControl& volume, LevelMeters& levels)
+    : m_movie(movie),
+      m_prefsWindow(outlets),
+      m_outlets(outlets),
+      m_coloured(outlets),
+      prefs(store),
+      m_tone(tone),
+      m_volume(volume),
+      m_levels(levels) {}
 
 void Preferences::storeMissingAudioLevels() {
     if (!prefs.contains(prefkeys::kAudioLevels)) prefs.setBool(prefkeys::kAudioLevels, true);
 }
 
 void Preferences::applyStoredTextColor() {
-    applyTextColor(m_outlets, textColorForChoice(prefs.integerForKey(prefkeys::kTextColor)));
+    applyTextColor(m_coloured, textColorForChoice(prefs.integerForKey(prefkeys::kTextColor)));
 }
 
-// A stored 0 means the same as none. The gain reaches a movie with the first load.
 void Preferences::applyDefaultGain() {
-    const float level = prefs.floatForKey(prefkeys::kDefaultAudioLevel);
-    m_state.gain = level == 0.0f ? kGainWithoutDefault : level;
-    showValue(m_outlets.gainSlider, m_state.gain);
-    if (level != 0.0f) m_volume.showGainTitle();
+    m_volume.startWith(prefs.floatForKey(prefkeys::kDefaultAudioLevel));
 }
 
 void Preferences::orderLevelsPanel() {
-    if (!m_outlets.audioLevelsPanel) return;
-    const bool shown = prefs.boolForKey(prefkeys::kAudioLevels);
-    m_outlets.audioLevelsPanel->setVisible(shown);
-    if (shown) m_outlets.audioLevelsPanel->raise();
+    m_levels.showPanel(prefs.boolForKey(prefkeys::kAudioLevels));
 }
 
 void Preferences::openPrefsWindow() {
-    QWidget* window = m_outlets.prefsWindow;
+    QWidget* window = m_prefsWindow.prefsWindow;
     if (!window) return;
     if (window->isVisible()) {
         window->hide();
@@ -68,7 +67,7 @@ void Preferences::toggleAudioLevelsPref() {
     const bool on = !prefs.boolForKey(prefkeys::kAudioLevels);
     prefs.setBool(prefkeys::kAudioLevels, on);
     showState(m_outlets.audioLevelsPref, on);
-    if (!on || m_state.qtMovie) m_levels.switchAudioLevels(on);
+    if (!on || m_movie.qtMovie) m_levels.switchAudioLevels(on);
 }
 
 // An absent key counts as on, so the first change switches the check off.
@@ -84,15 +83,13 @@ void Preferences::toggleTextColor() {
     const int tag = m_outlets.colorMatrix->selectedTag();
     const int choice = tag >= 0 && tag < kGreen ? tag : kGreen;
     prefs.setInteger(prefkeys::kTextColor, choice);
-    for (TitleButton* button : {m_outlets.bassResetButton, m_outlets.trebleResetButton, m_outlets.balanceResetButton,
-                                m_outlets.gainResetButton})
-        if (button) button->repaint();
-    applyTextColor(m_outlets, textColorForChoice(choice));
+    m_tone.repaintTitles();
+    m_volume.repaintTitles();
+    applyTextColor(m_coloured, textColorForChoice(choice));
 }
 
 void Preferences::updateDefaultAudioPref() {
-    if (!m_outlets.gainSlider) return;
-    prefs.setFloat(prefkeys::kDefaultAudioLevel, static_cast<float>(m_outlets.gainSlider->value()));
+    if (const auto gain = m_volume.shownGain()) prefs.setFloat(prefkeys::kDefaultAudioLevel, *gain);
 }
 
 }  // namespace qm

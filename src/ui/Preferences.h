@@ -5,15 +5,21 @@
 
 #include "app/PlayerState.h"
 #include "app/Prefs.h"
+#include "player/Uses.h"
 #include "sound/LevelMeters.h"
+#include "sound/ToneControl.h"
 #include "sound/VolumeControl.h"
+#include "ui/TextColor.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
 
 class Preferences {
 public:
-    Preferences(PlayerState& state, const Outlets& outlets, Prefs& prefs, VolumeControl& volume, LevelMeters& levels);
+    Preferences(
+        const CurrentMovie& movie,
+        Uses<const PreferencesWindowOutlet, const PreferenceOutlets, const ScaleOutlets, const LevelReadOuts> outlets,
+        Prefs& prefs, ToneControl& tone, VolumeControl& volume, LevelMeters& levels);
 
     // The steps of start-up.
     void storeMissingAudioLevels();
@@ -30,9 +36,12 @@ public:
 private:
     void showStored(CheckBox* box, const QString& key) const;
 
-    PlayerState& m_state;
-    const Outlets& m_outlets;
+    const CurrentMovie& m_movie;
+    const PreferencesWindowOutlet& m_prefsWindow;
+    const PreferenceOutlets& m_outlets;
+    ColouredOutlets m_coloured;
     Prefs& prefs;
+    ToneControl& m_tone;
     VolumeControl& m_volume;
     LevelMeters& m_levels;
 };

@@ -20,11 +20,30 @@ QColor textColorForChoice(int choice) {
     }
 }
 
-void applyTextColor(const Outlets& o, const QColor& color) {
-    QLabel* const labels[] = {
-        o.audioLevelLeft, o.audioLevelRight, o.speedTitle,  o.speed_2, o.speed_1,     o.speedMinDown, o.speedMinDotDown,
-        o.speed0,         o.speedMinDotUp,   o.speedMinUp,  o.speed1,  o.speed2,      o.speedNormal,  o.pitchTitle,
-        o.pitch_1200,     o.pitch_100,       o.pitchMinDot, o.pitch0,  o.pitchMaxDot, o.pitch100,     o.pitch1200};
+void applyTextColor(ColouredOutlets outlets, const QColor& color) {
+    const ScaleOutlets& o = outlets;
+    const LevelReadOuts& levels = outlets;
+    QLabel* const labels[] = {levels.audioLevelLeft,
+                              levels.audioLevelRight,
+                              o.speedTitle,
+                              o.speed_2,
+                              o.speed_1,
+                              o.speedMinDown,
+                              o.speedMinDotDown,
+                              o.speed0,
+                              o.speedMinDotUp,
+                              o.speedMinUp,
+                              o.speed1,
+                              o.speed2,
+                              o.speedNormal,
+                              o.pitchTitle,
+                              o.pitch_1200,
+                              o.pitch_100,
+                              o.pitchMinDot,
+                              o.pitch0,
+                              o.pitchMaxDot,
+                              o.pitch100,
+                              o.pitch1200};
     for (QLabel* label : labels) {
         if (!label) continue;
         QPalette palette = label->palette();

@@ -25,20 +25,22 @@ void setBackgroundColor(QWidget* panel, const QColor& color) {
 
 }  // namespace
 
-WindowChrome::WindowChrome(PlayerState& state, const Outlets& outlets) : m_state(state), m_outlets(outlets) {}
+WindowChrome::WindowChrome(FadeTimer& state,
+                           Uses<const MainWindowOutlet, const AboutOutlet, const InfoWindowOutlet> outlets)
+    : m_fade(state), m_window(outlets), m_about(outlets), m_infoWindow(outlets) {}
 
 void WindowChrome::startFadeIn() {
-    if (!m_outlets.mainWindow) return;
-    m_outlets.mainWindow->setAlphaValue(0.0);
-    m_outlets.mainWindow->refuseKeys();
-    m_state.fadeInTimer = std::make_unique<QTimer>();
-    QObject::connect(m_state.fadeInTimer.get(), &QTimer::timeout, m_state.fadeInTimer.get(),
+    if (!m_window.mainWindow) return;
+    m_window.mainWindow->setAlphaValue(0.0);
+    m_window.mainWindow->refuseKeys();
+    m_fade.fadeInTimer = std::make_unique<QTimer>();
+    QObject::connect(m_fade.fadeInTimer.get(), &QTimer::timeout, m_fade.fadeInTimer.get(),
                      [this] { fadeinMainWindow(); });
-    m_state.fadeInTimer->start(kStepMilliseconds);
+    m_fade.fadeInTimer->start(kStepMilliseconds);
 }
 
 void WindowChrome::fadeinMainWindow() {
-    FadingWindow* window = m_outlets.mainWindow;
+    FadingWindow* window = m_window.mainWindow;
     if (!window) return;
     const auto alpha = static_cast<float>(window->alphaValue() + kAlphaStep);
     if (kAlphaEnd > alpha) {
@@ -46,20 +48,20 @@ void WindowChrome::fadeinMainWindow() {
         if (window->isHidden()) window->show();  // on the screen from the first step, though transparent
         return;
     }
-    if (m_state.fadeInTimer) m_state.fadeInTimer->stop();
+    if (m_fade.fadeInTimer) m_fade.fadeInTimer->stop();
     window->makeKeyAndOrderFront();
 }
 
 void WindowChrome::setAboutPanelBackground() {
-    setBackgroundColor(m_outlets.aboutPanel, Qt::white);
+    setBackgroundColor(m_about.aboutPanel, Qt::white);
 }
 
 void WindowChrome::setTrackInfoWindowBackground() {
-    setBackgroundColor(m_outlets.trackInfoWindow, Qt::black);
+    setBackgroundColor(m_infoWindow.trackInfoWindow, Qt::black);
 }
 
 void WindowChrome::displayAboutPanel() {
-    if (m_outlets.aboutPanel) makeKeyAndOrderFront(*m_outlets.aboutPanel);
+    if (m_about.aboutPanel) makeKeyAndOrderFront(*m_about.aboutPanel);
 }
 
 }  // namespace qm

@@ -3,13 +3,14 @@
 #pragma once
 
 #include "app/PlayerState.h"
+#include "player/Uses.h"
 #include "ui/controls/Outlets.h"
 
 namespace qm {
 
 class WindowChrome {
 public:
-    WindowChrome(PlayerState& state, const Outlets& outlets);
+    WindowChrome(FadeTimer& state, Uses<const MainWindowOutlet, const AboutOutlet, const InfoWindowOutlet> outlets);
 
     // Makes the window fully transparent and starts the timer of the fade.
     void startFadeIn();
@@ -22,8 +23,10 @@ public:
     void displayAboutPanel();
 
 private:
-    PlayerState& m_state;
-    const Outlets& m_outlets;
+    FadeTimer& m_fade;
+    const MainWindowOutlet& m_window;
+    const AboutOutlet& m_about;
+    const InfoWindowOutlet& m_infoWindow;
 };
 
 }  // namespace qm

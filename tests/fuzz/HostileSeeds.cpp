@@ -1,5 +1,6 @@
 #include "fuzz/HostileSeeds.h"
 
+#include <stdexcept>
 #include <string>
 
 #include "engine/media/MediaFiles.h"
@@ -45,6 +46,16 @@ const std::vector<Coding>& codings() {
         {"old.mov", kFilm + "-c:v svq1 -c:a adpcm_ima_qt"},
         {"film.avi", kFilm + "-c:v mpeg4 -bf 2 -c:a libmp3lame"},
         {"plain.avi", kFilm + "-c:v mjpeg -c:a pcm_s16le"},
+        {"lossless.flac", kTone + "-c:a flac -metadata title=Title -metadata artist=Artist"},
+        {"lossless.oga", kTone + "-c:a flac"},
+        {"lossy.ogg", kTone + "-c:a libvorbis -metadata title=Title -metadata artist=Artist"},
+        {"lossy.opus", kTone + "-c:a libopus -b:a 32k"},
+        {"lossless.mka", kTone + "-c:a flac"},
+        {"lossy.mka", kTone + "-c:a aac"},
+        {"lossless.wv", kTone + "-c:a wavpack"},
+        {"surround.ac3", kTone + "-c:a ac3 -ac 6"},
+        {"film.webm", kFilm + "-c:v libvpx -g 5 -c:a libopus"},
+        {"film.mkv", kFilm + "-c:v mpeg4 -bf 2 -c:a libvorbis"},
         {"film.wmv", kFilm + "-c:v wmv2 -c:a wmav2"},
     };
     return all;
@@ -93,12 +104,9 @@ std::vector<NamedInput> hostileSeeds() {
     const TemporaryFolder folder;
     for (const Coding& coding : codings()) {
         std::vector<Input> read;
-        if (hasEncoder() && encode(coding.arguments, folder.file(coding.name))) {
-            addFile(read, folder.file(coding.name));
-        }
-        if (!read.empty()) {
-            seeds.push_back({coding.name, read.front()});
-        }
+        if (encode(coding.arguments, folder.file(coding.name))) addFile(read, folder.file(coding.name));
+        if (read.empty()) throw std::runtime_error("the ffmpeg program did not make " + std::string(coding.name));
+        seeds.push_back({coding.name, read.front()});
     }
     return seeds;
 }

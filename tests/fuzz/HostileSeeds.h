@@ -1,5 +1,4 @@
-// Forty small media files of many kinds, to be spoilt: made byte by byte, or by the ffmpeg program where that is
-// installed.
+// Forty small media files of many kinds, to be spoilt: made byte by byte, or by the ffmpeg program.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
 # What the sources promise about themselves.
-foreach(check includes words style links)
+foreach(check includes parts words style links branches running running_finds)
   add_test(NAME lint_${check} COMMAND bash ${CMAKE_CURRENT_LIST_DIR}/${check}.sh)
 endforeach()
 add_test(NAME lint_keys COMMAND bash ${CMAKE_CURRENT_LIST_DIR}/keys.sh $<TARGET_FILE:quillmere-keys>)

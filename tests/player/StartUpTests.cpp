@@ -261,7 +261,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "start-up leaves the second column as wide 
                      [&](int section, int, int width) {
                          if (section == column) widths.push_back(width);
                      });
-    controller->awakeFromNib(outlets);
+    awakeWith(*controller, outlets);
     REQUIRE_FALSE(widths.empty());
     CHECK(outlets.playList->columnWidth(column) == before);
     CHECK(std::count(widths.begin(), widths.end(), before - 1) > 0);
@@ -360,7 +360,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "files dropped on the play list are added")
 
 TEST_CASE_FIXTURE(ControllerFixture, "without any control every action is harmless") {
     init();
-    controller->awakeFromNib(Outlets{});
+    controller->awakeFromNib();
     controller->loadFileAdd("/music/one.wav", true);
     const QMetaObject& meta = QMController::staticMetaObject;
     int actions = 0;

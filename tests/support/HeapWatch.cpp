@@ -12,6 +12,7 @@ constinit thread_local int t_heapCalls = 0;
 using qm::test::t_heapCalls;
 using qm::test::t_isWatched;
 
+#ifdef QUILLMERE_HEAP_WATCH
 extern "C" {
 void* __libc_malloc(std::size_t);
 void __libc_free(void*);
@@ -35,3 +36,4 @@ void* realloc(void* block, std::size_t size) {
     return __libc_realloc(block, size);
 }
 }
+#endif

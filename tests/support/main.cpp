@@ -1,2 +1,7 @@
-#define DOCTEST_CONFIG_IMPLEMENT_WITH_MAIN
-#include <doctest/doctest.h>
+#define DOCTEST_CONFIG_IMPLEMENT
+#include "support/NotRun.h"
+
+int main(int argc, char** argv) {
+    doctest::Context context(argc, argv);
+    return qm::test::runCases(context);
+}

@@ -6,6 +6,12 @@ programs=$1
 
 gain=0.5  # what the program starts with
 
+# cannot_run WHY: ends a test that this machine does not let run. Neither passed nor failed, and counted as such.
+cannot_run() {
+    echo "not run: $1"
+    exit 77
+}
+
 open_test() {
     open_stage
     support_folder="$HOME/Library/Application Support/Quillmere"

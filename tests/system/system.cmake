@@ -28,7 +28,7 @@ set_target_properties(monkey close_window window_timeline film_watcher drag_sour
 
 function(add_system_test name script)
   add_test(NAME system_${name} COMMAND bash ${CMAKE_CURRENT_LIST_DIR}/test_${script}.sh ${CMAKE_BINARY_DIR}/bin)
-  set_tests_properties(system_${name} PROPERTIES RUN_SERIAL TRUE RESOURCE_LOCK stage TIMEOUT 300 SKIP_RETURN_CODE 77
+  set_tests_properties(system_${name} PROPERTIES LABELS system RUN_SERIAL TRUE TIMEOUT 300 SKIP_RETURN_CODE 77
                                                  ENVIRONMENT "${ARGN}")
 endfunction()
 

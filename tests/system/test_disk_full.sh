@@ -1,15 +1,16 @@
 #!/bin/bash
 # A disk that is full: the user is told what cannot be kept, the former list stays whole, a recording ends where the room
 # ends and plays, an export leaves nothing behind. When there is room again everything is kept.
+. "$(dirname "$0")/lib.sh"
+
 if [ -z "${QUILLMERE_SMALL_DISK-}" ]; then  # mounts of its own, so that nobody else sees the small disk
-    unshare --mount --map-root-user true 2>/dev/null || exit 77
+    unshare --mount --map-root-user true 2>/dev/null || cannot_run "nothing can be mounted here"
     disk=$(mktemp -d)
     status=0
     QUILLMERE_SMALL_DISK=$disk unshare --mount --map-root-user bash "$0" "$@" || status=$?
     rmdir "$disk"
     exit "$status"
 fi
-. "$(dirname "$0")/lib.sh"
 
 fill_disk() {
     dd if=/dev/zero of="$HOME/filler" bs=4k 2>/dev/null || true

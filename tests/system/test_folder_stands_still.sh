@@ -11,8 +11,7 @@ mount_folder() {
     stage_pids+=("$mount_pid")
     wait_until "the folder is mounted, or cannot be" mounted_or_not
     if ! grep -q mounted "$stage/mount.log"; then
-        echo "skipped: $(cat "$stage/mount.log")"
-        exit 77
+        cannot_run "$(cat "$stage/mount.log")"
     fi
 }
 

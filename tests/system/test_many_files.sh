@@ -34,7 +34,7 @@ choose_all() {
     press Return
     sleep 2  # the panel reads the folder
     eval "$(xdotool getwindowgeometry --shell "$panel")"
-    xdotool mousemove --sync --window "$panel" $((WIDTH * 6 / 10)) $((HEIGHT * 4 / 10)) click 1
+    xdotool mousemove --window "$panel" $((WIDTH * 6 / 10)) $((HEIGHT * 4 / 10)) click 1
     sleep 1  # the first click may have closed the list of names that the field offers
     xdotool click 1
     press ctrl+a Return

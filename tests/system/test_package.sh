@@ -97,8 +97,7 @@ done
 
 # Installed, replaced, and gone.
 if [ "$(id -u)" -ne 0 ]; then
-    echo "Skipped from here on: only root can install a package."
-    exit 77
+    cannot_run "from here on: only root can install a package"
 fi
 root=$stage/root
 mkdir -p "$root/var/lib/dpkg/info" "$root/var/lib/dpkg/updates" "$root/var/lib/dpkg/triggers"

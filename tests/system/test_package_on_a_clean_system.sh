@@ -4,11 +4,11 @@
 # user's, and when it is removed the system is as it was.
 # It needs root, the network and some minutes: only where QUILLMERE_PACKAGE_TEST is set, to 1 or to a build folder whose
 # programs are to be packed instead.
-if [ -z "${QUILLMERE_PACKAGE_TEST-}" ] || [ "$(id -u)" -ne 0 ] || ! command -v debootstrap >/dev/null; then
-    echo "Skipped: it needs QUILLMERE_PACKAGE_TEST=1, root and debootstrap."
-    exit 77
-fi
 . "$(dirname "$0")/lib.sh"
+
+if [ -z "${QUILLMERE_PACKAGE_TEST-}" ] || [ "$(id -u)" -ne 0 ] || ! command -v debootstrap >/dev/null; then
+    cannot_run "it needs QUILLMERE_PACKAGE_TEST=1, root and debootstrap"
+fi
 source=$(cd "$(dirname "$0")/../.." && pwd)
 
 pack() {  # FOLDER: the package goes there

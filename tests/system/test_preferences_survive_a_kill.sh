@@ -9,15 +9,14 @@ open_preferences() {
     wait_until "the preferences window is on the screen" preferences_window
     preferences=$(preferences_window)
     xdotool windowmove --sync "$preferences" 400 690 # below the main window, which comes to the front as it has faded in
-    xdotool mousemove --sync --window "$preferences" 300 20 # off the controls, whose colours change under it
+    xdotool mousemove --window "$preferences" 300 20 # off the controls, whose colours change under it
 }
 
 preferences_window() { windows_named '^Preferences$' | grep .; }
 level_meters_are_shown() { windows_named '^Level Meters$' | grep -q .; }
 
 click_preferences() { # X Y
-    xdotool mousemove --sync --window "$preferences" "$1" "$2"
-    xdotool click 1
+    xdotool mousemove --window "$preferences" "$1" "$2" click 1
 }
 
 colour_at() { # X Y, in the preferences window: red, green and blue in six digits

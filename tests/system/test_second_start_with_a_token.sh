@@ -8,7 +8,7 @@
 start_compositor() {
     local as_user=()
     [ "$(id -u)" -ne 0 ] || as_user=(unshare --user --map-user=1000 --map-group=1000)
-    "${as_user[@]}" true || exit 77
+    "${as_user[@]}" true || cannot_run "root may not become another user here"
     printf '%s\n' 'xwayland disable' 'focus_on_window_activation focus' >"$stage/sway.config"
     WLR_BACKENDS=x11 WLR_RENDERER=pixman "${as_user[@]}" sway -c "$stage/sway.config" >"$stage/sway.log" 2>&1 </dev/null &
     stage_pids+=($!)

@@ -16,8 +16,7 @@ open_recorder() {
 }
 
 press_recorder_button() {
-    xdotool mousemove --sync --window "$recorder_window" 62 71
-    xdotool click 1
+    xdotool mousemove --window "$recorder_window" 62 71 click 1
 }
 
 is_longer_than() { # FILE BYTES

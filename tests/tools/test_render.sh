@@ -83,6 +83,16 @@ expect_status 0 --stretcher library --rate 0.5 "$work/bursts.wav" "$work/library
 expect_status 0 --rate 0.5 "$work/bursts.wav" "$work/usual.wav"
 cmp -s "$work/usual.wav" "$work/library.wav" || fail "the library is not the usual stretcher"
 
+# The sound's identity: the same for a copy, none for what holds no sound.
+expect_status 0 --identity "$work/bursts.wav"
+grep -Eqx 'q1-[0-9a-f]{32}' "$work/stdout" || fail "this is no identity: $(cat "$work/stdout")"
+cp "$work/stdout" "$work/identity"
+cp "$work/bursts.wav" "$work/renamed.mp3"
+expect_status 0 --identity "$work/renamed.mp3"
+cmp -s "$work/stdout" "$work/identity" || fail "a copy has another identity"
+expect_status 0 --identity "$work/coded.wav"
+! cmp -s "$work/stdout" "$work/identity" || fail "another sound has the same identity"
+
 for refused in "--stretcher mine" "--attacks 3" "--rate 0.2" "--rate 3" "--rate x" "--cents 1300" "--gain 2" "--balance -2" "--bass 300" "--from -1" \
     "--loop 5" "--loop 5:4" "--passes 3" "--seam maybe" "--unknown" "--from 1.5f"; do
     # shellcheck disable=SC2086

@@ -20,7 +20,7 @@ struct EmptyWindow {
     QVariantAnimation* pulse = dropArea->findChild<QVariantAnimation*>();
 
     EmptyWindow() {
-        controller.awakeFromNib(outlets);
+        awakeWith(controller, outlets);
         window.show();
     }
     bool isPulsing() const { return pulse->state() == QAbstractAnimation::Running; }

@@ -46,7 +46,6 @@ struct Program : LivingWindow {
     int told = 0, asked = 0;
 
     explicit Program(Standing standing) {
-        static_cast<Outlets&>(controller) = outlets;
         window.actions().setReceiver(ActionRow::Recorder, &recorder);
         prepareTakes(window.actions(), controller, recorder);
         recorder.awakeFromNib(recorderOutlets);

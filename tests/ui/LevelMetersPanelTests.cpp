@@ -7,7 +7,6 @@
 #include <QLabel>
 #include <QPainter>
 #include <QShortcut>
-#include <QShortcutEvent>
 
 #include "support/widgets/ControllerFixture.h"
 #include "ui/controls/ChipButton.h"
@@ -40,7 +39,7 @@ struct MeteredWindow {
     LevelMetersPanel panel{outlets, &window};
     MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
-    MeteredWindow() { controller.awakeFromNib(outlets); }
+    MeteredWindow() { awakeWith(controller, outlets); }
 };
 
 }  // namespace
@@ -149,8 +148,7 @@ TEST_CASE_FIXTURE(MeteredWindow, "Escape and Ctrl+W hide the panel and end nothi
     QList<QKeySequence> keys;
     for (QShortcut* shortcut : panel.findChildren<QShortcut*>()) {
         panel.show();
-        QShortcutEvent event(shortcut->key(), shortcut->id());
-        QCoreApplication::sendEvent(shortcut, &event);
+        emit shortcut->activated();
         CHECK_FALSE(panel.isVisible());
         keys << shortcut->key();
     }

@@ -38,7 +38,7 @@ struct FilmWindow {
     FilmWindow() {
         fixture.engine.files["/music/film.mp4"].hasVideo = true;
         fixture.engine.files["/music/other.mp4"].hasVideo = true;
-        controller.awakeFromNib(outlets);
+        awakeWith(controller, outlets);
         state.refresh();
     }
 

@@ -57,7 +57,7 @@ TEST_CASE("a pane's window keeps its left and top edge and is as wide as the pan
 
 TEST_CASE_FIXTURE(Paned,
                   "start-up makes the three items in order from their images, before the window's place is read") {
-    controller.awakeFromNib(outlets);
+    awakeWith(controller, outlets);
     Events images;
     for (const std::string& event : log.events())
         if (event.starts_with("image preficon") || event.starts_with("image default")) images.push_back(event);

@@ -152,7 +152,7 @@ TEST_CASE_FIXTURE(Preferenced, "the level box shows on when the key is absent") 
     NoLevels store(fixture.home.path() + "/other.ini", log);
     QMController other(fixture.engine, fixture.capture, store,
                        [](const QString&) { return QImage(28, 28, QImage::Format_ARGB32); });
-    other.awakeFromNib(outlets);
+    awakeWith(other, outlets);
     store.setBool("AudioLevels", false);
     outlets.audioLevelsPref->setState(false);
     other.openPrefsWindow();
@@ -341,7 +341,7 @@ TEST_CASE_FIXTURE(Preferenced, "a kept gain comes back at the next start with it
     controller.volumeMin();
     controller.updateDefaultAudioPref();
     CHECK(prefs.contains("DefaultAudioLevel"));
-    fixture.init().awakeFromNib(outlets);
+    awakeWith(fixture.init(), outlets);
     CHECK(fixture.controller->gain == 0.5f);
     CHECK(outlets.gainSlider->value() == 0.5);
 }

@@ -38,7 +38,7 @@ struct RecorderDesk {
 
     RecorderDesk() {
         window.actions().setReceiver(ActionRow::Recorder, &audioRecord);
-        controller.awakeFromNib(outlets);
+        awakeWith(controller, outlets);
         audioRecord.awakeFromNib(recorderOutlets);
         audioRecord.setRunSavePanel([this](QWidget*, const QString& folder, const QString& name) {
             return fixture.dialogs.savePanel(folder, name);

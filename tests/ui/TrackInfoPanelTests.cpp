@@ -30,7 +30,7 @@ struct InfoWindow {
 
     InfoWindow() {
         fixture.addRow("/music/one.m4a");
-        controller.awakeFromNib(outlets);
+        awakeWith(controller, outlets);
         window.show();
         outlets.playList->selectRowIndex(0);
     }

@@ -16,17 +16,23 @@ enum class MediaKind : std::uint8_t {
     Avi,
     Aiff,
     Caf,
+    Flac,
+    Ogg,
+    WavPack,
+    Matroska,
     NistSphere,
     Asf,
     Dv,
+    Ac3,
+    Eac3,
     MovieFile,
 };
 
 // What finds the tracks of a file.
-enum class TrackPlanner : std::uint8_t { Container, MpegAudio, BigEndianWave };
+enum class TrackPlanner : std::uint8_t { Container, MpegAudio, BigEndianWave, Flac, Ogg, Matroska, WavPack };
 
 // How a file says what it is.
-enum class TagFormat : std::uint8_t { None, MpegAudio, Riff, Aiff, Caf, Asf, MovieFile };
+enum class TagFormat : std::uint8_t { None, MpegAudio, Riff, Aiff, Caf, Asf, Flac, Ogg, Matroska, MovieFile };
 
 enum class TrackIcon : std::uint8_t { None, Track, NonM4a, Video };
 
@@ -48,6 +54,7 @@ struct MediaKindRow {
     // Any of these at the front of a file makes it one of this kind, `*` being any byte. The first row counts whose
     // mark fits; a file without any mark is taken for MPEG audio.
     std::vector<std::string_view> marks;
+    bool marksAreShort = false;   // the rest of the head has to make sense, too, which fileKind() checks
     bool marksBehindId3 = false;  // they may follow a tag that was put in front of the file
     std::string_view demuxer;     // its short name in the media library; empty: read without one
     bool mustBeAnalysed = false;  // its headers leave out what its streams hold

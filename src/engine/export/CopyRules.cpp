@@ -27,7 +27,7 @@ bool losesItsEnd(const SoundTrack& track, MediaKind kind) {
     return rowOf(kind).copy.soundEndsInPacket && track.kept.only()->last < track.index.frames() + track.drainedFrames;
 }
 
-// What is left out at the beginning and at the end is not in the way of a copy, but what is left out in between is.
+// A copy can leave out frames at the beginning and at the end, but not in between.
 bool leavesOutInside(AVStream& stream) {
     const int entries = avformat_index_get_entries_count(&stream);
     const auto isShown = [&](int i) {

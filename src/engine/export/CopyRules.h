@@ -7,7 +7,7 @@
 
 namespace qm {
 
-// What the movie container truly holds. It would take some others as well, under marks that nobody reads.
+// The codecs that the movie container defines. The muxer takes some others, too, under tags that no player knows.
 bool movieHoldsSound(const AVCodecParameters& parameters);
 bool movieHoldsPictures(const AVCodecParameters& parameters);
 

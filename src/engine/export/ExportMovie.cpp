@@ -60,7 +60,7 @@ std::unique_ptr<ExportTrack> soundTrack(SoundTrack track, MediaKind kind, double
 }
 
 std::unique_ptr<ExportTrack> pictureTrack(const MediaTracks& tracks, int stream, double origin) {
-    auto demuxer = Demuxer::open(tracks.file, tracks.kind, true);  // headers alone do not always tell the size
+    auto demuxer = Demuxer::open(tracks.file, tracks.kind, true);  // reads on for sizes that are not in the headers
     if (demuxer && canCopyPictures(demuxer.value()->stream(stream), tracks.kind)) {
         return std::make_unique<CopiedPictures>(std::move(demuxer.value()), stream, origin);
     }
@@ -162,7 +162,7 @@ private:
         }
     }
 
-    // A demuxer takes the loss of its file for the file's end.
+    // Tells a lost file from the end of one, which look the same to a demuxer.
     bool isStillReadable() const {
         std::uint8_t last = 0;
         return m_media.file->readAt(m_media.file->size() - 1, &last, 1) == 1;
@@ -175,7 +175,7 @@ private:
     std::vector<Line> m_lines;
 };
 
-// The muxer always states 1.
+// Writes the preferred rate over the 1 that the muxer always puts into the movie's header.
 std::optional<Error> stateRate(TargetFile& target, float rate) {
     const auto written = FileBytes::open(target.temporaryName());
     const std::int64_t position = written ? readMovieFacts(*written.value()).ratePosition : -1;

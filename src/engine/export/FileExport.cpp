@@ -27,7 +27,7 @@ FileExport::~FileExport() {
     }
 }
 
-// When this returns there is no file any more, nor will there be, unless its folder does not answer.
+// The file is gone when this returns, unless its folder does not answer in time.
 void FileExport::cancel() {
     m_monitor.cancelled = true;
     if (m_finished) return;
@@ -44,7 +44,7 @@ void FileExport::run(std::shared_ptr<const FileBytes> source, const std::string&
     m_finished = true;
 }
 
-// Why it could not; empty when the file is there.
+// Returns why the file could not be written, or an empty text when it is there.
 std::string FileExport::write(const std::shared_ptr<const FileBytes>& source, const std::string& target,
                               float preferredRate) {
     const auto made = makeTarget(target);

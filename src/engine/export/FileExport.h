@@ -1,4 +1,4 @@
-// The export of a media file on a thread of its own, which gives way to everything else that wants to run.
+// The export of a media file on a thread of its own, which runs at idle priority.
 #pragma once
 
 #include <memory>
@@ -14,7 +14,7 @@ namespace qm {
 
 class FileExport : public MovieExport {
 public:
-    // The source needs its name no more: the target may be the file it was opened from. Neither is waited for here.
+    // The target may be the file that the source was opened from, which is read by its descriptor. Returns at once.
     FileExport(std::shared_ptr<const FileBytes> source, const std::string& target, float preferredRate);
     ~FileExport() override;
 

@@ -63,7 +63,7 @@ AVStream& MovieWriter::addTrack() {
     return *stream;
 }
 
-// Others would make the muxer do more than write them down.
+// Only these keys, because the muxer acts on some others instead of just writing them.
 void MovieWriter::setTags(const AVDictionary* tags) {
     for (const char* key : {"title", "artist", "album_artist", "album", "composer", "genre", "date", "track", "comment",
                             "copyright", "description"}) {

@@ -1,4 +1,4 @@
-// Writes packets into a movie file. One thread at a time; the first failure is the last: nothing can be written after.
+// Writes packets into a movie file. One thread at a time. After a failure nothing more can be written.
 #pragma once
 
 #include <memory>
@@ -17,7 +17,7 @@ public:
     MovieWriter& operator=(const MovieWriter&) = delete;
 
     // Before begin().
-    AVStream& addTrack();                    // to be described; on from the start
+    AVStream& addTrack();                    // enabled; the caller describes it
     void setTags(const AVDictionary* tags);  // what names the track: title, artist and the like
     void setTimeScale(int unitsPerSecond);   // of the times at which tracks begin
 

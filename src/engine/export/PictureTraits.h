@@ -7,7 +7,7 @@
 
 namespace qm {
 
-// Pictures a second; 25 where nothing tells.
+// Pictures a second; 25 where the file does not say.
 inline AVRational pictureRate(const AVStream& stream) {
     for (const AVRational rate : {stream.avg_frame_rate, stream.r_frame_rate}) {
         if (rate.num > 0 && rate.den > 0) {
@@ -17,7 +17,7 @@ inline AVRational pictureRate(const AVStream& stream) {
     return {25, 1};
 }
 
-// How the camera was held.
+// By how much the picture is turned, as the camera was held.
 inline void copyTurn(const AVStream& from, AVStream& to) {
     std::size_t size = 0;
     const std::uint8_t* matrix = av_stream_get_side_data(&from, AV_PKT_DATA_DISPLAYMATRIX, &size);

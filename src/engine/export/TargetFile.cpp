@@ -33,7 +33,7 @@ std::string temporaryIn(const std::string& folder) {
     return name;
 }
 
-// So that the name lasts, too. Where a folder cannot be synchronised, the file's own bytes have been.
+// Syncs the folder, so that the new name survives a crash. Some file systems cannot; the file itself is synced anyway.
 void synchroniseFolder(const std::string& folder) {
     const int descriptor = ::open(folder.c_str(), O_RDONLY | O_CLOEXEC | O_DIRECTORY);
     if (descriptor < 0) return;

@@ -51,6 +51,15 @@ CodecTraits codecTraits(const AVCodecParameters& parameters, int sampleRate, int
         case AV_CODEC_ID_AC3:
         case AV_CODEC_ID_EAC3:
             return {.prerollFrames = 4 * framesPerPacket, .restartPackets = 32};
+        case AV_CODEC_ID_VORBIS:  // windows of the packet before overlap, and nothing else is carried on
+            return {.counting = Counting::ByDecoding, .yieldBelongsToEnd = true, .prerollFrames = 8192};
+        case AV_CODEC_ID_OPUS:
+            return {.counting = Counting::ByDecoding,
+                    .yieldBelongsToEnd = true,
+                    .prerollFrames = sampleRate,
+                    .restartPackets = packetsOf(8 * sampleRate)};
+        case AV_CODEC_ID_WAVPACK:
+            return {.lastMayBeShort = true};
         case AV_CODEC_ID_GSM:
         case AV_CODEC_ID_GSM_MS:
         case AV_CODEC_ID_AMR_NB:

@@ -15,20 +15,24 @@ DemuxedPacketSource::DemuxedPacketSource(std::shared_ptr<const FileBytes> file, 
                                          int sampleRate)
     : m_file(std::move(file)), m_kind(kind), m_stream(stream), m_sampleRate(sampleRate), m_landed(av_packet_alloc()) {}
 
-std::uint32_t DemuxedPacketSource::fingerprint(const AVPacket& packet) {
+std::uint64_t DemuxedPacketSource::mixed(std::uint64_t hash, std::uint64_t word) {
     constexpr std::uint64_t kPrime = 0x100000001b3ULL;
-    std::uint64_t hash = 0xcbf29ce484222325ULL;
-    const auto mix = [&](std::uint64_t word) {
-        hash = (hash ^ word) * kPrime;
-        hash ^= hash >> 29;
-    };
-    mix(static_cast<std::uint64_t>(packet.pos));
-    mix(static_cast<std::uint64_t>(packet.size));
+    hash = (hash ^ word) * kPrime;
+    return hash ^ hash >> 29;
+}
+
+std::uint64_t DemuxedPacketSource::contentHash(const AVPacket& packet) {
+    std::uint64_t hash = mixed(0xcbf29ce484222325ULL, static_cast<std::uint64_t>(packet.size));
     for (int i = 0; i < packet.size; i += 8) {
         std::uint64_t word = 0;
         std::memcpy(&word, packet.data + i, static_cast<std::size_t>(std::min(8, packet.size - i)));
-        mix(word);
+        hash = mixed(hash, word);
     }
+    return hash;
+}
+
+std::uint32_t DemuxedPacketSource::fingerprint(std::uint64_t contentHash, std::int64_t position) {
+    const std::uint64_t hash = mixed(contentHash, static_cast<std::uint64_t>(position));
     return static_cast<std::uint32_t>(hash ^ hash >> 32);
 }
 

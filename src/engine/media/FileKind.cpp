@@ -1,5 +1,9 @@
 #include "engine/media/FileKind.h"
 
+extern "C" {
+#include <libavcodec/ac3_parser.h>
+}
+
 #include <algorithm>
 #include <array>
 
@@ -19,11 +23,24 @@ bool fits(std::string_view mark, const Head& head) {
            });
 }
 
+// AC-3 has a mark of two bytes only, so the rest of the head has to make sense. It also tells the two versions apart.
+bool isDolbyHead(const Head& head, MediaKind kind) {
+    constexpr int kHighestOfAc3 = 10;
+    std::uint8_t version = 0;
+    std::uint16_t frameBytes = 0;
+    return av_ac3_parse_header(head.data(), head.size(), &version, &frameBytes) >= 0 &&
+           (version <= kHighestOfAc3) == (kind == MediaKind::Ac3);
+}
+
+bool isOfKind(const Head& head, const MediaKindRow& row) {
+    const auto fitsHead = [&](std::string_view mark) { return fits(mark, head); };
+    return std::any_of(row.marks.begin(), row.marks.end(), fitsHead) &&
+           (!row.marksAreShort || isDolbyHead(head, row.kind));
+}
+
 const MediaKindRow& rowOfHead(const Head& head) {
     for (const MediaKindRow& row : mediaKinds()) {
-        if (std::any_of(row.marks.begin(), row.marks.end(), [&](std::string_view mark) { return fits(mark, head); })) {
-            return row;
-        }
+        if (isOfKind(head, row)) return row;
     }
     return rowOf(MediaKind::MpegAudio);
 }

@@ -85,6 +85,28 @@ std::vector<int> pictureStreams(const AVFormatContext& context, MediaKind kind, 
                           [&](AVStream& stream) { return isMovingPicture(stream) && holdsPictures(stream, fileSize); });
 }
 
+// By the planner of the kind; none where it finds the stream not to be of its sort.
+std::optional<SoundTrack> planQuickly(const File& file, MediaKind kind, Demuxer& demuxer, int stream,
+                                      const StreamStart& start, const MovieFacts& facts) {
+    switch (rowOf(kind).planner) {
+        case TrackPlanner::Flac:
+            return planFlac(file, demuxer.stream(stream), start);
+        case TrackPlanner::Ogg:
+            return planOgg(file, demuxer.stream(stream), start);
+        case TrackPlanner::Matroska:
+            return planMatroska(file, demuxer, stream, start);
+        case TrackPlanner::WavPack:
+            return planWavPack(file, demuxer.stream(stream), start);
+        default:
+            break;
+    }
+    std::optional<SoundTrack> track = planUniform(file, kind, demuxer.stream(stream), start);
+    if (!track && !facts.isFragmented) {
+        track = planFromTable(file, kind, demuxer, stream, start, facts);
+    }
+    return track;
+}
+
 std::optional<SoundTrack> planTrack(const File& file, MediaKind kind, int stream, const MovieFacts& facts) {
     // Examining a stream moves the others along too, so each is planned with a demuxer of its own.
     const auto opened = Demuxer::open(file, kind, rowOf(kind).mustBeAnalysed);
@@ -100,10 +122,7 @@ std::optional<SoundTrack> planTrack(const File& file, MediaKind kind, int stream
     if (start.sampleRate == 0) {
         return std::nullopt;
     }
-    std::optional<SoundTrack> track = planUniform(file, kind, demuxer.stream(stream), start);
-    if (!track && !facts.isFragmented) {
-        track = planFromTable(file, kind, demuxer, stream, start, facts);
-    }
+    std::optional<SoundTrack> track = planQuickly(file, kind, demuxer, stream, start, facts);
     return track ? std::move(track) : planByPass(file, kind, stream);
 }
 
@@ -177,7 +196,7 @@ Result<MediaTracks> findMpegAudio(const File& file) {
     return tracks;
 }
 
-Result<MediaTracks> findInContainer(File file, MediaKind kind) {
+Result<MediaTracks> findInContainer(const File& file, MediaKind kind) {
     MediaTracks tracks;
     tracks.file = file;
     tracks.kind = kind;
@@ -219,10 +238,10 @@ Result<MediaTracks> findTracks(std::shared_ptr<const FileBytes> file) {
             return findMpegAudio(file);
         case TrackPlanner::BigEndianWave:
             return onlyTrack(file, kind, planBigEndianWave(file));
-        case TrackPlanner::Container:
+        default:
             break;
     }
-    return findInContainer(std::move(file), kind);
+    return findInContainer(file, kind);
 }
 
 }  // namespace qm

@@ -4,6 +4,7 @@
 #include "engine/media/MediaTracks.h"
 #include "engine/media/MixReader.h"
 #include "engine/media/PictureEnd.h"
+#include "engine/media/SoundIdentity.h"
 #include "engine/media/SoundReader.h"
 #include "engine/media/VideoDecoder.h"
 #include "engine/media/tags/Tags.h"
@@ -79,6 +80,7 @@ Result<OpenedMedia> openMedia(const std::string& path, ReadCount reads) {
     media.description.hasVideo = !tracks.pictures.empty();
     media.description.preferredRate = tracks.facts.preferredRate;
     media.description.trackFormats = std::move(tracks.formats);
+    if (!tracks.sound.empty()) media.identity = soundIdentity(tracks.sound.front(), *media.file);
     const auto plans = std::make_shared<const std::vector<SoundTrack>>(forAnotherReader(tracks.sound));
     auto mix = mixOf(std::move(tracks.sound));
     if (media.description.hasVideo) {

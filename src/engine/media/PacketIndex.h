@@ -39,6 +39,9 @@ public:
     // The number of the only packet with this identity, or -1 when none or several have it.
     std::int64_t findUnique(std::uint32_t identity) const;
 
+    // Of each packet; empty where packets are of one size.
+    const std::vector<std::uint32_t>& sizes() const { return m_sizes; }
+
     std::size_t memoryBytes() const;
 
 private:

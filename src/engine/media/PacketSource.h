@@ -48,7 +48,11 @@ class DemuxedPacketSource : public PacketSource {
 public:
     DemuxedPacketSource(std::shared_ptr<const FileBytes> file, MediaKind kind, int stream, int sampleRate);
 
-    static std::uint32_t fingerprint(const AVPacket& packet);
+    // Of what a packet holds, and of where that stands in the file.
+    static std::uint64_t contentHash(const AVPacket& packet);
+    static std::uint32_t fingerprint(const AVPacket& packet) { return fingerprint(contentHash(packet), packet.pos); }
+    static std::uint32_t fingerprint(std::uint64_t contentHash, std::int64_t position);
+    static std::uint64_t mixed(std::uint64_t hash, std::uint64_t word);
 
     std::int64_t seek(const PacketIndex& index, std::int64_t packet) override;
     Outcome next(const PacketIndex& index, AVPacket& packet) override;

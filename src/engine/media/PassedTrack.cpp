@@ -3,6 +3,7 @@
 
 #include "engine/media/AudioDecoder.h"
 #include "engine/media/CutList.h"
+#include "engine/media/PacketFrames.h"
 #include "engine/media/SkipRequest.h"
 #include "engine/media/TrackPlan.h"
 
@@ -18,12 +19,17 @@ public:
           m_perPacket(start.framesPerPacket),
           m_mute(start.mutePackets),
           m_counting(traits.counting) {
+        if (m_parameters.codec_id == AV_CODEC_ID_FLAC) m_told = PacketFrames::create(m_parameters);
         if (m_counting == CodecTraits::Counting::ByDecoding) {
             m_decoder = AudioDecoder::create(m_parameters, stream.time_base);
         }
     }
 
     int count(const AVPacket& packet) {
+        if (m_told) {
+            const auto bytes = static_cast<std::size_t>(std::max(packet.size, 0));
+            return m_told->next({packet.data, std::min(bytes, PacketFrames::kHeadBytes)}, packet.size);
+        }
         switch (m_counting) {
             case CodecTraits::Counting::BySize:
                 return std::max(av_get_audio_frame_duration2(&m_parameters, packet.size), 0);
@@ -46,6 +52,7 @@ private:
     int m_perPacket;
     int m_mute;  // packets that still decode to nothing
     CodecTraits::Counting m_counting;
+    std::unique_ptr<PacketFrames> m_told;  // where every packet says its own length
     std::unique_ptr<AudioDecoder> m_decoder;
     std::vector<float> m_sound;
 };
@@ -70,6 +77,7 @@ void passPackets(SoundTrack& track, Demuxer& demuxer, int stream, const StreamSt
     std::vector<std::uint8_t> buffer;
     bool direct = kind == MediaKind::MovieFile;  // elsewhere packets are made of pieces of the file
     const PacketPtr packet(av_packet_alloc());
+    std::uint64_t last = 0;
     while (demuxer.read(stream, *packet) >= 0) {
         const SkipRequest skip = SkipRequest::of(*packet);
         const int frames = counter.count(*packet);
@@ -78,7 +86,9 @@ void passPackets(SoundTrack& track, Demuxer& demuxer, int stream, const StreamSt
         if (direct) {
             inFile.append(packet->pos, static_cast<std::uint32_t>(packet->size), frames);
         }
-        track.index.append(PacketIndex::kNoPosition, DemuxedPacketSource::fingerprint(*packet), frames);
+        if (track.index.packets() > 0) track.contentHash = DemuxedPacketSource::mixed(track.contentHash, last);
+        last = DemuxedPacketSource::contentHash(*packet);
+        track.index.append(PacketIndex::kNoPosition, DemuxedPacketSource::fingerprint(last, packet->pos), frames);
     }
     track.drainedFrames = counter.drain();
     track.kept = cuts.kept(track.index.frames() + track.drainedFrames);

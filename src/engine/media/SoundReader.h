@@ -60,6 +60,7 @@ struct OpenedMedia {
     std::shared_ptr<const FileBytes> file;  // stays readable when its name is gone
     MediaDescription description;
     std::unique_ptr<SoundReader> sound;  // as long as the longest track; none for a file without sound
+    std::string identity;                // of the sound (SoundIdentity.h); empty without sound
     SoundOpener openSound;               // another reader of it; empty for a file without sound; any thread
     std::vector<Tag> tags;               // what the file says of itself
     VideoOpener openVideo;               // empty for a file without moving pictures; any thread

@@ -10,6 +10,7 @@ SoundTrack SoundTrack::forAnotherReader() const {
             .startSeconds = startSeconds,
             .traits = traits,
             .index = index,
+            .contentHash = contentHash,
             .drainedFrames = drainedFrames,
             .kept = kept,
             .source = source->forAnotherReader()};

@@ -20,6 +20,7 @@ struct SoundTrack {
     double startSeconds = 0;  // where the container places the track's first frame
     CodecTraits traits;
     PacketIndex index;
+    std::uint64_t contentHash = 0;   // over all packets but the last one, where only the demuxer knows them
     std::int64_t drainedFrames = 0;  // what the decoder still yields after the last packet
     KeptRanges kept;
     std::unique_ptr<PacketSource> source;

@@ -39,6 +39,22 @@ std::optional<SoundTrack> planBigEndianWave(std::shared_ptr<const FileBytes> fil
 std::optional<SoundTrack> planFromTable(std::shared_ptr<const FileBytes> file, MediaKind kind, Demuxer& demuxer,
                                         int stream, const StreamStart& start, const MovieFacts& facts);
 
+// A FLAC file: frames of equal length without looking at them, others by looking for each.
+std::optional<SoundTrack> planFlac(std::shared_ptr<const FileBytes> file, const AVStream& stream,
+                                   const StreamStart& start);
+
+// Opus, Vorbis and FLAC in Ogg: by the pages' headers and the first bytes of the packets.
+std::optional<SoundTrack> planOgg(std::shared_ptr<const FileBytes> file, const AVStream& stream,
+                                  const StreamStart& start);
+
+// Matroska and WebM, for codecs whose packets tell their length: by the blocks' headers.
+std::optional<SoundTrack> planMatroska(std::shared_ptr<const FileBytes> file, Demuxer& demuxer, int stream,
+                                       const StreamStart& start);
+
+// WavPack: by the blocks' headers.
+std::optional<SoundTrack> planWavPack(std::shared_ptr<const FileBytes> file, const AVStream& stream,
+                                      const StreamStart& start);
+
 // Anything: reads every packet of the stream once.
 std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, MediaKind kind, int stream);
 

@@ -135,25 +135,14 @@ void FileMovie::request() {
     m_request.rangeBegin = std::min(from, to);
     m_request.rangeEnd = std::max(from, to);
     m_render.request(m_request);
-    if (!m_works->video) return;
-    {
-        const std::lock_guard lock(m_works->momentMutex);
-        m_works->requestForMoment = m_request;
-    }
-    m_works->video->clockChanged();
+    if (m_works->video) m_works->video->clockChanged();
 }
 
 VideoMoment FileMovie::Works::moment() const {
-    RenderThread::Request request;
-    {
-        const std::lock_guard lock(momentMutex);
-        request = requestForMoment;
-    }
-    const RenderThread::Heard heard = render.heard();
-    const bool arrived = heard.seek == request.seek;
+    const RenderThread::Request request = render.newestRequest();
     const double perFrame = 1.0 / render.sampleRate();
     VideoMoment moment;
-    moment.seconds = (arrived ? heard.position : static_cast<double>(request.seekTarget)) * perFrame;
+    moment.seconds = render.heard() * perFrame;
     moment.rate = request.playing ? request.rate : 0;
     moment.loops = request.loops;
     const bool whole = request.rangeEnd <= request.rangeBegin;
@@ -178,12 +167,9 @@ QTTime FileMovie::duration() const {
     return {toUnits(m_render.length()), m_timeScale, 0};
 }
 
-// Until a seek is heard its target is the current position.
 std::int64_t FileMovie::position() const {
     assert(m_mainThread.isHere());
-    const RenderThread::Heard heard = m_render.heard();
-    if (heard.seek != m_request.seek) return m_request.seekTarget;
-    return static_cast<std::int64_t>(std::floor(heard.position));
+    return static_cast<std::int64_t>(std::floor(m_render.heard()));
 }
 
 void FileMovie::setCurrentTime(QTTime time) {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <string>
 #include <unordered_map>
 
@@ -79,8 +78,6 @@ private:
         SoundOpener openSound;  // until the scan has it
         RenderThread render;
         std::unique_ptr<WaveformScan> waveform;
-        mutable std::mutex momentMutex;
-        RenderThread::Request requestForMoment;
         std::unique_ptr<VideoThread> video;  // ends before what its clock asks
     };
 

@@ -53,7 +53,7 @@ private:
     Slider* m_slider;
 };
 
-// Whether a button is on stands in its description too: not every bus carries that it could be.
+// Whether a button is on is said in its description, too, because some buses do not carry the checkable state.
 class ButtonAccess : public QAccessibleWidget {
 public:
     explicit ButtonAccess(FaceButton* button) : QAccessibleWidget(button, QAccessible::Button), m_button(button) {}
@@ -82,7 +82,7 @@ public:
 
     QStringList actionNames() const override { return QStringList(pressAction()) + QAccessibleWidget::actionNames(); }
 
-    // Pressed when the tool has its answer: what the button does may open a dialog and take its time.
+    // Queued, because the action may open a dialog, and the tool waits for the answer to its call.
     void doAction(const QString& name) override {
         if (name == pressAction())
             QMetaObject::invokeMethod(m_button, &QAbstractButton::click, Qt::QueuedConnection);
@@ -141,7 +141,7 @@ private:
     NoticeLine* m_line;
 };
 
-// What is only looked at; its parts say nothing.
+// A picture, whose children are hidden from assistive tools.
 class PictureAccess : public QAccessibleWidget {
 public:
     explicit PictureAccess(QWidget* view) : QAccessibleWidget(view, QAccessible::Graphic) {}
@@ -167,7 +167,7 @@ private:
     ScaleView* m_scale;
 };
 
-// Whatever nobody knows better: a panel if it is a window, else only a place for others.
+// Everything else: a panel if it is a window, otherwise a grouping.
 class PlainAccess : public QAccessibleWidget {
 public:
     using QAccessibleWidget::QAccessibleWidget;

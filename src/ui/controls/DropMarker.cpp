@@ -29,7 +29,7 @@ DropMarker::DropMarker(QWidget* parent) : QWidget(parent) {
 void DropMarker::begin() {
     m_words.clear();
     m_refuses = false;
-    setGeometry(parentWidget()->rect());  // the list moves what lies on it when it scrolls
+    setGeometry(parentWidget()->rect());  // the list moves its children when it scrolls
     show();
     raise();
 }

@@ -1,5 +1,5 @@
 // What lies over the play list while files are dragged over the window: a frame that takes them, or another one that
-// does not, with the reason in words. It is no target itself. Main thread only.
+// does not, with the reason in words. The drop goes to the list below it. Main thread only.
 #pragma once
 
 #include <QString>

@@ -38,6 +38,6 @@ struct ExactFont {
 
 const ExactFont& exactFont(const QFont& font);
 
-double screenDpi();  // dots of an inch, by which the toolkit counts points
+double screenDpi();  // by which the toolkit converts points to pixels
 
 }  // namespace qm

@@ -13,7 +13,7 @@ namespace qm {
 
 void FadingWindow::setAlphaValue(double alpha) {
     m_alphaValue = alpha;
-    if (isOnWayland()) return;  // the toolkit would complain at each step
+    if (isOnWayland()) return;  // where the toolkit warns at each step
     setWindowOpacity(std::clamp(alpha, 0.0, 1.0));
     flushDisplay();
 }

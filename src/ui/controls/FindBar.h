@@ -1,5 +1,5 @@
-// The line in which a track is looked for: the field, how many there are of how many, and the way out. It only tells
-// what its user does. Main thread only.
+// The bar that finds tracks: a field, how many tracks match, and a button that closes it. It only tells
+// what the user does. Main thread only.
 #pragma once
 
 #include <QWidget>
@@ -24,8 +24,8 @@ public:
 
 signals:
     void typed(const QString& text);
-    void chosen();    // Return: the first that was found
-    void left();      // Esc, or the button: no more of it
+    void chosen();    // Return: play the first match
+    void left();      // closed by Esc or the button
     void goneDown();  // to the list, with the Down key
 
 protected:

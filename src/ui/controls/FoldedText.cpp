@@ -12,7 +12,7 @@ namespace {
 constexpr char16_t kUnknown = 0xFFFF, kSeveral = 0xFFFE, kNothing = 0xFFFD;
 constexpr std::array kVoicingMarks = {u'\u3099', u'\u309A'};
 
-// Letters that are no other letter with a sign on it, but are looked for as if they were.
+// Letters that have no decomposition but are searched for by a base letter.
 const QHash<char16_t, QString>& kin() {
     static const QHash<char16_t, QString> kin = {
         {u'ß', QStringLiteral("ss")}, {u'æ', QStringLiteral("ae")}, {u'œ', QStringLiteral("oe")},

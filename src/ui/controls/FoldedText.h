@@ -21,7 +21,7 @@ public:
 
     bool isEmpty() const { return m_words.isEmpty(); }
     bool areIn(const QStringList& texts) const;
-    bool areWithin(const SearchWords& wider) const;  // whatever these find, those find as well
+    bool areWithin(const SearchWords& wider) const;  // every text that these match, `wider` matches as well
 
 private:
     QStringList m_words;  // folded

@@ -21,21 +21,23 @@ ImageButton::ImageButton(const QString& imageName, QWidget* parent) : FaceButton
 }
 
 void ImageButton::setImageName(const QString& name) {
-    if (m_imageName == name) return;
+    setImage(name, m_on);
+}
+
+void ImageButton::showState(const QString& imageName, bool on) {
+    setImage(imageName, on);
+}
+
+void ImageButton::setImage(const QString& name, std::optional<bool> on) {
+    if (m_imageName == name && m_on == on) return;
     m_imageName = name;
+    m_on = on;
     const QSize canvas = name.isEmpty() ? QSize() : namedPixmap(name, 1.0).size();
     if (canvas != m_canvas) {
         m_canvas = canvas;
         updateGeometry();
     }
     onStateChanged();
-}
-
-std::optional<bool> ImageButton::onState() const {
-    if (m_imageName.contains(u"_recording_")) return std::nullopt;  // two pictures of being off
-    if (m_imageName.endsWith(u"_on.png")) return true;
-    if (m_imageName.endsWith(u"_off.png")) return false;
-    return std::nullopt;
 }
 
 QPainterPath ImageButton::facePath(double grow) const {

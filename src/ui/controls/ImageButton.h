@@ -18,7 +18,8 @@ public:
     void setImageName(const QString& name);
     QString imageName() const { return m_imageName; }
 
-    std::optional<bool> onState() const override;  // by the name of its picture, if there is one for on and one for off
+    void showState(const QString& imageName, bool on);  // the picture of what it stands for, and whether that is on
+    std::optional<bool> onState() const override { return m_on; }
 
     QPainterPath focusPath() const override;
     QSize sizeHint() const override { return m_canvas; }
@@ -31,7 +32,10 @@ protected:
 private:
     QPainterPath facePath(double grow) const;  // the face, larger by `grow` pixels on each side
 
+    void setImage(const QString& name, std::optional<bool> on);
+
     QString m_imageName;
+    std::optional<bool> m_on;  // none for one that only does something
     QSize m_canvas;
 };
 

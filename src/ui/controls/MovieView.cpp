@@ -55,7 +55,7 @@ void MovieView::paintEvent(QPaintEvent* event) {
     const QRectF rect = pictureRect();
     const double ratio = devicePixelRatio();
     const QSize pixels(qRound(rect.width() * ratio), qRound(rect.height() * ratio));
-    if (image.size() == pixels) {  // made for this place: pixel by pixel
+    if (image.size() == pixels) {  // already in the size of the view
         image.setDevicePixelRatio(ratio);
         painter.drawImage(QPointF(qRound(rect.x() * ratio) / ratio, qRound(rect.y() * ratio) / ratio), image);
         return;

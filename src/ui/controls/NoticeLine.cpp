@@ -21,7 +21,7 @@ constexpr double kText = 13, kActText = 12;
 constexpr int kActGap = 10;
 constexpr int kHeight = 20;
 constexpr int kRestMs = 6000, kRestWithActMs = 12000;
-constexpr int kHeldMs = 1000;  // until it is asked again whether the line is held
+constexpr int kHeldMs = 1000;  // between two looks whether the line is held
 constexpr int kFadeMs = 400;
 
 void sendEvent(QObject* object, QAccessible::Event type) {
@@ -79,7 +79,7 @@ void NoticeLine::put(const QString& text, const QString& actText) {
     update();
 }
 
-// A reader speaks a notice that comes into view, so one that stands there already goes and comes once more.
+// Screen readers speak a notice when it appears, so a line that is shown already is hidden and shown again.
 void NoticeLine::announce() {
     if (!QAccessible::isActive() || m_text.isEmpty()) return;
     sendEvent(this, QAccessible::NameChanged);

@@ -20,7 +20,7 @@ public:
     explicit NoticeLine(QWidget* parent = nullptr);
 
     void tell(const QString& text, const QString& actText, bool stays);
-    void bringBack(const QString& text, const QString& actText);  // what stays, silently: it has been told before
+    void bringBack(const QString& text, const QString& actText);  // shows a lasting notice again without announcing it
     void clear();
     void announce();  // to screen readers, what it says now
 

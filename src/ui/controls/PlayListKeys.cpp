@@ -6,7 +6,7 @@
 
 namespace qm {
 
-// The player's keys are taken before they reach it, unless it asks for them.
+// The window's shortcuts come before the list, unless it accepts the shortcut override.
 bool PlayListView::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride && isLetterOfTitle(*static_cast<QKeyEvent*>(event))) {
         event->accept();
@@ -76,7 +76,7 @@ bool PlayListView::moveByKey(const QKeyEvent& event) {
 void PlayListView::takeLetters() {
     setFocus(Qt::ShortcutFocusReason);
     m_takesLetters = true;
-    m_focusInRow = true;  // whoever has the keys is shown
+    m_focusInRow = true;  // shows that the list has the keyboard
     m_typeAhead.forget();
     viewport()->update();
 }
@@ -85,7 +85,7 @@ void PlayListView::endLetters() {
     if (std::exchange(m_takesLetters, false)) emit lettersEnded();
 }
 
-// Space plays, unless it parts two words. Backspace is never the key that removes a track here.
+// Space plays unless it is typed inside a title. Backspace takes a letter back and never removes a track here.
 bool PlayListView::isLetterOfTitle(const QKeyEvent& event) const {
     if (!m_takesLetters || event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier | Qt::GroupSwitchModifier))
         return false;

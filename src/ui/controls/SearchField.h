@@ -1,4 +1,4 @@
-// A field to type what is looked for, with the look of the program's other fields. Main thread only.
+// A search field in the look of the program's other fields. Main thread only.
 #pragma once
 
 #include <QLineEdit>

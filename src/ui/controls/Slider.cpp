@@ -242,7 +242,7 @@ void Slider::stepByUser(int steps) {
     moveByUser(value);
 }
 
-// The edge of the gap may have been rounded to a number of less precision: what is nearly there stands on it.
+// Compares with a tolerance, because the gap's edge may come from a float.
 double Slider::afterStep(double value, int direction) const {
     const double next = value + direction * m_step;
     if (std::abs(next) >= m_gap) return next;

@@ -60,7 +60,7 @@ inline const QColor kChipPressed{0, 0, 0, 89};
 inline const QColor kSelection{0x3F, 0xD2, 0xE2, 77};
 inline const QColor kFocus{0xBD, 0xF6, 0xFC};
 inline const QColor kNeutralBar{0x8A, 0x91, 0x99};
-inline const QColor kGrooveEdge{0x7A, 0x81, 0x88};  // three times as light as any ground that it stands on
+inline const QColor kGrooveEdge{0x7A, 0x81, 0x88};  // contrast of 3:1 on every ground it is drawn on
 
 inline constexpr double kDimOpacity = 0.42;
 inline constexpr double kChipRadius = 6;

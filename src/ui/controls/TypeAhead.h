@@ -13,7 +13,7 @@ public:
     using TitleOf = std::function<QString(int row)>;
 
     void type(const QString& letters);
-    void takeBack();  // the last letter
+    void takeBack();  // removes the last letter
     void forget() { m_typed.clear(); }
     bool isTyping() const;
     QString typed() const { return m_typed; }

@@ -15,7 +15,7 @@ struct FlagPlace {
     bool hangsRight;
 };
 
-// Of the marks at these places: inside the passage between them, and outside it where that is too short for both. They
+// Places the flags of two marks: inside the passage between them, or outside where it is too short for both. They
 // never cover each other and stay inside the strip of that width.
 std::pair<FlagPlace, FlagPlace> flagPlaces(double left, double right, double width);
 

@@ -32,7 +32,7 @@ bool isMenuKey(const QKeyEvent& event) {
 
 }  // namespace
 
-// The strip lets the mouse through, so its place in the hero answers for it; the keys go to its slider.
+// The strip is transparent for the mouse, so the hero gets the right click; the Menu key reaches the slider.
 ContextMenus::ContextMenus(MainWindow& window, const PlayerState& state, const PlayListArrays& list,
                            const Outlets& outlets)
     : QObject(&window), m_window(window), m_state(state), m_outlets(outlets), m_loaded(state, list, outlets) {
@@ -91,7 +91,7 @@ void ContextMenus::showForPosition(const QPoint& place, bool byKey) {
     popUp(menu, byKey ? cue.mapToGlobal(QPoint(knob, cue.height())) : place);
 }
 
-// What a click on the slider's groove there does.
+// Moves the position there, as a click on the slider's groove does.
 void ContextMenus::addGoHere(QMenu& menu, double x) {
     Slider& cue = *m_outlets.cueSlider;
     const double left = cue.xOfValue(cue.minimum()), right = cue.xOfValue(cue.maximum());

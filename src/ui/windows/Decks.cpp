@@ -26,6 +26,13 @@ ImageButton* makeFace(const char* name, const char* image, const char* slot, Act
     return button;
 }
 
+// A face that shows whether something is on, which it is not yet.
+ImageButton* makeStateFace(const char* name, const char* image, const char* slot, ActionTable& actions) {
+    ImageButton* button = makeFace(name, image, slot, actions);
+    button->showState(button->imageName(), false);
+    return button;
+}
+
 TimeLabel* makeLoopTime(const char* name, const QString& accessibleName) {
     auto* label = new TimeLabel(QStringLiteral("00:00:00"));
     label->setObjectName(QString::fromLatin1(name));
@@ -58,9 +65,9 @@ QWidget* TransportDeck::makeFaces(Outlets& outlets, ActionTable& actions) {
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
     auto* toStart = makeFace("goToStartButton", "qm_to_start.png", "goToStart", actions);
-    outlets.playBackwardButton = makeFace("playBackwardButton", "db_Play_R_off.png", "playBackward", actions);
-    outlets.pauseButton = makeFace("pauseButton", "db_Pause_off.png", "pause", actions);
-    outlets.playForwardButton = makeFace("playForwardButton", "db_Play_F_off.png", "playForward", actions);
+    outlets.playBackwardButton = makeStateFace("playBackwardButton", "db_Play_R_off.png", "playBackward", actions);
+    outlets.pauseButton = makeStateFace("pauseButton", "db_Pause_off.png", "pause", actions);
+    outlets.playForwardButton = makeStateFace("playForwardButton", "db_Play_F_off.png", "playForward", actions);
     row->addStretch();
     for (ImageButton* face : {toStart, outlets.playBackwardButton, outlets.pauseButton, outlets.playForwardButton})
         row->addWidget(face, 0, Qt::AlignVCenter);
@@ -113,9 +120,9 @@ void TransportDeck::setDimmed(bool dimmed) {
 
 LoopDeck::LoopDeck(Outlets& outlets, ActionTable& actions, QWidget* parent) : Card(parent) {
     setAccessibleName(tr("Loop"));
-    outlets.markAButton = makeFace("markAButton", "db_set_in_off.png", "markAUpdate", actions);
-    outlets.loopButton = makeFace("loopButton", "db_loop_off.png", "loopSwitch", actions);
-    outlets.markBButton = makeFace("markBButton", "db_set_out_off.png", "markBUpdate", actions);
+    outlets.markAButton = makeStateFace("markAButton", "db_set_in_off.png", "markAUpdate", actions);
+    outlets.loopButton = makeStateFace("loopButton", "db_loop_off.png", "loopSwitch", actions);
+    outlets.markBButton = makeStateFace("markBButton", "db_set_out_off.png", "markBUpdate", actions);
     outlets.loopIn = makeLoopTime("loopIn", tr("Mark A"));
     outlets.loopOut = makeLoopTime("loopOut", tr("Mark B"));
     auto* reset = new ChipButton(tr("Reset"));

@@ -55,7 +55,7 @@ void ExportPanel::setQuitsAfterwards(bool quits) {
     m_hint->setText(quits ? tr("Quillmere quits when it is done.") : tr("You can go on playing."));
 }
 
-// Over the play list, where nothing moves.
+// Over the play list, because nothing there changes while a track plays.
 QPoint ExportPanel::wishedPlace(const QRect& window, QSize frame) const {
     return {window.center().x() - frame.width() / 2, window.bottom() + 1 - kAboveBottom - frame.height()};
 }

@@ -1,4 +1,4 @@
-// The Level Meters panel: the bars and the average power of both channels. It only shows what it is told. Main thread
+// The Level Meters panel: the bars and the average power of both channels, set from outside. Main thread
 // only.
 #pragma once
 

@@ -49,7 +49,7 @@ void ListKeys::previousTrack() {
     playBeside(-1);
 }
 
-// Beside the track that plays, or, without one, beside the selected row; what is out of sight is passed over.
+// The row beside the loaded track's, or beside the selected one without a track. Rows that are not shown are skipped.
 void ListKeys::playBeside(int step) {
     if (m_list.count() == 0) return tell(tr("There are no tracks in the list"));
     const PlayListView& view = *m_outlets.playList;
@@ -110,7 +110,7 @@ void ListKeys::connectFindBar(FindBar& bar) {
     });
 }
 
-// What narrows further looks only at what is shown, so that a long list follows every letter.
+// A search that can only find less looks at the shown rows only, so that a long list keeps up with typing.
 void ListKeys::narrow(const QString& typed) {
     const SearchWords before = std::exchange(m_words, SearchWords(typed));
     PlayListView& view = *m_outlets.playList;
@@ -119,7 +119,7 @@ void ListKeys::narrow(const QString& typed) {
         return m_words.areIn({m_list.displayNamesArray[i], m_list.artistArray[i], m_list.albumArray[i]});
     };
     if (m_words.isEmpty()) {
-        const QSignalBlocker keepsBar(view);  // the field stays; only its words are gone
+        const QSignalBlocker keepsBar(view);  // the bar stays open with an empty field
         view.showOnly(nullptr);
     } else if (view.isNarrowed() && m_words.areWithin(before)) {
         view.showFewer(keeps);
@@ -136,7 +136,7 @@ void ListKeys::tellCount() {
     tell(found == 0 ? tr("No track is found") : tr("%1 of %2 tracks found").arg(found).arg(m_list.count()));
 }
 
-// The list is whole again, by Esc, the button, or because it has grown.
+// All rows are shown again: by Esc, by the button, or because a track was added.
 void ListKeys::endFinding() {
     if (!m_bar || m_bar->isHidden()) return;
     m_counting.stop();

@@ -45,7 +45,7 @@ MainToolbar::MainToolbar(ActionTable& actions, QWidget* parent) : QWidget(parent
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(kSide, 1, kSide, 0);
     row->setSpacing(kSpacing);
-    double left = kSide;  // edges are rounded, not widths: tool by tool that would add up
+    double left = kSide;  // edges are rounded, not widths, whose errors would add up
     for (const Tool& tool : kTools) {
         if (*tool.slot == '\0') {
             row->addWidget(new Separator);

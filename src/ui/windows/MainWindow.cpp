@@ -214,7 +214,7 @@ void MainWindow::useMessageButton() {
     m_grid->hero->noticeLine().act();
 }
 
-// As on other desktops; Alt alone would take the player's keys away whenever it is touched.
+// F10 opens the menu bar. Alt alone does not, because it would take the keys away from the player.
 void MainWindow::openMenuByKey() {
     auto* key = new QShortcut(QKeySequence(Qt::Key_F10), this);
     connect(key, &QShortcut::activated, this, [this] {
@@ -312,18 +312,18 @@ void MainWindow::makeScrollable() {
         connect(bar, &QScrollBar::valueChanged, m_ring, &FocusRing::place);
     connect(qApp, &QApplication::focusChanged, m_scroll, [this](QWidget*, QWidget* now) {
         if (!now || !m_grid->isAncestorOf(now)) return;
-        // The play list may be as high as the screen: some of it will do.
+        // The play list may be as high as the screen, so only its first rows count.
         const bool isSeen = now == m_outlets.playList && now->visibleRegion().boundingRect().height() >= kEnoughOfList;
         if (!isSeen) m_scroll->ensureWidgetVisible(now, kScrollMargin, kScrollMargin);
     });
 }
 
-// The user may take the window to a smaller screen.
+// Fits the window again when it comes to a smaller screen.
 void MainWindow::fitScreen(QScreen* screen) {
     fitInto(screen->availableSize() - kFrame);
 }
 
-// When the desktop has told the place that belongs to the state.
+// Later, because the desktop tells the window's place after its state.
 void MainWindow::changeEvent(QEvent* event) {
     FadingWindow::changeEvent(event);
     if (event->type() != QEvent::WindowStateChange) return;

@@ -7,7 +7,6 @@
 #include <optional>
 #include <utility>
 
-#include "player/TimeFormat.h"
 #include "ui/ReadableForms.h"
 #include "ui/controls/ImageButton.h"
 #include "ui/controls/ImageView.h"
@@ -109,7 +108,7 @@ QString MainWindowState::trackByLine() const {
     return people.isEmpty() ? tr("Press Space to play.") : tr("%1 · press Space to play").arg(people);
 }
 
-// What to do, as far as it has not been done yet.
+// Hints for the first use: what to do next, until it has been done once.
 QString MainWindowState::hint() const {
     if (m_list.count() == 0) return tr("Add a track, select it, then press Space.");
     if (m_hasPlayed) return tr("Double-click a track to play it.");
@@ -177,8 +176,7 @@ void MainWindowState::refreshWaveform() {
 void MainWindowState::refreshLoopTimes() {
     const bool loaded = m_state.qtMovie != nullptr;
     const ShownMarks* shown = loaded && m_loop.shownMarks() ? &*m_loop.shownMarks() : nullptr;
-    // The field of B may have been put back to its first text.
-    const bool showsB = shown && m_outlets.loopOut->text() == stringFromQTTimeLite(shown->b);
+    const bool showsB = shown && shown->bIsShown;
     describe(*m_outlets.markAButton, shown ? spokenMark(shown->a) : QString());
     describe(*m_outlets.markBButton, shown ? spokenMark(shown->b) : QString());
     m_outlets.loopIn->setTextColor(shown && shown->aChanged ? tokens::kAmberHigh : restColor(loaded));

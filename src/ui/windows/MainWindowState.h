@@ -55,7 +55,7 @@ private:
     Movie m_pictured = 0;  // the movie whose waveform is shown
     std::size_t m_partsShown = 0;
     bool m_isPictured = true;  // wholly
-    bool m_hasPlayed = false;  // anything, since the program began
+    bool m_hasPlayed = false;  // any track, since the program began
 };
 
 }  // namespace qm

@@ -8,7 +8,7 @@ namespace qm {
 
 namespace {
 
-// Compared from the left: what is covered weighs more than how far the wish is.
+// Compared member by member: the covered area first, then the distance from the wished place.
 using Cost = std::tuple<qint64, qint64, qsizetype, qint64>;
 
 struct Choice {

@@ -103,7 +103,7 @@ PreferencesWindow::PreferencesWindow(Outlets& outlets, ActionTable& actions, QWi
     connect(&m_gainTimer, &QTimer::timeout, this, &PreferencesWindow::showGain);
 }
 
-// The controls that are set before anybody sees them.
+// The controls whose values are set at start-up, before the window is shown.
 void PreferencesWindow::makeOutlets() {
     m_outlets.audioLevelsPref = makeCheckBox(m_outlets.generalPrefView, "audioLevelsPref", tr("Show level indicators"),
                                              tr("Meters follow the sound while a track is loaded."));

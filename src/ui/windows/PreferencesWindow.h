@@ -1,5 +1,5 @@
 // The preferences window: its toolbar, the three panes and their controls. Which pane is shown, and how large the
-// window is, is decided by whoever fills `activePrefContentView`. Main thread only.
+// window is, is decided by PreferencePanes, which fills `activePrefContentView`. Main thread only.
 #pragma once
 
 #include <QTimer>

@@ -33,7 +33,7 @@ int StatusLine::textWidth() const {
     return qRound(qm::textWidth(font(), text()));
 }
 
-// Two lines are as even as the words allow.
+// Breaks where the two lines become most nearly equally long.
 QStringList StatusLine::lines() const {
     const QString words = text();
     if (textWidth() <= width()) return {words};
@@ -105,7 +105,7 @@ void RecorderPanel::paintEvent(QPaintEvent*) {
 void RecorderPanel::showEvent(QShowEvent* event) {
     refresh();
     m_timer.start();
-    if (!event->spontaneous()) setFocus();  // and not the button, which is reached with Tab
+    if (!event->spontaneous()) setFocus();  // not the button's, so that a key meant for the player does not record
     ToolPanel::showEvent(event);
 }
 

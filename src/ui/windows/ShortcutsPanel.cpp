@@ -170,7 +170,7 @@ void ShortcutsPanel::showOnly(const QString& typed) {
     m_field->setAccessibleDescription(said);
 }
 
-// Whoever comes back begins anew.
+// The search begins anew whenever the panel is shown.
 void ShortcutsPanel::showEvent(QShowEvent* event) {
     if (!event->spontaneous()) {
         m_field->clear();

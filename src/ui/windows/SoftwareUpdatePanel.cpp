@@ -79,7 +79,7 @@ void SoftwareUpdatePanel::buildButtons(UpdateOutlets& outlets) {
     auto* buttons = new QWidget(this);
     buttons->setLayout(row);
     buttons->setGeometry(kSide, kButtonTop, kWidth - 2 * kSide, kButtonHeight);
-    setTabOrder(download, close);  // where the keyboard goes when there is nothing left to download
+    setTabOrder(download, close);  // takes the focus when Download is disabled
     setTabOrder(close, visit);
     static_assert(kButtonTop + kButtonHeight + kBottom == kHeight);
 
@@ -88,7 +88,7 @@ void SoftwareUpdatePanel::buildButtons(UpdateOutlets& outlets) {
     m_close = outlets.closeButton = close;
 }
 
-// Return does what the panel is there for.
+// Return presses the default button, whichever control has the focus.
 void SoftwareUpdatePanel::showEvent(QShowEvent* event) {
     ToolPanel::showEvent(event);
     (m_download->isEnabled() ? m_download : m_close)->setFocus(Qt::OtherFocusReason);

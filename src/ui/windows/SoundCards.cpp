@@ -23,7 +23,7 @@ constexpr int kTop = 10, kRoomyTop = 14;
 constexpr int kHeadGap = 6, kButtonsGap = 7, kButtonSpacing = 6;
 constexpr int kToneTitleWidth = 52;  // more in a wide typeface
 constexpr double kOctaveTick = 5, kSemitoneTick = 3;
-constexpr double kSlowest = 0.35;  // slower there is only standing still
+constexpr double kSlowest = 0.35;  // below this the slider's only value is 0
 
 TitleButton* makeValue(const char* name, const char* title, const char* slot, int width, ActionTable& actions) {
     auto* button = new TitleButton(QString::fromLatin1(title));

@@ -18,7 +18,7 @@ StatusNotices::StatusNotices(MainWindow& window, Notices& notices)
         showLasting();
     });
     connect(&m_line, &NoticeLine::acted, this, &StatusNotices::act);
-    // Nobody reads a window that is still fading in.
+    // Waits until the window has faded in, because the notice could not be read before.
     connect(&window, &FadingWindow::madeKey, &m_line, &NoticeLine::announce);
     for (const Notice& notice : notices.takeUntold()) tell(notice);
 }
@@ -44,7 +44,7 @@ bool StatusNotices::update(const Notice& notice) {
     return true;
 }
 
-// What does not stand in front leaves without a change on the screen.
+// A notice that is not the one shown is dropped without a change on the screen.
 void StatusNotices::withdraw(const QString& subject) {
     if (subject.isEmpty()) return;
     const bool isShown =
@@ -66,7 +66,7 @@ void StatusNotices::showLasting() {
         m_line.bringBack(m_lasting.back().text, m_lasting.back().actText);
 }
 
-// The notice leaves first, so that what the act itself has to tell stays.
+// The notice is dropped before the act, so that a notice which the act tells is not dropped with it.
 void StatusNotices::act() {
     Notice acted;
     if (m_passing) {

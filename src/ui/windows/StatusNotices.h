@@ -17,7 +17,7 @@ class StatusNotices : public QObject {
     Q_OBJECT
 
 public:
-    // Shows at once what was told before there was a window.
+    // Also shows what was told before there was a window.
     StatusNotices(MainWindow& window, Notices& notices);
 
 private:

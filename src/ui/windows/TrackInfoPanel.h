@@ -23,7 +23,7 @@ private:
     QLabel* makeField(const QString& caption, const char* name);
     void addRow(QGridLayout* rows, QLabel* field);
 
-    QWidget* m_content;  // with the fields, which are told their texts before anybody sees them
+    QWidget* m_content;  // with the fields, whose texts are set before the panel is shown
 };
 
 }  // namespace qm

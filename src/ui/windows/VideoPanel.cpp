@@ -25,7 +25,7 @@ VideoPanel::VideoPanel(Outlets& outlets, QWidget* mainWindow)
     outlets.movieView = m_view;
 }
 
-// Rather smaller than over the controls.
+// Smaller sizes are tried, too, so that the panel covers no controls.
 QList<QSize> VideoPanel::firstSizes() const {
     QList<QSize> sizes;
     for (int percent = 100; percent >= kSmallestFirst; percent -= kSizeStep) sizes.append(size() * percent / 100);
@@ -50,14 +50,14 @@ void VideoPanel::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) toggleFullScreen();
 }
 
-// What closes a panel first brings this one back.
+// In full screen, closing only leaves full screen.
 void VideoPanel::closeEvent(QCloseEvent* event) {
     if (!isFullScreen()) return ToolPanel::closeEvent(event);
     showNormal();
     event->ignore();
 }
 
-// Some desktops let no tool window fill the screen. The toolkit tells them only of a window that has been made.
+// A dialog, because some desktops let no tool window fill the screen. The type has to be set on the native window.
 void VideoPanel::showEvent(QShowEvent* event) {
     setAttribute(Qt::WA_X11NetWmWindowTypeDialog);
     ToolPanel::showEvent(event);

@@ -1,5 +1,5 @@
 // The Video panel: a movie view on black and nothing else. It fills the screen when it is double-clicked; a further
-// double click, Esc and Ctrl+W bring it back. A film that goes takes it back, too. Main thread only.
+// double click, Esc and Ctrl+W bring it back, and so does the end of the film's track. Main thread only.
 #pragma once
 
 #include "ui/controls/Outlets.h"

@@ -11,12 +11,6 @@
 
 namespace qm::test {
 
-#define NEEDS_ENCODER()                                          \
-    if (!hasEncoder()) {                                         \
-        MESSAGE("the ffmpeg program is not installed: skipped"); \
-        return;                                                  \
-    }
-
 inline constexpr double kOneLsb = 1.0 / 32768;
 
 // Writes `source` as "exported.mov" into the folder, which has to succeed, and answers its path.

@@ -74,7 +74,6 @@ std::string filmed(const TemporaryFolder& folder, const std::string& name, const
 }  // namespace
 
 TEST_CASE("pictures that a movie holds are copied, each at its time") {
-    NEEDS_ENCODER();
     const TemporaryFolder folder;
     checkFilm(folder, filmed(folder, "a.mp4", "-c:v libx264 -bf 2 -g 20 -c:a aac"), "h264");
     checkFilm(folder, filmed(folder, "a.mov", "-c:v mpeg4 -bf 0 -c:a pcm_s16le"), "mpeg4");
@@ -86,7 +85,6 @@ TEST_CASE("pictures that a movie holds are copied, each at its time") {
 }
 
 TEST_CASE("pictures that it does not hold, or whose times are not known, are coded anew") {
-    NEEDS_ENCODER();
     const TemporaryFolder folder;
     checkFilm(folder, filmed(folder, "a.wmv", "-c:v wmv2 -q:v 2 -c:a wmav2"), "h264");
     checkFilm(folder, filmed(folder, "b.avi", "-c:v mpeg4 -bf 2 -q:v 3 -c:a libmp3lame"), "h264");
@@ -94,7 +92,6 @@ TEST_CASE("pictures that it does not hold, or whose times are not known, are cod
 }
 
 TEST_CASE("the shape of the pixels that the container states goes along, whatever the codec says") {
-    NEEDS_ENCODER();
     const TemporaryFolder folder;
     const std::string source = filmed(folder, "square.mov", "-c:v libx264 -vf setsar=1 -an");
     const std::string wide = folder.file("wide.mov");
@@ -103,7 +100,6 @@ TEST_CASE("the shape of the pixels that the container states goes along, whateve
 }
 
 TEST_CASE("a silent film goes along, and so does the way it is held") {
-    NEEDS_ENCODER();
     const TemporaryFolder folder;
     const std::string upright = filmed(folder, "upright.mov", "-c:v libx264 -an");
     const std::string held = folder.file("held.mov");
@@ -115,7 +111,6 @@ TEST_CASE("a silent film goes along, and so does the way it is held") {
 }
 
 TEST_CASE("pictures that begin before or after the sound keep their distance to it") {
-    NEEDS_ENCODER();
     const TemporaryFolder folder;
     const std::string source = filmed(folder, "source.mov", "-c:v libx264 -bf 0 -c:a pcm_s16le");
     for (const char* offset : {"0.4", "-0.4"}) {
@@ -132,7 +127,6 @@ TEST_CASE("pictures that begin before or after the sound keep their distance to 
 }
 
 TEST_CASE("every kind of file that can be opened becomes a movie of the same sound and pictures") {
-    NEEDS_ENCODER();
     struct Kind {
         const char* name;
         const char* coding;
@@ -168,7 +162,6 @@ TEST_CASE("every kind of file that can be opened becomes a movie of the same sou
 }
 
 TEST_CASE("a film whose sound ends before its pictures is as long when it is exported") {
-    NEEDS_ENCODER();
     const TemporaryFolder folder;
     for (const char* coding : {"-c:v libx264 -bf 2 -c:a aac", "-c:v mpeg4 -c:a libmp3lame"}) {
         CAPTURE(coding);

@@ -14,6 +14,7 @@
 #include "engine/export/Exports.h"
 #include "engine/export/FileExport.h"
 #include "engine/media/MovieBoxes.h"
+#include "support/NotRun.h"
 
 using namespace qm;
 using namespace qm::test;
@@ -122,10 +123,7 @@ TEST_CASE("what is not a regular file is never replaced") {
 }
 
 TEST_CASE("a file that cannot be written, and a folder in which none can be made, stay as they are") {
-    if (::geteuid() == 0) {
-        MESSAGE("the superuser may write everywhere: skipped");
-        return;
-    }
+    if (::geteuid() == 0) NOT_RUN_BECAUSE("the superuser may write everywhere");
     const Stage stage;
     std::ofstream(stage.target) << "as it was";
     std::filesystem::permissions(stage.target, std::filesystem::perms::owner_read);

@@ -162,11 +162,6 @@ std::vector<std::uint8_t> box(const std::string& type, const std::vector<std::ui
     return Bytes().big(8 + content.size(), 4).text(type).add(content).get();
 }
 
-bool hasEncoder() {
-    static const bool found = std::system("ffmpeg -version >/dev/null 2>&1") == 0;
-    return found;
-}
-
 bool encode(const std::string& arguments, const std::string& output) {
     const std::string command = "ffmpeg -v quiet -nostdin -y " + arguments + " '" + output + "'";
     return std::system(command.c_str()) == 0;

@@ -1,4 +1,4 @@
-// Media files for the tests: written here byte by byte, or encoded by the ffmpeg program where that is installed.
+// Media files for the tests: written here byte by byte, or encoded by the ffmpeg program.
 #pragma once
 
 #include <cstdint>
@@ -50,7 +50,6 @@ std::vector<std::uint8_t> cafFile(int channels, int rate, std::int64_t frames); 
 // A box of a movie file around its content.
 std::vector<std::uint8_t> box(const std::string& type, const std::vector<std::uint8_t>& content);
 
-bool hasEncoder();  // the ffmpeg program
 // Runs it; `arguments` go between the general options and the output file.
 bool encode(const std::string& arguments, const std::string& output);
 // What it decodes the first sound track to, interleaved in its own channels.

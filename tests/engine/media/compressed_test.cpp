@@ -1,4 +1,4 @@
-// Files that the ffmpeg program encodes from a coded signal. Where it is not installed these cases say so and end.
+// Files that the ffmpeg program encodes from a coded signal.
 #include <doctest/doctest.h>
 
 #include <algorithm>
@@ -6,90 +6,13 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "MediaFiles.h"
+#include "Encodings.h"
+#include "support/NotRun.h"
 
 using namespace qm;
 using namespace qm::test;
 
 namespace {
-
-constexpr std::int64_t kFrames = 150011;
-
-#define NEEDS_ENCODER()                                          \
-    if (!hasEncoder()) {                                         \
-        MESSAGE("the ffmpeg program is not installed: skipped"); \
-        return;                                                  \
-    }
-
-struct Encoded {
-    std::string arguments;
-    std::string name;
-};
-
-class Encodings {
-public:
-    Encodings() { m_folder.write("source.wav", sourceWave(2, kFrames)); }
-
-    std::string make(const Encoded& encoded) const {
-        const std::string path = m_folder.file(encoded.name);
-        std::string arguments = encoded.arguments;
-        const std::size_t place = arguments.find("SOURCE");
-        const std::string input = "-i '" + m_folder.file("source.wav") + "'";
-        arguments = place == std::string::npos ? input + " " + arguments : arguments.replace(place, 6, input);
-        CAPTURE(arguments);
-        REQUIRE(encode(arguments, path));
-        return path;
-    }
-
-    const TemporaryFolder& folder() const { return m_folder; }
-
-private:
-    // A gliding tone with noise in it: the coders have to work, and no two places are alike.
-    static std::vector<std::uint8_t> sourceWave(int channels, std::int64_t frames) {
-        auto bytes = waveFile(channels, 44100, frames, SampleFormat::Int16);
-        for (std::int64_t n = 0; n < frames; ++n) {
-            for (int c = 0; c < channels; ++c) {
-                const double t = static_cast<double>(n) / 44100;
-                const double tone = 9000 * std::sin(2 * M_PI * (200 + 500 * t + 90 * c) * t);
-                const auto sample = static_cast<std::int16_t>(tone + codedSample(n, c) / 16);
-                const auto at = static_cast<std::size_t>(44 + 2 * (n * channels + c));
-                bytes[at] = static_cast<std::uint8_t>(sample);
-                bytes[at + 1] = static_cast<std::uint8_t>(sample >> 8);
-            }
-        }
-        return bytes;
-    }
-
-    TemporaryFolder m_folder;
-};
-
-void checkExact(const std::string& path) {
-    CAPTURE(path);
-    const auto sound = openSound(path);
-    REQUIRE(sound);
-    const auto whole = readLinearly(*sound);
-    CHECK(countWrongSeeks(*sound, whole) == 0);
-    CHECK(countWrongChunksBackward(*sound, whole) == 0);
-}
-
-// What we read is what the program decodes, but for an overshoot at its end of at most `overshoot` frames.
-void checkAgainstProgram(const std::string& path, std::int64_t overshoot = 0) {
-    CAPTURE(path);
-    const auto sound = openSound(path);
-    REQUIRE(sound);
-    const auto channels = static_cast<std::size_t>(sound->channels());
-    const auto theirs = decodedByProgram(path);
-    const auto whole = readLinearly(*sound);
-    const auto theirLength = static_cast<std::int64_t>(theirs.size() / channels);
-    CHECK(sound->length() <= theirLength);
-    CHECK(sound->length() >= theirLength - overshoot);
-    std::int64_t wrong = 0;
-    for (std::size_t n = 0; n < std::min(whole.size() / 2, theirs.size() / channels); ++n) {
-        wrong +=
-            whole[2 * n] != theirs[channels * n] || whole[2 * n + 1] != theirs[channels * n + channels - 1] ? 1 : 0;
-    }
-    CHECK(wrong == 0);
-}
 
 const std::vector<Encoded> kLossless = {
     {"-c:a alac", "a.m4a"},
@@ -128,7 +51,6 @@ const std::vector<Encoded> kOthers = {
 }  // namespace
 
 TEST_CASE("lossless files give back what was encoded, frame for frame") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     const auto source = openSound(encodings.folder().file("source.wav"));
     REQUIRE(source);
@@ -137,7 +59,7 @@ TEST_CASE("lossless files give back what was encoded, frame for frame") {
         CAPTURE(encoded.name);
         const auto sound = openSound(encodings.make(encoded));
         REQUIRE(sound);
-        CHECK(sound->length() == kFrames);
+        CHECK(sound->length() == kEncodedFrames);
         if (sound->channels() == 2) {
             CHECK(readLinearly(*sound) == original);
         }
@@ -145,7 +67,6 @@ TEST_CASE("lossless files give back what was encoded, frame for frame") {
 }
 
 TEST_CASE("any stretch of a lossless file is the same however it is reached") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     for (const Encoded& encoded : kLossless) {
         checkExact(encodings.make(encoded));
@@ -153,7 +74,6 @@ TEST_CASE("any stretch of a lossless file is the same however it is reached") {
 }
 
 TEST_CASE("mp3 files with and without a header frame are exactly their linear decode") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     for (const Encoded& encoded : kMpeg) {
         const std::string path = encodings.make(encoded);
@@ -163,15 +83,13 @@ TEST_CASE("mp3 files with and without a header frame are exactly their linear de
 }
 
 TEST_CASE("an mp3 file with the encoder's notes is as long as what was encoded") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     const auto sound = openSound(encodings.make(kMpeg.front()));
     REQUIRE(sound);
-    CHECK(sound->length() == kFrames);
+    CHECK(sound->length() == kEncodedFrames);
 }
 
 TEST_CASE("aac files are exactly their linear decode and end where the sound ended") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     for (const Encoded& encoded : kAac) {
         const std::string path = encodings.make(encoded);
@@ -180,17 +98,15 @@ TEST_CASE("aac files are exactly their linear decode and end where the sound end
     }
     const auto sound = openSound(encodings.folder().file("a.m4a"));
     REQUIRE(sound);
-    CHECK(sound->length() == kFrames);
+    CHECK(sound->length() == kEncodedFrames);
 }
 
 TEST_CASE("aac with made-up noise reads the same however it is reached") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     checkExact(encodings.make({"-c:a aac -b:a 48k", "noisy.m4a"}));
 }
 
 TEST_CASE("every other codec reads the same however it is reached") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     for (const Encoded& encoded : kOthers) {
         checkExact(encodings.make(encoded));
@@ -198,7 +114,6 @@ TEST_CASE("every other codec reads the same however it is reached") {
 }
 
 TEST_CASE("files that need a pass through all packets are as long as their linear decode") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     for (const Encoded& encoded : kOthers) {
         CAPTURE(encoded.name);
@@ -216,7 +131,6 @@ TEST_CASE("files that need a pass through all packets are as long as their linea
 }
 
 TEST_CASE("an edit list decides which frame is the first") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     const std::string whole = encodings.make({"-c:a alac", "whole.m4a"});
     const std::string cut = encodings.folder().file("cut.m4a");
@@ -226,7 +140,6 @@ TEST_CASE("an edit list decides which frame is the first") {
 }
 
 TEST_CASE("movies have video, sound files with a cover have none") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     const auto movie = openMedia(encodings.make(kAac.back()));
     REQUIRE(movie);
@@ -245,7 +158,6 @@ TEST_CASE("movies have video, sound files with a cover have none") {
 }
 
 TEST_CASE("a movie without sound opens without a reader") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     for (const Encoded& encoded : {Encoded{"-f lavfi -i testsrc=s=64x48:d=2 -an SOURCE -map 0:v -c:v mpeg4", "a.mp4"},
                                    Encoded{"-f lavfi -i testsrc=s=64x48:d=2 SOURCE -map 0:v -c:v mjpeg", "a.avi"}}) {
@@ -260,7 +172,6 @@ TEST_CASE("a movie without sound opens without a reader") {
 }
 
 TEST_CASE("several enabled sound tracks are summed, the first gives the rate") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     const std::string tone = "-f lavfi -i sine=f=1000:r=22050:d=3";
     const std::string second = encodings.folder().file("tone.wav");
@@ -271,7 +182,7 @@ TEST_CASE("several enabled sound tracks are summed, the first gives the rate") {
     const auto first = openSound(encodings.folder().file("source.wav"));
     REQUIRE(mixed);
     CHECK(mixed->sampleRate() == 44100);
-    CHECK(mixed->length() == kFrames);
+    CHECK(mixed->length() == kEncodedFrames);
     const auto whole = readLinearly(*mixed);
     const auto alone = readLinearly(*first);
     CHECK(countWrongSeeks(*mixed, whole) == 0);
@@ -286,7 +197,6 @@ TEST_CASE("several enabled sound tracks are summed, the first gives the rate") {
 }
 
 TEST_CASE("an mp3 file is found behind garbage and ends before tags") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     const std::string path = encodings.make({"-c:a libmp3lame -b:a 96k -write_xing 0 -id3v2_version 0", "plain.mp3"});
     const auto plain = openSound(path);
@@ -310,7 +220,6 @@ TEST_CASE("an mp3 file is found behind garbage and ends before tags") {
 }
 
 TEST_CASE("a damaged stretch of an mp3 file does not move what comes after it") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     const std::string path = encodings.make({"-c:a libmp3lame -b:a 128k -write_xing 0 -id3v2_version 0", "plain.mp3"});
     const auto plain = openSound(path);
@@ -328,7 +237,6 @@ TEST_CASE("a damaged stretch of an mp3 file does not move what comes after it") 
 }
 
 TEST_CASE("compressed files cut anywhere or spoilt are shorter or refused, never harmful") {
-    NEEDS_ENCODER();
     const Encodings encodings;
     for (const Encoded& encoded : {kMpeg[1], kAac[0], kLossless[2], kOthers[6], kOthers[8]}) {
         CAPTURE(encoded.name);
@@ -344,7 +252,7 @@ TEST_CASE("compressed files cut anywhere or spoilt are shorter or refused, never
                 }
             }
             if (const auto sound = openSound(encodings.folder().write("spoilt", spoilt))) {
-                CHECK(sound->length() < 100 * kFrames);
+                CHECK(sound->length() < 100 * kEncodedFrames);
                 std::vector<float> part(2 * 3000);
                 sound->read(0, part.data(), 3000);
                 sound->read(sound->length() - 3000, part.data(), 3000);
@@ -354,11 +262,8 @@ TEST_CASE("compressed files cut anywhere or spoilt are shorter or refused, never
 }
 
 TEST_CASE("the collected real files read the same however they are reached") {
-    const char* folder = std::getenv("QUILLMERE_MEDIA");
-    if (!folder) {
-        MESSAGE("QUILLMERE_MEDIA is not set: skipped");
-        return;
-    }
+    const char* folder = std::getenv("QUILLMERE_SAMPLE_MEDIA");
+    if (!folder || !*folder) NOT_RUN_BECAUSE("there is no folder of sample media");
     int sounding = 0;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
         CAPTURE(entry.path().string());

@@ -110,10 +110,10 @@ TEST_CASE("a movie's waveform is that of what is heard of it, in every kind of f
     const TemporaryFolder folder;
     std::vector<std::string> paths = {folder.write("mono.wav", waveFile(1, 44100, 90000, SampleFormat::Int16)),
                                       folder.write("short.aiff", aiffFile(2, 48000, 1234))};
-    if (hasEncoder()) {
-        const std::string sound = "-f lavfi -i aevalsrc='sin(2*PI*330*t)*mod(t\\,0.3)|0.2*random(0)':d=3:s=44100 ";
-        for (const std::string name : {"a.mp3", "a.m4a", "a.mov", "a.wma"})
-            if (encode(sound, folder.file(name))) paths.push_back(folder.file(name));
+    const std::string sound = "-f lavfi -i aevalsrc='sin(2*PI*330*t)*mod(t\\,0.3)|0.2*random(0)':d=3:s=44100 ";
+    for (const std::string name : {"a.mp3", "a.m4a", "a.mov", "a.wma"}) {
+        REQUIRE(encode(sound, folder.file(name)));
+        paths.push_back(folder.file(name));
     }
     FileEngine engine([](int, OutputSource&) -> Result<std::unique_ptr<AudioOutput>> {
         return Error{ErrorCategory::Device, "none"};

@@ -192,7 +192,7 @@ struct PlayingTone {
     PlayingTone() {
         callback.meter().enableVolume(true);
         callback.meter().enableBands(true);
-        Lane* lane = callback.idleLane();
+        Lane* lane = callback.lanes().idle();
         REQUIRE(lane != nullptr);
         lane->header = {makePlayhead(0, false, false, 0, 0, 10 * kRate), 0, 1, 0};
         lane->base = lane->frames.writePosition();
@@ -200,7 +200,7 @@ struct PlayingTone {
             const StereoFrame f = toneFrame(i, 300, kRate);
             lane->frames.write({&f, 1});
         }
-        callback.splice({0, 0, true});
+        callback.lanes().splice({0, 0, true});
         callback.settleWhileStopped();
         callback.setRunning(true);
     }

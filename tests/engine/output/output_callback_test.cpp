@@ -17,7 +17,7 @@ struct Device {
     OutputCallback callback{8192};
 
     void prepare(std::int64_t start, std::size_t frames, std::uint64_t request = 0) {
-        Lane* lane = callback.idleLane();
+        Lane* lane = callback.lanes().idle();
         REQUIRE(lane != nullptr);
         lane->header = {makePlayhead(start, false, false, 0, 0, kTrack), 0, 1, request};
         lane->base = lane->frames.writePosition();
@@ -36,7 +36,7 @@ struct Device {
     // Starts at a frame and plays through the opening gate.
     void startAt(std::int64_t start, std::size_t frames) {
         prepare(start, frames);
-        callback.splice({0, 0, true});
+        callback.lanes().splice({0, 0, true});
         callback.settleWhileStopped();
         callback.setRunning(true);
         play(OutputCallback::kGateFrames);
@@ -77,14 +77,14 @@ TEST_CASE("a pause neither loses nor repeats a frame") {
 
 TEST_CASE("the ramps into and out of a pause have no step larger than one gate step") {
     Device device;
-    Lane* lane = device.callback.idleLane();
+    Lane* lane = device.callback.lanes().idle();
     lane->base = lane->frames.writePosition();
     lane->header.playhead = makePlayhead(0, false, false, 0, 0, kTrack);
     for (int i = 0; i < 4000; ++i) {
         const StereoFrame one{1, 1};
         lane->frames.write({&one, 1});
     }
-    device.callback.splice({0, 0, true});
+    device.callback.lanes().splice({0, 0, true});
     device.callback.settleWhileStopped();
     device.callback.setRunning(true);
     auto sound = device.play(600);
@@ -100,7 +100,7 @@ TEST_CASE("a splice happens at exactly the frame it names") {
     Device device;
     device.startAt(0, 3000);
     device.prepare(50000, 3000);
-    device.callback.splice({500, 0, false});
+    device.callback.lanes().splice({500, 0, false});
     const auto frames = framesOf(device.play(1000));
     const std::size_t left = 500 - OutputCallback::kGateFrames;
     CHECK(frames[left - 1] == 499);
@@ -112,17 +112,17 @@ TEST_CASE("until a splice has happened there is no idle lane to write to") {
     Device device;
     device.startAt(0, 3000);
     device.prepare(50000, 3000);
-    device.callback.splice({500, 32, false});
-    CHECK(device.callback.idleLane() == nullptr);
+    device.callback.lanes().splice({500, 32, false});
+    CHECK(device.callback.lanes().idle() == nullptr);
     device.play(1000);
-    CHECK(device.callback.idleLane() != nullptr);
+    CHECK(device.callback.lanes().idle() != nullptr);
 }
 
 TEST_CASE("a cross-fade of the same sound leaves it as it is") {
     Device device;
     device.startAt(0, 3000);
     device.prepare(500, 3000);
-    device.callback.splice({500, 100, false});
+    device.callback.lanes().splice({500, 100, false});
     const auto frames = framesOf(device.play(1000));
     std::int64_t wrong = 0;
     for (std::size_t i = 0; i < frames.size(); ++i) wrong += frames[i] != std::int64_t(i + OutputCallback::kGateFrames);
@@ -134,7 +134,7 @@ TEST_CASE("the same sound that comes late goes on where it is") {
     device.startAt(0, 3000);
     device.play(700);
     device.prepare(500, 3000);
-    device.callback.splice({500, 100, false});
+    device.callback.lanes().splice({500, 100, false});
     std::int64_t expected = 700 + std::int64_t(OutputCallback::kGateFrames), wrong = 0;
     for (const std::int64_t frame : framesOf(device.play(1000))) wrong += frame != expected++;
     CHECK(wrong == 0);
@@ -145,8 +145,8 @@ TEST_CASE("the same sound at another speed that comes late goes on where it is")
     device.startAt(0, 3000);
     device.play(900 - OutputCallback::kGateFrames);
     device.prepare(500, 3000);
-    device.callback.idleLane()->header.speed = 2;
-    device.callback.splice({500, 0, false});
+    device.callback.lanes().idle()->header.speed = 2;
+    device.callback.lanes().splice({500, 0, false});
     CHECK(framesOf(device.play(1)).front() == 500 + (900 - 500) / 2);
     const auto stamp = device.callback.stampAt(1 << 20);
     REQUIRE(stamp);
@@ -158,7 +158,7 @@ TEST_CASE("unrelated sound that comes late begins with its first frame") {
     device.startAt(0, 3000);
     device.play(700);
     device.prepare(50000, 3000);
-    device.callback.splice({500, 0, true});
+    device.callback.lanes().splice({500, 0, true});
     CHECK(framesOf(device.play(1)).front() == 50000);
 }
 
@@ -167,7 +167,7 @@ TEST_CASE("the same sound that comes too late for what is ready of it begins wit
     device.startAt(0, 3000);
     device.play(900);
     device.prepare(500, 300);
-    device.callback.splice({500, 0, false});
+    device.callback.lanes().splice({500, 0, false});
     CHECK(framesOf(device.play(1)).front() == 500);
 }
 
@@ -177,13 +177,13 @@ TEST_CASE("a splice while paused is carried out at once and without a sound") {
     device.callback.setRunning(false);
     device.play(300);
     device.prepare(70000, 3000, 7);
-    device.callback.splice({0, 128, true});
+    device.callback.lanes().splice({0, 128, true});
     device.play(10);
     const auto stamp = device.callback.stampAt(1 << 20);
     REQUIRE(stamp.has_value());
     CHECK(stamp->lane.request == 7);
     CHECK(stamp->lane.playhead.positionAt(stamp->step) == 70000);
-    CHECK(device.callback.idleLane() != nullptr);
+    CHECK(device.callback.lanes().idle() != nullptr);
 }
 
 TEST_CASE("a lane that runs dry is an underrun, the end of the track is none") {
@@ -193,7 +193,7 @@ TEST_CASE("a lane that runs dry is an underrun, the end of the track is none") {
     CHECK(device.callback.underruns() == 1);
     Device atEnd;
     atEnd.startAt(0, 500);
-    atEnd.callback.activeLane().ended = true;
+    atEnd.callback.lanes().beingWritten().ended = true;
     CHECK(atEnd.play(1000).back() == StereoFrame{});
     CHECK(atEnd.callback.underruns() == 0);
 }
@@ -203,7 +203,7 @@ TEST_CASE("after an underrun the sound goes on with the frame that was missing")
     device.startAt(0, 500);
     device.play(1000);
     const StereoFrame next = codedFrame(500);
-    device.callback.activeLane().frames.write({&next, 1});
+    device.callback.lanes().beingWritten().frames.write({&next, 1});
     CHECK(framesOf(device.play(1)).front() == 500);
 }
 
@@ -221,14 +221,14 @@ TEST_CASE("every frame of the device knows the position it plays") {
 
 TEST_CASE("a new gain is reached within six milliseconds and without a step that could click") {
     Device device;
-    Lane* lane = device.callback.idleLane();
+    Lane* lane = device.callback.lanes().idle();
     lane->base = lane->frames.writePosition();
     lane->header.playhead = makePlayhead(0, false, false, 0, 0, kTrack);
     for (int i = 0; i < 4000; ++i) {
         const StereoFrame one{1, 1};
         lane->frames.write({&one, 1});
     }
-    device.callback.splice({0, 0, true});
+    device.callback.lanes().splice({0, 0, true});
     device.callback.settleWhileStopped();
     device.callback.setRunning(true);
     device.play(500);
@@ -244,7 +244,7 @@ TEST_CASE("a new gain is reached within six milliseconds and without a step that
 TEST_CASE("a gain set before play begins is there from the first frame on") {
     Device device;
     device.prepare(1000, 4000);
-    device.callback.splice({0, 0, true});
+    device.callback.lanes().splice({0, 0, true});
     device.callback.settleWhileStopped();
     device.callback.setGains(0.5f, 0.5f);
     device.callback.setRunning(true);

@@ -1,4 +1,4 @@
-// Films whose pictures say which ones they are: made by the ffmpeg program where that is installed, or computed.
+// Films whose pictures say which ones they are: made by the ffmpeg program, or computed.
 #pragma once
 
 #include <atomic>

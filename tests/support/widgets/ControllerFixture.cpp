@@ -149,7 +149,7 @@ void ControllerFixture::connectDialogs() {
 
 QMController& ControllerFixture::start() {
     init();
-    controller->awakeFromNib(outlets);
+    awakeWith(*controller, outlets);
     return *controller;
 }
 
@@ -215,6 +215,11 @@ Events ControllerFixture::everything() const {
         all.push_back(std::to_string(c.markAarray[row]) + " " + std::to_string(c.markBarray[row]));
     }
     return all;
+}
+
+void awakeWith(QMController& controller, const Outlets& outlets) {
+    static_cast<Outlets&>(controller) = outlets;
+    controller.awakeFromNib();
 }
 
 void fire(QTimer* timer) {

@@ -87,6 +87,9 @@ private:
     std::unique_ptr<QWidget> m_recordingWindow;
 };
 
+// The second step of start-up, with outlets that were filled elsewhere.
+void awakeWith(QMController& controller, const Outlets& outlets);
+
 // Lets a running timer fire once, now.
 void fire(QTimer* timer);
 

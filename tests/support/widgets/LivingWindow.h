@@ -15,7 +15,7 @@ namespace qm {
 struct LivingWindow {
     ControllerFixture fixture;
     QMController& controller = fixture.init();
-    Outlets outlets;
+    Outlets& outlets = controller;
     MainWindow window{outlets, &controller};
     StatusNotices statusNotices{window, controller.notices()};
     PlayerKeys keys{controller,
@@ -31,7 +31,7 @@ struct LivingWindow {
     ContextMenus contextMenus{window, controller, controller, outlets};
     MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
-    LivingWindow() { controller.awakeFromNib(outlets); }
+    LivingWindow() { controller.awakeFromNib(); }
     void addTrack(const QString& path) {
         controller.insertEntry(0, {path, QStringLiteral("Marlow Quartet"), QStringLiteral("Night Ferry"),
                                    QStringLiteral("Blue Lantern"), 60000, 600, 128, 128, 0, 60000});

@@ -29,7 +29,7 @@ struct PreferencesStage {
     MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
     void wakeUp() {
-        controller.awakeFromNib(outlets);
+        awakeWith(controller, outlets);
         controller.fadeInTimer->stop();  // the main window stays out of the way
         log.take();
     }

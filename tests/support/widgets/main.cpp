@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 #include <clocale>
 
+#include "support/NotRun.h"
 #include "ui/controls/ControlAccess.h"
 
 int main(int argc, char** argv) {
@@ -20,5 +21,5 @@ int main(int argc, char** argv) {
 
     doctest::Context context;
     context.applyCommandLine(argc, argv);
-    return context.run();
+    return qm::test::runCases(context);
 }

@@ -9,8 +9,10 @@
 #include "engine/media/tags/AsfTags.h"
 #include "engine/media/tags/ChunkTags.h"
 #include "engine/media/tags/Id3Tags.h"
+#include "engine/media/tags/MatroskaTags.h"
 #include "engine/media/tags/MovieTags.h"
 #include "engine/media/tags/TagList.h"
+#include "engine/media/tags/VorbisTags.h"
 
 namespace qm {
 
@@ -32,6 +34,15 @@ std::vector<Tag> readTags(const FileBytes& file) {
             break;
         case TagFormat::Asf:
             readAsfTags(file, begin, tags);
+            break;
+        case TagFormat::Flac:
+            readFlacTags(file, begin, tags);
+            break;
+        case TagFormat::Ogg:
+            readOggTags(file, tags);
+            break;
+        case TagFormat::Matroska:
+            readMatroskaTags(file, tags);
             break;
         case TagFormat::MpegAudio:
             readApe(file, tags);

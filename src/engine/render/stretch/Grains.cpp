@@ -207,11 +207,12 @@ bool GrainBand::shapeWindow(int size, std::int64_t at, const Cut& cut) {
         m_window[static_cast<std::size_t>(i)] *= fade(static_cast<double>(begin + i - cut.begin + m_edge) / m_edge);
     for (std::int64_t i = std::max(from, cut.end - (cut.softEnd ? m_edge : 0) - begin); i < to; ++i)
         m_window[static_cast<std::size_t>(i)] *= fade(static_cast<double>(cut.end - begin - i) / m_edge);
+    const std::int64_t middle = size / 2;
     double mass = 0, moment = 0;
     for (std::int64_t i = from; i < to; ++i) {
         const double w = m_window[static_cast<std::size_t>(i)];
         mass += w;
-        moment += w * static_cast<double>(i - size / 2);
+        moment += w * static_cast<double>(i - middle);
     }
     m_weight = static_cast<float>(mass);
     m_centre = mass > 0 ? moment / mass : 0;

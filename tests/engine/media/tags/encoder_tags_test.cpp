@@ -15,9 +15,6 @@ const std::string kMeta =
 }  // namespace
 
 TEST_CASE("artist and album that another program wrote come back, in every kind of file that holds them") {
-    if (!hasEncoder()) {
-        return;
-    }
     const TemporaryFolder folder;
     for (const char* name : {"a.m4a", "a.mov", "a.mp3", "a.wav", "a.avi", "a.wma", "a.aiff"}) {
         CAPTURE(name);
@@ -34,9 +31,6 @@ TEST_CASE("artist and album that another program wrote come back, in every kind 
 }
 
 TEST_CASE("ID3 of both versions from another program comes back") {
-    if (!hasEncoder()) {
-        return;
-    }
     const TemporaryFolder folder;
     for (const char* version : {"3", "4"}) {
         REQUIRE(encode(kMeta + "-id3v2_version " + version + " -write_id3v1 1", folder.file("a.mp3")));

@@ -1,5 +1,5 @@
 // Artist and album of files that other programs wrote, as a list beside them says. The folder is named by the
-// environment; without it there is nothing to do.
+// environment.
 #include <doctest/doctest.h>
 
 #include <cstdlib>
@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "engine/media/tags/ReadTags.h"
+#include "support/NotRun.h"
 
 using namespace qm;
 using namespace qm::test;
@@ -70,7 +71,8 @@ std::string firstWithKey(const std::vector<Tag>& tags, const std::string& letter
 
 TEST_CASE("real files give the artist and the album that they hold") {
     const char* folder = std::getenv("QUILLMERE_SAMPLE_MEDIA");
-    const auto rows = folder && *folder ? readManifest(folder) : std::vector<Row>{};
+    if (!folder || !*folder) NOT_RUN_BECAUSE("there is no folder of sample media");
+    const auto rows = readManifest(folder);
     int withArtist = 0;
     for (const Row& row : rows) {
         CAPTURE(row.at("file"));
@@ -82,5 +84,5 @@ TEST_CASE("real files give the artist and the album that they hold") {
         CHECK(firstWithKey(tags, "alb", "bla") == expected(row, "album", "first_alb_item"));
         withArtist += firstWithKey(tags, "ART", "TRA").empty() ? 0 : 1;
     }
-    CHECK((rows.empty() || withArtist > 20));
+    CHECK(withArtist > 20);
 }
