@@ -191,7 +191,8 @@ private:
     }
 
     const Setting m_setting;
-    qm::FileEngine m_engine{openEven};
+    qm::MovieRegistry m_movies;
+    qm::FileEngine m_engine{m_movies, openEven};
     std::mutex m_mutex;
     std::condition_variable m_wake;
     long m_told = 0, m_taken = 0;

@@ -53,8 +53,7 @@ private:
 
 class Soak {
 public:
-    Soak(qm::FileEngine& engine, qm::FileMovie& movie, unsigned seed)
-        : m_engine(engine), m_movie(movie), m_length(movie.duration()), m_random(seed) {}
+    Soak(qm::FileMovie& movie, unsigned seed) : m_movie(movie), m_length(movie.duration()), m_random(seed) {}
 
     void run(double minutes) {
         decodeAll();
@@ -140,7 +139,7 @@ private:
                 m_movie.setPitch(m_cents);
                 break;
             case 6:
-                m_movie.setTone({static_cast<std::int16_t>(chance(0, 256)), 128});
+                m_movie.setTone(0, static_cast<std::int16_t>(chance(0, 256)), 128);
                 break;
             case 7:
                 loop();
@@ -178,7 +177,7 @@ private:
         const Look from = look();
         sleep(0.25);
         const Look to = look();
-        if (m_engine.IsMovieDone(m_movie.quickTimeMovie())) return;
+        if (m_movie.isDone()) return;
         const double middle = (to.earliest + to.latest - from.earliest - from.latest) / 2;
         const double unknown = (to.latest - to.earliest + from.latest - from.earliest) / 2;
         double off = to.position - from.position - m_rate * middle;
@@ -194,7 +193,6 @@ private:
         worstMilliseconds = std::max(worstMilliseconds, error);
     }
 
-    qm::FileEngine& m_engine;
     qm::FileMovie& m_movie;
     const qm::QTTime m_length;
     Standstill m_standstill;
@@ -214,12 +212,13 @@ int main(int argc, char** argv) {
         std::fputs("usage: bench_soak FILE MINUTES [SEED]\n", stderr);
         return 2;
     }
-    qm::FileEngine engine;
+    qm::MovieRegistry movies;
+    qm::FileEngine engine(movies);
     auto opened = engine.movieWithFile(argv[1]);
     if (!opened) return 2;
     auto& movie = static_cast<qm::FileMovie&>(*opened.value());
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    Soak soak(engine, movie, argc > 3 ? static_cast<unsigned>(std::atoi(argv[3])) : 1u);
+    Soak soak(movie, argc > 3 ? static_cast<unsigned>(std::atoi(argv[3])) : 1u);
     soak.run(std::atof(argv[2]));
     const std::uint32_t underruns = movie.renderThread().underruns();
     std::printf(

@@ -2,7 +2,6 @@ find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets DBus)
 if(UNIX AND NOT APPLE)
-  find_package(Fontconfig REQUIRED)  # which Qt takes the fonts from there
   pkg_check_modules(XCB IMPORTED_TARGET xcb)
 endif()
 find_package(cubeb REQUIRED)

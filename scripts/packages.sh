@@ -3,7 +3,7 @@
 # To build: compiler, build tools, toolkit, media libraries, stretcher, sound device, network, the guide's web pages.
 build_packages=(
     g++ cmake ninja-build pkg-config ccache mold
-    qt6-base-dev libfontconfig-dev libxcb1-dev
+    qt6-base-dev libxcb1-dev
     libavformat-dev libavcodec-dev libavutil-dev libswresample-dev libswscale-dev
     librubberband-dev libfftw3-dev
     libcubeb-dev

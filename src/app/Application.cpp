@@ -16,6 +16,7 @@
 #include <unistd.h>
 #endif
 
+#include "app/ActionReceivers.h"
 #include "app/LiveWait.h"
 #include "app/SuddenEnd.h"
 #include "app/TakePreparation.h"
@@ -49,10 +50,10 @@ void prepare() {
 Application::Application(int& argc, char** argv, OnlyProgram& only)
     : m_only(only),
       m_application(argc, argv),
-      m_controller((prepare(), m_engine), m_capture, m_prefs,
+      m_controller((prepare(), m_engine), m_movies, m_capture, m_prefs,
                    [](const QString& name) { return namedImage(name, kIconScale); }),
       m_audioRecord(m_capture, m_controller.takes()),
-      m_window(m_controller, &m_controller),
+      m_window(m_controller),
       m_statusNotices(m_window, m_controller.notices()),
       m_spokenDeeds(m_window.actions(), m_controller, m_controller.abLoop(), m_controller, m_controller.notices()),
       m_listKeys(m_window, m_controller, m_controller, m_controller, m_controller.notices()),
@@ -65,20 +66,22 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
           m_controller.trackExport(), m_controller.notices(), [this] { return askWhetherToQuit(&m_window); },
           [this](bool waits) { m_export.setQuitsAfterwards(waits); }),
       m_recording(m_controller, m_window.actions(), &m_window,
-                  [this] { return signsOf(m_controller, m_controller.isRecording); }),
+                  [this] { return recorderStatus(m_controller, m_controller.isRecording); }),
       m_recorder(m_audioRecordOutlets, m_window.actions(), &m_window,
-                 [this] { return signsOf(m_audioRecord, m_audioRecord.recordingStatus); }),
+                 [this] { return recorderStatus(m_audioRecord, m_audioRecord.recordingStatus); }),
       m_preferences(m_controller, m_window.actions(), &m_window),
       m_about(m_controller, &m_window),
       m_keys(m_controller, m_controller, m_controller, m_window.actions(), m_controller.positionClock(),
              m_controller.trackLoader(), m_controller.trackInfo(), m_controller.notices()),
       m_idleActs(m_window.actions(), m_controller, m_controller, m_controller, m_controller.notices()),
       m_state(m_window, m_controller, m_controller, m_controller.abLoop(), m_controller),
-      m_remote(m_controller, m_controller, m_controller, m_engine, m_controller.abLoop(), m_window.actions()),
+      m_remote(m_controller, m_controller, m_controller, m_controller.movieToolbox(), m_controller.abLoop(),
+               m_window.actions()),
       m_mpris(m_remote),
       m_launcher(m_remote, m_window.actions(), [this](const QByteArray& token) { comeToFront(token); }),
-      m_soundWatch(m_engine, m_controller.notices()) {
-    m_window.actions().setReceiver(ActionRow::Recorder, &m_audioRecord);
+      m_soundWatch(m_controller, m_controller.notices()) {
+    receiveActions(m_window.actions(), m_controller);
+    receiveActions(m_window.actions(), m_audioRecord);
     prepareTakes(m_window.actions(), m_controller, m_audioRecord);
     m_controller.setExit([this](int status) { end(status); });
     m_levelMeters.hold();
@@ -110,7 +113,7 @@ void Application::connectWindow() {
         &m_application, &QGuiApplication::commitDataRequest, &m_window,
         [this](QSessionManager&) { m_controller.applicationWillTerminate(); }, Qt::DirectConnection);
     QObject::connect(
-        &m_window, &FadingWindow::madeKey, &m_window, [this] { furnishPanels(); },
+        &m_window, &FadingWindow::madeKey, &m_window, [this] { buildPanels(); },
         Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
     UndoHistory& history = m_controller.undoHistory();
     QObject::connect(&history, &UndoHistory::changed, &m_window,
@@ -119,7 +122,7 @@ void Application::connectWindow() {
     QObject::connect(&m_mpris, &MprisService::isOnTheBus, &m_launcher, &DesktopLauncher::follow);
 }
 
-// Builds what is not needed to show the main window. Runs once its first frame is on the screen.
+// What the first frame does not need: doing it before would only delay the frame.
 void Application::startTheRest() {
     m_levelMeters.release();
     m_state.refresh();
@@ -146,13 +149,13 @@ void Application::comeToFront(const QByteArray& token) {
     QApplication::alert(&m_window);
 }
 
-// Builds one panel for each turn of the event loop, so that the user's input is handled in between. Begins after the
-// main window's fade-in, which would stutter otherwise.
-void Application::furnishPanels() {
+// One panel for each turn of the event loop, so that input is handled in between. Not before the window has faded in:
+// building takes so long that the fade would stutter.
+void Application::buildPanels() {
     for (ToolPanel* panel : m_window.findChildren<ToolPanel*>(Qt::FindDirectChildrenOnly)) {
-        if (panel->isFurnished()) continue;
-        panel->furnish();
-        QTimer::singleShot(0, &m_window, [this] { furnishPanels(); });
+        if (panel->isBuilt()) continue;
+        panel->ensureBuilt();
+        QTimer::singleShot(0, &m_window, [this] { buildPanels(); });
         return;
     }
 }
@@ -172,8 +175,7 @@ void Application::endOnSignals() {
 #endif
 }
 
-// Quit as the user chooses it, with a question where something would be lost. Signals, the end of the session and the
-// bus do not ask.
+// For the user's Quit. Signals, the end of the session and the bus end the program without a question.
 void Application::quitAfterAsking() {
     if (m_quitQuestion.mayQuit([this] { quit(); })) quit();
 }
@@ -183,7 +185,7 @@ void Application::quit() {
     end(0);
 }
 
-// Without taking anything down: the sound threads are alive, and all that needs to be kept of theirs is a recording.
+// Destroys nothing: the sound threads still run, and of what they do only a recording has to be finished.
 // The windows and the claim to be the only program go first, because the system keeps what is left of the program for
 // as long as a thread of it waits for a file that does not answer.
 void Application::end(int status) {

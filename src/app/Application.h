@@ -49,7 +49,7 @@ private:
     void connectWindow();
     void comeToFront(const QByteArray& token);
     void startTheRest();
-    void furnishPanels();
+    void buildPanels();
     void endOnSignals();
     void makeUpdaters();
     UpdateServices updateServices();
@@ -60,7 +60,8 @@ private:
     OnlyProgram& m_only;
     QApplication m_application;
     Prefs m_prefs;
-    DeferredEngine m_engine;
+    MovieRegistry m_movies;
+    DeferredEngine m_engine{m_movies};
     DeferredCapture m_capture{m_engine};
     QMController m_controller;
     AudioRecord m_audioRecord;

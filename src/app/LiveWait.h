@@ -3,7 +3,7 @@
 // it is done at once, so whoever waits here may be called again, and the program may end here. Main thread only.
 #pragma once
 
-#include "engine/api/MediaEngine.h"
+#include "engine/api/Patience.h"
 
 namespace qm {
 

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "engine/api/MediaEngine.h"
+#include "engine/api/QTMovie.h"
 #include "ui/controls/TextAttributes.h"
 
 namespace qm {

@@ -45,7 +45,8 @@ class QMController : public QObject,
 
 public:
     // Sets the fields to their start values and reads the play list; no outlet exists yet and no track is loaded.
-    QMController(MediaEngine& engine, CaptureEngine& capture, Prefs& store, const ImageProvider& images);
+    QMController(MediaEngine& engine, const MovieRegistry& movies, CaptureEngine& capture, Prefs& store,
+                 const ImageProvider& images);
 
     // Gives windows and controls their first state. Call once, when the windows are built and have filled the outlets.
     void awakeFromNib();
@@ -75,6 +76,7 @@ public:
     void displayAlertInfoButtonText(const QString& message, const QString& information, const QString& button) {
         m_alert.displayAlertInfoButtonText(message, information, button);
     }
+    MovieToolbox& movieToolbox() { return m_toolbox; }
     PositionClock& positionClock() { return m_clock; }
     TrackInfo& trackInfo() { return m_info; }
     TrackLoader& trackLoader() { return m_loader; }
@@ -105,9 +107,9 @@ public slots:
     void skipBack() { m_transport.skip(-1); }
     void skip_10() { m_transport.skip(-10); }
     void skip_60() { m_transport.skip(-60); }
-    void cueUpdate() { m_clock.cueUpdate(); }
+    void cueUpdate(double value) { m_clock.cueUpdate(value); }
 
-    void speedUpdate() { m_speed.speedUpdate(); }
+    void speedUpdate(double value) { m_speed.speedUpdate(value); }
     void speed05() { m_speed.speedX(0.5f); }
     void speed075() { m_speed.speedX(0.75f); }
     void speed150() { m_speed.speedX(1.5f); }
@@ -116,26 +118,26 @@ public slots:
     void speedUp() { m_speed.speedUp(); }
     void speedReset() { m_speed.speedReset(); }
 
-    void pitchUpdate() { m_pitch.pitchUpdate(); }
+    void pitchUpdate(double value) { m_pitch.pitchUpdate(value); }
     void semiToneDown() { m_pitch.semiToneDown(); }
     void semiToneUp() { m_pitch.semiToneUp(); }
     void pitchReset() { m_pitch.pitchReset(); }
 
-    void gainUpdate() { m_volume.gainUpdate(); }
+    void gainUpdate(double value) { m_volume.gainUpdate(value); }
     void gainReset() { m_volume.gainReset(); }
     void volumeMax() { m_volume.volumeMax(); }
     void volumeMin() { m_volume.volumeMin(); }
-    void balanceUpdate() { m_volume.balanceUpdate(); }
+    void balanceUpdate(double value) { m_volume.balanceUpdate(value); }
     void balanceReset() { m_volume.balanceReset(); }
     void balanceLeftMax() { m_volume.balanceLeftMax(); }
     void balanceRightMax() { m_volume.balanceRightMax(); }
     void resetAudio() { m_volume.resetAudio(); }
 
-    void bassUpdate() { m_tone.bassUpdate(); }
+    void bassUpdate(double value) { m_tone.bassUpdate(value); }
     void bassReset() { m_tone.bassReset(); }
     void bassMax() { m_tone.bassMax(); }
     void bassMin() { m_tone.bassMin(); }
-    void trebleUpdate() { m_tone.trebleUpdate(); }
+    void trebleUpdate(double value) { m_tone.trebleUpdate(value); }
     void trebleReset() { m_tone.trebleReset(); }
     void trebleMax() { m_tone.trebleMax(); }
     void trebleMin() { m_tone.trebleMin(); }
@@ -193,6 +195,8 @@ private:
     // In the order in which they build on one another.
     Notices m_notices;
     UndoHistory m_history{m_notices};
+    MovieToolbox m_toolbox;
+    MetaDataToolbox m_metaDataToolbox;
     WindowChrome m_chrome;
     PositionClock m_clock;
     TrackInfo m_info;

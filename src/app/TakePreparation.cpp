@@ -2,7 +2,7 @@
 
 #include "app/QMController.h"
 #include "record/AudioRecord.h"
-#include "record/RecorderSigns.h"
+#include "record/RecorderStatus.h"
 #include "ui/ActionTable.h"
 
 namespace qm {
@@ -26,24 +26,24 @@ void tellNoInput(QMController& controller, const RecorderState& recorder) {
 // The session is opened first, then what stands in the recording's place is set aside.
 bool prepareMain(ActionTable& actions, QMController& controller) {
     if (controller.isRecording) return true;
-    if (!controller.captureSession) actions.send(QStringLiteral("audioRecordOpen"));
+    if (!controller.captureSession) actions.send(ActionId::audioRecordOpen);
     return !canBegin(controller) || controller.takes().makeRoom(takeOnDesktop());
 }
 
 }  // namespace
 
 void prepareTakes(ActionTable& actions, QMController& controller, AudioRecord& recorder) {
-    actions.setPreparation(QStringLiteral("audioStartRecord"),
+    actions.setPreparation(ActionId::audioStartRecord,
                            [&actions, &controller] { return prepareMain(actions, controller); });
-    actions.setPreparation(QStringLiteral("toggleRecordSession"), [&controller, &recorder] {
+    actions.setPreparation(ActionId::toggleRecordSession, [&controller, &recorder] {
         const bool begins = !recorder.recordingStatus && canBegin(recorder);
         return !begins || controller.takes().makeRoom(takeInSupportFolder());
     });
     controller.takes().setIsBeingMade(
         [&recorder](const QString& path) { return recorder.recordingStatus && path == takeInSupportFolder(); });
-    QObject::connect(&actions, &ActionTable::sent, &controller, [&controller, &recorder](const QString& slot) {
-        const bool isMain = slot == u"audioStartRecord" && !controller.isRecording;
-        const bool isOwn = slot == u"toggleRecordSession" && !recorder.recordingStatus;
+    QObject::connect(&actions, &ActionTable::sent, &controller, [&controller, &recorder](ActionId id) {
+        const bool isMain = id == ActionId::audioStartRecord && !controller.isRecording;
+        const bool isOwn = id == ActionId::toggleRecordSession && !recorder.recordingStatus;
         if (isMain && lacksInput(controller)) tellNoInput(controller, controller);
         if (isOwn && lacksInput(recorder)) tellNoInput(controller, recorder);
     });

@@ -4,7 +4,6 @@
 #include "engine/api/Log.h"
 #include "engine/api/StandardStreams.h"
 #include "library/SupportFolder.h"
-#include "ui/controls/Fonts.h"
 
 // There is no command line: arguments are not even handed to the toolkit.
 int main(int, char** argv) {
@@ -21,7 +20,6 @@ int main(int, char** argv) {
             qm::qmLog("Quillmere is running already, and does not answer.");
             return 1;
     }
-    qm::beginReadingFonts();
     int count = 1;
     return qm::Application(count, argv, only).run();
 }

@@ -125,7 +125,7 @@ QVariant PlayListTable::icon(int row) const {
     switch (iconForTrack(m_list.trackArray[static_cast<std::size_t>(row)])) {
         case TrackIcon::Track:
             return m_icons.trackIcon;
-        case TrackIcon::NonM4a:
+        case TrackIcon::M4a:
             return m_icons.nonM4aIcon;
         case TrackIcon::Video:
             return m_icons.videoIcon;

@@ -33,8 +33,8 @@ TrackLoader::TrackLoader(
         state,
     PlayListArrays& list,
     Uses<const VideoOutlets, const MainWindowOutlet, const PositionOutlet, const PlayListOutlet> outlets,
-    MediaEngine& engine, PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, Notices& notices,
-    LevelMeterHooks meters)
+    MediaEngine& engine, MovieToolbox& toolbox, PositionClock& clock, ToneControl& tone, TrackMetadata& metadata,
+    Notices& notices, LevelMeterHooks meters)
     : m_movie(state),
       m_handle(state),
       m_file(state),
@@ -50,6 +50,7 @@ TrackLoader::TrackLoader(
       m_position(outlets),
       m_listOutlet(outlets),
       m_engine(engine),
+      m_toolbox(toolbox),
       m_clock(clock),
       m_tone(tone),
       m_metadata(metadata),
@@ -64,33 +65,34 @@ TrackLoader::TrackLoader(
                               }}) {}
 
 void TrackLoader::loadFileAdd(const QString& path, bool add) {
-    if (!m_wishes.isEmpty()) giveWay();
-    m_wishes.append({path, add});
-    if (m_wishes.size() > 1) return;
-    for (; !m_wishes.isEmpty(); m_wishes.removeFirst()) load(Wish(m_wishes.first()));
+    if (!m_requests.isEmpty()) giveWay();
+    m_requests.append({path, add});
+    if (m_requests.size() > 1) return;
+    for (; !m_requests.isEmpty(); m_requests.removeFirst()) load(Request(m_requests.first()));
 }
 
-// The first one is being opened at this moment.
+// A newer request takes the place of those that add no row; the first one is being opened at this moment.
 void TrackLoader::giveWay() {
-    if (!m_wishes.first().add) m_engine.giveUpOpening();
-    m_wishes.erase(std::remove_if(m_wishes.begin() + 1, m_wishes.end(), [](const Wish& wish) { return !wish.add; }),
-                   m_wishes.end());
+    if (!m_requests.first().add) m_engine.giveUpOpening();
+    m_requests.erase(
+        std::remove_if(m_requests.begin() + 1, m_requests.end(), [](const Request& request) { return !request.add; }),
+        m_requests.end());
 }
 
-void TrackLoader::load(const Wish& wish) {
+void TrackLoader::load(const Request& request) {
     qmLog("loadFile: 1");
     if (m_movie.qtMovie) m_movie.qtMovie->stop();
-    m_file.loadedPath = wish.path;
-    m_list.loadedRow = rowOf(wish);
+    m_file.loadedPath = request.path;
+    m_list.loadedRow = rowOf(request);
     qmLog("loadFile: 2");
-    if (!open(wish.path)) return;
+    if (!open(request.path)) return;
     qmLog("loadFile: 3");
     showVideo();
     m_handle.quickTimeMovie = m_movie.qtMovie->quickTimeMovie();
     resetPositionSlider();
     m_clock.startCueTimer();
     carryOverSound();
-    if (wish.add) addEntry();
+    if (request.add) addEntry();
     restoreTone();
     enableMetering();
     if (m_play.isPlaying) {
@@ -101,9 +103,9 @@ void TrackLoader::load(const Wish& wish) {
 }
 
 // A new row is made when the file is open; an old one is loaded because it is selected.
-int TrackLoader::rowOf(const Wish& wish) const {
-    const int row = wish.add ? -1 : selectedRow(m_listOutlet, m_list);
-    return row >= 0 && m_list.trackArray[static_cast<std::size_t>(row)] == wish.path ? row : -1;
+int TrackLoader::rowOf(const Request& request) const {
+    const int row = request.add ? -1 : selectedRow(m_listOutlet, m_list);
+    return row >= 0 && m_list.trackArray[static_cast<std::size_t>(row)] == request.path ? row : -1;
 }
 
 bool TrackLoader::open(const QString& path) {
@@ -172,16 +174,16 @@ void TrackLoader::showVideo() {
 void TrackLoader::resetPositionSlider() {
     if (!m_position.cueSlider) return;
     m_position.cueSlider->setMinimum(0.0);
-    m_position.cueSlider->setMaximum(m_engine.GetMovieDuration(m_handle.quickTimeMovie));
+    m_position.cueSlider->setMaximum(m_toolbox.GetMovieDuration(m_handle.quickTimeMovie));
     m_position.cueSlider->setValue(0.0);
 }
 
 void TrackLoader::carryOverSound() {
     m_movie.qtMovie->setMuted(false);
     m_movie.qtMovie->setVolume(m_volumeState.gain);
-    m_engine.SetMovieAudioBalance(m_handle.quickTimeMovie, m_volumeState.balance, 0);
-    m_engine.QTSetMovieProperty(m_handle.quickTimeMovie, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch,
-                                sizeof m_pitchState.pitch, &m_pitchState.pitch);
+    m_toolbox.SetMovieAudioBalance(m_handle.quickTimeMovie, m_volumeState.balance, 0);
+    m_toolbox.QTSetMovieProperty(m_handle.quickTimeMovie, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch,
+                                 sizeof m_pitchState.pitch, &m_pitchState.pitch);
 }
 
 void TrackLoader::addEntry() {
@@ -192,7 +194,7 @@ void TrackLoader::addEntry() {
     entry.displayName = name ? QString::fromStdString(*name) : m_file.loadedPath;
     entry.artist = m_metadata.parseArtistMetaData(m_handle.quickTimeMovie).value_or(none);
     entry.album = m_metadata.parseAlbumMetaData(m_handle.quickTimeMovie).value_or(none);
-    entry.duration = m_engine.GetMovieDuration(m_handle.quickTimeMovie);
+    entry.duration = m_toolbox.GetMovieDuration(m_handle.quickTimeMovie);
     entry.timescale = static_cast<std::int32_t>(m_movie.qtMovie->timeScaleAttribute().value_or(0));
     entry.bass = m_toneState.bass;
     entry.treble = m_toneState.treble;
@@ -209,9 +211,9 @@ void TrackLoader::restoreTone() {
 }
 
 void TrackLoader::enableMetering() {
-    m_engine.SetMovieAudioVolumeMeteringEnabled(m_handle.quickTimeMovie, kDeviceMix, true);
+    m_toolbox.SetMovieAudioVolumeMeteringEnabled(m_handle.quickTimeMovie, kDeviceMix, true);
     std::uint32_t bands = kMeterBands;
-    m_engine.SetMovieAudioFrequencyMeteringNumBands(m_handle.quickTimeMovie, kStereoMix, bands);
+    m_toolbox.SetMovieAudioFrequencyMeteringNumBands(m_handle.quickTimeMovie, kStereoMix, bands);
     if (!m_meters.switchAudioLevels || !m_meters.audioLevelsPreference) return;
     if (m_meters.audioLevelsPreference() && !m_metering.audioLevelIndicatorsState) m_meters.switchAudioLevels(true);
 }

@@ -12,6 +12,9 @@
 #include <optional>
 
 #include "app/PlayerState.h"
+#include "engine/api/MediaEngine.h"
+#include "engine/api/MovieToolbox.h"
+#include "engine/api/Patience.h"
 #include "library/DropNotices.h"
 #include "library/FileQueue.h"
 #include "library/PanelFolder.h"
@@ -44,15 +47,15 @@ public:
                     state,
                 PlayListArrays& list,
                 Uses<const VideoOutlets, const MainWindowOutlet, const PositionOutlet, const PlayListOutlet> outlets,
-                MediaEngine& engine, PositionClock& clock, ToneControl& tone, TrackMetadata& metadata, Notices& notices,
-                LevelMeterHooks meters = {});
+                MediaEngine& engine, MovieToolbox& toolbox, PositionClock& clock, ToneControl& tone,
+                TrackMetadata& metadata, Notices& notices, LevelMeterHooks meters = {});
 
     // With `add`, a new row at the top of the play list keeps the file. The window lives on while a file takes long to
     // open, without a track. What is to be loaded meanwhile follows in its turn, and takes the place of those before it
     // that were to be loaded only.
     void loadFileAdd(const QString& path, bool add);
 
-    bool isLoading() const { return !m_wishes.isEmpty(); }
+    bool isLoading() const { return !m_requests.isEmpty(); }
 
     // A load that gave no track.
     struct Failure {
@@ -84,13 +87,13 @@ public:
     void setPatience(Patience patience) { m_patience = std::move(patience); }
 
 private:
-    struct Wish {
+    struct Request {
         QString path;
         bool add;
     };
 
     void giveWay();
-    void load(const Wish& wish);
+    void load(const Request& request);
     bool open(const QString& path);
     void keepFailure(const QString& path, const Error& error);
     std::optional<bool> addFromQueue(const QString& path);
@@ -102,7 +105,7 @@ private:
     void resetPositionSlider();
     void carryOverSound();
     void addEntry();
-    int rowOf(const Wish& wish) const;
+    int rowOf(const Request& request) const;
     void restoreTone();
     void enableMetering();
 
@@ -121,6 +124,7 @@ private:
     const PositionOutlet& m_position;
     const PlayListOutlet& m_listOutlet;
     MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
     PositionClock& m_clock;
     ToneControl& m_tone;
     TrackMetadata& m_metadata;
@@ -129,7 +133,7 @@ private:
     Patience m_patience;
     RunPanel m_runPanel;
     PanelFolder m_panelFolder;
-    QList<Wish> m_wishes;  // the first one is being loaded
+    QList<Request> m_requests;  // the first one is being loaded
     int m_failures = 0;
     std::optional<Failure> m_lastFailure;
     QHash<QString, ErrorCategory> m_failed;  // files by their paths, until they give a track

@@ -12,12 +12,12 @@ constexpr std::size_t kMostBytes = 255;
 // Room for what is read of a key or a value and the zero byte behind it.
 using ItemBuffer = std::array<char, kMostBytes + 1>;
 
-bool readProperty(MediaEngine& engine, QTMetaDataRef metaData, QTMetaDataItem item, std::uint32_t property,
+bool readProperty(MetaDataToolbox& toolbox, QTMetaDataRef metaData, QTMetaDataItem item, std::uint32_t property,
                   ItemBuffer& buffer) {
     buffer.fill('\0');
     std::size_t used = 0;
-    if (engine.QTMetaDataGetItemProperty(metaData, item, kPropertyClass_MetaDataItem, property, kMostBytes,
-                                         buffer.data(), used) != kNoErr)
+    if (toolbox.QTMetaDataGetItemProperty(metaData, item, kPropertyClass_MetaDataItem, property, kMostBytes,
+                                          buffer.data(), used) != kNoErr)
         return false;
     buffer[used] = '\0';
     return true;
@@ -57,13 +57,13 @@ std::optional<QString> TrackMetadata::parseAlbumMetaData(Movie movie) {
 
 std::optional<QString> TrackMetadata::firstAccepted(Movie movie, ItemTest test) {
     QTMetaDataRef metaData = 0;
-    if (m_engine.QTCopyMovieMetaData(movie, metaData) != kNoErr) return std::nullopt;
+    if (m_toolbox.QTCopyMovieMetaData(movie, metaData) != kNoErr) return std::nullopt;
     std::optional<QString> text;
     QTMetaDataItem item = kQTMetaDataItemUninitialized;
-    while (!text && m_engine.QTMetaDataGetNextItem(metaData, kQTMetaDataStorageFormatWildcard, item,
-                                                   kQTMetaDataKeyFormatWildcard, item) == kNoErr)
+    while (!text && m_toolbox.QTMetaDataGetNextItem(metaData, kQTMetaDataStorageFormatWildcard, item,
+                                                    kQTMetaDataKeyFormatWildcard, item) == kNoErr)
         text = (this->*test)(metaData, item);
-    m_engine.QTMetaDataRelease(metaData);
+    m_toolbox.QTMetaDataRelease(metaData);
     return text;
 }
 
@@ -78,8 +78,8 @@ std::optional<QString> TrackMetadata::parseMetaDataItemForAlbum(QTMetaDataRef me
 std::optional<QString> TrackMetadata::valueIfKeyContains(QTMetaDataRef metaData, QTMetaDataItem item,
                                                          const TellingLetters& letters) {
     ItemBuffer key, value;
-    if (!readProperty(m_engine, metaData, item, kQTMetaDataItemPropertyID_Key, key) ||
-        !readProperty(m_engine, metaData, item, kQTMetaDataItemPropertyID_Value, value))
+    if (!readProperty(m_toolbox, metaData, item, kQTMetaDataItemPropertyID_Key, key) ||
+        !readProperty(m_toolbox, metaData, item, kQTMetaDataItemPropertyID_Value, value))
         return std::nullopt;
     if (!holdsLetters(key.data(), letters)) return std::nullopt;
     return decodedValue(value);

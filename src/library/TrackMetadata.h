@@ -6,14 +6,14 @@
 #include <functional>
 #include <optional>
 
-#include "engine/api/MediaEngine.h"
+#include "engine/api/MetaData.h"
 #include "engine/api/TagKeys.h"
 
 namespace qm {
 
 class TrackMetadata {
 public:
-    explicit TrackMetadata(MediaEngine& engine) : m_engine(engine) {}
+    explicit TrackMetadata(MetaDataToolbox& toolbox) : m_toolbox(toolbox) {}
 
     // What the first item in file order gives that gives anything.
     std::optional<QString> parseArtistMetaData(Movie movie);
@@ -29,7 +29,7 @@ private:
     std::optional<QString> valueIfKeyContains(QTMetaDataRef metaData, QTMetaDataItem item,
                                               const TellingLetters& letters);
 
-    MediaEngine& m_engine;
+    MetaDataToolbox& m_toolbox;
 };
 
 }  // namespace qm

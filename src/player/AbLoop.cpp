@@ -28,7 +28,7 @@ void showMark(TimeLabel* field, QTTime mark) {
 }  // namespace
 
 AbLoop::AbLoop(Uses<const CurrentMovie, const MovieHandle, LoopState, MarkBState, MarkTimes> state,
-               PlayListArrays& list, Uses<const LoopOutlets, const PlayListOutlet> outlets, MediaEngine& engine,
+               PlayListArrays& list, Uses<const LoopOutlets, const PlayListOutlet> outlets, MovieToolbox& toolbox,
                PositionClock& clock)
     : m_movie(state),
       m_handle(state),
@@ -38,7 +38,7 @@ AbLoop::AbLoop(Uses<const CurrentMovie, const MovieHandle, LoopState, MarkBState
       m_list(list),
       m_outlets(outlets),
       m_listOutlet(outlets),
-      m_engine(engine),
+      m_toolbox(toolbox),
       m_clock(clock) {}
 
 void AbLoop::loopSwitch() {
@@ -118,7 +118,7 @@ void AbLoop::resetMarks() {
     const int row = selectedRow(m_listOutlet, m_list);
     if (row < 0) return;
     m_list.markAarray[row] = 0;
-    m_list.markBarray[row] = m_engine.GetMovieDuration(m_handle.quickTimeMovie);
+    m_list.markBarray[row] = m_toolbox.GetMovieDuration(m_handle.quickTimeMovie);
     reloadTable(m_listOutlet.playList);
     showState(m_outlets.markAButton, QStringLiteral("db_set_in_off.png"), false);
     showState(m_outlets.markBButton, QStringLiteral("db_set_out_off.png"), false);

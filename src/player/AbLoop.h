@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "app/PlayerState.h"
+#include "engine/api/MovieToolbox.h"
 #include "library/PlayListArrays.h"
 #include "player/PositionClock.h"
 #include "player/Uses.h"
@@ -26,7 +27,7 @@ struct ShownMarks {
 class AbLoop {
 public:
     AbLoop(Uses<const CurrentMovie, const MovieHandle, LoopState, MarkBState, MarkTimes> state, PlayListArrays& list,
-           Uses<const LoopOutlets, const PlayListOutlet> outlets, MediaEngine& engine, PositionClock& clock);
+           Uses<const LoopOutlets, const PlayListOutlet> outlets, MovieToolbox& toolbox, PositionClock& clock);
 
     void loopSwitch();
     void markAUpdate();
@@ -68,7 +69,7 @@ private:
     PlayListArrays& m_list;
     const LoopOutlets& m_outlets;
     const PlayListOutlet& m_listOutlet;
-    MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
     PositionClock& m_clock;
     Told m_told;
     std::optional<ShownMarks> m_shown;

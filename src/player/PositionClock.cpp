@@ -16,7 +16,7 @@ constexpr int kTickMilliseconds = 100;
 
 PositionClock::PositionClock(
     Uses<const CurrentMovie, const MovieHandle, const LoopState, const MarkBState, CueTimer, const TimeTexts> state,
-    Uses<const ClockOutlets, const PositionOutlet> outlets, MediaEngine& engine)
+    Uses<const ClockOutlets, const PositionOutlet> outlets, MovieToolbox& toolbox)
     : m_movie(state),
       m_handle(state),
       m_loopState(state),
@@ -25,7 +25,7 @@ PositionClock::PositionClock(
       m_texts(state),
       m_outlets(outlets),
       m_position(outlets),
-      m_engine(engine) {}
+      m_toolbox(toolbox) {}
 
 void PositionClock::startCueTimer() {
     if (m_cueTimer.movieTimer) m_cueTimer.movieTimer->stop();
@@ -42,11 +42,11 @@ void PositionClock::wake() {
 void PositionClock::updateSlider() {
     if (!m_movie.qtMovie) return;
     const Movie movie = m_handle.quickTimeMovie;
-    if (m_engine.IsMovieDone(movie)) {
+    if (m_toolbox.IsMovieDone(movie)) {
         if (m_cueTimer.movieTimer) m_cueTimer.movieTimer->stop();
-        followWithSlider(m_engine.GetMovieDuration(movie));
+        followWithSlider(m_toolbox.GetMovieDuration(movie));
     }
-    followWithSlider(m_engine.GetMovieTime(movie));
+    followWithSlider(m_toolbox.GetMovieTime(movie));
     movieTimeChanged();
 }
 
@@ -65,15 +65,13 @@ void PositionClock::movieTimeChanged() {
     if (const auto text = stringFromQTTimeLite(remaining)) showText(m_outlets.timeRemaining, *text);
 }
 
-void PositionClock::cueUpdate() {
-    if (!m_position.cueSlider) return;
-    const double value = m_position.cueSlider->value();
+void PositionClock::cueUpdate(double value) {
     if (!m_movie.qtMovie) {
-        m_position.cueSlider->setValue(0.0);
+        showValue(m_position.cueSlider, 0.0);
         return;
     }
     if (!m_loopState.isLooping || !m_markB.markBset) {
-        m_engine.SetMovieTimeValue(m_handle.quickTimeMovie, truncToInt32(value));
+        m_toolbox.SetMovieTimeValue(m_handle.quickTimeMovie, truncToInt32(value));
         movieTimeChanged();
     }
     wake();

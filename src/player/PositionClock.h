@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/PlayerState.h"
+#include "engine/api/MovieToolbox.h"
 #include "player/Uses.h"
 #include "ui/controls/Outlets.h"
 
@@ -13,7 +14,7 @@ class PositionClock {
 public:
     PositionClock(
         Uses<const CurrentMovie, const MovieHandle, const LoopState, const MarkBState, CueTimer, const TimeTexts> state,
-        Uses<const ClockOutlets, const PositionOutlet> outlets, MediaEngine& engine);
+        Uses<const ClockOutlets, const PositionOutlet> outlets, MovieToolbox& toolbox);
 
     // Replaces the running timer, if any: there is never more than one.
     void startCueTimer();
@@ -28,7 +29,7 @@ public:
 
     // The position slider's action. Refused while a loop whose B the user has set is on; the next tick puts the slider
     // back.
-    void cueUpdate();
+    void cueUpdate(double value);
 
 private:
     void followWithSlider(double time);
@@ -41,7 +42,7 @@ private:
     const TimeTexts& m_texts;
     const ClockOutlets& m_outlets;
     const PositionOutlet& m_position;
-    MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
 };
 
 }  // namespace qm

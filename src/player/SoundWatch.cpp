@@ -22,7 +22,7 @@ QString textFor(SoundOutput state) {
 
 }  // namespace
 
-SoundWatch::SoundWatch(const MediaEngine& engine, Notices& notices) : m_engine(engine), m_notices(notices) {
+SoundWatch::SoundWatch(const PlayerState& state, Notices& notices) : m_state(state), m_notices(notices) {
     QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { look(); });
 }
 
@@ -31,7 +31,7 @@ void SoundWatch::start() {
 }
 
 void SoundWatch::look() {
-    const auto now = m_engine.soundOutput();
+    const auto now = m_state.qtMovie ? m_state.qtMovie->soundOutput() : std::nullopt;
     if (!now || *now == m_told) return;
     m_told = *now;
     const QString text = textFor(*now);

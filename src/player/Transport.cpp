@@ -9,7 +9,7 @@ Transport::Transport(
     Uses<const CurrentMovie, const MovieHandle, PlayState, SpeedState, ChosenRow, const LoopState> state,
     const PlayListArrays& list,
     Uses<const TransportButtons, const PositionOutlet, const PlayListOutlet, const LevelReadOuts> outlets,
-    MediaEngine& engine, PositionClock& clock, SpeedControl& speed, PlayListTable& table, TrackInfo& info)
+    MovieToolbox& toolbox, PositionClock& clock, SpeedControl& speed, PlayListTable& table, TrackInfo& info)
     : m_movie(state),
       m_handle(state),
       m_play(state),
@@ -21,7 +21,7 @@ Transport::Transport(
       m_position(outlets),
       m_listOutlet(outlets),
       m_readOuts(outlets),
-      m_engine(engine),
+      m_toolbox(toolbox),
       m_clock(clock),
       m_speed(speed),
       m_table(table),
@@ -72,7 +72,7 @@ void Transport::reverse() {
 void Transport::showSliderRange() {
     if (!m_position.cueSlider) return;
     m_position.cueSlider->setMinimum(0.0);
-    m_position.cueSlider->setMaximum(m_engine.GetMovieDuration(m_handle.quickTimeMovie));
+    m_position.cueSlider->setMaximum(m_toolbox.GetMovieDuration(m_handle.quickTimeMovie));
     m_position.cueSlider->update();
 }
 
@@ -92,7 +92,7 @@ void Transport::pause() {
 void Transport::goToStart() {
     if (!m_movie.qtMovie) return;
     if (!m_loopState.isLooping) {
-        m_engine.SetMovieTimeValue(m_handle.quickTimeMovie, 0);
+        m_toolbox.SetMovieTimeValue(m_handle.quickTimeMovie, 0);
         showValue(m_position.cueSlider, 0.0);
         m_clock.wake();
         return;

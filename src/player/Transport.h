@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "app/PlayerState.h"
+#include "engine/api/MovieToolbox.h"
 #include "library/PlayListArrays.h"
 #include "library/PlayListTable.h"
 #include "library/TrackInfo.h"
@@ -21,7 +22,7 @@ public:
     Transport(Uses<const CurrentMovie, const MovieHandle, PlayState, SpeedState, ChosenRow, const LoopState> state,
               const PlayListArrays& list,
               Uses<const TransportButtons, const PositionOutlet, const PlayListOutlet, const LevelReadOuts> outlets,
-              MediaEngine& engine, PositionClock& clock, SpeedControl& speed, PlayListTable& table, TrackInfo& info);
+              MovieToolbox& toolbox, PositionClock& clock, SpeedControl& speed, PlayListTable& table, TrackInfo& info);
 
     void playForward();  // pauses when already playing
     void playBackward();
@@ -48,7 +49,7 @@ private:
     const PositionOutlet& m_position;
     const PlayListOutlet& m_listOutlet;
     const LevelReadOuts& m_readOuts;
-    MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
     PositionClock& m_clock;
     SpeedControl& m_speed;
     PlayListTable& m_table;

@@ -64,12 +64,13 @@ void DesktopLauncher::openFirst(QStringList uris) {
 }
 
 bool DesktopLauncher::activateAction(const QString& action, const QVariantMap& platformData) {
-    if (!desktopActions().contains(action)) {
+    const auto id = actionNamed(action);
+    if (!id || !desktopActions().contains(action)) {
         qmLog("remote: no action named " + action.toStdString());
         return false;
     }
     activate(platformData);
-    if (!QApplication::activeModalWidget()) QTimer::singleShot(0, this, [this, action] { m_actions.send(action); });
+    if (!QApplication::activeModalWidget()) QTimer::singleShot(0, this, [this, id] { m_actions.send(*id); });
     return true;
 }
 

@@ -47,20 +47,16 @@ RemotePlayer::RemotePlayer(const PlayerState& state, const PlayListArrays& list,
 
 // --- what a remote can do --------------------------------------------------------------------------------------------
 
-void RemotePlayer::send(const char* action) {
-    m_actions.send(QString::fromLatin1(action));
-}
-
 void RemotePlayer::play() {
     m_playsOpened = m_opening > 0;
     if (m_playsOpened) return;
     if (isAtEnd()) stop();
-    if (!m_state.isPlaying || !m_state.qtMovie) send("playForward");
+    if (!m_state.isPlaying || !m_state.qtMovie) m_actions.send(ActionId::playForward);
 }
 
 void RemotePlayer::pause() {
     m_playsOpened = false;
-    send("pause");
+    m_actions.send(ActionId::pause);
 }
 
 void RemotePlayer::playPause() {
@@ -68,8 +64,8 @@ void RemotePlayer::playPause() {
 }
 
 void RemotePlayer::stop() {
-    send("pause");
-    send("goToStart");
+    m_actions.send(ActionId::pause);
+    m_actions.send(ActionId::goToStart);
 }
 
 void RemotePlayer::next() {
@@ -83,7 +79,7 @@ void RemotePlayer::previous() {
 void RemotePlayer::goToRow(int row) {
     if (row < 0) return;
     m_outlets.playList->selectRowIndex(row);
-    send(m_state.isPlaying ? "rowDoubleClicked" : "selectTrack");
+    m_actions.send(m_state.isPlaying ? ActionId::rowDoubleClicked : ActionId::selectTrack);
 }
 
 void RemotePlayer::seek(qlonglong offset) {
@@ -100,8 +96,8 @@ void RemotePlayer::setPosition(const QString& id, qlonglong target) {
 void RemotePlayer::moveTo(qlonglong target) {
     const double scale = static_cast<double>(m_state.qtMovie->timeScaleAttribute().value_or(0));
     m_outlets.cueSlider->moveByUser(static_cast<double>(target) * scale / kMicroseconds);
-    m_seen = sight();
-    emit seeked(m_seen.position);
+    m_observed = observe();
+    emit seeked(m_observed.position);
 }
 
 void RemotePlayer::setRate(double rate) {
@@ -133,8 +129,8 @@ void RemotePlayer::setLoops(bool loops) {
     if (loops == m_loop.repeatedPassage().has_value()) return;
     if (loops && selectedRow(m_outlets, m_list) < 0 && m_loaded.row() >= 0)
         m_outlets.playList->selectRowIndex(m_loaded.row());
-    if (loops == m_state.isLooping) send("loopSwitch");
-    send("loopSwitch");
+    if (loops == m_state.isLooping) m_actions.send(ActionId::loopSwitch);
+    m_actions.send(ActionId::loopSwitch);
 }
 
 void RemotePlayer::raise() {
@@ -231,7 +227,7 @@ QVariantMap RemotePlayer::properties() const {
 
 void RemotePlayer::watch() {
     m_told = properties();
-    m_seen = sight();
+    m_observed = observe();
     connect(&m_actions, &ActionTable::sent, this, &RemotePlayer::refresh, Qt::UniqueConnection);
     m_timer.start();
 }
@@ -246,17 +242,17 @@ void RemotePlayer::refresh() {
     lookForJump();
 }
 
-RemotePlayer::Sight RemotePlayer::sight() const {
+RemotePlayer::Observation RemotePlayer::observe() const {
     const double speed = status() == Status::Playing ? static_cast<double>(m_state.rate) : 0;
     return {m_state.qtMovie ? m_state.quickTimeMovie : 0, position(), m_clock(), speed};
 }
 
 void RemotePlayer::lookForJump() {
-    const Sight now = sight();
-    const auto played = static_cast<qlonglong>(static_cast<double>(now.at - m_seen.at) * 1000 * m_seen.speed);
-    const bool jumped =
-        now.movie != 0 && now.movie == m_seen.movie && std::abs(now.position - (m_seen.position + played)) > kJump;
-    m_seen = now;
+    const Observation now = observe();
+    const auto played = static_cast<qlonglong>(static_cast<double>(now.at - m_observed.at) * 1000 * m_observed.speed);
+    const bool jumped = now.movie != 0 && now.movie == m_observed.movie &&
+                        std::abs(now.position - (m_observed.position + played)) > kJump;
+    m_observed = now;
     if (jumped) emit seeked(now.position);
 }
 

@@ -70,7 +70,6 @@ private:
     qlonglong microseconds(std::int64_t units) const;
     QString trackId() const;
     QVariantMap metadata() const;
-    void send(const char* action);
     void lookForJump();
 
     const PlayerState& m_state;
@@ -87,14 +86,14 @@ private:
     QVariantMap m_told;          // the properties as they were told last
 
     // The position as it was last seen, to tell a jump from playing on.
-    struct Sight {
+    struct Observation {
         Movie movie = 0;
         qlonglong position = 0;
         qint64 at = 0;
         double speed = 0;
     };
-    Sight sight() const;
-    Sight m_seen;
+    Observation observe() const;
+    Observation m_observed;
 };
 
 }  // namespace qm

@@ -25,8 +25,13 @@ void collect(MeterView* view, std::uint8_t band, std::vector<LevelIndicator*>& i
 }  // namespace
 
 LevelMeters::LevelMeters(Uses<const MovieHandle, MeteringState> state, LevelMeterState& meters,
-                         Uses<const MeterOutlets, const LevelReadOuts> outlets, MediaEngine& engine)
-    : m_handle(state), m_metering(state), m_meters(meters), m_outlets(outlets), m_readOuts(outlets), m_engine(engine) {}
+                         Uses<const MeterOutlets, const LevelReadOuts> outlets, MovieToolbox& toolbox)
+    : m_handle(state),
+      m_metering(state),
+      m_meters(meters),
+      m_outlets(outlets),
+      m_readOuts(outlets),
+      m_toolbox(toolbox) {}
 
 void LevelMeters::prepare() {
     m_meters.pAveragePowerLevels = std::make_unique<QTAudioVolumeLevels>();
@@ -58,9 +63,9 @@ void LevelMeters::switchAudioLevels(bool on) {
 
 bool LevelMeters::readLevels() {
     const Movie movie = m_handle.quickTimeMovie;
-    if (m_engine.GetMovieAudioFrequencyLevels(movie, kStereoMix, *m_meters.mFreqResults) != kNoErr) return false;
-    return m_engine.GetMovieAudioVolumeLevels(movie, kDeviceMix, *m_meters.pAveragePowerLevels,
-                                              *m_meters.pPeakHoldLevels) == kNoErr;
+    if (m_toolbox.GetMovieAudioFrequencyLevels(movie, kStereoMix, *m_meters.mFreqResults) != kNoErr) return false;
+    return m_toolbox.GetMovieAudioVolumeLevels(movie, kDeviceMix, *m_meters.pAveragePowerLevels,
+                                               *m_meters.pPeakHoldLevels) == kNoErr;
 }
 
 void LevelMeters::audioLevelFireMethod() {

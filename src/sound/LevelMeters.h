@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/PlayerState.h"
+#include "engine/api/MovieToolbox.h"
 #include "player/Uses.h"
 #include "ui/controls/Outlets.h"
 
@@ -31,7 +32,7 @@ struct LevelMeterState {
 class LevelMeters {
 public:
     LevelMeters(Uses<const MovieHandle, MeteringState> state, LevelMeterState& meters,
-                Uses<const MeterOutlets, const LevelReadOuts> outlets, MediaEngine& engine);
+                Uses<const MeterOutlets, const LevelReadOuts> outlets, MovieToolbox& toolbox);
 
     // Makes the records and collects the indicators of both views. Once, when the outlets are there.
     void prepare();
@@ -56,7 +57,7 @@ private:
     LevelMeterState& m_meters;
     const MeterOutlets& m_outlets;
     const LevelReadOuts& m_readOuts;
-    MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
     Power m_left;
     Power m_right;
 };

@@ -15,12 +15,11 @@ constexpr double kOctave = 1200;   // cents
 }  // namespace
 
 PitchControl::PitchControl(Uses<const CurrentMovie, const MovieHandle, PitchState, const TitleAttributes> state,
-                           const PitchOutlets& outlets, MediaEngine& engine)
-    : m_movie(state), m_handle(state), m_pitchState(state), m_titles(state), m_outlets(outlets), m_engine(engine) {}
+                           const PitchOutlets& outlets, MovieToolbox& toolbox)
+    : m_movie(state), m_handle(state), m_pitchState(state), m_titles(state), m_outlets(outlets), m_toolbox(toolbox) {}
 
-void PitchControl::pitchUpdate() {
-    if (!m_outlets.pitchSlider) return;
-    m_pitchState.pitch = static_cast<float>(m_outlets.pitchSlider->value());
+void PitchControl::pitchUpdate(double value) {
+    m_pitchState.pitch = static_cast<float>(value);
     showTitle();
     applyToMovie();
 }
@@ -54,8 +53,8 @@ void PitchControl::showTitle() {
 
 void PitchControl::applyToMovie() {
     if (!m_movie.qtMovie) return;
-    m_engine.QTSetMovieProperty(m_handle.quickTimeMovie, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch,
-                                sizeof m_pitchState.pitch, &m_pitchState.pitch);
+    m_toolbox.QTSetMovieProperty(m_handle.quickTimeMovie, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch,
+                                 sizeof m_pitchState.pitch, &m_pitchState.pitch);
 }
 
 }  // namespace qm

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/PlayerState.h"
+#include "engine/api/MovieToolbox.h"
 #include "player/Uses.h"
 #include "ui/controls/Outlets.h"
 
@@ -11,9 +12,9 @@ namespace qm {
 class PitchControl {
 public:
     PitchControl(Uses<const CurrentMovie, const MovieHandle, PitchState, const TitleAttributes> state,
-                 const PitchOutlets& outlets, MediaEngine& engine);
+                 const PitchOutlets& outlets, MovieToolbox& toolbox);
 
-    void pitchUpdate();  // the slider's action
+    void pitchUpdate(double value);  // the slider's action
     void semiToneDown();
     void semiToneUp();
     void pitchReset();
@@ -28,7 +29,7 @@ private:
     PitchState& m_pitchState;
     const TitleAttributes& m_titles;
     const PitchOutlets& m_outlets;
-    MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
 };
 
 }  // namespace qm

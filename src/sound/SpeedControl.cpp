@@ -25,10 +25,9 @@ SpeedControl::SpeedControl(Uses<const CurrentMovie, const PlayState, SpeedState,
       m_buttons(outlets),
       m_clock(clock) {}
 
-void SpeedControl::speedUpdate() {
-    if (!m_outlets.speedSlider) return;
-    m_speedState.rate = static_cast<float>(m_outlets.speedSlider->value());
-    if (keepOutOfDeadBand()) m_outlets.speedSlider->setValue(m_speedState.rate);
+void SpeedControl::speedUpdate(double value) {
+    m_speedState.rate = static_cast<float>(value);
+    if (keepOutOfDeadBand()) showValue(m_outlets.speedSlider, m_speedState.rate);
     showTitle();
     applyToMovie();
 }

@@ -15,7 +15,7 @@ public:
                  Uses<const SpeedOutlets, const TransportButtons> outlets, PositionClock& clock);
 
     // The slider's action. Values beyond 2.5 pass as they are: the slider's bounds are the limit.
-    void speedUpdate();
+    void speedUpdate(double value);
 
     void speedX(float value);
     void speedDown();  // a step of 0.05 toward zero

@@ -23,7 +23,7 @@ struct ToneControl::Tone {
 
 ToneControl::ToneControl(Uses<const CurrentMovie, const MovieHandle, ToneState, const TitleAttributes> state,
                          PlayListArrays& list, Uses<const ToneOutlets, const PlayListOutlet> outlets,
-                         MediaEngine& engine)
+                         MovieToolbox& toolbox)
     : m_movie(state),
       m_handle(state),
       m_toneState(state),
@@ -31,7 +31,7 @@ ToneControl::ToneControl(Uses<const CurrentMovie, const MovieHandle, ToneState, 
       m_list(list),
       m_outlets(outlets),
       m_listOutlet(outlets),
-      m_engine(engine) {}
+      m_toolbox(toolbox) {}
 
 ToneControl::Tone ToneControl::bass() {
     return {m_toneState.bass, m_outlets.bassSlider, m_outlets.bassResetButton, m_list.bassArray};
@@ -50,8 +50,8 @@ void ToneControl::bassMin() {
 void ToneControl::bassReset() {
     preset(bass(), kNeutral);
 }
-void ToneControl::bassUpdate() {
-    update(bass());
+void ToneControl::bassUpdate(double value) {
+    update(bass(), value);
 }
 void ToneControl::trebleMax() {
     preset(treble(), kMost);
@@ -62,8 +62,8 @@ void ToneControl::trebleMin() {
 void ToneControl::trebleReset() {
     preset(treble(), kNeutral);
 }
-void ToneControl::trebleUpdate() {
-    update(treble());
+void ToneControl::trebleUpdate(double value) {
+    update(treble(), value);
 }
 
 void ToneControl::preset(Tone tone, std::int16_t value) {
@@ -73,9 +73,8 @@ void ToneControl::preset(Tone tone, std::int16_t value) {
     keepAndApply(tone);
 }
 
-void ToneControl::update(Tone tone) {
-    if (!tone.slider) return;
-    const std::int32_t whole = truncToInt32(static_cast<float>(tone.slider->value()));
+void ToneControl::update(Tone tone, double value) {
+    const std::int32_t whole = truncToInt32(static_cast<float>(value));
     tone.field = static_cast<std::int16_t>(static_cast<std::uint16_t>(whole));
     showAttributedTitle(tone.title, QString::number(tone.field), m_titles.controlColorAttributes);
     keepAndApply(tone);
@@ -108,8 +107,8 @@ void ToneControl::keepAndApply(Tone tone) {
 // Both go together, to a movie that has sound.
 void ToneControl::bassAndTrebleUpdate() {
     if (!m_movie.qtMovie) return;
-    if (m_engine.soundTrackCount(m_handle.quickTimeMovie) < 1) return;
-    m_engine.MediaSetSoundBassAndTreble(m_handle.quickTimeMovie, 0, m_toneState.bass, m_toneState.treble);
+    if (m_toolbox.soundTrackCount(m_handle.quickTimeMovie) < 1) return;
+    m_toolbox.MediaSetSoundBassAndTreble(m_handle.quickTimeMovie, 0, m_toneState.bass, m_toneState.treble);
 }
 
 }  // namespace qm

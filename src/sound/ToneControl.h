@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/PlayerState.h"
+#include "engine/api/MovieToolbox.h"
 #include "library/PlayListArrays.h"
 #include "player/Uses.h"
 #include "ui/controls/Outlets.h"
@@ -12,16 +13,16 @@ namespace qm {
 class ToneControl {
 public:
     ToneControl(Uses<const CurrentMovie, const MovieHandle, ToneState, const TitleAttributes> state,
-                PlayListArrays& list, Uses<const ToneOutlets, const PlayListOutlet> outlets, MediaEngine& engine);
+                PlayListArrays& list, Uses<const ToneOutlets, const PlayListOutlet> outlets, MovieToolbox& toolbox);
 
     void bassMax();
     void bassMin();
     void bassReset();
-    void bassUpdate();  // the slider's action
+    void bassUpdate(double value);  // the slider's action
     void trebleMax();
     void trebleMin();
     void trebleReset();
-    void trebleUpdate();  // the slider's action
+    void trebleUpdate(double value);  // the slider's action
 
     // Brings back what the row has kept.
     void restore(int row);
@@ -33,7 +34,7 @@ private:
     Tone bass();
     Tone treble();
     void preset(Tone tone, std::int16_t value);
-    void update(Tone tone);
+    void update(Tone tone, double value);
     void restore(Tone tone, int row);
     void keepAndApply(Tone tone);
     void bassAndTrebleUpdate();
@@ -45,7 +46,7 @@ private:
     PlayListArrays& m_list;
     const ToneOutlets& m_outlets;
     const PlayListOutlet& m_listOutlet;
-    MediaEngine& m_engine;
+    MovieToolbox& m_toolbox;
 };
 
 }  // namespace qm

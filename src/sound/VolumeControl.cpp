@@ -18,21 +18,20 @@ QString balanceTitle(float balance) {
 }  // namespace
 
 VolumeControl::VolumeControl(Uses<const CurrentMovie, const MovieHandle, VolumeState, const TitleAttributes> state,
-                             const VolumeOutlets& outlets, MediaEngine& engine, SpeedControl& speed,
+                             const VolumeOutlets& outlets, MovieToolbox& toolbox, SpeedControl& speed,
                              PitchControl& pitch, ToneControl& tone)
     : m_movie(state),
       m_handle(state),
       m_volumeState(state),
       m_titles(state),
       m_outlets(outlets),
-      m_engine(engine),
+      m_toolbox(toolbox),
       m_speed(speed),
       m_pitch(pitch),
       m_tone(tone) {}
 
-void VolumeControl::gainUpdate() {
-    if (!m_outlets.gainSlider) return;
-    m_volumeState.gain = static_cast<float>(m_outlets.gainSlider->value());
+void VolumeControl::gainUpdate(double value) {
+    m_volumeState.gain = static_cast<float>(value);
     showGainTitle();
     if (!m_movie.qtMovie) return;
     m_movie.qtMovie->setMuted(false);
@@ -84,9 +83,8 @@ void VolumeControl::gainPreset(float value, const QString& title) {
     showValue(m_outlets.gainSlider, value);
 }
 
-void VolumeControl::balanceUpdate() {
-    if (!m_outlets.balanceSlider) return;
-    m_volumeState.balance = static_cast<float>(m_outlets.balanceSlider->value());
+void VolumeControl::balanceUpdate(double value) {
+    m_volumeState.balance = static_cast<float>(value);
     applyBalance();  // before the first load the engine gets no movie and does nothing
     showAttributedTitle(m_outlets.balanceResetButton, balanceTitle(m_volumeState.balance),
                         m_titles.controlColorAttributes);
@@ -112,7 +110,7 @@ void VolumeControl::balancePreset(float value, const QString& title) {
 }
 
 void VolumeControl::applyBalance() {
-    m_engine.SetMovieAudioBalance(m_handle.quickTimeMovie, m_volumeState.balance, 0);
+    m_toolbox.SetMovieAudioBalance(m_handle.quickTimeMovie, m_volumeState.balance, 0);
 }
 
 void VolumeControl::resetAudio() {

@@ -8,11 +8,6 @@ namespace {
 constexpr bool kRepeats = true;
 constexpr bool kOnce = false;
 constexpr bool kInList = true;
-constexpr auto kController = ActionRow::Controller;
-constexpr auto kWindow = ActionRow::Window;
-constexpr auto kRecorder = ActionRow::Recorder;
-constexpr auto kKeys = ActionRow::Keys;
-constexpr auto kList = ActionRow::List;
 
 QKeySequence key(int code) {
     return QKeySequence(code);
@@ -33,33 +28,33 @@ QKeySequence ctrlShift(int code) {
 using Rows = std::vector<ActionRow>;
 
 void addFile(Rows& rows) {
-    rows.insert(rows.end(), {{"openFile", "File", "", "Open…", {ctrl(Qt::Key_O)}, kOnce, "Open… [Ctrl+O]", "Add files"},
-                             {"exportMovie",
-                              "File",
-                              "",
-                              "Export…",
-                              {ctrl(Qt::Key_E)},
-                              kOnce,
-                              "Keep this track as a movie of its own, at this speed [Ctrl+E]",
-                              "Export track"},
-                             {"cancelExport", "", "", "", {}, kOnce, "Stop, and keep nothing of it [Esc]", "Cancel"},
-                             {"audioStartRecord",
-                              "File",
-                              "",
-                              "Start or Stop Recording",
-                              {ctrl(Qt::Key_R)},
-                              kOnce,
-                              "Start or stop recording [Ctrl+R]",
-                              "Record",
-                              kController,
-                              "",
-                              true},
-                             {"quit", "File", "", "Quit", {ctrl(Qt::Key_Q)}, kOnce, "", "", kWindow, "", true}});
+    rows.insert(rows.end(),
+                {{ActionId::openFile, "File", "", "Open…", {ctrl(Qt::Key_O)}, kOnce, "Open… [Ctrl+O]", "Add files"},
+                 {ActionId::exportMovie,
+                  "File",
+                  "",
+                  "Export…",
+                  {ctrl(Qt::Key_E)},
+                  kOnce,
+                  "Keep this track as a movie of its own, at this speed [Ctrl+E]",
+                  "Export track"},
+                 {ActionId::cancelExport, "", "", "", {}, kOnce, "Stop, and keep nothing of it [Esc]", "Cancel"},
+                 {ActionId::audioStartRecord,
+                  "File",
+                  "",
+                  "Start or Stop Recording",
+                  {ctrl(Qt::Key_R)},
+                  kOnce,
+                  "Start or stop recording [Ctrl+R]",
+                  "Record",
+                  "",
+                  true},
+                 {ActionId::quit, "File", "", "Quit", {ctrl(Qt::Key_Q)}, kOnce, "", "", "", true}});
 }
 
 void addEdit(Rows& rows) {
-    rows.insert(rows.end(), {{"undo", "Edit", "", "Undo", {ctrl(Qt::Key_Z)}, kOnce, "", ""},
-                             {"removeListEntry",
+    rows.insert(rows.end(), {{ActionId::undo, "Edit", "", "Undo", {ctrl(Qt::Key_Z)}, kOnce, "", ""},
+                             {ActionId::removeListEntry,
                               "Edit",
                               "",
                               "Remove Track",
@@ -67,11 +62,10 @@ void addEdit(Rows& rows) {
                               kOnce,
                               "Remove from the list; the file stays on disk [Del]",
                               "Remove track",
-                              kController,
                               "",
                               true,
                               kInList},
-                             {"clearList",
+                             {ActionId::clearList,
                               "Edit",
                               "",
                               "Clear List…",
@@ -79,16 +73,15 @@ void addEdit(Rows& rows) {
                               kOnce,
                               "Remove all tracks from the list; the files stay on disk [Ctrl+Shift+Del]",
                               "Clear list"},
-                             {"findTrack",
+                             {ActionId::findTrack,
                               "Edit",
                               "",
                               "Find Track…",
                               {ctrl(Qt::Key_F)},
                               kOnce,
                               "Show only the tracks that are looked for [Ctrl+F]",
-                              "Find track",
-                              kList},
-                             {"openPrefsWindow",
+                              "Find track"},
+                             {ActionId::openPrefsWindow,
                               "Edit",
                               "",
                               "Preferences…",
@@ -96,7 +89,6 @@ void addEdit(Rows& rows) {
                               kOnce,
                               "Preferences [Ctrl+,]",
                               "Preferences",
-                              kController,
                               "",
                               true}});
 }
@@ -104,9 +96,16 @@ void addEdit(Rows& rows) {
 void addPlayback(Rows& rows) {
     rows.insert(
         rows.end(),
-        {{"toggleStartStop", "Playback", "", "Play or Pause", {key(Qt::Key_Space)}, kOnce, "Play or pause [Space]", ""},
-         {"playForward", "Playback", "", "Play Forward", {}, kOnce, "Play or pause [Space]", "Play forward"},
-         {"playBackward",
+        {{ActionId::toggleStartStop,
+          "Playback",
+          "",
+          "Play or Pause",
+          {key(Qt::Key_Space)},
+          kOnce,
+          "Play or pause [Space]",
+          ""},
+         {ActionId::playForward, "Playback", "", "Play Forward", {}, kOnce, "Play or pause [Space]", "Play forward"},
+         {ActionId::playBackward,
           "Playback",
           "",
           "Play Backward",
@@ -114,10 +113,10 @@ void addPlayback(Rows& rows) {
           kOnce,
           "Play backward [Shift+Space]",
           "Play backward"},
-         {"pause", "Playback", "", "Pause", {key(Qt::Key_P)}, kOnce, "Pause [P]", "Pause"},
-         {"rowDoubleClicked", "Playback", "", "Play Selected Track", {}, kOnce, "", "", kController, "Return", true},
-         {"selectTrack", "Playback", "", "Load Selected Track", {ctrl(Qt::Key_Return)}, kOnce, "", ""},
-         {"previousTrack",
+         {ActionId::pause, "Playback", "", "Pause", {key(Qt::Key_P)}, kOnce, "Pause [P]", "Pause"},
+         {ActionId::rowDoubleClicked, "Playback", "", "Play Selected Track", {}, kOnce, "", "", "Return", true},
+         {ActionId::selectTrack, "Playback", "", "Load Selected Track", {ctrl(Qt::Key_Return)}, kOnce, "", ""},
+         {ActionId::previousTrack,
           "Playback",
           "",
           "Previous Track",
@@ -125,19 +124,17 @@ void addPlayback(Rows& rows) {
           kOnce,
           "Play the track above [, or Ctrl+Up]",
           "Previous track",
-          kList,
           "",
           true},
-         {"nextTrack",
+         {ActionId::nextTrack,
           "Playback",
           "",
           "Next Track",
           {key(Qt::Key_Period), ctrl(Qt::Key_Down)},
           kOnce,
           "Play the track below [. or Ctrl+Down]",
-          "Next track",
-          kList},
-         {"goToStart",
+          "Next track"},
+         {ActionId::goToStart,
           "Playback",
           "",
           "Go to Start",
@@ -145,56 +142,64 @@ void addPlayback(Rows& rows) {
           kOnce,
           "Go to the start, or to A while looping [Home]",
           "Go to start",
-          kController,
           "",
           true}});
 }
 
-ActionRow skipRow(const char* slot, const char* submenu, const char* text, std::vector<QKeySequence> keys,
+ActionRow skipRow(ActionId id, const char* submenu, const char* text, std::vector<QKeySequence> keys,
                   const char* tooltip, const char* accessibleName) {
-    return {slot, "Playback", submenu, text, std::move(keys), kRepeats, tooltip, accessibleName};
+    return {id, "Playback", submenu, text, std::move(keys), kRepeats, tooltip, accessibleName};
 }
 
 void addSkips(Rows& rows) {
-    rows.insert(rows.end(), {skipRow("skip1", "Skip Forward", "1 Second", {key(Qt::Key_Right)},
+    rows.insert(rows.end(), {skipRow(ActionId::skip1, "Skip Forward", "1 Second", {key(Qt::Key_Right)},
                                      "Skip forward 1 second [Right]", "Skip forward 1 second"),
-                             skipRow("skip10", "Skip Forward", "10 Seconds", {shift(Qt::Key_Right)},
+                             skipRow(ActionId::skip10, "Skip Forward", "10 Seconds", {shift(Qt::Key_Right)},
                                      "Skip forward 10 seconds [Shift+Right]", "Skip forward 10 seconds"),
-                             skipRow("skip30", "Skip Forward", "30 Seconds", {alt(Qt::Key_Right)},
+                             skipRow(ActionId::skip30, "Skip Forward", "30 Seconds", {alt(Qt::Key_Right)},
                                      "Skip forward 30 seconds [Alt+Right]", "Skip forward 30 seconds"),
-                             skipRow("skip60", "Skip Forward", "1 Minute", {ctrl(Qt::Key_Right)},
+                             skipRow(ActionId::skip60, "Skip Forward", "1 Minute", {ctrl(Qt::Key_Right)},
                                      "Skip forward 1 minute [Ctrl+Right]", "Skip forward 1 minute"),
-                             skipRow("skip300", "Skip Forward", "5 Minutes", {ctrlShift(Qt::Key_Right)},
+                             skipRow(ActionId::skip300, "Skip Forward", "5 Minutes", {ctrlShift(Qt::Key_Right)},
                                      "Skip forward 5 minutes [Ctrl+Shift+Right]", "Skip forward 5 minutes"),
-                             skipRow("skipBack", "Skip Back", "1 Second", {key(Qt::Key_Left)},
+                             skipRow(ActionId::skipBack, "Skip Back", "1 Second", {key(Qt::Key_Left)},
                                      "Skip back 1 second [Left]", "Skip back 1 second"),
-                             skipRow("skip_10", "Skip Back", "10 Seconds", {shift(Qt::Key_Left)},
+                             skipRow(ActionId::skip_10, "Skip Back", "10 Seconds", {shift(Qt::Key_Left)},
                                      "Skip back 10 seconds [Shift+Left]", "Skip back 10 seconds"),
-                             skipRow("skip_60", "Skip Back", "1 Minute", {ctrl(Qt::Key_Left)},
+                             skipRow(ActionId::skip_60, "Skip Back", "1 Minute", {ctrl(Qt::Key_Left)},
                                      "Skip back 1 minute [Ctrl+Left]", "Skip back 1 minute")});
 }
 
-ActionRow soundRow(const char* slot, const char* submenu, const char* text, std::vector<QKeySequence> keys,
+ActionRow soundRow(ActionId id, const char* submenu, const char* text, std::vector<QKeySequence> keys,
                    const char* tooltip, const char* accessibleName) {
-    return {slot, "Sound", submenu, text, std::move(keys), kOnce, tooltip, accessibleName};
+    return {id, "Sound", submenu, text, std::move(keys), kOnce, tooltip, accessibleName};
 }
 
 // An action that no menu shows.
-ActionRow controlRow(const char* slot, const char* tooltip, const char* accessibleName) {
-    return {slot, "", "", "", {}, kOnce, tooltip, accessibleName};
+ActionRow controlRow(ActionId id, const char* tooltip, const char* accessibleName) {
+    return {id, "", "", "", {}, kOnce, tooltip, accessibleName};
 }
 
 void addSpeedAndPitch(Rows& rows) {
     rows.insert(
         rows.end(),
-        {{"speedDown", "Sound", "", "Slower", {key(Qt::Key_Minus)}, kRepeats, "Slower [−]", "Slower"},
-         {"speedUp", "Sound", "", "Faster", {key(Qt::Key_Equal), key(Qt::Key_Plus)}, kRepeats, "Faster [+]", "Faster"},
-         soundRow("speed05", "Speed", "0.5", {key(Qt::Key_1)}, "Half speed [1]", "Speed 0.5"),
-         soundRow("speed075", "Speed", "0.75", {key(Qt::Key_2)}, "Three quarters of the speed [2]", "Speed 0.75"),
-         soundRow("speedReset", "Speed", "Normal", {key(Qt::Key_3)}, "Back to normal speed [3]", "Reset speed"),
-         soundRow("speed150", "Speed", "1.5", {key(Qt::Key_4)}, "One and a half times the speed [4]", "Speed 1.5"),
-         soundRow("speed20", "Speed", "2.0", {key(Qt::Key_5)}, "Double speed [5]", "Speed 2.0"),
-         {"semiToneDown",
+        {{ActionId::speedDown, "Sound", "", "Slower", {key(Qt::Key_Minus)}, kRepeats, "Slower [−]", "Slower"},
+         {ActionId::speedUp,
+          "Sound",
+          "",
+          "Faster",
+          {key(Qt::Key_Equal), key(Qt::Key_Plus)},
+          kRepeats,
+          "Faster [+]",
+          "Faster"},
+         soundRow(ActionId::speed05, "Speed", "0.5", {key(Qt::Key_1)}, "Half speed [1]", "Speed 0.5"),
+         soundRow(ActionId::speed075, "Speed", "0.75", {key(Qt::Key_2)}, "Three quarters of the speed [2]",
+                  "Speed 0.75"),
+         soundRow(ActionId::speedReset, "Speed", "Normal", {key(Qt::Key_3)}, "Back to normal speed [3]", "Reset speed"),
+         soundRow(ActionId::speed150, "Speed", "1.5", {key(Qt::Key_4)}, "One and a half times the speed [4]",
+                  "Speed 1.5"),
+         soundRow(ActionId::speed20, "Speed", "2.0", {key(Qt::Key_5)}, "Double speed [5]", "Speed 2.0"),
+         {ActionId::semiToneDown,
           "Sound",
           "",
           "Semitone Down",
@@ -202,65 +207,69 @@ void addSpeedAndPitch(Rows& rows) {
           kOnce,
           "Down a semitone [F]",
           "Semitone down",
-          kController,
           "",
           true},
-         soundRow("semiToneUp", "", "Semitone Up", {key(Qt::Key_S)}, "Up a semitone [S]", "Semitone up"),
-         soundRow("pitchReset", "", "Original Pitch", {key(Qt::Key_N)}, "Original pitch [N]", "Reset pitch")});
+         soundRow(ActionId::semiToneUp, "", "Semitone Up", {key(Qt::Key_S)}, "Up a semitone [S]", "Semitone up"),
+         soundRow(ActionId::pitchReset, "", "Original Pitch", {key(Qt::Key_N)}, "Original pitch [N]", "Reset pitch")});
 }
 
 void addVolumeAndTone(Rows& rows) {
     rows.insert(rows.end(),
-                {{"silence", "Sound", "Gain", "Silent", {key(Qt::Key_M)}, kOnce, "", "", kKeys},
-                 {"resetGain", "Sound", "Gain", "Reset", {key(Qt::Key_G)}, kOnce, "", "", kKeys},
-                 controlRow("volumeMin", "Silent [M]", "Gain least"),
-                 controlRow("gainReset", "Reset gain [G]", "Reset gain"),
-                 soundRow("volumeMax", "Gain", "Full", {}, "Full", "Gain most"),
-                 soundRow("balanceLeftMax", "Balance", "Left", {}, "Full left", "Balance left"),
-                 soundRow("balanceReset", "Balance", "Centre", {key(Qt::Key_C)}, "Centre [C]", "Reset balance"),
-                 soundRow("balanceRightMax", "Balance", "Right", {}, "Full right", "Balance right"),
-                 soundRow("bassMin", "Bass", "Least", {}, "Least bass", "Bass least"),
-                 soundRow("bassReset", "Bass", "Reset", {}, "Reset bass", "Reset bass"),
-                 soundRow("bassMax", "Bass", "Most", {}, "Most bass", "Bass most"),
-                 soundRow("trebleMin", "Treble", "Least", {}, "Least treble", "Treble least"),
-                 soundRow("trebleReset", "Treble", "Reset", {}, "Reset treble", "Reset treble"),
-                 soundRow("trebleMax", "Treble", "Most", {}, "Most treble", "Treble most"),
-                 {"resetSound", "Sound", "", "Reset All", {ctrl(Qt::Key_0)}, kOnce, "", "", kKeys, "", true},
-                 controlRow("resetAudio", "Put every sound control back [Ctrl+0]", "Reset all sound")});
+                {{ActionId::silence, "Sound", "Gain", "Silent", {key(Qt::Key_M)}, kOnce, "", ""},
+                 {ActionId::resetGain, "Sound", "Gain", "Reset", {key(Qt::Key_G)}, kOnce, "", ""},
+                 controlRow(ActionId::volumeMin, "Silent [M]", "Gain least"),
+                 controlRow(ActionId::gainReset, "Reset gain [G]", "Reset gain"),
+                 soundRow(ActionId::volumeMax, "Gain", "Full", {}, "Full", "Gain most"),
+                 soundRow(ActionId::balanceLeftMax, "Balance", "Left", {}, "Full left", "Balance left"),
+                 soundRow(ActionId::balanceReset, "Balance", "Centre", {key(Qt::Key_C)}, "Centre [C]", "Reset balance"),
+                 soundRow(ActionId::balanceRightMax, "Balance", "Right", {}, "Full right", "Balance right"),
+                 soundRow(ActionId::bassMin, "Bass", "Least", {}, "Least bass", "Bass least"),
+                 soundRow(ActionId::bassReset, "Bass", "Reset", {}, "Reset bass", "Reset bass"),
+                 soundRow(ActionId::bassMax, "Bass", "Most", {}, "Most bass", "Bass most"),
+                 soundRow(ActionId::trebleMin, "Treble", "Least", {}, "Least treble", "Treble least"),
+                 soundRow(ActionId::trebleReset, "Treble", "Reset", {}, "Reset treble", "Reset treble"),
+                 soundRow(ActionId::trebleMax, "Treble", "Most", {}, "Most treble", "Treble most"),
+                 {ActionId::resetSound, "Sound", "", "Reset All", {ctrl(Qt::Key_0)}, kOnce, "", "", "", true},
+                 controlRow(ActionId::resetAudio, "Put every sound control back [Ctrl+0]", "Reset all sound")});
 }
 
 void addLoop(Rows& rows) {
-    rows.insert(
-        rows.end(),
-        {{"loopSwitch", "Loop", "", "Loop A–B", {key(Qt::Key_L)}, kOnce, "Repeat from A to B [L]", "Loop A to B"},
-         {"markAUpdate",
-          "Loop",
-          "",
-          "Mark A",
-          {key(Qt::Key_BracketLeft), key(Qt::Key_A)},
-          kOnce,
-          "Set A here [[ or A]",
-          "Set A"},
-         {"markBUpdate",
-          "Loop",
-          "",
-          "Mark B",
-          {key(Qt::Key_BracketRight), key(Qt::Key_B)},
-          kOnce,
-          "Set B here [] or B]",
-          "Set B"},
-         {"resetMarks",
-          "Loop",
-          "",
-          "Reset Marks",
-          {shift(Qt::Key_L)},
-          kOnce,
-          "Put A at the start and B at the end [Shift+L]",
-          "Reset marks"}});
+    rows.insert(rows.end(), {{ActionId::loopSwitch,
+                              "Loop",
+                              "",
+                              "Loop A–B",
+                              {key(Qt::Key_L)},
+                              kOnce,
+                              "Repeat from A to B [L]",
+                              "Loop A to B"},
+                             {ActionId::markAUpdate,
+                              "Loop",
+                              "",
+                              "Mark A",
+                              {key(Qt::Key_BracketLeft), key(Qt::Key_A)},
+                              kOnce,
+                              "Set A here [[ or A]",
+                              "Set A"},
+                             {ActionId::markBUpdate,
+                              "Loop",
+                              "",
+                              "Mark B",
+                              {key(Qt::Key_BracketRight), key(Qt::Key_B)},
+                              kOnce,
+                              "Set B here [] or B]",
+                              "Set B"},
+                             {ActionId::resetMarks,
+                              "Loop",
+                              "",
+                              "Reset Marks",
+                              {shift(Qt::Key_L)},
+                              kOnce,
+                              "Put A at the start and B at the end [Shift+L]",
+                              "Reset marks"}});
 }
 
 void addWindow(Rows& rows) {
-    rows.push_back({"displayLevels",
+    rows.push_back({ActionId::displayLevels,
                     "Window",
                     "",
                     "Level Meters",
@@ -268,7 +277,7 @@ void addWindow(Rows& rows) {
                     kOnce,
                     "Show or hide the level meters [Ctrl+1]",
                     "Level meters"});
-    rows.push_back({"displayInfo",
+    rows.push_back({ActionId::displayInfo,
                     "Window",
                     "",
                     "Track Information",
@@ -276,10 +285,10 @@ void addWindow(Rows& rows) {
                     kOnce,
                     "Show or hide what the track says of itself [Ctrl+2 or Ctrl+I]",
                     "Track information"});
-    rows.push_back({"displayVideo", "Window", "", "Video", {ctrl(Qt::Key_3)}, kOnce, "", "", kWindow});
+    rows.push_back({ActionId::displayVideo, "Window", "", "Video", {ctrl(Qt::Key_3)}, kOnce, "", ""});
     rows.push_back(
-        {"fillScreenWithVideo", "Window", "", "Full-Screen Video", {key(Qt::Key_F11)}, kOnce, "", "", kWindow});
-    rows.push_back({"audioRecordOpen",
+        {ActionId::fillScreenWithVideo, "Window", "", "Full-Screen Video", {key(Qt::Key_F11)}, kOnce, "", ""});
+    rows.push_back({ActionId::audioRecordOpen,
                     "Window",
                     "",
                     "Recording",
@@ -287,19 +296,18 @@ void addWindow(Rows& rows) {
                     kOnce,
                     "Show the recording window [Ctrl+4]",
                     "Recording"});
-    rows.push_back({"displayAudioRecordWindow", "Window", "", "Recorder", {ctrl(Qt::Key_5)}, kOnce, "", "", kRecorder});
-    rows.push_back({"displayTrackFormat", "Window", "", "Track Format", {ctrlShift(Qt::Key_F)}, kOnce, "", ""});
-    rows.push_back({"goToPlayList",
+    rows.push_back({ActionId::displayAudioRecordWindow, "Window", "", "Recorder", {ctrl(Qt::Key_5)}, kOnce, "", ""});
+    rows.push_back({ActionId::displayTrackFormat, "Window", "", "Track Format", {ctrlShift(Qt::Key_F)}, kOnce, "", ""});
+    rows.push_back({ActionId::goToPlayList,
                     "Window",
                     "",
                     "Go to the Play List",
                     {key(Qt::Key_F6)},
                     kOnce,
                     "Letters lead to tracks there [F6]",
-                    "Go to the play list",
-                    kList});
-    rows.push_back({"toggleToolbar", "Window", "", "Show Toolbar", {ctrlShift(Qt::Key_T)}, kOnce, "", "", kWindow});
-    rows.push_back({"useMessageButton",
+                    "Go to the play list"});
+    rows.push_back({ActionId::toggleToolbar, "Window", "", "Show Toolbar", {ctrlShift(Qt::Key_T)}, kOnce, "", ""});
+    rows.push_back({ActionId::useMessageButton,
                     "Window",
                     "",
                     "Use the Message's Button",
@@ -307,51 +315,52 @@ void addWindow(Rows& rows) {
                     kOnce,
                     "Do what the message offers [F8]",
                     "",
-                    kWindow,
                     "",
                     true});
 }
 
 void addHelp(Rows& rows) {
-    rows.push_back({"displayShortcuts",
+    rows.push_back({ActionId::displayShortcuts,
                     "Help",
                     "",
                     "Keyboard Shortcuts",
                     {key(Qt::Key_F1), ctrl(Qt::Key_Question)},
                     kOnce,
                     "Every key, and what it does [F1]",
-                    "Keyboard shortcuts",
-                    kWindow});
-    rows.push_back({"displayGuide", "Help", "", "Guide", {}, kOnce, "", "", kWindow});
-    rows.push_back({"checkSoftwareUpdate", "Help", "", "Check for Updates…", {}, kOnce, "", ""});
-    rows.push_back({"displayAboutPanel", "Help", "", "About Quillmere", {}, kOnce, "", ""});
+                    "Keyboard shortcuts"});
+    rows.push_back({ActionId::displayGuide, "Help", "", "Guide", {}, kOnce, "", ""});
+    rows.push_back({ActionId::checkSoftwareUpdate, "Help", "", "Check for Updates…", {}, kOnce, "", ""});
+    rows.push_back({ActionId::displayAboutPanel, "Help", "", "About Quillmere", {}, kOnce, "", ""});
 }
 
 void addRecorderButtons(Rows& rows) {
-    rows.push_back({"audioRecordClose", "", "", "", {}, kOnce, "Close; a recording is stopped first [Esc]", "Close"});
-    rows.push_back({"toggleRecordSession", "", "", "", {}, kOnce, "Start or stop recording", "Record", kRecorder});
+    rows.push_back(
+        {ActionId::audioRecordClose, "", "", "", {}, kOnce, "Close; a recording is stopped first [Esc]", "Close"});
+    rows.push_back({ActionId::toggleRecordSession, "", "", "", {}, kOnce, "Start or stop recording", "Record"});
 }
 
 void addSliders(Rows& rows) {
-    rows.insert(rows.end(),
-                {controlRow("cueUpdate", "Drag to move through the track", "Position"),
-                 controlRow("speedUpdate", "Speed and direction", "Speed"),
-                 controlRow("pitchUpdate", "Pitch in cents", "Pitch"), controlRow("gainUpdate", "Gain", "Gain"),
-                 controlRow("balanceUpdate", "Balance", "Balance"), controlRow("bassUpdate", "Bass", "Bass"),
-                 controlRow("trebleUpdate", "Treble", "Treble")});
+    rows.insert(
+        rows.end(),
+        {controlRow(ActionId::cueUpdate, "Drag to move through the track", "Position"),
+         controlRow(ActionId::speedUpdate, "Speed and direction", "Speed"),
+         controlRow(ActionId::pitchUpdate, "Pitch in cents", "Pitch"), controlRow(ActionId::gainUpdate, "Gain", "Gain"),
+         controlRow(ActionId::balanceUpdate, "Balance", "Balance"), controlRow(ActionId::bassUpdate, "Bass", "Bass"),
+         controlRow(ActionId::trebleUpdate, "Treble", "Treble")});
 }
 
 void addPreferences(Rows& rows) {
     rows.insert(
         rows.end(),
-        {controlRow("toggleGeneralPreferenceView", "Turn on/off the audio level indicators.", "General"),
-         controlRow("toggleUpdatePreferenceView", "Turn on/off the automatic software update check.",
+        {controlRow(ActionId::toggleGeneralPreferenceView, "Turn on/off the audio level indicators.", "General"),
+         controlRow(ActionId::toggleUpdatePreferenceView, "Turn on/off the automatic software update check.",
                     "Software Update"),
-         controlRow("toggleAudioDefaultPreferenceView", "Set the audio level used when Quillmere starts up.", "Volume"),
-         controlRow("toggleAudioLevelsPref", "", "Show level indicators"),
-         controlRow("toggleTextColor", "", "Colour of scale labels"),
-         controlRow("toggleSoftwareUpdateCheck", "", "Check for updates when Quillmere starts"),
-         controlRow("updateDefaultAudioPref", "", "Use current gain")});
+         controlRow(ActionId::toggleAudioDefaultPreferenceView, "Set the audio level used when Quillmere starts up.",
+                    "Volume"),
+         controlRow(ActionId::toggleAudioLevelsPref, "", "Show level indicators"),
+         controlRow(ActionId::toggleTextColor, "", "Colour of scale labels"),
+         controlRow(ActionId::toggleSoftwareUpdateCheck, "", "Check for updates when Quillmere starts"),
+         controlRow(ActionId::updateDefaultAudioPref, "", "Use current gain")});
 }
 
 }  // namespace

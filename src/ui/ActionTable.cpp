@@ -5,7 +5,6 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMetaMethod>
 #include <QStyleOptionMenuItem>
 #include <QThread>
 #include <algorithm>
@@ -33,19 +32,22 @@ protected:
     }
 };
 
-}  // namespace
-
-const ActionRow* actionRow(const QString& slot) {
-    const auto& rows = actionRows();
-    const auto found =
-        std::find_if(rows.begin(), rows.end(), [&](const ActionRow& row) { return slot == QLatin1String(row.slot); });
-    return found == rows.end() ? nullptr : &*found;
+void describe(QWidget* control, ActionId id) {
+    const ActionRow& row = actionRow(id);
+    control->setToolTip(ActionTable::tr(row.tooltip));
+    control->setAccessibleName(ActionTable::tr(row.accessibleName));
 }
 
-ActionTable::ActionTable(QMainWindow* window, QObject* controller)
-    : QObject(window),
-      m_window(window),
-      m_receivers{{ActionRow::Window, window}, {ActionRow::Controller, controller}} {}
+}  // namespace
+
+const ActionRow& actionRow(ActionId id) {
+    const auto& rows = actionRows();
+    const auto found = std::find_if(rows.begin(), rows.end(), [id](const ActionRow& row) { return row.id == id; });
+    Q_ASSERT(found != rows.end());
+    return *found;
+}
+
+ActionTable::ActionTable(QMainWindow* window) : QObject(window), m_window(window) {}
 
 void ActionTable::buildMenus() {
     for (const ActionRow& row : actionRows()) {
@@ -71,69 +73,71 @@ QMenu* ActionTable::menuFor(const ActionRow& row) {
 QAction* ActionTable::makeAction(const ActionRow& row) {
     auto* action = new QAction(tr(row.text), this);
     action->setProperty(kShownKey, QString::fromUtf8(row.shownKey));
-    action->setObjectName(QString::fromLatin1(row.slot));
+    action->setObjectName(actionName(row.id));
     action->setShortcuts(QList<QKeySequence>(row.keys.begin(), row.keys.end()));
     action->setShortcutContext(row.inListOnly ? Qt::WidgetShortcut : Qt::WindowShortcut);
     action->setAutoRepeat(row.repeats);
-    const QString slot = QString::fromLatin1(row.slot);
-    connect(action, &QAction::triggered, this, [this, slot] { send(slot); });
-    m_actions.insert(slot, action);
+    connect(action, &QAction::triggered, this, [this, id = row.id] { send(id); });
+    m_actions.emplace(row.id, action);
     return action;
 }
 
 // Its items only show the keys, which belong to the items of the menu bar.
-QMenu* ActionTable::makeContextMenu(const QStringList& names, QWidget* parent) {
+QMenu* ActionTable::makeContextMenu(std::initializer_list<std::optional<ActionId>> ids, QWidget* parent) {
     auto* menu = new QMenu(parent);
-    for (const QString& slot : names) {
-        const ActionRow* row = actionRow(slot);
-        if (!row) {
+    for (const std::optional<ActionId> id : ids) {
+        if (!id) {
             menu->addSeparator();
             continue;
         }
-        QAction* item = menu->addAction(tr(row->text));
-        item->setObjectName(slot);
-        item->setShortcut(row->keys.empty() ? QKeySequence(QString::fromLatin1(row->shownKey)) : row->keys[0]);
+        const ActionRow& row = actionRow(*id);
+        QAction* item = menu->addAction(tr(row.text));
+        item->setObjectName(actionName(row.id));
+        item->setShortcut(row.keys.empty() ? QKeySequence(QString::fromLatin1(row.shownKey)) : row.keys[0]);
         item->setShortcutContext(Qt::WidgetShortcut);
-        connect(item, &QAction::triggered, this, [this, slot] { send(slot); });
+        connect(item, &QAction::triggered, this, [this, id] { send(*id); });
     }
     return menu;
 }
 
+QAction* ActionTable::action(ActionId id) const {
+    const auto found = m_actions.find(id);
+    return found == m_actions.end() ? nullptr : found->second;
+}
+
 void ActionTable::giveKeysToList(QWidget* list) {
     for (const ActionRow& row : actionRows())
-        if (row.inListOnly) list->addAction(action(QString::fromLatin1(row.slot)));
+        if (row.inListOnly) list->addAction(action(row.id));
 }
 
-void ActionTable::describe(QWidget* control, const QString& slot) const {
-    const ActionRow* row = actionRow(slot);
-    if (!row) return;
-    control->setToolTip(tr(row->tooltip));
-    control->setAccessibleName(tr(row->accessibleName));
+void ActionTable::bind(QAbstractButton* button, ActionId id) {
+    describe(button, id);
+    connect(button, &QAbstractButton::clicked, this, [this, id] { send(id); });
 }
 
-void ActionTable::bind(QAbstractButton* button, const QString& slot) {
-    describe(button, slot);
-    connect(button, &QAbstractButton::clicked, this, [this, slot] { send(slot); });
+void ActionTable::bind(Slider* slider, ActionId id) {
+    describe(slider, id);
+    connect(slider, &Slider::action, this, [this, id](double value) { perform(m_sliderActs, id, value); });
 }
 
-void ActionTable::bind(Slider* slider, const QString& slot) {
-    describe(slider, slot);
-    connect(slider, &Slider::action, this, [this, slot] { send(slot); });
+void ActionTable::send(ActionId id) {
+    perform(m_acts, id);
 }
 
-void ActionTable::send(const QString& slot) {
+template <typename Act, typename... Value>
+void ActionTable::perform(const Acts<Act>& acts, ActionId id, Value... value) {
     Q_ASSERT(QThread::currentThread() == thread());
-    for (const auto& prepare : m_preparations.value(slot))
-        if (!prepare()) return;
-    const ActionRow* row = actionRow(slot);
-    const auto receiver = row ? m_receivers.find(row->owner) : m_receivers.end();
-    QObject* target = receiver == m_receivers.end() ? nullptr : receiver->second;
-    const int method = row && target ? target->metaObject()->indexOfSlot(QByteArray(row->slot).append("()")) : -1;
-    if (method < 0 || !target->metaObject()->method(method).invoke(target, Qt::DirectConnection)) {
-        qmLog("no action named " + slot.toStdString());
+    const auto preparations = m_preparations.find(id);
+    if (preparations != m_preparations.end())
+        for (const auto& prepare : preparations->second)
+            if (!prepare()) return;
+    const auto act = acts.find(id);
+    if (act == acts.end()) {
+        qmLog("nobody does the action " + actionName(id).toStdString());
         return;
     }
-    emit sent(slot);
+    act->second(value...);
+    emit sent(id);
 }
 
 }  // namespace qm

@@ -87,7 +87,7 @@ public:
         switch (iconForTrack(file.fileName())) {
             case TrackIcon::Video:
                 return makeIcon("type_VIDEO", tokens::kText2);
-            case TrackIcon::NonM4a:
+            case TrackIcon::M4a:
                 return makeIcon("type_aiff.png", tokens::kText2);
             default:
                 return makeIcon("type_AAC.png", tokens::kText2);

@@ -16,28 +16,30 @@ const QString kSubject = QStringLiteral("idle act");
 
 void tellListIsEmpty(Notices& notices, ActionTable& actions) {
     notices.tell({IdleActs::tr("The play list is empty: drop a file on it, or open one"), IdleActs::tr("Open…"),
-                  [&actions] { actions.send(QStringLiteral("openFile")); }, kSubject});
+                  [&actions] { actions.send(ActionId::openFile); }, kSubject});
 }
 
 IdleActs::IdleActs(ActionTable& actions, const PlayerState& state, const PlayListArrays& list, const Outlets& outlets,
                    Notices& notices)
     : m_actions(actions), m_state(state), m_list(list), m_outlets(outlets), m_notices(notices) {
-    const auto before = [&actions](const char* slot, auto tell) {
-        actions.setPreparation(QString::fromLatin1(slot), [tell] {
+    const auto before = [&actions](ActionId id, auto tell) {
+        actions.setPreparation(id, [tell] {
             tell();
             return true;
         });
     };
-    for (const char* slot : {"goToStart", "skip1", "skip10", "skip30", "skip60", "skip300", "skipBack", "skip_10",
-                             "skip_60", "exportMovie"})
-        before(slot, [this] { tellNoTrack(); });
-    for (const char* slot : {"removeListEntry", "selectTrack", "rowDoubleClicked", "displayInfo"})
-        before(slot, [this] { tellNoRow(); });
-    before("pause", [this] {
+    for (const ActionId id :
+         {ActionId::goToStart, ActionId::skip1, ActionId::skip10, ActionId::skip30, ActionId::skip60, ActionId::skip300,
+          ActionId::skipBack, ActionId::skip_10, ActionId::skip_60, ActionId::exportMovie})
+        before(id, [this] { tellNoTrack(); });
+    for (const ActionId id :
+         {ActionId::removeListEntry, ActionId::selectTrack, ActionId::rowDoubleClicked, ActionId::displayInfo})
+        before(id, [this] { tellNoRow(); });
+    before(ActionId::pause, [this] {
         if (m_state.qtMovie && !m_state.isPlaying) m_notices.tell({tr("Nothing is playing"), {}, {}, kSubject});
         tellNoTrack();
     });
-    before("cueUpdate", [this] { answerPositionSlider(); });
+    before(ActionId::cueUpdate, [this] { answerPositionSlider(); });
     if (outlets.mainWindow) outlets.mainWindow->installEventFilter(this);
 }
 
@@ -62,7 +64,7 @@ void IdleActs::answerPositionSlider() {
         return tellNoTrack();
     }
     m_notices.tell({tr("The loop holds the position: switch it off to move freely"), tr("Loop Off"),
-                    [this] { m_actions.send(QStringLiteral("loopSwitch")); }, kSubject});
+                    [this] { m_actions.send(ActionId::loopSwitch); }, kSubject});
 }
 
 bool IdleActs::eventFilter(QObject* watched, QEvent* event) {

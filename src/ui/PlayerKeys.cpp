@@ -26,10 +26,12 @@ PlayerKeys::PlayerKeys(PlayerState& state, const PlayListArrays& list, const Out
       m_info(info),
       m_notices(notices),
       m_loaded(state, list, outlets) {
-    actions.setReceiver(ActionRow::Keys, this);
-    for (const char* slot : {"toggleStartStop", "playForward"})
-        actions.setPreparation(QString::fromLatin1(slot), [this] { return preparePlay(Direction::Forward); });
-    actions.setPreparation(QStringLiteral("playBackward"), [this] { return preparePlay(Direction::Backward); });
+    actions.setReceiver(ActionId::silence, *this, &PlayerKeys::silence);
+    actions.setReceiver(ActionId::resetGain, *this, &PlayerKeys::resetGain);
+    actions.setReceiver(ActionId::resetSound, *this, &PlayerKeys::resetSound);
+    for (const ActionId id : {ActionId::toggleStartStop, ActionId::playForward})
+        actions.setPreparation(id, [this] { return preparePlay(Direction::Forward); });
+    actions.setPreparation(ActionId::playBackward, [this] { return preparePlay(Direction::Backward); });
     connect(&actions, &ActionTable::sent, this, &PlayerKeys::follow);
     connect(&loader.queue(), &FileQueue::ended, this, &PlayerKeys::follow);
     if (!outlets.playList) return;
@@ -63,7 +65,7 @@ bool PlayerKeys::playSelectedRow(Direction direction) {
     if (m_state.qtMovie || m_loader.isLoading() || selectedRow(m_outlets, m_list) < 0) return false;
     const bool turns = direction == Direction::Forward ? m_state.rate < 0 : m_state.rate > 0;
     if (turns && m_outlets.speedSlider) m_outlets.speedSlider->moveByUser(-m_state.rate);
-    m_actions.send(QStringLiteral("rowDoubleClicked"));
+    m_actions.send(ActionId::rowDoubleClicked);
     return true;
 }
 
@@ -81,7 +83,7 @@ void PlayerKeys::resetGain() {
 
 void PlayerKeys::resetSound() {
     resetGain();
-    m_actions.send(QStringLiteral("resetAudio"));
+    m_actions.send(ActionId::resetAudio);
 }
 
 // After everything that may have loaded a track, set it going or changed the gain.
@@ -106,7 +108,7 @@ void PlayerKeys::tellFailures() {
         notice.actText = tr("Look for It…");
         notice.act = [this, folder = QFileInfo(path).path()] {
             m_loader.lookIn(folder);
-            m_actions.send(QStringLiteral("openFile"));
+            m_actions.send(ActionId::openFile);
         };
     }
     m_notices.tell(notice);

@@ -1,7 +1,7 @@
 // What the player's keys and controls do beside sending their actions: play selects what there is to play and opens the
-// selected row when nothing is loaded, silence comes and goes through the gain slider, and what the window says of the
-// track follows every load. The actions themselves stay as they are. Main thread only; a file that gives no track is
-// told.
+// selected row when nothing is loaded, silence moves the gain slider, and what the window says of the track follows
+// every load. The actions themselves stay as they are. Main thread only; the user is told of a file that gives no
+// track.
 #pragma once
 
 #include <QObject>
@@ -23,11 +23,10 @@ class PlayerKeys : public QObject {
     Q_OBJECT
 
 public:
-    // Receives the table's rows of the keys.
+    // Does those actions of the table that are keys only.
     PlayerKeys(PlayerState& state, const PlayListArrays& list, const Outlets& outlets, ActionTable& actions,
                PositionClock& clock, TrackLoader& loader, TrackInfo& info, Notices& notices);
 
-public slots:
     void silence();     // and, when it is silent, back to what it silenced
     void resetGain();   // the gain as it is at rest
     void resetSound();  // all of it

@@ -134,14 +134,13 @@ ToolbarItem* PreferencePanes::toolbarItemForItemIdentifier(const PaneToolbar* to
 }
 
 void PreferencePanes::toolbarWillAddItem(ToolbarItem& item) const {
-    const char* slot = nullptr;
-    if (item.identifier == kGeneral) slot = "toggleGeneralPreferenceView";
-    if (item.identifier == kUpdate) slot = "toggleUpdatePreferenceView";
-    if (item.identifier == kVolume) slot = "toggleAudioDefaultPreferenceView";
-    const ActionRow* row = slot ? actionRow(QString::fromLatin1(slot)) : nullptr;
-    if (!row) return;
-    item.toolTip = QString::fromUtf8(row->tooltip);
-    item.action = QString::fromLatin1(row->slot);
+    std::optional<ActionId> id;
+    if (item.identifier == kGeneral) id = ActionId::toggleGeneralPreferenceView;
+    if (item.identifier == kUpdate) id = ActionId::toggleUpdatePreferenceView;
+    if (item.identifier == kVolume) id = ActionId::toggleAudioDefaultPreferenceView;
+    if (!id) return;
+    item.toolTip = QString::fromUtf8(actionRow(*id).tooltip);
+    item.action = actionName(*id);
 }
 
 }  // namespace qm

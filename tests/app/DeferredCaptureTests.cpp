@@ -7,7 +7,8 @@
 using namespace qm;
 
 TEST_CASE("The first set-up of a recorder waits for the engine's module") {
-    DeferredEngine engine(QStringLiteral(QUILLMERE_ENGINE_MODULE));
+    MovieRegistry movies;
+    DeferredEngine engine(movies, QStringLiteral(QUILLMERE_ENGINE_MODULE));
     DeferredCapture capture(engine);
     const auto session = capture.makeSession();
     REQUIRE(session);
@@ -21,7 +22,8 @@ TEST_CASE("The first set-up of a recorder waits for the engine's module") {
 
 TEST_CASE("Without the module there is no input, and the log says why") {
     const LogLines log;
-    DeferredEngine engine(QStringLiteral("/nowhere/at/all"));
+    MovieRegistry movies;
+    DeferredEngine engine(movies, QStringLiteral("/nowhere/at/all"));
     DeferredCapture capture(engine);
     CHECK_FALSE(capture.defaultInputDeviceWithMediaType(QTMediaType::Sound));
     CHECK_FALSE(capture.makeSession());

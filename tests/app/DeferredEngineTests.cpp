@@ -30,18 +30,20 @@ QString writeSound(const QTemporaryDir& folder) {
 
 TEST_CASE("The first movie that is opened waits for the engine's module") {
     const QTemporaryDir folder;
-    DeferredEngine engine(QStringLiteral(QUILLMERE_ENGINE_MODULE));
+    MovieRegistry movies;
+    DeferredEngine engine(movies, QStringLiteral(QUILLMERE_ENGINE_MODULE));
     auto movie = engine.movieWithFile(writeSound(folder).toStdString());
     REQUIRE(movie);
     const QTTime duration = movie.value()->duration();
     CHECK(duration.timeValue * 2 == duration.timeScale);
-    CHECK(engine.GetMovieDuration(movie.value()->quickTimeMovie()) == duration.timeValue);
+    CHECK(movies.find(movie.value()->quickTimeMovie()) == movie.value().get());
 }
 
 TEST_CASE("An engine that was loaded ahead opens every movie") {
     const QTemporaryDir folder;
     const std::string path = writeSound(folder).toStdString();
-    DeferredEngine engine(QStringLiteral(QUILLMERE_ENGINE_MODULE));
+    MovieRegistry movies;
+    DeferredEngine engine(movies, QStringLiteral(QUILLMERE_ENGINE_MODULE));
     engine.load();
     engine.load();
     CHECK(engine.movieWithFile(path));
@@ -49,40 +51,18 @@ TEST_CASE("An engine that was loaded ahead opens every movie") {
 }
 
 TEST_CASE("A file that cannot be opened is the engine's to judge") {
-    DeferredEngine engine(QStringLiteral(QUILLMERE_ENGINE_MODULE));
+    MovieRegistry movies;
+    DeferredEngine engine(movies, QStringLiteral(QUILLMERE_ENGINE_MODULE));
     const auto movie = engine.movieWithFile("/nowhere/at/all.wav");
     REQUIRE_FALSE(movie);
     CHECK(movie.error().category == ErrorCategory::NotFound);
 }
 
-TEST_CASE("Before the first movie no handle means anything") {
-    DeferredEngine engine(QStringLiteral(QUILLMERE_ENGINE_MODULE));
-    std::uint32_t bands = kMeterBands;
-    QTAudioVolumeLevels average, peak;
-    QTAudioFrequencyLevels levels;
-    const float cents = 100;
-    CHECK(engine.GetMovieDuration(1) == 0);
-    CHECK(engine.GetMovieTime(1) == 0);
-    CHECK_FALSE(engine.IsMovieDone(1));
-    CHECK(engine.soundTrackCount(1) == 0);
-    QTMetaDataRef metaData = 1;
-    CHECK(engine.QTCopyMovieMetaData(1, metaData) == kInvalidMovie);
-    CHECK(metaData == 0);
-    CHECK(engine.SetMovieAudioBalance(1, 0.5f, 0) == kInvalidMovie);
-    CHECK(engine.QTSetMovieProperty(1, kQTPropertyClass_Audio, kQTAudioPropertyID_Pitch, sizeof cents, &cents) ==
-          kInvalidMovie);
-    CHECK(engine.MediaSetSoundBassAndTreble(1, 0, 128, 128) == kInvalidMovie);
-    CHECK(engine.SetMovieAudioVolumeMeteringEnabled(1, kDeviceMix, true) == kInvalidMovie);
-    CHECK(engine.SetMovieAudioFrequencyMeteringNumBands(1, kStereoMix, bands) == kInvalidMovie);
-    CHECK(engine.GetMovieAudioVolumeLevels(1, kDeviceMix, average, peak) == kInvalidMovie);
-    CHECK(engine.GetMovieAudioFrequencyLevels(1, kStereoMix, levels) == kInvalidMovie);
-    engine.SetMovieTimeValue(1, 0);
-}
-
 TEST_CASE("Without its module every file is one that cannot be opened, and the log says why") {
     const QTemporaryDir folder;
     LogLines log;
-    DeferredEngine engine(folder.filePath(QStringLiteral("no-such-module")));
+    MovieRegistry movies;
+    DeferredEngine engine(movies, folder.filePath(QStringLiteral("no-such-module")));
     CHECK_FALSE(engine.movieWithFile(writeSound(folder).toStdString()));
     REQUIRE(log.lines().size() == 2);
     CHECK(log.lines()[0].find("the media engine cannot be loaded: ") == 0);
@@ -92,7 +72,8 @@ TEST_CASE("Without its module every file is one that cannot be opened, and the l
 TEST_CASE("A module that is none is told from one that is missing by the log only") {
     const QTemporaryDir folder;
     LogLines log;
-    DeferredEngine engine(writeSound(folder));
+    MovieRegistry movies;
+    DeferredEngine engine(movies, writeSound(folder));
     CHECK_FALSE(engine.movieWithFile("/nowhere/at/all.wav"));
     CHECK(log.lines()[0].find("the media engine cannot be loaded: ") == 0);
 }

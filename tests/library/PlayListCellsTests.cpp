@@ -34,9 +34,9 @@ TEST_CASE("a time without a positive scale has no text") {
 }
 
 TEST_CASE("songs of the phone's store have the icon of other files") {
-    CHECK(iconForTrack("/m/song.m4a") == TrackIcon::NonM4a);
-    CHECK(iconForTrack("/m/SONG.M4A") == TrackIcon::NonM4a);
-    CHECK(iconForTrack("/m/song.m4p") == TrackIcon::NonM4a);
+    CHECK(iconForTrack("/m/song.m4a") == TrackIcon::M4a);
+    CHECK(iconForTrack("/m/SONG.M4A") == TrackIcon::M4a);
+    CHECK(iconForTrack("/m/song.m4p") == TrackIcon::M4a);
 }
 
 TEST_CASE("films have the video icon whatever the case of their extension") {

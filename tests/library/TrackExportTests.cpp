@@ -44,7 +44,7 @@ TEST_CASE_FIXTURE(ExportFixture, "a protected file is refused with a warning, wh
     for (const char* name : {"/music/song.m4p", "/music/song.M4P", "/music/song.m4P"}) {
         controller->loadedPath = name;
         controller->exportMovie();
-        CHECK(log.take() == Events{"stop", kRefusal, "SetMovieTimeValue 0"});
+        CHECK(log.take() == Events{"stop", kRefusal, "seekTo 0"});
     }
 }
 

@@ -34,11 +34,10 @@ TEST_CASE_FIXTURE(ControllerFixture, "a load goes step by step, and says so in t
     controller->balance = -0.75f;
     controller->pitch = -150.0f;
     controller->loadFileAdd("/music/new.wav", true);
-    CHECK(log.events() ==
-          Events{"log loadFile: 1", "stop", "log loadFile: 2", "open /music/new.wav", "log loadFile: 3", "setMuted NO",
-                 "setVolume 0.25", "SetMovieAudioBalance -0.75 flags 0", "QTSetMovieProperty audi pitc 4 bytes -150",
-                 "MediaSetSoundBassAndTreble track 0 128 128", "SetMovieAudioVolumeMeteringEnabled dcly YES",
-                 "SetMovieAudioFrequencyMeteringNumBands stmx 4", "play", "setRate -0.5"});
+    CHECK(log.events() == Events{"log loadFile: 1", "stop", "log loadFile: 2", "open /music/new.wav", "log loadFile: 3",
+                                 "setMuted NO", "setVolume 0.25", "setBalance -0.75", "setPitch -150",
+                                 "setTone track 0 128 128", "meterVolume YES", "meterBands YES", "play",
+                                 "setRate -0.5"});
 }
 
 TEST_CASE_FIXTURE(ControllerFixture, "the path is kept before the file is opened") {
@@ -185,7 +184,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "adding keeps the selected index, whose bas
     CHECK(outlets.playList->selectedRow() == 3);
     CHECK(controller->bass == 3);
     CHECK(controller->treble == 13);
-    CHECK(log.count("MediaSetSoundBassAndTreble track 0 3 13") == 1);
+    CHECK(log.count("setTone track 0 3 13") == 1);
 }
 
 TEST_CASE_FIXTURE(ControllerFixture, "with row 0 selected the selection means the new row") {
@@ -219,7 +218,7 @@ TEST_CASE_FIXTURE(ControllerFixture,
     controller->loadFileAdd("/m/new.wav", true);
     CHECK(controller->bass == 9);
     CHECK(controller->bassArray == std::vector<std::int16_t>{9, 128});
-    CHECK(log.count("MediaSetSoundBassAndTreble") == 0);
+    CHECK(log.count("setTone") == 0);
 }
 
 TEST_CASE_FIXTURE(ControllerFixture, "loading while paused leaves the new movie at rest at its start") {
@@ -243,16 +242,16 @@ TEST_CASE_FIXTURE(ControllerFixture,
                   "the meters are switched on after the metering, if the user wants them and they are off") {
     start();
     log.take();
-    PositionClock clock(*controller, *controller, engine);
-    ToneControl tone(*controller, *controller, *controller, engine);
-    TrackMetadata metadata(engine);
+    PositionClock clock(*controller, *controller, engine.toolbox);
+    ToneControl tone(*controller, *controller, *controller, engine.toolbox);
+    TrackMetadata metadata(engine.metaData);
     Notices notices;
     bool wanted = true;
-    TrackLoader loader(*controller, *controller, *controller, engine, clock, tone, metadata, notices,
+    TrackLoader loader(*controller, *controller, *controller, engine, engine.toolbox, clock, tone, metadata, notices,
                        {[&] { return wanted; }, [&](bool on) { log.add(on ? "meters on" : "meters off"); }});
     loader.loadFileAdd("/music/one.wav", false);
     CHECK(log.events().back() == "meters on");
-    CHECK(log.events().at(log.events().size() - 2) == "SetMovieAudioFrequencyMeteringNumBands stmx 4");
+    CHECK(log.events().at(log.events().size() - 2) == "meterBands YES");
     controller->audioLevelIndicatorsState = true;
     loader.loadFileAdd("/music/one.wav", false);
     controller->audioLevelIndicatorsState = false;
@@ -277,10 +276,11 @@ TEST_CASE_FIXTURE(ControllerFixture,
     QStringList told;
     QObject::connect(&controller->notices(), &Notices::told, [&](const Notice& notice) { told << notice.text; });
     RefusingEngine refusing(log);
-    PositionClock clock(*controller, *controller, refusing);
-    ToneControl tone(*controller, *controller, *controller, refusing);
-    TrackMetadata metadata(refusing);
-    TrackLoader loader(*controller, *controller, *controller, refusing, clock, tone, metadata, controller->notices());
+    PositionClock clock(*controller, *controller, refusing.toolbox);
+    ToneControl tone(*controller, *controller, *controller, refusing.toolbox);
+    TrackMetadata metadata(refusing.metaData);
+    TrackLoader loader(*controller, *controller, *controller, refusing, refusing.toolbox, clock, tone, metadata,
+                       controller->notices());
     loader.loadFileAdd(QStringLiteral("/music/a day \u00fc.wav"), true);
     CHECK(told == QStringList{QStringLiteral("a day \u00fc.wav is too long to be played: 2 minutes is the most")});
     CHECK(controller->count() == 0);

@@ -75,7 +75,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "after the loop is switched off the positio
     controller->loopSwitch();
     log.take();
     drag(outlets.cueSlider, 100, &QMController::cueUpdate);
-    CHECK(log.events() == Events{"SetMovieTimeValue 100"});
+    CHECK(log.events() == Events{"seekTo 100"});
 }
 
 TEST_CASE_FIXTURE(ControllerFixture,

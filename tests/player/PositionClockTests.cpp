@@ -139,7 +139,7 @@ TEST_CASE_FIXTURE(ControllerFixture,
                   "the position slider seeks to its value cut to a whole unit and refreshes the times at once") {
     startWithLoadedTrack();
     drag(outlets.cueSlider, 1234.9, &QMController::cueUpdate);
-    CHECK(log.events() == Events{"SetMovieTimeValue 1234"});
+    CHECK(log.events() == Events{"seekTo 1234"});
     CHECK(outlets.timecode->text() == "0:00:02.05");
     CHECK(outlets.timeRemaining->text() == "00:01:37");
 }
@@ -163,14 +163,14 @@ TEST_CASE_FIXTURE(ControllerFixture, "a loop whose B was never set lets the slid
     controller->loopSwitch();
     log.take();
     drag(outlets.cueSlider, 40000, &QMController::cueUpdate);
-    CHECK(log.events() == Events{"SetMovieTimeValue 40000"});
+    CHECK(log.events() == Events{"seekTo 40000"});
 }
 
 TEST_CASE_FIXTURE(ControllerFixture, "a B that was set does not stop the slider while the loop is off") {
     startWithLoadedTrack();
     controller->markBUpdate();
     drag(outlets.cueSlider, 40000, &QMController::cueUpdate);
-    CHECK(log.count("SetMovieTimeValue 40000") == 1);
+    CHECK(log.count("seekTo 40000") == 1);
 }
 
 TEST_CASE_FIXTURE(ControllerFixture,

@@ -167,7 +167,7 @@ TEST_CASE_FIXTURE(ControllerFixture,
     controller->speedDown();
     controller->semiToneDown();
     CHECK(log.events() == Events{"setSelection 1200/600 + 1800/600", "setLoops YES", "setPlaysSelectionOnly YES",
-                                 "setRate 0.95", "QTSetMovieProperty audi pitc 4 bytes -100"});
+                                 "setRate 0.95", "setPitch -100"});
     CHECK(outlets.loopIn->text() == "00:00:02");
     CHECK(outlets.loopOut->text() == "00:00:05");
     controller->applicationWillTerminate();

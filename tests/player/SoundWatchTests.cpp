@@ -10,6 +10,7 @@ namespace {
 
 struct Watched {
     Watched() {
+        state.qtMovie = std::move(engine.movieWithFile("/music/one.wav").value());
         QObject::connect(&notices, &Notices::told, [this](const Notice& notice) { told.append(notice.text); });
     }
 
@@ -23,9 +24,10 @@ struct Watched {
 
     EventLog log;
     FakeMediaEngine engine{log};
+    PlayerState state;
     Notices notices;
     QStringList told;
-    SoundWatch watch{engine, notices};
+    SoundWatch watch{state, notices};
 };
 
 }  // namespace
@@ -42,6 +44,9 @@ TEST_CASE("without a movie nothing is known of the sound output, and what was sa
     CHECK(w.after(std::nullopt).isEmpty());
     CHECK(w.after(SoundOutput::Absent) == QStringList{"There is no sound output"});
     CHECK(w.after(std::nullopt).isEmpty());
+    auto movie = std::move(w.state.qtMovie);
+    CHECK(w.after(SoundOutput::Works).isEmpty());
+    w.state.qtMovie = std::move(movie);
     CHECK(w.after(SoundOutput::Absent).isEmpty());
     CHECK(w.after(SoundOutput::Works) == QStringList{"Sound is back"});
 }

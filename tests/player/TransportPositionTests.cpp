@@ -9,7 +9,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "go to start moves the movie and the slider
     engine.movie()->time.timeValue = 30000;
     fire(controller->movieTimer.get());
     controller->goToStart();
-    CHECK(log.events() == Events{"SetMovieTimeValue 0"});
+    CHECK(log.events() == Events{"seekTo 0"});
     CHECK(outlets.cueSlider->value() == 0.0);
 }
 
@@ -66,7 +66,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "go to start leaves playing and the rate al
     controller->goToStart();
     CHECK(controller->isPlaying);
     CHECK(controller->rate == -1.0f);
-    CHECK(log.events() == Events{"SetMovieTimeValue 0"});
+    CHECK(log.events() == Events{"seekTo 0"});
 }
 
 TEST_CASE_FIXTURE(ControllerFixture, "each skip moves by its own number of seconds in the movie's scale") {

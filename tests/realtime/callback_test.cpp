@@ -1,34 +1,17 @@
-// The device's callback under watch: every allocation, release and lock that its thread makes is counted.
-#include <dlfcn.h>
+// The callbacks of the devices under watch, whatever is done to the movie or the recording.
 #include <doctest/doctest.h>
-#include <pthread.h>
 
-#include <cstdlib>
+#include <algorithm>
+#include <functional>
 #include <thread>
+#include <vector>
 
 #include "engine/capture/CaptureSession.h"
 #include "engine/movie/FileMovie.h"
-#include "support/HeapWatch.h"
-#include "support/NotRun.h"
+#include "realtime/CallWatch.h"
+#include "realtime/FakeCubeb.h"
 #include "support/Signals.h"
 #include "support/SteppedInput.h"
-
-namespace {
-
-thread_local int t_locks = 0;
-
-}  // namespace
-
-#ifdef QUILLMERE_HEAP_WATCH
-extern "C" {
-int pthread_mutex_lock(pthread_mutex_t* mutex) {
-    using Lock = int (*)(pthread_mutex_t*);
-    static const Lock real = reinterpret_cast<Lock>(dlsym(RTLD_NEXT, "pthread_mutex_lock"));
-    t_locks += qm::test::t_isWatched;
-    return real(mutex);
-}
-}
-#endif
 
 using namespace qm;
 using namespace qm::test;
@@ -40,7 +23,7 @@ struct Watched {
         OpenedMedia media;
         media.description.hasSound = true;
         media.sound = std::make_unique<ComputedSound>(2000000, [](std::int64_t n) { return toneFrame(n, 330); });
-        movie = std::make_unique<FileMovie>(1, std::make_shared<MovieRegistry>(), std::move(media),
+        movie = std::make_unique<FileMovie>(registry, std::make_shared<Reaper>(), std::move(media),
                                             [this](int, OutputSource& source) -> Result<std::unique_ptr<AudioOutput>> {
                                                 auto stepped = std::make_unique<SteppedOutput>(source);
                                                 device = stepped.get();
@@ -56,36 +39,19 @@ struct Watched {
 
     void play(int callbacks) {
         std::vector<StereoFrame> block(441);
-        for (int i = 0; i < callbacks; ++i) {
-            t_isWatched = true;
-            device->step(block);
-            t_isWatched = false;
-        }
+        for (int i = 0; i < callbacks; ++i) counted += callsOf([&] { device->step(block); }).all();
     }
 
+    int counted = 0;
     SteppedOutput* device = nullptr;
+    MovieRegistry registry;
     std::unique_ptr<FileMovie> movie;
 };
 
 }  // namespace
 
-TEST_CASE("the watch sees allocations and locks") {
-    if (!kWatchCounts) NOT_RUN_BECAUSE("a sanitizer stands in front of the same functions");
-    t_heapCalls = t_locks = 0;
-    t_isWatched = true;
-    void* volatile block = std::malloc(10);
-    std::free(block);
-    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
-    pthread_mutex_lock(&mutex);
-    t_isWatched = false;
-    pthread_mutex_unlock(&mutex);
-    CHECK(t_heapCalls == 2);
-    CHECK(t_locks == 1);
-}
-
-TEST_CASE("the callback neither allocates nor locks, whatever is done to the movie") {
+TEST_CASE("the callback never allocates, frees, locks, waits, wakes or writes, whatever is done to the movie") {
     Watched w;
-    t_heapCalls = t_locks = 0;
     w.movie->play();
     w.movie->meter().enableVolume(true);
     w.movie->meter().enableBands(true);
@@ -101,7 +67,7 @@ TEST_CASE("the callback neither allocates nor locks, whatever is done to the mov
     act([&] { w.movie->setPitch(-300); });
     act([&] { w.movie->setVolume(0.3f); });
     act([&] { w.movie->setBalance(-0.7f); });
-    act([&] { w.movie->setTone({220, 30}); });
+    act([&] { w.movie->setTone(0, 220, 30); });
     act([&] { w.movie->setCurrentTime({1000000, 44100, 0}); });
     act([&] {
         w.movie->setSelectionAttribute({{50000, 44100, 0}, {30000, 44100, 0}});
@@ -111,11 +77,10 @@ TEST_CASE("the callback neither allocates nor locks, whatever is done to the mov
     act([&] { w.movie->stop(); });
     act([&] { w.movie->play(); });
     CHECK(metered);
-    CHECK(t_heapCalls == 0);
-    CHECK(t_locks == 0);
+    CHECK(w.counted == 0);
 }
 
-TEST_CASE("the input's callback neither allocates nor locks, recording or not, also when the ring is full") {
+TEST_CASE("the input's callback never does either, recording or not, also when the ring is full") {
     SteppedInput::Hand hand;
     SystemCapture capture(hand.factory());
     const auto device = capture.defaultInputDeviceWithMediaType(QTMediaType::Sound);
@@ -126,20 +91,44 @@ TEST_CASE("the input's callback neither allocates nor locks, recording or not, a
     session->startRunning();
     REQUIRE(session->addOutput(output));
     const std::vector<StereoFrame> frames(MovieFileOutput::kRingFrames + 1, {0.1f, 0.2f});
-    t_heapCalls = t_locks = 0;
-    const auto arrive = [&] {
-        t_isWatched = true;
-        hand.input->step(frames);
-        t_isWatched = false;
-    };
+    int counted = 0;
+    const auto arrive = [&] { counted += callsOf([&] { hand.input->step(frames); }).all(); };
     arrive();
     output->recordToOutputFileURL("/dev/null");
     arrive();
     output->recordToOutputFileURL(std::nullopt);
     arrive();
-    t_isWatched = true;
-    hand.input->vanish();
-    t_isWatched = false;
-    CHECK(t_heapCalls == 0);
-    CHECK(t_locks == 0);
+    counted += callsOf([&] { hand.input->vanish(); }).all();
+    CHECK(counted == 0);
+}
+
+TEST_CASE("nor do the lines between the sound library and the callback, but to say at each start how urgent they are") {
+    struct Tone final : OutputSource {
+        void fill(std::span<StereoFrame> out) noexcept override {
+            std::fill(out.begin(), out.end(), StereoFrame{1, 1});
+        }
+    } tone;
+    auto output = openSystemOutput(44100, tone);
+    REQUIRE(output);
+    std::vector<StereoFrame> block(441);
+    const auto ask = [&] { return callsOf([&] { fakeCubeb.ask(block); }); };
+    std::thread([&] {
+        for (int start = 0; start < 2; ++start) {
+            output.value()->start();
+            const Calls first = ask();
+            CHECK(first.all() == first.system);
+            CHECK(block.back() == StereoFrame{1, 1});
+            CHECK(ask().all() == 0);
+            output.value()->stop();
+        }
+        output.value()->finish();
+        CHECK(ask().all() == 0);
+        CHECK(block.back() == StereoFrame{});  // silence behind what was handed out
+        CHECK(ask().all() == 0);
+        CHECK_FALSE(output.value()->hasFinished());
+        CHECK(callsOf([] { fakeCubeb.say(CUBEB_STATE_DRAINED); }).all() == 0);
+        CHECK(output.value()->hasFinished());
+        CHECK(callsOf([] { fakeCubeb.say(CUBEB_STATE_ERROR); }).all() == 0);
+        CHECK(output.value()->failed());
+    }).join();
 }

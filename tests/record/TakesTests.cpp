@@ -8,8 +8,10 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "app/ActionReceivers.h"
 #include "app/TakePreparation.h"
 #include "record/AudioRecord.h"
+#include "support/widgets/Actions.h"
 #include "support/widgets/ControllerFixture.h"
 #include "ui/ActionTable.h"
 
@@ -167,14 +169,15 @@ namespace {
 // The actions as the controls send them.
 struct Controls : TakesFixture {
     AudioRecord recorder{capture, takes};
-    ActionTable actions{outlets.mainWindow, &player};
+    ActionTable actions{outlets.mainWindow};
 
     Controls() {
-        actions.setReceiver(ActionRow::Recorder, &recorder);
+        receiveActions(actions, player);
+        receiveActions(actions, recorder);
         prepareTakes(actions, player, recorder);
         recorder.setRunSavePanel([this](QWidget*, const QString&, const QString&) { return dialogs.savePath; });
     }
-    void send(const char* slot) { actions.send(QString::fromLatin1(slot)); }
+    void send(const char* slot) { actions.send(idOf(slot)); }
 };
 
 }  // namespace

@@ -13,7 +13,7 @@ using namespace qm;
 
 TEST_CASE("without a session bus there is one line in the log and nothing else") {
     LivingWindow living;
-    RemotePlayer remote(living.controller, living.controller, living.outlets, living.fixture.engine,
+    RemotePlayer remote(living.controller, living.controller, living.outlets, living.fixture.engine.toolbox,
                         living.controller.abLoop(), living.window.actions());
     const QTemporaryDir empty;
     const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS"), runtime = qgetenv("XDG_RUNTIME_DIR");

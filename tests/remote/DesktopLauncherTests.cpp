@@ -20,8 +20,9 @@ namespace {
 
 struct Launched {
     LivingWindow living;
-    RemotePlayer remote{living.controller,     living.controller,          living.outlets,
-                        living.fixture.engine, living.controller.abLoop(), living.window.actions()};
+    RemotePlayer remote{
+        living.controller,          living.controller,      living.outlets, living.fixture.engine.toolbox,
+        living.controller.abLoop(), living.window.actions()};
     QList<QByteArray> tokens;
     DesktopLauncher launcher{remote, living.window.actions(), [this](const QByteArray& token) { tokens << token; }};
 
@@ -92,9 +93,9 @@ TEST_CASE("an action that the icon does not offer is none") {
 
 TEST_CASE("the action that the icon offers is the player's own") {
     Launched start;
-    for (const QString& action : desktopActions()) CHECK(actionRow(action) != nullptr);
+    for (const QString& action : desktopActions()) CHECK(actionNamed(action).has_value());
     QStringList sent;
-    QObject::connect(&start.living.window.actions(), &ActionTable::sent, [&](const QString& slot) { sent << slot; });
+    QObject::connect(&start.living.window.actions(), &ActionTable::sent, [&](ActionId id) { sent << actionName(id); });
     CHECK(start.launcher.activateAction(QStringLiteral("openFile"), {}));
     start.turn();
     CHECK(sent == QStringList{QStringLiteral("openFile")});

@@ -16,7 +16,7 @@ struct Remote {
     LivingWindow living;
     QMController& player = living.controller;
     RemotePlayer remote{
-        player, player, living.outlets, living.fixture.engine, player.abLoop(), living.window.actions()};
+        player, player, living.outlets, living.fixture.engine.toolbox, player.abLoop(), living.window.actions()};
     qint64 now = 0;
     QVariantMap changed;
     QList<qlonglong> seeks;

@@ -347,7 +347,7 @@ TEST_CASE("what changes is told, and only that") {
     r.remote.watch();
     r.remote.refresh();
     CHECK(r.changed.isEmpty());
-    r.living.window.actions().send(QStringLiteral("playForward"));
+    r.living.window.actions().send(ActionId::playForward);
     CHECK(r.changed == QVariantMap{{"PlaybackStatus", "Playing"}});
     r.changed.clear();
     r.player.speed05();

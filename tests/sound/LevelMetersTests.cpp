@@ -48,7 +48,7 @@ struct MeterFixture : ControllerFixture {
         int ticks = 0;
         QEventLoop loop;
         engine.atMeterRead = [&](const std::string& call) {
-            if (call.starts_with("GetMovieAudioVolumeLevels") && ++ticks >= wanted) stop(loop);
+            if (call == "readVolumeLevels" && ++ticks >= wanted) stop(loop);
         };
         QTimer::singleShot(20000, &loop, [&] { stop(loop); });
         wait(loop);
@@ -115,12 +115,11 @@ TEST_CASE_FIXTURE(MeterFixture, "loading sets up the metering of the movie and t
     CHECK(controller->mTimer == nullptr);
     Events seen;
     log.atEvent = [&](const std::string& event) {
-        if (event.starts_with("SetMovieAudioV") || event.starts_with("SetMovieAudioF"))
+        if (event.starts_with("meter"))
             seen.push_back(event + (controller->audioLevelIndicatorsState ? ", meters on" : ", meters off"));
     };
     controller->loadFileAdd(QStringLiteral("/music/one.wav"), true);
-    CHECK(seen == Events{"SetMovieAudioVolumeMeteringEnabled dcly YES, meters off",
-                         "SetMovieAudioFrequencyMeteringNumBands stmx 4, meters off"});
+    CHECK(seen == Events{"meterVolume YES, meters off", "meterBands YES, meters off"});
     CHECK(controller->audioLevelIndicatorsState);
     REQUIRE(controller->mTimer);
     CHECK(controller->mTimer->isActive());
@@ -138,7 +137,7 @@ TEST_CASE_FIXTURE(MeterFixture, "while the meters are not wanted, a load sets up
     start();
     log.take();
     controller->loadFileAdd(QStringLiteral("/music/one.wav"), true);
-    CHECK(log.count("SetMovieAudioVolumeMeteringEnabled dcly YES") == 1);
+    CHECK(log.count("meterVolume YES") == 1);
     CHECK_FALSE(controller->audioLevelIndicatorsState);
     CHECK(controller->mTimer == nullptr);
 }
@@ -167,17 +166,17 @@ TEST_CASE_FIXTURE(MeterFixture,
     Events calls;
     engine.atMeterRead = [&](const std::string& call) { calls.push_back(call); };
     tick();
-    CHECK(calls == Events{"GetMovieAudioFrequencyLevels stmx", "GetMovieAudioVolumeLevels dcly"});
+    CHECK(calls == Events{"readFrequencyLevels", "readVolumeLevels"});
 }
 
 TEST_CASE_FIXTURE(MeterFixture, "a tick whose bands cannot be read asks for no volume and shows nothing") {
     startWithLoadedTrack();
     measure({0.1f, 0.2f, 0.3f, 0.4f, 0.5f, 0.6f, 0.7f, 0.8f});
-    engine.frequencyLevelsStatus = -50;
+    engine.givesFrequencyLevels = false;
     Events calls;
     engine.atMeterRead = [&](const std::string& call) { calls.push_back(call); };
     tick();
-    CHECK(calls == Events{"GetMovieAudioFrequencyLevels stmx"});
+    CHECK(calls == Events{"readFrequencyLevels"});
     CHECK(shown(outlets.meterView1) == Values{0, 0, 0, 0});
     CHECK(readOuts() == Events{"as laid out", "as laid out"});
 }
@@ -187,12 +186,12 @@ TEST_CASE_FIXTURE(MeterFixture,
     startWithLoadedTrack();
     measure({0.1f, 0.2f, 0.3f, 0.4f, 0.5f, 0.6f, 0.7f, 0.8f});
     measurePower(-20, -30);
-    engine.volumeLevelsStatus = -50;
+    engine.givesVolumeLevels = false;
     tick();
     CHECK(shown(outlets.meterView1) == Values{0, 0, 0, 0});
     CHECK(shown(outlets.meterView2) == Values{0, 0, 0, 0});
     CHECK(readOuts() == Events{"as laid out", "as laid out"});
-    engine.volumeLevelsStatus.reset();
+    engine.givesVolumeLevels = true;
     tick();
     CHECK(shown(outlets.meterView2) == Values{10, 12, 14, 16});
     CHECK(readOuts() == Events{"-20.0", "-30.0"});
@@ -298,10 +297,10 @@ TEST_CASE_FIXTURE(MeterFixture, "after a pause the read-outs say dB until the ne
     tick();
     controller->pause();
     CHECK(readOuts() == Events{"dB", "dB"});
-    engine.volumeLevelsStatus = -50;
+    engine.givesVolumeLevels = false;
     tick();
     CHECK(readOuts() == Events{"dB", "dB"});
-    engine.volumeLevelsStatus.reset();
+    engine.givesVolumeLevels = true;
     tick();
     CHECK(readOuts() == Events{"-20.0", "-30.0"});
 }
@@ -392,9 +391,9 @@ TEST_CASE_FIXTURE(MeterFixture, "a tick takes nothing from the heap as long as t
     measurePower(-20.01f, -30.02f);
     controller->audioLevelFireMethod();
     const int readingAlone = heapCalls([this] {
-        engine.GetMovieAudioFrequencyLevels(controller->quickTimeMovie, kStereoMix, *controller->mFreqResults);
-        engine.GetMovieAudioVolumeLevels(controller->quickTimeMovie, kDeviceMix, *controller->pAveragePowerLevels,
-                                         *controller->pPeakHoldLevels);
+        engine.toolbox.GetMovieAudioFrequencyLevels(controller->quickTimeMovie, kStereoMix, *controller->mFreqResults);
+        engine.toolbox.GetMovieAudioVolumeLevels(controller->quickTimeMovie, kDeviceMix,
+                                                 *controller->pAveragePowerLevels, *controller->pPeakHoldLevels);
     });
     measurePower(-20.04f, -29.98f);
     CHECK(heapCalls([this] { controller->audioLevelFireMethod(); }) == readingAlone);

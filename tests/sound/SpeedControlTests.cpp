@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QPointer>
 #include <QTimer>
+#include <functional>
 
 #include "support/widgets/ControllerFixture.h"
 
@@ -14,11 +15,20 @@ namespace {
 const Events kForwardImages = {"db_Play_F_on.png", "db_Pause_off.png", "db_Play_R_off.png"};
 const Events kBackwardImages = {"db_Play_F_off.png", "db_Pause_off.png", "db_Play_R_on.png"};
 
-using Action = void (QMController::*)();
+using Action = std::function<void(QMController&)>;
 
-const Action kSpeedActions[] = {&QMController::speedUpdate, &QMController::speed05,   &QMController::speed075,
-                                &QMController::speed150,    &QMController::speed20,   &QMController::speedDown,
-                                &QMController::speedUp,     &QMController::speedReset};
+void speedUpdate(QMController& controller) {
+    controller.speedUpdate(controller.speedSlider->value());
+}
+
+const Action kSpeedActions[] = {speedUpdate,
+                                &QMController::speed05,
+                                &QMController::speed075,
+                                &QMController::speed150,
+                                &QMController::speed20,
+                                &QMController::speedDown,
+                                &QMController::speedUp,
+                                &QMController::speedReset};
 
 // The speed controls alone, without a program around them.
 struct SpeedAlone {
@@ -28,7 +38,7 @@ struct SpeedAlone {
     Outlets outlets;
     EventLog log;
     FakeMediaEngine engine{log};
-    PositionClock clock{state, outlets, engine};
+    PositionClock clock{state, outlets, engine.toolbox};
     SpeedControl speed{state, outlets, clock};
 
     SpeedAlone() {
@@ -68,7 +78,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "the four presets set their speeds and turn
     for (const auto& [action, rate, title] : presets) {
         CAPTURE(title);
         controller->playBackward();
-        (controller.get()->*action)();
+        action(*controller);
         CHECK(controller->rate == rate);
         CHECK(outlets.speedSlider->value() == rate);
         CHECK(outlets.speedResetButton->title() == title);
@@ -87,9 +97,9 @@ TEST_CASE_FIXTURE(ControllerFixture, "a preset while playing backward at a half 
 
 TEST_CASE_FIXTURE(ControllerFixture, "every speed title is drawn with the value titles' attributes") {
     start();
-    for (const Action action : kSpeedActions) {
+    for (const Action& action : kSpeedActions) {
         outlets.speedResetButton->setPlainTitle("plain");
-        (controller.get()->*action)();
+        action(*controller);
         CHECK(outlets.speedResetButton->titleAttributes() == controller->controlColorAttributes);
     }
     CHECK(outlets.speedResetButton->title() == "1.0");
@@ -114,7 +124,7 @@ TEST_CASE("a rate inside the limits stays, one outside goes to its limit, and ze
 TEST_CASE("the slider's action does not limit a rate beyond two and a half") {
     SpeedAlone alone;
     alone.slider.setValue(3.0);
-    alone.speed.speedUpdate();
+    alone.speed.speedUpdate(alone.slider.value());
     CHECK(alone.state.rate == 3.0f);
     CHECK(alone.slider.value() == 3.0);
     CHECK(alone.title.title() == "3.000000.2");
@@ -155,7 +165,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "without a movie a speed action changes rat
     log.take();
     const Events images = transportImages();
     for (const Action action : {&QMController::speed05, &QMController::speedUp, &QMController::speedDown}) {
-        (controller.get()->*action)();
+        action(*controller);
     }
     CHECK(controller->rate == 0.5f);
     CHECK(outlets.speedSlider->value() == 0.5);
@@ -169,10 +179,10 @@ TEST_CASE_FIXTURE(ControllerFixture, "without a movie a speed action changes rat
 TEST_CASE_FIXTURE(ControllerFixture, "while paused a speed action leaves the movie alone but restarts the clock") {
     startWithLoadedTrack();
     const Events images = transportImages();
-    for (const Action action :
-         {&QMController::speedUpdate, &QMController::speed05, &QMController::speedUp, &QMController::speedDown}) {
+    for (const Action& action : {Action(speedUpdate), Action(&QMController::speed05), Action(&QMController::speedUp),
+                                 Action(&QMController::speedDown)}) {
         const QPointer<QTimer> before = controller->movieTimer.get();
-        (controller.get()->*action)();
+        action(*controller);
         CHECK(before.isNull());
         CHECK(controller->movieTimer->isActive());
     }
@@ -208,7 +218,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "the steps stop at the slowest and at the f
     for (const auto& [action, end] : ends) {
         CAPTURE(end);
         controller->rate = end;
-        (controller.get()->*action)();
+        action(*controller);
         CHECK(controller->rate == end);
     }
 }
@@ -223,7 +233,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "steps go toward zero and away from zero in
         CAPTURE(from);
         CAPTURE(to);
         controller->rate = from;
-        (controller.get()->*action)();
+        action(*controller);
         CHECK(controller->rate == to);
     }
 }
@@ -272,12 +282,12 @@ TEST_CASE_FIXTURE(ControllerFixture,
 
 TEST_CASE_FIXTURE(ControllerFixture, "every speed action keeps the magnitude between 0.35 and 2.5") {
     start();
-    for (const Action action : kSpeedActions) {
+    for (const Action& action : kSpeedActions) {
         for (const double from : {-2.5, -0.35, -0.01, 0.01, 0.35, 2.5}) {
             CAPTURE(from);
             outlets.speedSlider->setValue(from);
             controller->rate = float(from);
-            (controller.get()->*action)();
+            action(*controller);
             CHECK(std::abs(controller->rate) >= 0.35f);
             CHECK(std::abs(controller->rate) <= 2.5f);
         }
@@ -324,8 +334,8 @@ TEST_CASE_FIXTURE(ControllerFixture, "no speed action starts, stops or changes p
     startWithLoadedTrack();
     for (const bool playing : {false, true}) {
         controller->isPlaying = playing;
-        for (const Action action : kSpeedActions) {
-            (controller.get()->*action)();
+        for (const Action& action : kSpeedActions) {
+            action(*controller);
             CHECK(controller->isPlaying == playing);
         }
     }
@@ -348,7 +358,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "a track loaded while playing starts at the
 
 TEST_CASE_FIXTURE(ControllerFixture, "no action writes the texts of the scale labels") {
     startWithLoadedTrack();
-    for (const Action action : kSpeedActions) (controller.get()->*action)();
+    for (const Action& action : kSpeedActions) action(*controller);
     controller->semiToneUp();
     controller->resetAudio();
     for (const QLabel* label :

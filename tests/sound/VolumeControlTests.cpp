@@ -90,7 +90,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "the balance slider sets the field, then th
         seen.push_back(event + ", title " + outlets.balanceResetButton->title().toStdString());
     };
     drag(outlets.balanceSlider, -0.5, &QMController::balanceUpdate);
-    CHECK(seen == Events{"SetMovieAudioBalance -0.5 flags 0, title before"});
+    CHECK(seen == Events{"setBalance -0.5, title before"});
     CHECK(controller->balance == -0.5f);
     CHECK(outlets.balanceResetButton->title() == "L0.5");
     CHECK(outlets.balanceResetButton->titleAttributes() == controller->controlColorAttributes);
@@ -107,11 +107,11 @@ TEST_CASE_FIXTURE(ControllerFixture, "the balance reads R or L with two decimals
     }
 }
 
-TEST_CASE_FIXTURE(ControllerFixture, "the balance slider calls the engine without a movie before the first load") {
+TEST_CASE_FIXTURE(ControllerFixture, "before the first load the balance slider changes balance and title only") {
     start();
     log.take();
     drag(outlets.balanceSlider, 0.25, &QMController::balanceUpdate);
-    CHECK(log.events() == Events{"SetMovieAudioBalance 0.25 flags 0 without a movie"});
+    CHECK(log.events() == Events{});
     CHECK(controller->balance == 0.25f);
     CHECK(outlets.balanceResetButton->title() == "R0.2");
 }
@@ -130,9 +130,8 @@ TEST_CASE_FIXTURE(ControllerFixture, "the balance presets set field, slider and 
     controller->balanceReset();
     CHECK(controller->balance == 0.0f);
     CHECK_FALSE(outlets.balanceResetButton->titleAttributes());
-    CHECK(seen == Events{"SetMovieAudioBalance -1 flags 0, slider -1, title -1",
-                         "SetMovieAudioBalance 1 flags 0, slider 1, title 1.0",
-                         "SetMovieAudioBalance 0 flags 0, slider 0, title 0"});
+    CHECK(seen == Events{"setBalance -1, slider -1, title -1", "setBalance 1, slider 1, title 1.0",
+                         "setBalance 0, slider 0, title 0"});
 }
 
 TEST_CASE_FIXTURE(ControllerFixture,
@@ -187,9 +186,8 @@ TEST_CASE_FIXTURE(ControllerFixture,
     controller->playBackward();
     log.take();
     controller->resetAudio();
-    CHECK(log.events() == Events{"setMuted NO", "setVolume 0.5", "MediaSetSoundBassAndTreble track 0 128 0",
-                                 "MediaSetSoundBassAndTreble track 0 128 128", "SetMovieAudioBalance 0 flags 0",
-                                 "setRate 1", "QTSetMovieProperty audi pitc 4 bytes 0"});
+    CHECK(log.events() == Events{"setMuted NO", "setVolume 0.5", "setTone track 0 128 0", "setTone track 0 128 128",
+                                 "setBalance 0", "setRate 1", "setPitch 0"});
     CHECK(controller->gain == 0.8f);
     CHECK(outlets.gainSlider->value() == 0.5);
     CHECK(controller->bass == 128);
@@ -210,7 +208,7 @@ TEST_CASE_FIXTURE(ControllerFixture, "gain and balance survive a change of track
         controller->selectTrack();
         CHECK(log.count("setMuted NO") == 1);
         CHECK(log.count("setVolume 0.25") == 1);
-        CHECK(log.count("SetMovieAudioBalance 0.75 flags 0") == 1);
+        CHECK(log.count("setBalance 0.75") == 1);
     }
 }
 

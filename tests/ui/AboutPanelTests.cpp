@@ -36,7 +36,7 @@ TEST_CASE("the version is 5.91.82") {
 TEST_CASE_FIXTURE(PreferencesStage, "the about command shows the panel, on white, with the version") {
     wakeUp();
     CHECK_FALSE(about.isVisible());
-    QAction* item = window.actions().action(QStringLiteral("displayAboutPanel"));
+    QAction* item = window.actions().action(ActionId::displayAboutPanel);
     REQUIRE(item);
     item->trigger();
     CHECK(about.isVisible());

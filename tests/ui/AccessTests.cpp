@@ -200,7 +200,7 @@ TEST_CASE("no menu item has its key in its name, and a key that is only mentione
              [](QAccessibleInterface& item) { CHECK_FALSE(item.text(QAccessible::Name).contains(u'\t')); });
     }
     QMenu* playback = living.window.menuBar()->actions().at(2)->menu();
-    QAction* item = living.window.actions().action(QStringLiteral("rowDoubleClicked"));
+    QAction* item = living.window.actions().action(ActionId::rowDoubleClicked);
     const QImage with = playback->grab().toImage();
     item->setProperty("shownKey", QString());
     CHECK(playback->grab().toImage() != with);

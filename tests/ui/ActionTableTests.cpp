@@ -2,82 +2,87 @@
 
 #include <QAction>
 #include <QMenuBar>
-#include <QMetaMethod>
+#include <QMetaEnum>
 #include <map>
 #include <set>
 #include <string>
 
-#include "app/QMController.h"
+#include "app/ActionReceivers.h"
 #include "engine/api/Log.h"
 #include "record/AudioRecord.h"
+#include "support/widgets/Actions.h"
 #include "support/widgets/Gestures.h"
+#include "support/widgets/LivingWindow.h"
 #include "support/widgets/TestText.h"
 #include "ui/ActionTable.h"
-#include "ui/PlayerKeys.h"
 #include "ui/controls/ChipButton.h"
 #include "ui/controls/Slider.h"
-#include "ui/windows/ListKeys.h"
 #include "ui/windows/MainWindow.h"
 
 using namespace qm;
 
 namespace {
 
-bool hasSlot(const QMetaObject& type, const char* name) {
-    return type.indexOfSlot(QByteArray(name).append("()")) >= 0;
-}
-
 // Stands for the controller: remembers what it was sent.
-class Receiver : public QObject {
-    Q_OBJECT
-
-public:
+struct Receiver {
     QStringList received;
 
-public slots:
     void skip_10() { received << "skip_10"; }
-    void gainUpdate() { received << "gainUpdate"; }
+    void gainUpdate(double value) { received << QStringLiteral("gainUpdate %1").arg(value); }
 };
 
-class FakeRecorder : public QObject {
-    Q_OBJECT
-
-public:
+struct FakeRecorder {
     int toggles = 0;
 
-public slots:
     void toggleRecordSession() { ++toggles; }
 };
 
-QList<QKeySequence> keysOf(const char* slot) {
-    const ActionRow* row = actionRow(QString::fromLatin1(slot));
-    REQUIRE(row);
-    return {row->keys.begin(), row->keys.end()};
+// The table with what the receiver does of it.
+struct ReceivedTable {
+    Receiver receiver;
+    QMainWindow window;
+    ActionTable table{&window};
+
+    ReceivedTable() {
+        table.setReceiver(ActionId::skip_10, receiver, &Receiver::skip_10);
+        table.setReceiver(ActionId::gainUpdate, receiver, &Receiver::gainUpdate);
+    }
+};
+
+QList<QKeySequence> keysOf(const char* name) {
+    const ActionRow& row = actionRow(idOf(name));
+    return {row.keys.begin(), row.keys.end()};
 }
 
 }  // namespace
 
-TEST_CASE("every action of the table exists on its receiver") {
-    for (const ActionRow& row : actionRows()) {
-        CAPTURE(row.slot);
-        const QMetaObject* type = &QMController::staticMetaObject;
-        if (row.owner == ActionRow::Window) type = &MainWindow::staticMetaObject;
-        if (row.owner == ActionRow::Keys) type = &PlayerKeys::staticMetaObject;
-        if (row.owner == ActionRow::List) type = &ListKeys::staticMetaObject;
-        if (row.owner == ActionRow::Recorder) type = &AudioRecord::staticMetaObject;
-        CHECK(hasSlot(*type, row.slot));
+TEST_CASE("every action has one row, one name and one who does it") {
+    LivingWindow living;
+    AudioRecord recorder(living.fixture.capture, living.controller.takes());
+    receiveActions(living.window.actions(), recorder);
+    const auto ids = QMetaEnum::fromType<ActionId>();
+    CHECK(static_cast<int>(actionRows().size()) == ids.keyCount());
+    std::set<ActionId> withRow;
+    for (const ActionRow& row : actionRows()) withRow.insert(row.id);
+    for (int i = 0; i < ids.keyCount(); ++i) {
+        CAPTURE(std::string(ids.key(i)));
+        const auto id = static_cast<ActionId>(ids.value(i));
+        CHECK(withRow.contains(id));
+        CHECK(actionNamed(actionName(id)) == id);
+        CHECK(living.window.actions().hasReceiver(id));
     }
+    CHECK_FALSE(actionNamed(QStringLiteral("nothing")).has_value());
 }
 
 TEST_CASE("no key and no action stands in the table twice") {
     std::map<QString, std::string> owners;
     std::set<std::string> names;
     for (const ActionRow& row : actionRows()) {
-        CHECK(names.insert(row.slot).second);
+        CHECK(names.insert(actionName(row.id).toStdString()).second);
         for (const QKeySequence& key : row.keys) {
             CAPTURE(key.toString());
             CHECK_FALSE(key.isEmpty());
-            CHECK(owners.emplace(key.toString(), row.slot).second);
+            CHECK(owners.emplace(key.toString(), actionName(row.id).toStdString()).second);
         }
     }
 }
@@ -116,8 +121,8 @@ TEST_CASE("the table gives the player's keys to their actions") {
 
 TEST_CASE("skips and speed steps repeat while the key is held, switches do not") {
     for (const ActionRow& row : actionRows()) {
-        CAPTURE(row.slot);
-        const QString slot = QString::fromLatin1(row.slot);
+        CAPTURE(actionName(row.id).toStdString());
+        const QString slot = actionName(row.id);
         const bool steps = slot.startsWith(u"skip") || slot == u"speedUp" || slot == u"speedDown";
         CHECK(row.repeats == steps);
     }
@@ -125,14 +130,13 @@ TEST_CASE("skips and speed steps repeat while the key is held, switches do not")
 
 TEST_CASE("the menus stand in order and carry the table's words, keys and repeats") {
     Outlets outlets;
-    QObject controller;
-    MainWindow window(outlets, &controller);
+    MainWindow window(outlets);
     QStringList menus;
     for (const QAction* action : window.menuBar()->actions()) menus << action->text();
     CHECK(menus == QStringList{"&File", "&Edit", "&Playback", "&Sound", "&Loop", "&Window", "&Help"});
     for (const ActionRow& row : actionRows()) {
-        CAPTURE(row.slot);
-        const QAction* action = window.actions().action(QString::fromLatin1(row.slot));
+        CAPTURE(actionName(row.id).toStdString());
+        const QAction* action = window.actions().action(row.id);
         CHECK((action != nullptr) == (*row.menu != '\0'));
         if (!action) continue;
         CHECK(action->shortcuts() == QList<QKeySequence>(row.keys.begin(), row.keys.end()));
@@ -141,89 +145,77 @@ TEST_CASE("the menus stand in order and carry the table's words, keys and repeat
     }
 }
 
-TEST_CASE("a bound control sends its action by name and says what it does") {
-    Receiver receiver;
-    QMainWindow window;
-    ActionTable table(&window, &receiver);
+TEST_CASE_FIXTURE(ReceivedTable, "a bound control sends its action and says what it does") {
     ChipButton chip(QStringLiteral("−10"));
-    table.bind(&chip, QStringLiteral("skip_10"));
+    table.bind(&chip, ActionId::skip_10);
     CHECK(chip.accessibleName() == "Skip back 10 seconds");
     CHECK(chip.toolTip() == "Skip back 10 seconds [Shift+Left]");
     chip.click();
     CHECK(receiver.received == QStringList{"skip_10"});
+}
 
+TEST_CASE_FIXTURE(ReceivedTable, "a bound slider sends its action with its value whenever the user moves it") {
     Slider slider;
     slider.resize(220, 24);
-    table.bind(&slider, QStringLiteral("gainUpdate"));
+    slider.setStep(0.25);
+    table.bind(&slider, ActionId::gainUpdate);
     slider.setValue(0.5);
-    CHECK(receiver.received.size() == 1);
+    CHECK(receiver.received.isEmpty());
     pressKey(slider, Qt::Key_Up);
-    CHECK(receiver.received == QStringList{"skip_10", "gainUpdate"});
+    CHECK(receiver.received == QStringList{"gainUpdate 0.75"});
 }
 
-TEST_CASE("an action goes to the receiver of its owner, and to none before there is one") {
+TEST_CASE("an action goes to who does it, and to nobody before there is one") {
     FakeRecorder recorder;
-    Receiver receiver;
-    QMainWindow window;
-    ActionTable table(&window, &receiver);
+    ReceivedTable received;
     std::vector<std::string> lines;
     setLogSink([&](std::string_view line) { lines.emplace_back(line); });
-    table.send(QStringLiteral("toggleRecordSession"));
+    received.table.send(ActionId::toggleRecordSession);
     setLogSink({});
     CHECK(lines.size() == 1);
-    table.setReceiver(ActionRow::Recorder, &recorder);
-    table.send(QStringLiteral("toggleRecordSession"));
+    received.table.setReceiver(ActionId::toggleRecordSession, recorder, &FakeRecorder::toggleRecordSession);
+    received.table.send(ActionId::toggleRecordSession);
     CHECK(recorder.toggles == 1);
-    CHECK(receiver.received.isEmpty());
+    CHECK(received.receiver.received.isEmpty());
 }
 
-TEST_CASE("what stands before an action is done first, and may take its place") {
-    Receiver receiver;
-    QMainWindow window;
-    ActionTable table(&window, &receiver);
-    QStringList told;
-    QObject::connect(&table, &ActionTable::sent, &table, [&](const QString& slot) { told << slot; });
+TEST_CASE_FIXTURE(ReceivedTable, "what stands before an action is done first, and may take its place") {
+    std::vector<ActionId> told;
+    QObject::connect(&table, &ActionTable::sent, &table, [&](ActionId id) { told.push_back(id); });
     bool isSent = true;
-    table.setPreparation(QStringLiteral("skip_10"), [&] {
+    table.setPreparation(ActionId::skip_10, [&] {
         receiver.received << QStringLiteral("before");
         return isSent;
     });
-    table.send(QStringLiteral("skip_10"));
+    table.send(ActionId::skip_10);
     CHECK(receiver.received == QStringList{"before", "skip_10"});
     isSent = false;
-    table.send(QStringLiteral("skip_10"));
+    table.send(ActionId::skip_10);
     CHECK(receiver.received == QStringList{"before", "skip_10", "before"});
-    CHECK(told == QStringList{"skip_10"});
+    CHECK(told == std::vector{ActionId::skip_10});
 }
 
-TEST_CASE("several things may stand before an action, and the first that takes its place is the last") {
-    Receiver receiver;
-    QMainWindow window;
-    ActionTable table(&window, &receiver);
+TEST_CASE_FIXTURE(ReceivedTable,
+                  "several things may stand before an action, and the first that takes its place is the last") {
     bool isSent = false;
-    table.setPreparation(QStringLiteral("skip_10"), [&] { return isSent; });
-    table.setPreparation(QStringLiteral("skip_10"), [&] {
+    table.setPreparation(ActionId::skip_10, [&] { return isSent; });
+    table.setPreparation(ActionId::skip_10, [&] {
         receiver.received << QStringLiteral("second");
         return true;
     });
-    table.send(QStringLiteral("skip_10"));
+    table.send(ActionId::skip_10);
     CHECK(receiver.received.isEmpty());
     isSent = true;
-    table.send(QStringLiteral("skip_10"));
+    table.send(ActionId::skip_10);
     CHECK(receiver.received == QStringList{"second", "skip_10"});
 }
 
-TEST_CASE("an action that nobody knows leaves a log line") {
-    Receiver receiver;
-    QMainWindow window;
-    ActionTable table(&window, &receiver);
+TEST_CASE_FIXTURE(ReceivedTable, "an action that nobody does, and one that lacks its value, leave a log line") {
     std::vector<std::string> lines;
     setLogSink([&](std::string_view line) { lines.emplace_back(line); });
-    table.send(QStringLiteral("skip10"));
-    table.send(QStringLiteral("nothing"));
+    table.send(ActionId::skip10);
+    table.send(ActionId::gainUpdate);
     setLogSink({});
     CHECK(lines.size() == 2);
     CHECK(receiver.received.isEmpty());
 }
-
-#include "ActionTableTests.moc"

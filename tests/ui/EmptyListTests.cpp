@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QVariantAnimation>
 
+#include "app/ActionReceivers.h"
+#include "support/widgets/Actions.h"
 #include "support/widgets/ControllerFixture.h"
 #include "ui/controls/Motion.h"
 #include "ui/windows/MainWindow.h"
@@ -15,11 +17,12 @@ struct EmptyWindow {
     ControllerFixture fixture;
     QMController& controller = fixture.init();
     Outlets outlets;
-    MainWindow window{outlets, &controller};
+    MainWindow window{outlets};
     EmptyListView* dropArea = window.findChild<EmptyListView*>();
     QVariantAnimation* pulse = dropArea->findChild<QVariantAnimation*>();
 
     EmptyWindow() {
+        receiveActions(window.actions(), controller);
         awakeWith(controller, outlets);
         window.show();
     }
@@ -40,7 +43,7 @@ TEST_CASE_FIXTURE(EmptyWindow,
     REQUIRE(dropArea->isVisible());
     const QColor calm = middle(*dropArea);
     for (const char* slot : {"playForward", "toggleStartStop"}) {
-        window.actions().send(QString::fromLatin1(slot));
+        window.actions().send(idOf(slot));
         REQUIRE(isPulsing());
         for (const int loop : {0, 1}) {
             pulse->setCurrentTime(loop * 240 + 120);
@@ -55,7 +58,7 @@ TEST_CASE_FIXTURE(EmptyWindow,
 
 TEST_CASE_FIXTURE(EmptyWindow, "when the desktop wants nothing to move, the drop area does not pulse") {
     setMotionWanted(false);
-    window.actions().send(QStringLiteral("playForward"));
+    window.actions().send(ActionId::playForward);
     setMotionWanted(true);
     CHECK_FALSE(isPulsing());
 }
@@ -79,11 +82,11 @@ TEST_CASE_FIXTURE(EmptyWindow, "the empty list leads to every key, and covers no
 }
 
 TEST_CASE_FIXTURE(EmptyWindow, "other actions do not make the drop area pulse, nor playing with a list") {
-    window.actions().send(QStringLiteral("playBackward"));
+    window.actions().send(ActionId::playBackward);
     CHECK_FALSE(isPulsing());
     controller.insertEntry(0, {QStringLiteral("/music/a.mp3"), QStringLiteral(" "), QStringLiteral(" "),
                                QStringLiteral("A"), 60000, 600, 128, 128, 0, 60000});
     outlets.playList->reloadData();
-    window.actions().send(QStringLiteral("playForward"));
+    window.actions().send(ActionId::playForward);
     CHECK_FALSE(isPulsing());
 }

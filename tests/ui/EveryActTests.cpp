@@ -7,9 +7,11 @@
 #include <QMap>
 #include <QSet>
 
+#include "app/ActionReceivers.h"
 #include "app/TakePreparation.h"
 #include "record/AudioRecord.h"
-#include "record/RecorderSigns.h"
+#include "record/RecorderStatus.h"
+#include "support/widgets/Actions.h"
 #include "support/widgets/LivingWindow.h"
 #include "support/widgets/TestText.h"
 #include "ui/controls/Motion.h"
@@ -38,15 +40,15 @@ struct Program : LivingWindow {
     VideoPanel video{outlets, &window};
     ExportPanel exporting{outlets, window.actions(), &window};
     RecordingWindow recording{outlets, window.actions(), &window,
-                              [this] { return signsOf(controller, controller.isRecording); }};
+                              [this] { return recorderStatus(controller, controller.isRecording); }};
     RecorderWindow ownRecorder{recorderOutlets, window.actions(), &window,
-                               [this] { return signsOf(recorder, recorder.recordingStatus); }};
+                               [this] { return recorderStatus(recorder, recorder.recordingStatus); }};
     PreferencesWindow preferences{outlets, window.actions(), &window};
     AboutPanel about{outlets, &window};
     int told = 0, asked = 0;
 
     explicit Program(Standing standing) {
-        window.actions().setReceiver(ActionRow::Recorder, &recorder);
+        receiveActions(window.actions(), recorder);
         prepareTakes(window.actions(), controller, recorder);
         recorder.awakeFromNib(recorderOutlets);
         recorder.setRunSavePanel([this](QWidget*, const QString&, const QString&) -> std::optional<QString> {
@@ -92,10 +94,10 @@ Slider* sliderOf(const Outlets& outlets, const QString& slot) {
 
 // As its key, its menu item or its control does it. What has none of them just now cannot be done.
 void Program::doAct(const ActionRow& row) {
-    const QString slot = QString::fromLatin1(row.slot);
+    const QString slot = actionName(row.id);
     if (Slider* slider = sliderOf(outlets, slot)) return slider->moveByUser(slider->maximum() * 0.8);
-    if (QAction* action = window.actions().action(slot)) return action->trigger();
-    window.actions().send(slot);
+    if (QAction* action = window.actions().action(idOf(slot))) return action->trigger();
+    window.actions().send(idOf(slot));
 }
 
 // The act that opens the window in which this one has its control; empty for the main window's own.
@@ -113,20 +115,20 @@ void openFor(Program& program, const QString& slot) {
     const QString opener = openerOf(slot);
     if (opener.isEmpty()) return;
     openFor(program, opener);
-    program.window.actions().send(opener);
+    program.window.actions().send(idOf(opener));
 }
 
 bool canBeDone(Program& program, const QString& slot) {
     // A check box or a tile shows what it is set to before its action is sent, and nothing is being exported.
     static const QSet<QString> seenBefore = {"toggleAudioLevelsPref", "toggleSoftwareUpdateCheck", "toggleTextColor",
                                              "cancelExport"};
-    const QAction* action = program.window.actions().action(slot);
+    const QAction* action = program.window.actions().action(idOf(slot));
     return !seenBefore.contains(slot) && (!action || action->isEnabled());
 }
 
 void checkAnswered(Standing standing, const ActionRow& row) {
-    CAPTURE(std::string(row.slot));
-    const QString slot = QString::fromLatin1(row.slot);
+    CAPTURE(actionName(row.id).toStdString());
+    const QString slot = actionName(row.id);
     Program program(standing);
     if (!canBeDone(program, slot)) return;
     openFor(program, slot);

@@ -1,3 +1,4 @@
+#include "support/widgets/Actions.h"
 #include "ui/IdleActs.h"
 
 #include <doctest/doctest.h>
@@ -20,7 +21,7 @@ struct Idle : LivingWindow {
     }
     QString after(const char* slot) {
         told.clear();
-        window.actions().send(QString::fromLatin1(slot));
+        window.actions().send(idOf(slot));
         return told.isEmpty() ? QString() : told.last().text;
     }
     void holdLoop() {

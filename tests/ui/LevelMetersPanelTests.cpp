@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QShortcut>
 
+#include "app/ActionReceivers.h"
 #include "support/widgets/ControllerFixture.h"
 #include "ui/controls/ChipButton.h"
 #include "ui/controls/MeterView.h"
@@ -35,11 +36,14 @@ struct MeteredWindow {
     ControllerFixture fixture;
     QMController& controller = fixture.init();
     Outlets outlets;
-    MainWindow window{outlets, &controller};
+    MainWindow window{outlets};
     LevelMetersPanel panel{outlets, &window};
     MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
-    MeteredWindow() { awakeWith(controller, outlets); }
+    MeteredWindow() {
+        receiveActions(window.actions(), controller);
+        awakeWith(controller, outlets);
+    }
 };
 
 }  // namespace
@@ -113,8 +117,8 @@ TEST_CASE_FIXTURE(MeteredWindow, "the bars fit between the panel's captions") {
 }
 
 TEST_CASE_FIXTURE(MeteredWindow, "the meters' tool is lit and their menu item checked while the panel is shown") {
-    QAction* item = window.actions().action(QStringLiteral("displayLevels"));
-    ToolButton* tool = window.tools().tool(QStringLiteral("displayLevels"));
+    QAction* item = window.actions().action(ActionId::displayLevels);
+    ToolButton* tool = window.tools().tool(ActionId::displayLevels);
     REQUIRE(item);
     REQUIRE(tool);
     state.refresh();

@@ -4,6 +4,7 @@
 #include <QMenu>
 #include <QTimer>
 
+#include "support/widgets/Actions.h"
 #include "support/widgets/Gestures.h"
 #include "support/widgets/LivingWindow.h"
 #include "support/widgets/TestText.h"
@@ -43,7 +44,7 @@ struct ListWindow : LivingWindow {
 
     PlayListView& list = *outlets.playList;
 
-    void send(const char* slot) { window.actions().send(QString::fromLatin1(slot)); }
+    void send(const char* slot) { window.actions().send(idOf(slot)); }
     QString loaded() const { return controller.loadedPath; }
     FindBar& bar() { return grid().playList->findBar(); }
     void find(const QString& text) {

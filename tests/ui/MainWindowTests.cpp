@@ -26,9 +26,8 @@ using namespace qm;
 namespace {
 
 struct BuiltWindow {
-    QObject controller;
     Outlets outlets;
-    MainWindow window{outlets, &controller};
+    MainWindow window{outlets};
 };
 
 QRect inWindow(const QWidget* widget) {
@@ -179,12 +178,12 @@ TEST_CASE("hiding the toolbar gives its height to the play list") {
     BuiltWindow built;
     built.window.show();
     const int before = built.window.grid().playList->height();
-    built.window.actions().send(QStringLiteral("toggleToolbar"));
+    built.window.actions().send(ActionId::toggleToolbar);
     QCoreApplication::sendPostedEvents();
     CHECK(built.outlets.toolbar->isHidden());
-    CHECK_FALSE(built.window.actions().action(QStringLiteral("toggleToolbar"))->isChecked());
+    CHECK_FALSE(built.window.actions().action(ActionId::toggleToolbar)->isChecked());
     CHECK(built.window.grid().playList->height() == before + 42);
-    built.window.actions().send(QStringLiteral("toggleToolbar"));
+    built.window.actions().send(ActionId::toggleToolbar);
     CHECK_FALSE(built.outlets.toolbar->isHidden());
 }
 
@@ -248,14 +247,14 @@ TEST_CASE("with nothing loaded all that needs a track is dimmed, and only drawn 
     }
     CHECK(o.cueSlider->isDimmed());
     for (const ChipButton* chip : living.grid().transport->findChildren<ChipButton*>()) CHECK(chip->isDimmed());
-    CHECK(living.window.tools().tool(QStringLiteral("clearList"))->isDimmed());
-    CHECK_FALSE(living.window.tools().tool(QStringLiteral("openFile"))->isDimmed());
+    CHECK(living.window.tools().tool(ActionId::clearList)->isDimmed());
+    CHECK_FALSE(living.window.tools().tool(ActionId::openFile)->isDimmed());
     CHECK(living.grid().hero->title() == "No track loaded");
     CHECK(living.grid().hero->byLine() == "Add a track, select it, then press Space.");
     living.addTrack(QStringLiteral("/music/a.mp3"));
     living.state.refresh();
     CHECK(living.grid().hero->byLine() == "Select a track, then press Space, or double-click it.");
-    CHECK_FALSE(living.window.tools().tool(QStringLiteral("clearList"))->isDimmed());
+    CHECK_FALSE(living.window.tools().tool(ActionId::clearList)->isDimmed());
 }
 
 TEST_CASE("until something has been played the window says how") {

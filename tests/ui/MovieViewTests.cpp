@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <thread>
 
+#include "app/ActionReceivers.h"
 #include "support/widgets/ControllerFixture.h"
 #include "support/widgets/Gestures.h"
 #include "ui/windows/MainWindow.h"
@@ -31,11 +32,12 @@ struct FilmWindow {
     ControllerFixture fixture;
     QMController& controller = fixture.init();
     Outlets outlets;
-    MainWindow window{outlets, &controller};
+    MainWindow window{outlets};
     VideoPanel panel{outlets, &window};
     MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
     FilmWindow() {
+        receiveActions(window.actions(), controller);
         fixture.engine.files["/music/film.mp4"].hasVideo = true;
         fixture.engine.files["/music/other.mp4"].hasVideo = true;
         awakeWith(controller, outlets);
@@ -48,7 +50,7 @@ struct FilmWindow {
         return *fixture.engine.movie();
     }
 
-    bool offersVideo() { return window.actions().action(QStringLiteral("displayVideo"))->isEnabled(); }
+    bool offersVideo() { return window.actions().action(ActionId::displayVideo)->isEnabled(); }
 };
 
 // As the movie does it: on another thread.
@@ -139,7 +141,7 @@ TEST_CASE_FIXTURE(FilmWindow, "the panel comes with a film, goes with a song and
     panel.close();
     CHECK_FALSE(panel.isVisible());
     CHECK(controller.qtMovie != nullptr);
-    window.actions().action(QStringLiteral("displayVideo"))->trigger();
+    window.actions().action(ActionId::displayVideo)->trigger();
     CHECK(panel.isVisible());
     load("/music/song.mp3");
     CHECK_FALSE(panel.isVisible());
@@ -161,12 +163,12 @@ TEST_CASE_FIXTURE(FilmWindow, "the panel opens at its size, can be made as small
 }
 
 TEST_CASE_FIXTURE(FilmWindow, "Ctrl+3 is the key of the video") {
-    CHECK(window.actions().action(QStringLiteral("displayVideo"))->shortcut() == QKeySequence(Qt::CTRL | Qt::Key_3));
+    CHECK(window.actions().action(ActionId::displayVideo)->shortcut() == QKeySequence(Qt::CTRL | Qt::Key_3));
 }
 
 TEST_CASE_FIXTURE(FilmWindow,
                   "a double click and F11 let the film fill the screen, another one, Esc and Ctrl+W bring it back") {
-    QAction* key = window.actions().action(QStringLiteral("fillScreenWithVideo"));
+    QAction* key = window.actions().action(ActionId::fillScreenWithVideo);
     REQUIRE(key);
     CHECK(key->shortcut() == QKeySequence(Qt::Key_F11));
     CHECK_FALSE(key->isEnabled());

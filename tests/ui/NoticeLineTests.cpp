@@ -116,7 +116,7 @@ TEST_CASE("the button runs its act once, and the line goes") {
     clickMouse(*w.line.button(), w.line.button()->rect().center());
     CHECK(w.acts == 1);
     CHECK_FALSE(w.line.isVisible());
-    w.window.actions().send(QStringLiteral("useMessageButton"));
+    w.window.actions().send(ActionId::useMessageButton);
     CHECK(w.acts == 1);
 }
 
@@ -133,7 +133,7 @@ TEST_CASE("what an act tells stays when the line of its button has gone") {
 
 TEST_CASE("the button has a key and a menu item while there is one") {
     TellingWindow w;
-    QAction* item = w.window.actions().action(QStringLiteral("useMessageButton"));
+    QAction* item = w.window.actions().action(ActionId::useMessageButton);
     REQUIRE(item);
     CHECK(item->shortcut() == QKeySequence(Qt::Key_F8));
     CHECK_FALSE(item->isEnabled());
@@ -247,7 +247,7 @@ TEST_CASE("what is told before there is a window stands in the line when there i
     controller.notices().tell({QStringLiteral("Never seen"), {}, {}, QStringLiteral("gone"), true});
     controller.notices().withdraw(QStringLiteral("gone"));
     Outlets outlets;
-    MainWindow window(outlets, &controller);
+    MainWindow window(outlets);
     StatusNotices notices(window, controller.notices());
     CHECK(window.grid().hero->noticeLine().text() == "2 tracks could not be read");
     CHECK(controller.notices().takeUntold().empty());

@@ -6,6 +6,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
+#include "app/ActionReceivers.h"
 #include "support/widgets/Gestures.h"
 #include "support/widgets/PreferencesStage.h"
 #include "ui/windows/ExportPanel.h"
@@ -28,13 +29,13 @@ struct AllPanels : PreferencesStage {
     VideoPanel video{outlets, &window};
     ExportPanel exporting{outlets, window.actions(), &window};
     RecordingWindow recording{outlets, window.actions(), &window,
-                              [this] { return signsOf(controller, controller.isRecording); }};
+                              [this] { return recorderStatus(controller, controller.isRecording); }};
     RecorderWindow recorder{recorderOutlets, window.actions(), &window,
-                            [this] { return signsOf(audioRecord, audioRecord.recordingStatus); }};
+                            [this] { return recorderStatus(audioRecord, audioRecord.recordingStatus); }};
     SoftwareUpdatePanel* update = new SoftwareUpdatePanel(updateOutlets, &window);
 
     AllPanels() {
-        window.actions().setReceiver(ActionRow::Recorder, &audioRecord);
+        receiveActions(window.actions(), audioRecord);
         audioRecord.setRunSavePanel([](QWidget*, const QString&, const QString&) { return std::nullopt; });
         wakeUp();
         audioRecord.awakeFromNib(recorderOutlets);
@@ -108,7 +109,7 @@ TEST_CASE("every panel takes every key, with and without modifiers, wherever its
     const QList<ToolPanel*> panels = all.panels();
     CHECK(panels.size() == 10);
     for (ToolPanel* panel : panels) {
-        panel->furnish();
+        panel->ensureBuilt();
         for (QWidget* focused : placesOfFocus(*panel)) {
             CAPTURE(panel->metaObject()->className());
             CAPTURE(focused->objectName().toStdString());

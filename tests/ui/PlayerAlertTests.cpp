@@ -51,8 +51,7 @@ TEST_CASE_FIXTURE(AlertFixture, "a warning stops clock and movie first, then ask
             CHECK(transportImages() == Events{"db_Play_F_off.png", "db_Pause_on.png", "db_Play_R_off.png"});
     };
     alert();
-    CHECK(log.events() ==
-          Events{"stop", "alert \"What happened.\" \"What it means.\" [Enough]", "SetMovieTimeValue 0"});
+    CHECK(log.events() == Events{"stop", "alert \"What happened.\" \"What it means.\" [Enough]", "seekTo 0"});
 }
 
 TEST_CASE_FIXTURE(AlertFixture, "a speed above normal is normal again before the warning shows") {
@@ -100,7 +99,7 @@ TEST_CASE_FIXTURE(AlertFixture, "whichever way the warning goes, the track is at
     for (void (*user)(QMessageBox&) : {+byButton, +byEscape, +byClosing}) {
         playAt(1.0f);
         alertDismissedBy(user);
-        CHECK(log.events() == Events{"stop", "dismissed", "SetMovieTimeValue 0"});
+        CHECK(log.events() == Events{"stop", "dismissed", "seekTo 0"});
     }
 }
 

@@ -1,3 +1,4 @@
+#include "support/widgets/Actions.h"
 #include "ui/PlayerKeys.h"
 
 #include <doctest/doctest.h>
@@ -26,7 +27,7 @@ struct Keys : LivingWindow {
     Keys() {
         QObject::connect(&player.notices(), &Notices::told, &keys, [this](const Notice& n) { told << n.text; });
     }
-    void press(const char* slot) { window.actions().action(QString::fromLatin1(slot))->trigger(); }
+    void press(const char* slot) { window.actions().action(idOf(slot))->trigger(); }
     void select(int row) { outlets.playList->selectRowIndex(row); }
     double gain() const { return outlets.gainSlider->value(); }
     Events opened() {

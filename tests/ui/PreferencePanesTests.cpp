@@ -227,7 +227,7 @@ TEST_CASE_FIXTURE(Paned,
 
 TEST_CASE_FIXTURE(Paned, "every control of the preferences has a name, and choices and boxes tell their state") {
     wakeUp();
-    preferences.furnish();
+    preferences.ensureBuilt();
     const auto access = [](QWidget* widget) -> QAccessibleInterface& {
         return *QAccessible::queryAccessibleInterface(widget);
     };

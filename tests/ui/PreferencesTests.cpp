@@ -150,7 +150,7 @@ TEST_CASE_FIXTURE(Preferenced, "the level box shows on when the key is absent") 
     };
     wakeUp();
     NoLevels store(fixture.home.path() + "/other.ini", log);
-    QMController other(fixture.engine, fixture.capture, store,
+    QMController other(fixture.engine, fixture.engine.movies, fixture.capture, store,
                        [](const QString&) { return QImage(28, 28, QImage::Format_ARGB32); });
     awakeWith(other, outlets);
     store.setBool("AudioLevels", false);
@@ -282,9 +282,12 @@ TEST_CASE_FIXTURE(Preferenced,
 TEST_CASE_FIXTURE(Preferenced,
                   "each tile stores its number and gives its colour to the labels, not to the value titles") {
     wakeUp();
-    for (const auto action : {&QMController::speedUpdate, &QMController::pitchUpdate, &QMController::gainUpdate,
-                              &QMController::balanceUpdate, &QMController::bassUpdate, &QMController::trebleUpdate})
-        (controller.*action)();
+    controller.speedUpdate(outlets.speedSlider->value());
+    controller.pitchUpdate(outlets.pitchSlider->value());
+    controller.gainUpdate(outlets.gainSlider->value());
+    controller.balanceUpdate(outlets.balanceSlider->value());
+    controller.bassUpdate(outlets.bassSlider->value());
+    controller.trebleUpdate(outlets.trebleSlider->value());
     const std::tuple<int, QColor> cases[] = {{3, kGreen}, {2, kOrange}, {1, kWhite}, {0, kCyan}};
     for (const auto& [tag, colour] : cases) {
         CAPTURE(tag);
@@ -320,7 +323,7 @@ TEST_CASE_FIXTURE(Preferenced, "a tag that no colour has, and no tag at all, are
 TEST_CASE_FIXTURE(Preferenced, "the gain that the slider shows is kept for the next start, not the gain itself") {
     wakeUp();
     outlets.gainSlider->setValue(0.75);
-    preferences.furnish();
+    preferences.ensureBuilt();
     preferences.findChild<QAbstractButton*>("updateDefaultAudioPref")->click();
     CHECK(log.events() == Events{"store DefaultAudioLevel 0.75"});
     controller.volumeMax();
@@ -369,7 +372,7 @@ TEST_CASE_FIXTURE(Preferenced, "closing the preferences window, by its frame or 
 
 TEST_CASE_FIXTURE(Preferenced, "the preferences tool is lit and the menu item checked while the window is open") {
     wakeUp();
-    QAction* item = window.actions().action(QStringLiteral("openPrefsWindow"));
+    QAction* item = window.actions().action(ActionId::openPrefsWindow);
     REQUIRE(item);
     CHECK(item->shortcut() == QKeySequence(Qt::CTRL | Qt::Key_Comma));
     CHECK(preferences.actions().contains(item));

@@ -6,6 +6,8 @@
 #include <QImage>
 #include <QShortcut>
 
+#include "app/ActionReceivers.h"
+#include "support/widgets/Actions.h"
 #include "support/widgets/ControllerFixture.h"
 #include "support/widgets/Gestures.h"
 #include "ui/controls/ChipButton.h"
@@ -28,16 +30,17 @@ struct RecorderDesk {
     AudioRecord audioRecord{fixture.capture, controller.takes()};
     Outlets outlets;
     AudioRecordOutlets recorderOutlets;
-    MainWindow window{outlets, &controller};
+    MainWindow window{outlets};
     LevelMetersPanel meters{outlets, &window};
     RecordingWindow recording{outlets, window.actions(), &window,
-                              [this] { return signsOf(controller, controller.isRecording); }};
+                              [this] { return recorderStatus(controller, controller.isRecording); }};
     RecorderWindow recorder{recorderOutlets, window.actions(), &window,
-                            [this] { return signsOf(audioRecord, audioRecord.recordingStatus); }};
+                            [this] { return recorderStatus(audioRecord, audioRecord.recordingStatus); }};
     MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
     RecorderDesk() {
-        window.actions().setReceiver(ActionRow::Recorder, &audioRecord);
+        receiveActions(window.actions(), controller);
+        receiveActions(window.actions(), audioRecord);
         awakeWith(controller, outlets);
         audioRecord.awakeFromNib(recorderOutlets);
         audioRecord.setRunSavePanel([this](QWidget*, const QString& folder, const QString& name) {
@@ -55,7 +58,7 @@ struct RecorderDesk {
         return panel.findChildren<LevelIndicator*>();
     }
     PushButton* closeButton() { return recording.findChild<PushButton*>(); }
-    void send(const char* slot) { window.actions().send(QString::fromLatin1(slot)); }
+    void send(const char* slot) { window.actions().send(idOf(slot)); }
 };
 
 }  // namespace
@@ -215,7 +218,7 @@ TEST_CASE_FIXTURE(RecorderDesk, "closing the recorder's panel without a recordin
 }
 
 TEST_CASE_FIXTURE(RecorderDesk, "the tool is lit while the recording window is shown") {
-    ToolButton* tool = window.tools().tool(QStringLiteral("audioRecordOpen"));
+    ToolButton* tool = window.tools().tool(ActionId::audioRecordOpen);
     REQUIRE(tool);
     state.refresh();
     CHECK_FALSE(tool->isOn());

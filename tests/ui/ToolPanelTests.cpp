@@ -40,10 +40,10 @@ TEST_CASE_FIXTURE(PanelStage, "what is in a panel is built once, when it is firs
     CHECK(panel.built == 1);
 }
 
-TEST_CASE_FIXTURE(PanelStage, "a panel that was furnished before is only shown") {
-    panel.furnish();
+TEST_CASE_FIXTURE(PanelStage, "a panel that was built before is only shown") {
+    panel.ensureBuilt();
     CHECK(panel.built == 1);
-    CHECK(panel.isFurnished());
+    CHECK(panel.isBuilt());
     CHECK_FALSE(panel.isVisible());
     panel.show();
     CHECK(panel.built == 1);

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QMouseEvent>
 
+#include "app/ActionReceivers.h"
 #include "support/widgets/ControllerFixture.h"
 #include "ui/controls/ChipButton.h"
 #include "ui/controls/Fonts.h"
@@ -24,11 +25,12 @@ struct InfoWindow {
     ControllerFixture fixture;
     QMController& controller = fixture.init();
     Outlets outlets;
-    MainWindow window{outlets, &controller};
+    MainWindow window{outlets};
     TrackInfoPanel panel{outlets, &window};
     MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
     InfoWindow() {
+        receiveActions(window.actions(), controller);
         fixture.addRow("/music/one.m4a");
         awakeWith(controller, outlets);
         window.show();
@@ -54,8 +56,8 @@ TEST_CASE_FIXTURE(InfoWindow, "the panel and its fields have the names of their 
 }
 
 TEST_CASE_FIXTURE(InfoWindow, "the panel's tool is lit and its menu item checked while it is shown") {
-    QAction* item = window.actions().action(QStringLiteral("displayInfo"));
-    ToolButton* tool = window.tools().tool(QStringLiteral("displayInfo"));
+    QAction* item = window.actions().action(ActionId::displayInfo);
+    ToolButton* tool = window.tools().tool(ActionId::displayInfo);
     REQUIRE(item);
     REQUIRE(tool);
     CHECK(item->shortcuts() == QList<QKeySequence>{QKeySequence("Ctrl+2"), QKeySequence("Ctrl+I")});
@@ -70,7 +72,7 @@ TEST_CASE_FIXTURE(InfoWindow, "the panel's tool is lit and its menu item checked
 }
 
 TEST_CASE_FIXTURE(InfoWindow, "the menu item of the track format is checked while the format is shown") {
-    QAction* item = window.actions().action(QStringLiteral("displayTrackFormat"));
+    QAction* item = window.actions().action(ActionId::displayTrackFormat);
     REQUIRE(item);
     state.refresh();
     CHECK(item->isChecked());

@@ -8,15 +8,15 @@ using namespace qm;
 
 namespace {
 
-QAction& action(LivingWindow& living, const char* slot) {
-    return *living.window.actions().action(QString::fromLatin1(slot));
+QAction& action(LivingWindow& living, ActionId id) {
+    return *living.window.actions().action(id);
 }
 
 }  // namespace
 
 TEST_CASE("Undo names what it would take back, and is dimmed when there is nothing") {
     LivingWindow living;
-    QAction& undo = action(living, "undo");
+    QAction& undo = action(living, ActionId::undo);
     CHECK(undo.text() == "Undo");
     CHECK_FALSE(undo.isEnabled());
     living.window.showUndo("Remove Track");
@@ -32,20 +32,20 @@ TEST_CASE("Undo in the menu brings a removed track back") {
     LivingWindow living;
     living.addTrack("/music/a.mp3");
     living.outlets.playList->selectRowIndex(0);
-    living.window.actions().send("removeListEntry");
+    living.window.actions().send(ActionId::removeListEntry);
     CHECK(living.controller.count() == 0);
-    living.window.actions().send("undo");
+    living.window.actions().send(ActionId::undo);
     CHECK(living.controller.count() == 1);
 }
 
 TEST_CASE("the keys that remove a track are the list's, all others the window's") {
     LivingWindow living;
     const QList<QAction*> ofTheList = living.outlets.playList->actions();
-    CHECK(ofTheList == QList<QAction*>{&action(living, "removeListEntry")});
+    CHECK(ofTheList == QList<QAction*>{&action(living, ActionId::removeListEntry)});
     for (const ActionRow& row : actionRows()) {
         if (*row.menu == '\0') continue;
-        CAPTURE(row.slot);
-        CHECK(action(living, row.slot).shortcutContext() ==
-              (ofTheList.contains(&action(living, row.slot)) ? Qt::WidgetShortcut : Qt::WindowShortcut));
+        CAPTURE(actionName(row.id).toStdString());
+        CHECK(action(living, row.id).shortcutContext() ==
+              (ofTheList.contains(&action(living, row.id)) ? Qt::WidgetShortcut : Qt::WindowShortcut));
     }
 }

@@ -11,8 +11,8 @@ TEST_CASE_FIXTURE(PreferencesStage,
     controller.setUpdaterMaker([&made] { ++made; });
     wakeUp();
     CHECK(made == 0);
-    QAction* item = window.actions().action(QStringLiteral("checkSoftwareUpdate"));
-    preferences.furnish();
+    QAction* item = window.actions().action(ActionId::checkSoftwareUpdate);
+    preferences.ensureBuilt();
     auto* button = preferences.findChild<QAbstractButton*>(QStringLiteral("checkSoftwareUpdate"));
     REQUIRE(item);
     REQUIRE(button);

@@ -7,12 +7,13 @@
 #include <string_view>
 
 #include "engine/api/MediaEngine.h"
+#include "engine/api/Patience.h"
 #include "engine/api/QTCapture.h"
 
 namespace qm {
 
 struct EngineModule {
-    std::unique_ptr<MediaEngine> (*makeMediaEngine)(Patience patience);
+    std::unique_ptr<MediaEngine> (*makeMediaEngine)(MovieRegistry& movies, Patience patience);
     std::unique_ptr<CaptureEngine> (*makeCaptureEngine)(Patience patience);
     void (*setLogSink)(std::function<void(std::string_view)> sink);  // the module has a log of its own
 };

@@ -125,8 +125,8 @@ const std::array kRows = {
                  .extensions = {{"mp4", Video, 2, 3},
                                 {"m4v", Video, 3},
                                 {"mov", Video, 4, 1},
-                                {"m4a", NonM4a, 6, 5},
-                                {"m4p", NonM4a, 7, 6},
+                                {"m4a", M4a, 6, 5},
+                                {"m4p", M4a, 7, 6},
                                 {"m4b"}},
                  .mimeTypes = {"audio/mp4", "audio/x-m4a", "audio/x-m4b", "video/mp4", "video/quicktime"}},
 };

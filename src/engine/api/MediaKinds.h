@@ -34,7 +34,7 @@ enum class TrackPlanner : std::uint8_t { Container, MpegAudio, BigEndianWave, Fl
 // How a file says what it is.
 enum class TagFormat : std::uint8_t { None, MpegAudio, Riff, Aiff, Caf, Asf, Flac, Ogg, Matroska, MovieFile };
 
-enum class TrackIcon : std::uint8_t { None, Track, NonM4a, Video };
+enum class TrackIcon : std::uint8_t { None, Track, M4a, Video };
 
 // What stands in the way of copying a track into a movie packet by packet.
 struct CopyRule {

@@ -8,12 +8,12 @@ namespace qm {
 
 class MovieExport {
 public:
-    virtual ~MovieExport() = default;  // cancels, and waits until the thread has noticed
+    virtual ~MovieExport() = default;  // cancels; the thread ends when it has noticed, and nobody waits for it
 
     virtual double progress() const = 0;      // 0 to 1
     virtual bool isFinished() const = 0;      // the file is there, whole; or nothing is, and nothing will be
     virtual std::string failure() const = 0;  // once finished: why nothing is there; empty if the file is
-    virtual void cancel() = 0;                // returns at once; what has been written is gone
+    virtual void cancel() = 0;                // what has been written is gone, unless its folder does not answer
 };
 
 }  // namespace qm

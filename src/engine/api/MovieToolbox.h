@@ -5,7 +5,8 @@
 #include <cstdint>
 
 #include "engine/api/FourCharCode.h"
-#include "engine/api/QTMovie.h"
+#include "engine/api/MeterLevels.h"
+#include "engine/api/MovieRegistry.h"
 
 namespace qm {
 
@@ -19,48 +20,34 @@ inline constexpr std::uint32_t kQTAudioPropertyID_Pitch = fourCharCode("pitc"); 
 inline constexpr std::uint32_t kDeviceMix = fourCharCode("dcly");                // what the device plays
 inline constexpr std::uint32_t kStereoMix = fourCharCode("stmx");
 
-// The records of the meters.
-inline constexpr std::uint32_t kMeterChannels = 2;
-inline constexpr std::uint32_t kMeterBands = 4;
-
-struct QTAudioVolumeLevels {
-    std::uint32_t numChannels = kMeterChannels;
-    float level[kMeterChannels] = {};  // dBFS
-};
-static_assert(sizeof(QTAudioVolumeLevels) == 12);
-
-struct QTAudioFrequencyLevels {
-    std::uint32_t numChannels = kMeterChannels;
-    std::uint32_t numFrequencyBands = kMeterBands;
-    float level[kMeterChannels * kMeterBands] = {};  // linear, 0 to 1: all bands of a channel, then of the next
-};
-static_assert(sizeof(QTAudioFrequencyLevels) == 40);
-
 class MovieToolbox {
 public:
-    virtual ~MovieToolbox() = default;
+    explicit MovieToolbox(const MovieRegistry& movies) : m_movies(movies) {}
 
-    virtual std::int32_t GetMovieDuration(Movie movie) = 0;
-    virtual std::int32_t GetMovieTime(Movie movie) = 0;
-    virtual void SetMovieTimeValue(Movie movie, std::int32_t time) = 0;
-    virtual bool IsMovieDone(Movie movie) = 0;
+    std::int32_t GetMovieDuration(Movie movie) const;
+    std::int32_t GetMovieTime(Movie movie) const;
+    void SetMovieTimeValue(Movie movie, std::int32_t time);
+    bool IsMovieDone(Movie movie) const;
 
-    virtual OSErr QTSetMovieProperty(Movie movie, std::uint32_t propertyClass, std::uint32_t propertyId,
-                                     std::uint32_t size, const void* value) = 0;
-    virtual OSErr SetMovieAudioBalance(Movie movie, float balance, std::uint32_t flags) = 0;
+    OSErr QTSetMovieProperty(Movie movie, std::uint32_t propertyClass, std::uint32_t propertyId, std::uint32_t size,
+                             const void* value);
+    OSErr SetMovieAudioBalance(Movie movie, float balance, std::uint32_t flags);
 
     // Bass and treble of one sound track (0 is the first), each 0..256 with 128 neutral; other values are clamped.
-    virtual int soundTrackCount(Movie movie) = 0;
-    virtual OSErr MediaSetSoundBassAndTreble(Movie movie, int soundTrack, std::int16_t bass, std::int16_t treble) = 0;
+    int soundTrackCount(Movie movie) const;
+    OSErr MediaSetSoundBassAndTreble(Movie movie, int soundTrack, std::int16_t bass, std::int16_t treble);
 
     // Metering: volume of the device mix, bands of the stereo mix. `bands` comes back as the count that is delivered.
     // Levels are read into the caller's records, counts included, without allocation; before metering is switched on
     // the status is not zero.
-    virtual OSErr SetMovieAudioVolumeMeteringEnabled(Movie movie, std::uint32_t mix, bool enabled) = 0;
-    virtual OSErr SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t& bands) = 0;
-    virtual OSErr GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, QTAudioVolumeLevels& averagePower,
-                                            QTAudioVolumeLevels& peakHold) = 0;
-    virtual OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, QTAudioFrequencyLevels& levels) = 0;
+    OSErr SetMovieAudioVolumeMeteringEnabled(Movie movie, std::uint32_t mix, bool enabled);
+    OSErr SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t& bands);
+    OSErr GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, QTAudioVolumeLevels& averagePower,
+                                    QTAudioVolumeLevels& peakHold) const;
+    OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, QTAudioFrequencyLevels& levels) const;
+
+private:
+    const MovieRegistry& m_movies;
 };
 
 }  // namespace qm

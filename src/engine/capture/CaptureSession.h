@@ -4,7 +4,7 @@
 
 #include <atomic>
 
-#include "engine/api/MediaEngine.h"
+#include "engine/api/Patience.h"
 #include "engine/api/QTCapture.h"
 #include "engine/capture/MovieFileOutput.h"
 #include "engine/capture/SoundInput.h"

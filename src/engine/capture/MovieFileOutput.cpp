@@ -39,7 +39,9 @@ void MovieFileOutput::begin(const std::string& path) {
     if (m_sampleRate == 0) return endWith({ErrorCategory::Device, "there is no sound input"});
     auto file = MovieFileWriter::create(path, m_sampleRate);
     if (!file) return endWith(file.error());
+    m_ring.handOverProducer();  // nobody uses it now: the next device, and the next writer, may be other threads
     m_ring.discard();
+    m_ring.handOverConsumer();
     m_lostFrames = 0;
     m_inputLost = false;
     m_stop = false;
@@ -64,6 +66,7 @@ void MovieFileOutput::finish() {
         if (!hasEnded(std::chrono::milliseconds(0))) return qmLog("recording: the file does not answer");
     }
     m_thread.join();
+    m_ring.handOverConsumer();
 }
 
 bool MovieFileOutput::hasEnded(std::chrono::milliseconds longest) {

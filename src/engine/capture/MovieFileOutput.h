@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-#include "engine/api/MediaEngine.h"
+#include "engine/api/Patience.h"
 #include "engine/api/QTCapture.h"
 #include "engine/capture/MovieFileWriter.h"
 #include "engine/capture/SoundInput.h"

@@ -15,54 +15,54 @@ const std::string kCancelled = "cancelled";
 
 }  // namespace
 
-FileExport::FileExport(std::shared_ptr<const FileBytes> source, const std::string& target, float preferredRate) {
-    m_thread =
-        std::thread([this, source = std::move(source), target, preferredRate] { run(source, target, preferredRate); });
-}
+FileExport::FileExport(std::shared_ptr<const FileBytes> source, const std::string& target, float preferredRate,
+                       std::shared_ptr<Reaper> reaper)
+    : m_reaper(std::move(reaper)), m_thread([work = m_work, source = std::move(source), target, preferredRate] {
+          work->run(source, target, preferredRate);
+      }) {}
 
 FileExport::~FileExport() {
     cancel();
-    if (m_thread.joinable()) {
-        m_thread.join();
-    }
+    m_reaper->end(std::move(m_thread));
 }
 
 // The file is gone when this returns, unless its folder does not answer in time.
 void FileExport::cancel() {
-    m_monitor.cancelled = true;
-    if (m_finished) return;
-    aside([making = m_making] {
-        const std::lock_guard lock(making->mutex);
-        if (making->target) making->target->abandon();
+    m_work->monitor.cancelled = true;
+    if (m_work->finished) return;
+    aside([work = m_work] {
+        const std::lock_guard lock(work->mutex);
+        if (work->target) work->target->abandon();
     }).wait_for(kLongestRemoval);
 }
 
-void FileExport::run(std::shared_ptr<const FileBytes> source, const std::string& target, float preferredRate) {
+void FileExport::Work::run(const std::shared_ptr<const FileBytes>& source, const std::string& path,
+                           float preferredRate) {
     preferThisThread(Urgency::Idle);
-    m_failure = write(source, target, preferredRate);
-    if (!m_failure.empty()) qmLog("cannot export to " + target + ": " + m_failure);
-    m_finished = true;
+    failure = write(source, path, preferredRate);
+    if (!failure.empty()) qmLog("cannot export to " + path + ": " + failure);
+    finished = true;
 }
 
 // Returns why the file could not be written, or an empty text when it is there.
-std::string FileExport::write(const std::shared_ptr<const FileBytes>& source, const std::string& target,
-                              float preferredRate) {
-    const auto made = makeTarget(target);
+std::string FileExport::Work::write(const std::shared_ptr<const FileBytes>& source, const std::string& path,
+                                    float preferredRate) {
+    const auto made = makeTarget(path);
     if (!made) return made.error().message;
-    auto failure = exportMovie(source, *made.value(), preferredRate, m_monitor);
-    if (!failure) failure = made.value()->commit();
-    if (!failure) return {};
+    auto failed = exportMovie(source, *made.value(), preferredRate, monitor);
+    if (!failed) failed = made.value()->commit();
+    if (!failed) return {};
     made.value()->abandon();
-    return m_monitor.cancelled ? kCancelled : failure->message;
+    return monitor.cancelled ? kCancelled : failed->message;
 }
 
-Result<std::shared_ptr<TargetFile>> FileExport::makeTarget(const std::string& target) {
-    const std::lock_guard lock(m_making->mutex);
-    if (m_monitor.cancelled) return Error{ErrorCategory::GivenUp, kCancelled};
-    auto created = TargetFile::create(target);
+Result<std::shared_ptr<TargetFile>> FileExport::Work::makeTarget(const std::string& path) {
+    const std::lock_guard lock(mutex);
+    if (monitor.cancelled) return Error{ErrorCategory::GivenUp, kCancelled};
+    auto created = TargetFile::create(path);
     if (!created) return created.error();
-    m_making->target = std::move(created.value());
-    return m_making->target;
+    target = std::move(created.value());
+    return target;
 }
 
 }  // namespace qm

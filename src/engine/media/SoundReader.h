@@ -14,8 +14,8 @@
 #include <string>
 #include <vector>
 
-#include "engine/api/MetaData.h"
 #include "engine/api/Result.h"
+#include "engine/api/Tag.h"
 #include "engine/media/FileBytes.h"
 #include "engine/media/VideoReader.h"
 

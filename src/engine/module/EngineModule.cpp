@@ -12,8 +12,8 @@
 
 extern "C" QM_VISIBLE const qm::EngineModule* qmEngineModule() {
     static const qm::EngineModule module{
-        [](qm::Patience patience) -> std::unique_ptr<qm::MediaEngine> {
-            return std::make_unique<qm::FileEngine>(qm::openSystemOutput, std::move(patience));
+        [](qm::MovieRegistry& movies, qm::Patience patience) -> std::unique_ptr<qm::MediaEngine> {
+            return std::make_unique<qm::FileEngine>(movies, qm::openSystemOutput, std::move(patience));
         },
         [](qm::Patience patience) -> std::unique_ptr<qm::CaptureEngine> {
             return std::make_unique<qm::SystemCapture>(qm::openSystemInput, std::move(patience));

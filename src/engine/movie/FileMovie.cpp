@@ -3,39 +3,21 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <utility>
 
 #include "engine/export/FileExport.h"
 #include "engine/media/tags/Tags.h"
+#include "engine/movie/SilentReader.h"
 
 namespace qm {
 
 namespace {
 
 constexpr std::int32_t kScaleWithoutSound = 600;
-constexpr int kSilentRate = 48000;
 
-// Stands in for the sound of a film without any, so that its time goes on.
-class SilentReader : public SoundReader {
-public:
-    explicit SilentReader(double seconds) : m_length(std::llround(seconds * kSilentRate)) {}
-    int sampleRate() const override { return kSilentRate; }
-    std::int64_t length() const override { return m_length; }
-    int channels() const override { return 0; }
-    bool read(std::int64_t, float* stereo, std::size_t count) override {
-        std::fill_n(stereo, 2 * count, 0.0f);
-        return true;
-    }
-
-private:
-    std::int64_t m_length;
-};
-
-std::unique_ptr<SoundReader> soundOrSilence(std::unique_ptr<SoundReader> sound, double seconds) {
-    if (sound) return sound;
-    return std::make_unique<SilentReader>(seconds);
-}
+static_assert(Meter::kChannels == kMeterChannels && Meter::kBands == kMeterBands);
 
 // Foreign headers state all kinds of rates: one at which nothing could be heard is none.
 float playableRate(double stated) {
@@ -52,23 +34,21 @@ std::int64_t rescale(std::int64_t value, std::int32_t to, std::int32_t from) {
 
 }  // namespace
 
-FileMovie::FileMovie(Movie handle, std::shared_ptr<MovieRegistry> registry, OpenedMedia media, OutputFactory openOutput)
-    : m_handle(handle),
-      m_registry(std::move(registry)),
+FileMovie::FileMovie(MovieRegistry& registry, std::shared_ptr<Reaper> reaper, OpenedMedia media,
+                     OutputFactory openOutput)
+    : QTMovie(registry),
+      m_reaper(std::move(reaper)),
       m_description(media.description),
       m_tags(std::move(media.tags)),
       m_works(std::make_unique<Works>(media, std::move(openOutput))),
       m_render(m_works->render),
       m_timeScale(m_description.hasSound ? m_render.sampleRate() : kScaleWithoutSound),
-      m_preferredRate(playableRate(m_description.preferredRate)) {
-    m_registry->movies.emplace(m_handle, this);
-}
+      m_preferredRate(playableRate(m_description.preferredRate)) {}
 
 FileMovie::~FileMovie() {
-    m_registry->movies.erase(m_handle);
     setPictureViewer(std::nullopt);
     m_render.close();
-    m_registry->reaper.end(std::move(m_works));
+    m_reaper->end(std::move(m_works));
 }
 
 FileMovie::Works::Works(OpenedMedia& media, OutputFactory openOutput)
@@ -121,9 +101,29 @@ void FileMovie::setPitch(float cents) {
     request();
 }
 
-void FileMovie::setTone(const ToneSettings& tone) {
-    m_request.tone = tone;
+// The sound tracks are heard as one.
+void FileMovie::setTone(int, std::int16_t bass, std::int16_t treble) {
+    m_request.tone = {bass, treble};
     request();
+}
+
+bool FileMovie::readVolumeLevels(QTAudioVolumeLevels& averagePower, QTAudioVolumeLevels& peakHold) const {
+    if (!meter().volumeEnabled()) return false;
+    const Meter::Levels heard = meter().levels();
+    averagePower.numChannels = peakHold.numChannels = kMeterChannels;
+    std::copy(heard.averagePower.begin(), heard.averagePower.end(), std::begin(averagePower.level));
+    std::copy(heard.peakHold.begin(), heard.peakHold.end(), std::begin(peakHold.level));
+    return true;
+}
+
+bool FileMovie::readFrequencyLevels(QTAudioFrequencyLevels& levels) const {
+    if (!meter().bandsEnabled()) return false;
+    const Meter::Levels heard = meter().levels();
+    levels.numChannels = kMeterChannels;
+    levels.numFrequencyBands = kMeterBands;
+    float* level = levels.level;
+    for (const auto& channel : heard.bands) level = std::copy(channel.begin(), channel.end(), level);
+    return true;
 }
 
 void FileMovie::request() {
@@ -134,6 +134,7 @@ void FileMovie::request() {
     // A selection that ends before it begins is what lies between the two.
     m_request.rangeBegin = std::min(from, to);
     m_request.rangeEnd = std::max(from, to);
+    m_selectionIsNew = false;
     m_render.request(m_request);
     if (m_works->video) m_works->video->clockChanged();
 }
@@ -229,12 +230,16 @@ std::optional<std::string> FileMovie::copyrightAttribute() const {
 
 void FileMovie::setSelectionAttribute(QTTimeRange range) {
     m_selection = range;
-    request();
+    m_selectionIsNew = true;
+    if (m_playsSelectionOnly) request();
 }
 
+// Between the calls that set a loop, or end it, another passage would be heard for a moment: so one that leaves the
+// loop half set waits for the next.
 void FileMovie::setLoopsAttribute(bool loops) {
     m_request.loops = loops;
-    request();
+    const bool isHalfSet = loops ? m_selectionIsNew : m_playsSelectionOnly;
+    if (!isHalfSet) request();
 }
 
 void FileMovie::setPlaysSelectionOnlyAttribute(bool only) {
@@ -254,7 +259,7 @@ Waveform FileMovie::waveform() const {
 }
 
 std::unique_ptr<MovieExport> FileMovie::writeToFileWithAttributes(const std::string& path, WriteAttribute) {
-    return std::make_unique<FileExport>(m_works->file, path, m_preferredRate);
+    return std::make_unique<FileExport>(m_works->file, path, m_preferredRate, m_reaper);
 }
 
 void FileMovie::setMuted(bool muted) {
@@ -273,6 +278,7 @@ void FileMovie::setBalance(float balance) {
 }
 
 void FileMovie::applyGains() {
+    assert(m_mainThread.isHere());
     const float volume = m_muted ? 0.0f : m_volume;
     m_render.setGains(volume * std::min(1.0f, 1.0f - m_balance), volume * std::min(1.0f, 1.0f + m_balance));
 }

@@ -4,9 +4,7 @@
 
 #include <memory>
 #include <string>
-#include <unordered_map>
 
-#include "engine/api/MetaData.h"
 #include "engine/api/QTMovie.h"
 #include "engine/media/SoundReader.h"
 #include "engine/movie/WaveformScan.h"
@@ -17,18 +15,10 @@
 
 namespace qm {
 
-class FileMovie;
-
-// The movies that live, and who ends what is left of the others.
-struct MovieRegistry {
-    std::unordered_map<Movie, FileMovie*> movies;
-    Reaper reaper;
-};
-
 class FileMovie : public QTMovie {
 public:
-    // Stands in the registry under its handle for as long as it lives.
-    FileMovie(Movie handle, std::shared_ptr<MovieRegistry> registry, OpenedMedia media, OutputFactory openOutput);
+    // What is left of it when it is closed ends with the reaper.
+    FileMovie(MovieRegistry& registry, std::shared_ptr<Reaper> reaper, OpenedMedia media, OutputFactory openOutput);
     ~FileMovie() override;  // falls silent at once; its threads, device and file end when they can
 
     void play() override;
@@ -36,13 +26,16 @@ public:
     void setRate(float rate) override;
     QTTime currentTime() const override;
     void setCurrentTime(QTTime time) override;
+    void seekTo(std::int64_t time) override;
     QTTime duration() const override;
+    bool isDone() const override;
     std::optional<long> timeScaleAttribute() const override;
     bool hasVideoAttribute() const override;
     std::optional<std::string> displayNameAttribute() const override;
     std::optional<std::string> copyrightAttribute() const override;
     std::optional<std::int64_t> dataSizeAttribute() const override { return m_works->file->size(); }
     std::vector<std::optional<std::string>> trackFormatSummaries() const override { return m_description.trackFormats; }
+    const std::vector<Tag>& tags() const override { return m_tags; }
     void setSelectionAttribute(QTTimeRange range) override;
     void setLoopsAttribute(bool loops) override;
     void setPlaysSelectionOnlyAttribute(bool only) override;
@@ -50,23 +43,22 @@ public:
     void setMuted(bool muted) override;
     void setVolume(float volume) override;
     float volume() const override { return m_volume; }
+    void setBalance(float balance) override;
+    void setPitch(float cents) override;
+    int soundTrackCount() const override { return m_description.hasSound ? 1 : 0; }
+    void setTone(int soundTrack, std::int16_t bass, std::int16_t treble) override;
+    void meterVolume(bool on) override { meter().enableVolume(on); }
+    void meterBands(bool on) override { meter().enableBands(on); }
+    bool readVolumeLevels(QTAudioVolumeLevels& averagePower, QTAudioVolumeLevels& peakHold) const override;
+    bool readFrequencyLevels(QTAudioFrequencyLevels& levels) const override;
+    std::optional<SoundOutput> soundOutput() const override { return m_render.soundOutput(); }
     void setPictureViewer(std::optional<PictureViewer> viewer) override;
     std::shared_ptr<const VideoPicture> currentPicture() const override;
     Waveform waveform() const override;
     std::unique_ptr<MovieExport> writeToFileWithAttributes(const std::string& path, WriteAttribute attribute) override;
-    Movie quickTimeMovie() const override { return m_handle; }
 
-    // True when playback has reached the end in its direction of play: that of the last rate that was not zero. A movie
-    // that was only moved to an end while it stood still has not played to it.
-    bool isDone() const;
-    void setPitch(float cents);
-    void setBalance(float balance);
-    void setTone(const ToneSettings& tone);
-    bool hasSound() const { return m_description.hasSound; }
-    void seekTo(std::int64_t time);  // units of the movie's time scale
-    Meter& meter() { return m_render.meter(); }
+    Meter& meter() const { return m_render.meter(); }
     const RenderThread& renderThread() const { return m_render; }
-    const std::vector<Tag>& tags() const { return m_tags; }
 
 private:
     // All of a movie that may have to wait for its device or its file before it can end.
@@ -92,8 +84,7 @@ private:
     std::int64_t toUnits(std::int64_t frames) const;
 
     const ThreadRole m_mainThread;
-    const Movie m_handle;
-    const std::shared_ptr<MovieRegistry> m_registry;
+    const std::shared_ptr<Reaper> m_reaper;
     const MediaDescription m_description;
     const std::vector<Tag> m_tags;
     std::unique_ptr<Works> m_works;
@@ -103,6 +94,7 @@ private:
     float m_preferredRate;
     bool m_hasRate = false;  // it was told one
     QTTimeRange m_selection;
+    bool m_selectionIsNew = false;  // and has not been asked for
     bool m_playsSelectionOnly = false;
     bool m_backward = false;
     bool m_hasPlayed = false;  // since it was last moved while it stood still

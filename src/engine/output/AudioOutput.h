@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <thread>
 
 #include "engine/api/Result.h"
 #include "engine/render/StereoFrame.h"
@@ -63,19 +64,26 @@ public:
         m_running = true;
         return true;
     }
-    void stop() override { m_running = false; }
+    void stop() override {
+        m_running = false;
+        while (m_stepping) std::this_thread::yield();
+    }
     std::int64_t framesPlayed() const override { return m_played; }
 
     // Pulls frames as a device's callback would; silence while stopped.
     void step(std::span<StereoFrame> out) {
-        if (!m_running) return;
-        m_source.fill(out);
-        m_played += static_cast<std::int64_t>(out.size());
+        m_stepping = true;
+        if (m_running) {
+            m_source.fill(out);
+            m_played += static_cast<std::int64_t>(out.size());
+        }
+        m_stepping = false;
     }
 
 private:
     OutputSource& m_source;
     std::atomic<bool> m_running{false};
+    std::atomic<bool> m_stepping{false};
     std::atomic<std::int64_t> m_played{0};
 };
 

@@ -1,5 +1,6 @@
 #include "engine/output/DeviceKeeper.h"
 
+#include <cassert>
 #include <chrono>
 #include <cmath>
 #include <string>
@@ -62,6 +63,7 @@ void DeviceKeeper::close() {
 }
 
 void DeviceKeeper::watch() {
+    assert(m_renderThread.isHere());
     replaceIfGone();
     watchPulse();
     watchForGaps();
@@ -91,9 +93,9 @@ void DeviceKeeper::findDevice() {
 }
 
 void DeviceKeeper::setDevice(std::unique_ptr<AudioOutput> device) {
-    if (m_device) onDevice([this] { m_device->stop(); });
+    assert(m_renderThread.isHere());
+    if (m_device) stop();
     if (device) onDevice([&] { device->setReserve(m_reserve.deviceSeconds()); });
-    m_started = false;
     m_growBy = 0;
     std::unique_ptr<AudioOutput> old;
     {
@@ -105,6 +107,7 @@ void DeviceKeeper::setDevice(std::unique_ptr<AudioOutput> device) {
 }
 
 bool DeviceKeeper::startToPlay() {
+    assert(m_renderThread.isHere());
     m_idleSince = 0;
     if (m_started) return true;
     m_started = start();
@@ -119,19 +122,26 @@ bool DeviceKeeper::start() {
 }
 
 void DeviceKeeper::leaveAlone() {
+    assert(m_renderThread.isHere());
     if (!m_started || !m_output.gateIsClosed()) return;
     const std::int64_t now = m_clock();
     if (m_idleSince == 0) m_idleSince = now;
     if (now - m_idleSince >= kIdle) rest();
 }
 
-void DeviceKeeper::rest() {
+void DeviceKeeper::stop() {
     onDevice([this] { m_device->stop(); });
+    m_output.handOverFilling();
     m_started = false;
+}
+
+void DeviceKeeper::rest() {
+    stop();
     if (m_reserve.rest(m_clock())) onDevice([this] { m_device->setReserve(m_reserve.deviceSeconds()); });
 }
 
 bool DeviceKeeper::rendererIsTooLate() {
+    assert(m_renderThread.isHere());
     const std::uint32_t underruns = m_output.underruns();
     if (underruns == m_knownUnderruns) return false;
     const std::int64_t now = m_clock();
@@ -162,10 +172,8 @@ void DeviceKeeper::growReserve() {
     qmLog("sound output: the device ran dry; it is to hold " +
           std::to_string(std::lround(1000 * m_reserve.deviceSeconds())) + " ms from now on");
     m_growBy = 0;
-    onDevice([this] {
-        m_device->stop();
-        m_device->setReserve(m_reserve.deviceSeconds());
-    });
+    stop();
+    onDevice([this] { m_device->setReserve(m_reserve.deviceSeconds()); });
     m_started = start();
 }
 

@@ -15,6 +15,7 @@
 #include "engine/output/GapWatch.h"
 #include "engine/output/OutputCallback.h"
 #include "engine/output/Reserve.h"
+#include "engine/realtime/ThreadRole.h"
 
 namespace qm {
 
@@ -37,6 +38,7 @@ public:
     void leaveAlone();
 
     bool isStarted() const { return m_started; }
+    bool isPlayingOut() const { return m_growBy != 0; }  // before it is opened again with a larger reserve
 
     // True when the lanes ran dry since it was last asked, and so often that rendering must cost less.
     bool rendererIsTooLate();
@@ -56,6 +58,7 @@ private:
     template <typename Call>
     auto onDevice(Call call);
     bool start();
+    void stop();
     void rest();
     void setDevice(std::unique_ptr<AudioOutput> device);
     void replaceIfGone();
@@ -68,6 +71,7 @@ private:
     const OutputFactory m_openOutput;
     const int m_sampleRate;
     const Clock m_clock;
+    const ThreadRole m_renderThread;
 
     bool m_started = false;
     Reserve m_reserve;

@@ -7,11 +7,13 @@
 namespace qm {
 
 Lane* LanePair::idle() {
+    assert(m_writer.isHere());
     if (m_settled.load(std::memory_order_acquire) != m_issued.load(std::memory_order_relaxed)) return nullptr;
     return &m_lanes[1 - m_written];
 }
 
 void LanePair::splice(const Splice& splice) {
+    assert(m_writer.isHere());
     m_pending = splice;
     m_written = 1 - m_written;
     m_issued.fetch_add(1, std::memory_order_release);

@@ -5,11 +5,13 @@
 
 #include <array>
 #include <atomic>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 
 #include "engine/output/Lane.h"
+#include "engine/realtime/ThreadRole.h"
 
 namespace qm {
 
@@ -30,8 +32,14 @@ public:
     Lane* idle();
 
     // Render thread. The lane that the newest splice leads to: more of the sound is written to its end.
-    Lane& beingWritten() { return m_lanes[m_written]; }
-    const Lane& beingWritten() const { return m_lanes[m_written]; }
+    Lane& beingWritten() {
+        assert(m_writer.isHere());
+        return m_lanes[m_written];
+    }
+    const Lane& beingWritten() const {
+        assert(m_writer.isHere());
+        return m_lanes[m_written];
+    }
 
     // Render thread, when the idle lane has been written.
     void splice(const Splice& splice);
@@ -56,6 +64,11 @@ public:
     // The playing lane is dry: a fade into it is over if nothing more will come.
     void runDry();
 
+    // When whoever was in the callback's place is known to have done with it: the next one takes it.
+    void handOverReading() {
+        for (Lane& lane : m_lanes) lane.frames.handOverConsumer();
+    }
+
 private:
     void change(bool inSilence);
     void catchUp();
@@ -63,7 +76,8 @@ private:
     void finishFade();
 
     std::array<Lane, 2> m_lanes;
-    std::size_t m_written = 0;                // render thread only
+    const ThreadRole m_writer;
+    std::size_t m_written = 0;                // writer only
     Splice m_pending;                         // written before m_issued is raised
     std::atomic<std::uint64_t> m_issued{0};   // splices asked for
     std::atomic<std::uint64_t> m_settled{0};  // splices carried out, old lane drained

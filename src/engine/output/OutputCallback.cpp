@@ -1,10 +1,12 @@
 #include "engine/output/OutputCallback.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace qm {
 
 void OutputCallback::fill(std::span<StereoFrame> out) noexcept {
+    assert(m_deviceThread.isHere());
     while (!out.empty()) {
         takeSplice();
         const bool running = m_gate.isWanted();  // asked once: it may change at any time
@@ -52,10 +54,23 @@ void OutputCallback::rest(std::span<StereoFrame> out) {
     m_stamps.add(out.size(), m_lanes.playing(), false);
 }
 
+void OutputCallback::handOverFilling() {
+    m_deviceThread.handOver();
+    m_lanes.handOverReading();
+}
+
 void OutputCallback::settleWhileStopped() {
+    assert(m_deviceThread.isHere());
     m_gate.shut();
     takeSplice();
     m_meter.fallSilent();
+    handOverFilling();
+}
+
+void OutputCallback::restartDeviceCount() {
+    assert(m_deviceThread.isHere());
+    m_stamps.restart(m_lanes.playing());
+    handOverFilling();
 }
 
 }  // namespace qm

@@ -14,6 +14,7 @@
 #include "engine/output/Limiter.h"
 #include "engine/output/Meter.h"
 #include "engine/output/StampLog.h"
+#include "engine/realtime/ThreadRole.h"
 
 namespace qm {
 
@@ -28,11 +29,14 @@ public:
     LanePair& lanes() { return m_lanes; }
     const LanePair& lanes() const { return m_lanes; }
 
+    // Render thread. The device has been stopped: whoever calls fill() next may be another thread.
+    void handOverFilling();
+
     // Render thread, while the device is stopped: carries out a pending splice that no callback would see to.
     void settleWhileStopped();
 
     // Render thread, while no device is running: the next device counts its frames from zero.
-    void restartDeviceCount() { m_stamps.restart(m_lanes.playing()); }
+    void restartDeviceCount();
 
     // Any thread.
     void setRunning(bool running) { m_gate.setWanted(running); }
@@ -52,6 +56,7 @@ private:
     void rest(std::span<StereoFrame> out);
     void play(std::span<StereoFrame> out, bool running);
 
+    ThreadRole m_deviceThread;  // or who stands in for it while none runs
     LanePair m_lanes;
     Gate m_gate;
     Gain m_gain;

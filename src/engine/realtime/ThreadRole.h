@@ -1,5 +1,5 @@
-// Which thread may call: the one that asks first takes the role and keeps it. Wrap the question in an assertion, so
-// that it costs nothing where assertions are off. Any thread; never blocks.
+// Which thread may call: the one that asks first takes the role and keeps it until the role is handed over. Wrap the
+// question in an assertion, so that it costs nothing where assertions are off. Any thread; never blocks.
 #pragma once
 
 #include <atomic>
@@ -10,10 +10,13 @@ namespace qm {
 class ThreadRole {
 public:
     bool isHere() const noexcept {
-        std::thread::id owner;
         const std::thread::id self = std::this_thread::get_id();
-        return m_owner.compare_exchange_strong(owner, self) || owner == self;
+        std::thread::id owner = m_owner.load();
+        return owner == self || (owner == std::thread::id() && m_owner.compare_exchange_strong(owner, self));
     }
+
+    // The next thread that asks takes the role. To be called when the one that has it is known to have done with it.
+    void handOver() noexcept { m_owner.store({}); }
 
 private:
     mutable std::atomic<std::thread::id> m_owner{};

@@ -1,6 +1,7 @@
 #include "engine/render/LaneWriter.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 
 #include "engine/render/Alignment.h"
@@ -53,6 +54,7 @@ bool LaneWriter::needsSplice(const RenderRequest& wanted, const Shape& shape) co
 }
 
 void LaneWriter::follow(const RenderRequest& wanted) {
+    assert(m_renderThread.isHere());
     const Shape shape = shapeOf(wanted);
     m_spliceWaits = false;
     if (!needsSplice(wanted, shape)) return;
@@ -147,6 +149,7 @@ bool LaneWriter::wantsFrames(std::size_t ahead) const {
 }
 
 void LaneWriter::writeOn(std::size_t ahead) {
+    assert(m_renderThread.isHere());
     if (!canWriteOn(ahead)) return;
     Lane& lane = m_output.lanes().beingWritten();
     const std::span<StereoFrame> block(m_block.data(), kBlock);

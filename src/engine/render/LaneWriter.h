@@ -6,9 +6,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "engine/output/OutputCallback.h"
+#include "engine/realtime/ThreadRole.h"
 #include "engine/render/PcmCache.h"
 #include "engine/render/RenderRequest.h"
 #include "engine/render/Renderer.h"
@@ -59,6 +61,7 @@ private:
     void publish(Lane& lane, const Splice& splice, const Shape& shape);
     bool wantsFrames(std::size_t ahead) const;
 
+    const ThreadRole m_renderThread;
     PcmCache& m_cache;
     OutputCallback& m_output;
     Renderer m_renderer;

@@ -1,5 +1,6 @@
 #include "engine/render/RenderThread.h"
 
+#include <cassert>
 #include <chrono>
 #include <cmath>
 
@@ -11,6 +12,11 @@ namespace qm {
 namespace {
 
 constexpr std::chrono::microseconds kCoalescing{400};
+// How long it sleeps when everything is done. A request wakes it; the lane, a fifth of which is played meanwhile,
+// waits.
+constexpr std::chrono::milliseconds kPlayingNap{30};
+constexpr std::chrono::milliseconds kPlayOutNap{10};  // a device that has played out is silent until it is looked at
+constexpr std::chrono::milliseconds kRestingNap{500};
 
 std::size_t framesOf(double seconds, int sampleRate) {
     return static_cast<std::size_t>(std::llround(seconds * sampleRate));
@@ -41,8 +47,10 @@ void RenderThread::close() {
 }
 
 void RenderThread::request(const Request& request) {
+    assert(m_mainThread.isHere());
     {
         const std::lock_guard lock(m_mutex);
+        if (request == m_request) return;
         m_request = request;
         ++m_requestCount;
         if (!request.moves()) m_output.setRunning(false);
@@ -63,6 +71,11 @@ double RenderThread::heard() const {
 RenderThread::Request RenderThread::newestRequest() const {
     const std::lock_guard lock(m_mutex);
     return m_request;
+}
+
+std::uint64_t RenderThread::requests() const {
+    const std::lock_guard lock(m_mutex);
+    return m_requestCount;
 }
 
 bool RenderThread::isCaughtUp() const {
@@ -100,8 +113,8 @@ bool RenderThread::waitForWork(Request& request) {
     std::unique_lock lock(m_mutex);
     if (!isBusy() && m_requestCount == m_seenRequests && !m_closing) {
         m_caughtUpWith = m_seenRequests;
-        const auto patience = std::chrono::milliseconds(m_device.isStarted() ? 10 : 500);
-        m_requested.wait_for(lock, patience, [&] { return m_closing || m_requestCount != m_seenRequests; });
+        const auto nap = !m_device.isStarted() ? kRestingNap : m_device.isPlayingOut() ? kPlayOutNap : kPlayingNap;
+        m_requested.wait_for(lock, nap, [&] { return m_closing || m_requestCount != m_seenRequests; });
     }
     // One action of the user is often several requests in a row: they are rendered as one.
     while (m_requestCount != m_seenRequests && !m_closing) {

@@ -11,10 +11,11 @@
 #include <optional>
 #include <thread>
 
-#include "engine/api/MediaEngine.h"
+#include "engine/api/SoundOutput.h"
 #include "engine/output/AudioOutput.h"
 #include "engine/output/DeviceKeeper.h"
 #include "engine/output/OutputCallback.h"
+#include "engine/realtime/ThreadRole.h"
 #include "engine/render/LaneWriter.h"
 #include "engine/render/PcmCache.h"
 #include "engine/render/RenderRequest.h"
@@ -32,16 +33,19 @@ public:
     std::int64_t length() const { return m_cache.length(); }
 
     // Main thread.
-    void request(const Request& request);
-    void close();  // silence at once, and nothing more is done; the end may then have to wait for device and file
+    void request(const Request& request);  // one that asks for the same as the last is none
     void setGains(float left, float right) { m_output.setGains(left, right); }
     Meter& meter() { return m_output.meter(); }
+    void close();  // silence at once, and nothing more is done; the end may then have to wait for device and file
 
     // Any thread. The position being heard, in frames; until the newest seek is heard, its target.
     double heard() const;
 
     Request newestRequest() const;  // any thread
 
+    // Any thread. Counts since the beginning.
+    std::uint64_t requests() const;
+    std::uint64_t splices() const { return m_output.lanes().splices(); }
     std::uint32_t underruns() const { return m_output.underruns(); }
 
     std::optional<SoundOutput> soundOutput() const { return m_device.soundOutput(); }  // any thread, as the keeper says
@@ -59,6 +63,7 @@ private:
     void applyRunning(const Request& request);
     void openGate();
 
+    const ThreadRole m_mainThread;
     PcmCache m_cache;
     OutputCallback m_output;
 

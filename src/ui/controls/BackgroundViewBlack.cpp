@@ -1,6 +1,7 @@
 #include "ui/controls/BackgroundViewBlack.h"
 
 #include <QLinearGradient>
+#include <QPaintEvent>
 #include <QPainter>
 
 #include "ui/controls/PixelGrid.h"
@@ -8,13 +9,13 @@
 
 namespace qm {
 
-void BackgroundViewBlack::paintEvent(QPaintEvent*) {
+void BackgroundViewBlack::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     QLinearGradient upward(rect().bottomLeft() + QPoint(0, 1), rect().topLeft());
     upward.setColorAt(0, tokens::kGroundBottom);
     upward.setColorAt(1, tokens::kGroundTop);
-    fillRounded(painter, rect(), 1, upward);
+    fillRounded(painter, rect(), 1, upward, event->rect());
 }
 
 }  // namespace qm

@@ -47,13 +47,20 @@ void FocusRing::place() {
     const QRect area(m_followed->mapTo(parentWidget(), QPoint(0, 0)), m_followed->size());
     setGeometry(area.adjusted(-kReach, -kReach, kReach, kReach));
     raise();
+    drawAnew();
+}
+
+void FocusRing::drawAnew() {
+    m_drawn = path();
     update();
 }
 
 bool FocusRing::eventFilter(QObject*, QEvent* event) {
     const auto type = event->type();
     if (type == QEvent::Move || type == QEvent::Resize || type == QEvent::Show || type == QEvent::Hide) place();
-    if (type == QEvent::UpdateRequest || type == QEvent::Paint) update();
+    // A slider's knob has taken its ring along. Painting the ring paints the control below it: without the comparison
+    // each would ask for the other for ever.
+    if (type == QEvent::Paint && path() != m_drawn) drawAnew();
     return false;
 }
 
@@ -63,7 +70,7 @@ void FocusRing::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(kReach, kReach);
     painter.setPen(QPen(m_color, 2));
-    painter.drawPath(path());
+    painter.drawPath(m_drawn);
 }
 
 QPainterPath FocusRing::path() const {

@@ -35,8 +35,10 @@ protected:
 private:
     void follow(QWidget* before, QWidget* now);
     QPainterPath path() const;
+    void drawAnew();
 
     QPointer<QWidget> m_followed;
+    QPainterPath m_drawn;  // in the control's coordinates
     QColor m_color;
 };
 

@@ -3,24 +3,16 @@
 #include <QFontDatabase>
 #include <QPainter>
 #include <cmath>
-#include <future>
 
 #include "ui/controls/ExactFont.h"
 #include "ui/controls/PixelGrid.h"
-
-#ifdef QUILLMERE_FONTCONFIG
-#include <fontconfig/fontconfig.h>
-#endif
 
 namespace qm {
 
 namespace {
 
-std::future<void> g_readingFonts;
-
 QString uiFamily() {
     static const QString family = [] {
-        if (g_readingFonts.valid()) g_readingFonts.wait();
         return QFontDatabase::hasFamily(QStringLiteral("Inter"))
                    ? QStringLiteral("Inter")
                    : QFontDatabase::systemFont(QFontDatabase::GeneralFont).family();
@@ -32,8 +24,8 @@ bool isDigit(QChar c) {
     return c >= u'0' && c <= u'9';
 }
 
-// Cuts a time into single digits and stretches of everything else, and calls `place` with each and its x; answers the
-// width of the whole. All lengths are those of the layout size.
+// Cuts a time into single digits and stretches of everything else, and calls `place` with each, its x, and the index
+// behind it in the time; answers the width of the whole. All lengths are those of the layout size.
 template <typename Place>
 double layOutTime(Face& face, const QString& time, Place place) {
     double x = 0;
@@ -42,7 +34,7 @@ double layOutTime(Face& face, const QString& time, Place place) {
         while (!isDigit(time[i]) && end < time.size() && !isDigit(time[end])) ++end;
         LaidOutText& piece = face.line(time.mid(i, end - i), Qt::LeftToRight);
         const double room = isDigit(time[i]) ? face.digitCell() : piece.width();
-        place(piece, x + (room - piece.width()) / 2);
+        place(piece, x + (room - piece.width()) / 2, end);
         x += room;
         i = end;
     }
@@ -56,21 +48,24 @@ void beginLine(QPainter& painter, const QPointF& left) {
     painter.translate(left.x(), onPixelRow(painter, left.y()));
 }
 
+// A letter may reach out of the width it takes, the more so where the letters are set close.
+double reachOverCell(const QFont& font) {
+    return 1 + fontHeight(font) / 16;
+}
+
+double leftOfLine(const QRectF& rect, Qt::Alignment alignment, double width) {
+    if (alignment & Qt::AlignRight) return rect.right() - width;
+    if (alignment & Qt::AlignHCenter) return rect.center().x() - width / 2;
+    return rect.left();
+}
+
 QPointF placeOfLine(const QPainter& painter, const QRectF& rect, Qt::Alignment alignment, double width) {
-    double left = rect.left();
-    if (alignment & Qt::AlignRight) left = rect.right() - width;
-    if (alignment & Qt::AlignHCenter) left = rect.center().x() - width / 2;
+    const double left = leftOfLine(rect, alignment, width);
     const double scale = painter.deviceTransform().m22();
     return {left, rect.top() + centredBaseline(painter.font(), rect.height(), scale)};
 }
 
 }  // namespace
-
-void beginReadingFonts() {
-#ifdef QUILLMERE_FONTCONFIG
-    g_readingFonts = std::async(std::launch::async, [] { FcInit(); });
-#endif
-}
 
 QFont uiFont(double pixels, int weight, double spacing) {
     QFont font(uiFamily());
@@ -102,19 +97,38 @@ void drawLine(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, co
 
 double timeWidth(const QFont& font, const QString& time) {
     const ExactFont& exact = exactFont(font);
-    return layOutTime(*exact.face, time, [](LaidOutText&, double) {}) * exact.scale;
+    return layOutTime(*exact.face, time, [](LaidOutText&, double, qsizetype) {}) * exact.scale;
 }
 
-void drawTime(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& time) {
+void drawTime(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& time,
+              const std::optional<QRectF>& part) {
     const ExactFont& exact = exactFont(painter.font());
-    beginLine(painter, placeOfLine(painter, rect, alignment, timeWidth(painter.font(), time)));
+    const QPointF place = placeOfLine(painter, rect, alignment, timeWidth(painter.font(), time));
+    const double over = reachOverCell(painter.font());
+    beginLine(painter, place);
     double drawnAt = 0;
-    layOutTime(*exact.face, time, [&](LaidOutText& piece, double x) {
+    layOutTime(*exact.face, time, [&](LaidOutText& piece, double x, qsizetype) {
+        const double left = place.x() + x * exact.scale, right = left + piece.width() * exact.scale;
+        if (part && (right + over < part->left() || left - over > part->right())) return;
         painter.translate((x - drawnAt) * exact.scale, 0);
         drawnAt = x;
         piece.draw(painter, exact.scale);
     });
     painter.restore();
+}
+
+QRectF timePart(const QFont& font, const QRectF& rect, Qt::Alignment alignment, const QString& time, qsizetype first,
+                qsizetype last) {
+    const ExactFont& exact = exactFont(font);
+    double begin = 0, end = 0;
+    qsizetype pieceBegin = 0;
+    layOutTime(*exact.face, time, [&](LaidOutText& piece, double x, qsizetype behind) {
+        if (behind <= first) begin = (x + piece.width()) * exact.scale;
+        if (pieceBegin < last) end = (x + piece.width()) * exact.scale;
+        pieceBegin = behind;
+    });
+    const double left = leftOfLine(rect, alignment, timeWidth(font, time)), over = reachOverCell(font);
+    return {left + begin - over, rect.top(), end - begin + 2 * over, rect.height()};
 }
 
 double fontAscent(const QFont& font) {

@@ -8,15 +8,12 @@
 #include <QRectF>
 #include <QString>
 #include <QStringList>
+#include <optional>
 #include <utility>
 
 class QPainter;
 
 namespace qm {
-
-// Begins to read the system's font configuration on another thread; the first font waits for it. Call at most once,
-// before the application object is built, which does not need it.
-void beginReadingFonts();
 
 // Font of `pixels` logical pixels and `weight` (400, 500, 600, 700); `spacing` is in parts of the size, for example
 // -0.03. Text in it is measured and drawn with the functions below, which know its exact size.
@@ -35,7 +32,13 @@ void drawLineAt(QPainter& painter, const QPointF& left, const QString& text,
 
 // A time: the same, with each digit in a cell as wide as the widest.
 double timeWidth(const QFont& font, const QString& time);
-void drawTime(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& time);
+// Of one that is painted in part, only the characters that reach into `part` are drawn.
+void drawTime(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& time,
+              const std::optional<QRectF>& part = {});
+
+// Where the characters from `first` to before `last` are drawn, with what reaches out of their cells.
+QRectF timePart(const QFont& font, const QRectF& rect, Qt::Alignment alignment, const QString& time, qsizetype first,
+                qsizetype last);
 
 // The baseline that centres a line of the font's own height in `height`, in whole pixels of a screen of that scale.
 double centredBaseline(const QFont& font, double height, double scale);

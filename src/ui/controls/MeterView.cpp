@@ -1,5 +1,6 @@
 #include "ui/controls/MeterView.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -51,24 +52,38 @@ int LevelIndicator::cellsOf(float value) {
 void LevelIndicator::setFloatValue(float value) {
     const int before = litCells();
     m_value = std::isnan(value) ? 0 : value;
-    if (litCells() != before) update();
+    updateCells(before, litCells());
 }
 
 void LevelIndicator::setPeakValue(float value) {
     const int before = cellsOf(m_peak);
     m_peak = std::isnan(value) ? 0 : value;
-    if (cellsOf(m_peak) != before) update();
+    const int now = cellsOf(m_peak);
+    if (now == before) return;
+    updateCells(before - 1, before);
+    updateCells(now - 1, now);
 }
 
-void LevelIndicator::paintEvent(QPaintEvent*) {
+QRect LevelIndicator::placeOfCell(int cell) const {
+    return turned({cell * (kCell + kCellGap), 0, kCell, m_thickness}, uprightSize(), m_turns);
+}
+
+// Those between two counts of lit cells.
+void LevelIndicator::updateCells(int one, int other) {
+    const auto [first, last] = std::minmax(one, other);
+    if (first != last) update(placeOfCell(first) | placeOfCell(last - 1));
+}
+
+void LevelIndicator::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     const int lit = litCells(), peak = cellsOf(m_peak) - 1;
     for (int cell = 0; cell < kCells; ++cell) {
+        const QRect place = placeOfCell(cell);
+        if (!place.intersects(event->rect())) continue;
         painter.setBrush(cell < lit || cell == peak ? colorOfCell(cell) : kUnlit);
-        const QRect place(cell * (kCell + kCellGap), 0, kCell, m_thickness);
-        painter.drawRoundedRect(turned(place, uprightSize(), m_turns), kCellRadius, kCellRadius);
+        painter.drawRoundedRect(place, kCellRadius, kCellRadius);
     }
 }
 

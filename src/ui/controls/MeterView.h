@@ -33,6 +33,8 @@ protected:
 
 private:
     static int cellsOf(float value);
+    QRect placeOfCell(int cell) const;
+    void updateCells(int one, int other);
 
     const int m_tag;
     const int m_thickness;

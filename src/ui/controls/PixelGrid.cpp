@@ -26,10 +26,22 @@ double hairline(const QPainter& painter) {
     return std::max(1.0, std::floor(scale)) / scale;
 }
 
+bool isSeenToMove(double distance, double scale) {
+    return std::abs(distance) * scale >= 0.25;
+}
+
 void fillRounded(QPainter& painter, const QRectF& rect, double radius, const QBrush& brush) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(brush);
     painter.drawRoundedRect(onPixels(painter, rect), radius, radius);
+}
+
+void fillRounded(QPainter& painter, const QRectF& rect, double radius, const QBrush& brush, const QRectF& part) {
+    const double corner = radius + 1;
+    const bool holdsNone = (part.left() >= rect.left() + corner && part.right() <= rect.right() - corner) ||
+                           (part.top() >= rect.top() + corner && part.bottom() <= rect.bottom() - corner);
+    if (holdsNone) return painter.fillRect(onPixels(painter, rect), brush);
+    fillRounded(painter, rect, radius, brush);
 }
 
 void strokeRounded(QPainter& painter, const QRectF& rect, double radius, const QColor& color, double width) {

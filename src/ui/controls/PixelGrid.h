@@ -18,7 +18,14 @@ double onPixelRow(const QPainter& painter, double y);
 // The width of the thinnest sharp line that is no wider than one logical pixel, or one pixel of the screen.
 double hairline(const QPainter& painter);
 
+// Whether a shape that moves so many logical pixels looks different on a screen of that scale: from a quarter of one of
+// its pixels on.
+bool isSeenToMove(double distance, double scale);
+
 void fillRounded(QPainter& painter, const QRectF& rect, double radius, const QBrush& brush);
+
+// The same where the painter is clipped to `part`, which mostly holds no corner: then nothing is to be rounded.
+void fillRounded(QPainter& painter, const QRectF& rect, double radius, const QBrush& brush, const QRectF& part);
 
 // Inside the rectangle; `width` counts hairlines.
 void strokeRounded(QPainter& painter, const QRectF& rect, double radius, const QColor& color, double width = 1);

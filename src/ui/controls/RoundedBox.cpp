@@ -1,5 +1,6 @@
 #include "ui/controls/RoundedBox.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 
 #include "ui/controls/PixelGrid.h"
@@ -12,10 +13,12 @@ void RoundedBox::setCornerRadius(double radius) {
     update();
 }
 
-void RoundedBox::paintEvent(QPaintEvent*) {
+void RoundedBox::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    fillRounded(painter, rect(), m_cornerRadius, Qt::black);
+    fillRounded(painter, rect(), m_cornerRadius, Qt::black, event->rect());
+    constexpr int kLine = 2;  // pixels that its edge takes at most
+    if (rect().adjusted(kLine, kLine, -kLine, -kLine).contains(event->rect())) return;
     strokeRounded(painter, rect(), m_cornerRadius, tokens::kLineStrong);
 }
 

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QLinearGradient>
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QWheelEvent>
 #include <algorithm>
@@ -19,6 +20,7 @@ namespace {
 
 constexpr int kBubbleDelayMs = 400;
 constexpr double kWheelNotch = 120;
+constexpr double kKnobReach = 2;  // pixels beyond its radius: its shadow and its edge
 
 QColor white(double opacity) {
     return QColor::fromRgbF(1, 1, 1, static_cast<float>(opacity));
@@ -49,7 +51,16 @@ void Slider::setValue(double value) {
         QAccessibleValueChangeEvent changed(this, m_value);
         QAccessible::updateAccessibility(&changed);
     }
-    update();
+    paintMove();
+}
+
+// A cursor moves a fraction of a pixel at a time: only where the knob was and is, and not before it can be seen.
+void Slider::paintMove() {
+    const double from = xOfValue(m_drawnValue), to = knobX();
+    if (!isSeenToMove(to - from, devicePixelRatioF())) return;
+    m_drawnValue = m_value;
+    const double reach = m_look.knobRadius + kKnobReach;
+    update(QRectF(std::min(from, to) - reach, 0, std::abs(to - from) + 2 * reach, height()).toAlignedRect());
 }
 
 void Slider::setRange(double minimum, double maximum) {
@@ -149,7 +160,8 @@ QPainterPath Slider::focusPath() const {
 
 // --- drawing ---------------------------------------------------------------------------------------------------------
 
-void Slider::paintEvent(QPaintEvent*) {
+void Slider::paintEvent(QPaintEvent* event) {
+    if (event->rect() == rect()) m_drawnValue = m_value;
     QPainter painter(this);
     if (!m_dimmed && isEnabled()) return paintAll(painter);
     // Dimmed as a whole, so that the groove does not shine through the knob.
@@ -185,7 +197,7 @@ void Slider::paintGroove(QPainter& painter) const {
         amber.setAlphaF(0.55f);
         painter.fillRect(part(m_region->first, m_region->second), amber);
     }
-    const QRectF fill = part(m_resetValue, m_value);
+    const QRectF fill = part(m_resetValue, m_drawnValue);
     if (fill.width() > 0.5) {
         painter.setBrush(m_look.neutralFill ? tokens::kIcon : tokens::kAqua);
         painter.drawRoundedRect(fill, 1, 1);
@@ -200,7 +212,7 @@ void Slider::paintGroove(QPainter& painter) const {
 
 void Slider::paintKnob(QPainter& painter) const {
     const double radius = m_look.knobRadius;
-    const QPointF centre(knobX(), m_look.knobCentreY);
+    const QPointF centre(xOfValue(m_drawnValue), m_look.knobCentreY);
     painter.setPen(Qt::NoPen);
     painter.setBrush(black(0.45));
     painter.drawEllipse(centre + QPointF(0, 1), radius, radius);
@@ -233,7 +245,7 @@ void Slider::moveByUser(double value) {
         QAccessibleEvent spoken(this, QAccessible::DescriptionChanged);
         QAccessible::updateAccessibility(&spoken);
     }
-    emit action();
+    emit action(m_value);
 }
 
 void Slider::stepByUser(int steps) {

@@ -86,7 +86,8 @@ public:
     QSize minimumSizeHint() const override;
 
 signals:
-    void action();  // the user moved the knob: continuously while dragging, by key, wheel, groove click, double-click
+    // The user moved the knob: continuously while dragging, by key, wheel, groove click, double-click.
+    void action(double value);
 
 protected:
     void paintEvent(QPaintEvent*) override;
@@ -104,6 +105,7 @@ private:
     double valueOfX(double x) const;
     double afterStep(double value, int direction) const;
     bool isOnKnob(const QPointF& position) const;
+    void paintMove();
     void paintAll(QPainter& painter) const;
     void paintGroove(QPainter& painter) const;
     void paintKnob(QPainter& painter) const;
@@ -115,6 +117,7 @@ private:
 
     SliderLook m_look;
     double m_value = 0;
+    double m_drawnValue = 0;  // where the knob stands on the screen, as near to the value as can be seen
     double m_minimum = 0;
     double m_maximum = 1;
     double m_resetValue = 0;

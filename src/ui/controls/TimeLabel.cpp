@@ -1,7 +1,10 @@
 #include "ui/controls/TimeLabel.h"
 
+#include <QPaintEvent>
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "ui/controls/Fonts.h"
 #include "ui/controls/Tokens.h"
@@ -15,10 +18,14 @@ TimeLabel::TimeLabel(const QString& text, QWidget* parent) : QWidget(parent), m_
 
 void TimeLabel::setText(const QString& text) {
     if (m_text == text) return;
-    const bool grows = m_text.size() != text.size();
-    m_text = text;
-    if (grows) updateGeometry();
-    update();
+    const QString before = std::exchange(m_text, text);
+    if (before.size() != text.size()) updateGeometry();
+    if (before.size() != text.size() || timeWidth(font(), before) != timeWidth(font(), text)) return update();
+    // The cells from the first character that changes to the last.
+    const auto first = std::mismatch(before.begin(), before.end(), text.begin()).first - before.begin();
+    const auto last = std::mismatch(before.rbegin(), before.rend(), text.rbegin()).first.base() - before.begin();
+    for (const QString& each : {before, text})
+        update(timePart(font(), rect(), m_alignment, each, first, last).toAlignedRect());
 }
 
 void TimeLabel::setTextFont(const QFont& font, int lineHeight) {
@@ -43,11 +50,11 @@ QSize TimeLabel::sizeHint() const {
     return {static_cast<int>(std::ceil(timeWidth(font(), m_text))), m_lineHeight};
 }
 
-void TimeLabel::paintEvent(QPaintEvent*) {
+void TimeLabel::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setFont(font());
     painter.setPen(m_color);
-    drawTime(painter, rect(), m_alignment, m_text);
+    drawTime(painter, rect(), m_alignment, m_text, event->rect());
 }
 
 }  // namespace qm

@@ -46,9 +46,10 @@ void WaveformStrip::setPeaks(std::vector<float> peaks) {
 
 void WaveformStrip::setPosition(double position) {
     const double bounded = std::isnan(position) ? 0 : std::clamp(position, 0.0, 1.0);
-    if (bounded == m_position) return;
-    const double before = xOf(m_position), after = xOf(bounded);
     m_position = bounded;
+    const double before = xOf(m_drawnPosition), after = xOf(bounded);
+    if (!isSeenToMove(after - before, devicePixelRatioF())) return;
+    m_drawnPosition = bounded;
     const double left = std::min(before, after) - kCapReach, right = std::max(before, after) + kCapReach;
     update(QRect(static_cast<int>(std::floor(left)), 0, static_cast<int>(std::ceil(right - left)) + 1, height()));
 }
@@ -86,7 +87,7 @@ double WaveformStrip::sizeOfBar(int bar, int bars) const {
 
 QColor WaveformStrip::barColor(double fraction) const {
     if (!m_active) return {0x3A, 0x3E, 0x43};
-    const bool played = fraction < m_position;
+    const bool played = fraction < m_drawnPosition;
     if (!m_loop || !m_looping) return played ? tokens::kAqua : QColor(0x6B, 0x72, 0x7A);
     const auto [begin, end] = std::minmax(m_loop->first, m_loop->second);
     if (fraction < begin || fraction > end) return {0x50, 0x56, 0x5D};
@@ -94,9 +95,10 @@ QColor WaveformStrip::barColor(double fraction) const {
 }
 
 void WaveformStrip::paintEvent(QPaintEvent* event) {
+    if (event->rect() == rect()) m_drawnPosition = m_position;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    fillRounded(painter, rect(), tokens::kChipRadius, tokens::kStripGround);
+    fillRounded(painter, rect(), tokens::kChipRadius, tokens::kStripGround, event->rect());
     if (m_loop) {
         QColor wash = tokens::kAmber;
         wash.setAlphaF(0.13f);
@@ -151,7 +153,7 @@ void WaveformStrip::paintMark(QPainter& painter, double x, const FlagPlace& plac
 }
 
 void WaveformStrip::paintPlayhead(QPainter& painter) const {
-    const double x = xOf(m_position);
+    const double x = xOf(m_drawnPosition);
     painter.fillRect(QRectF(x - 1, 0, 2, height()), tokens::kWhite);
     QPainterPath cap(QPointF(x - 5, 0));
     cap.lineTo(x + 5, 0);

@@ -53,6 +53,7 @@ private:
 
     std::vector<float> m_peaks;
     double m_position = 0;
+    double m_drawnPosition = 0;  // of the playhead on the screen, as near to the position as can be seen
     std::optional<std::pair<double, double>> m_loop;
     bool m_looping = false;
     bool m_active = false;

@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <algorithm>
 #include <initializer_list>
+#include <optional>
 
 #include "ui/controls/PlayListView.h"
 #include "ui/controls/Slider.h"
@@ -21,9 +22,9 @@ void popUp(QMenu* menu, const QPoint& place) {
     menu->popup(place);
 }
 
-void enable(const QMenu& menu, std::initializer_list<const char*> names, bool enabled) {
-    for (const char* name : names)
-        if (auto* item = menu.findChild<QAction*>(QString::fromLatin1(name))) item->setEnabled(enabled);
+void enable(const QMenu& menu, std::initializer_list<ActionId> ids, bool enabled) {
+    for (const ActionId id : ids)
+        if (auto* item = menu.findChild<QAction*>(actionName(id))) item->setEnabled(enabled);
 }
 
 bool isMenuKey(const QKeyEvent& event) {
@@ -64,12 +65,16 @@ void ContextMenus::showForList(const QPoint& place, bool byKey) {
     const bool onRow =
         byKey ? view.isShown(view.selectedRow()) : view.listRowAt(view.viewport()->mapFromGlobal(place)) >= 0;
     if (!onRow) {
-        QMenu* menu = m_window.actions().makeContextMenu({"openFile", "findTrack", "", "clearList"}, &view);
+        QMenu* menu = m_window.actions().makeContextMenu(
+            {ActionId::openFile, ActionId::findTrack, std::nullopt, ActionId::clearList}, &view);
         return popUp(menu, byKey ? view.viewport()->mapToGlobal(QPoint(0, 0)) : place);
     }
     QMenu* menu = m_window.actions().makeContextMenu(
-        {"rowDoubleClicked", "selectTrack", "", "displayInfo", "exportMovie", "", "removeListEntry"}, &view);
-    enable(*menu, {"displayInfo", "exportMovie"}, m_state.qtMovie && m_loaded.row() == view.selectedRow());
+        {ActionId::rowDoubleClicked, ActionId::selectTrack, std::nullopt, ActionId::displayInfo, ActionId::exportMovie,
+         std::nullopt, ActionId::removeListEntry},
+        &view);
+    enable(*menu, {ActionId::displayInfo, ActionId::exportMovie},
+           m_state.qtMovie && m_loaded.row() == view.selectedRow());
     popUp(menu, byKey ? placeOfSelectedRow() : place);
 }
 
@@ -82,17 +87,21 @@ QPoint ContextMenus::placeOfSelectedRow() const {
 void ContextMenus::showForPosition(const QPoint& place, bool byKey) {
     Slider& cue = *m_outlets.cueSlider;
     QMenu* menu = m_window.actions().makeContextMenu(
-        {"toggleStartStop", "goToStart", "", "markAUpdate", "markBUpdate", "loopSwitch", "resetMarks"}, &cue);
-    if (!byKey) addGoHere(*menu, cue.mapFromGlobal(place).x());
-    enable(*menu, {"goToStart", "markAUpdate", "markBUpdate", "loopSwitch", "resetMarks", "goHere"},
-           m_state.qtMovie != nullptr);
-    if (cue.isLocked()) enable(*menu, {"goHere"}, false);
+        {ActionId::toggleStartStop, ActionId::goToStart, std::nullopt, ActionId::markAUpdate, ActionId::markBUpdate,
+         ActionId::loopSwitch, ActionId::resetMarks},
+        &cue);
+    const bool isLoaded = m_state.qtMovie != nullptr;
+    if (!byKey) addGoHere(*menu, cue.mapFromGlobal(place).x())->setEnabled(isLoaded && !cue.isLocked());
+    enable(
+        *menu,
+        {ActionId::goToStart, ActionId::markAUpdate, ActionId::markBUpdate, ActionId::loopSwitch, ActionId::resetMarks},
+        isLoaded);
     const int knob = static_cast<int>(cue.xOfValue(cue.value()));
     popUp(menu, byKey ? cue.mapToGlobal(QPoint(knob, cue.height())) : place);
 }
 
 // Moves the position there, as a click on the slider's groove does.
-void ContextMenus::addGoHere(QMenu& menu, double x) {
+QAction* ContextMenus::addGoHere(QMenu& menu, double x) {
     Slider& cue = *m_outlets.cueSlider;
     const double left = cue.xOfValue(cue.minimum()), right = cue.xOfValue(cue.maximum());
     const double part = right > left ? std::clamp((x - left) / (right - left), 0.0, 1.0) : 0;
@@ -101,6 +110,7 @@ void ContextMenus::addGoHere(QMenu& menu, double x) {
     connect(item, &QAction::triggered, &cue,
             [&cue, part] { cue.moveByUser(cue.minimum() + part * (cue.maximum() - cue.minimum())); });
     menu.insertAction(menu.actions().value(0), item);
+    return item;
 }
 
 }  // namespace qm

@@ -10,6 +10,7 @@
 #include "library/LoadedTrack.h"
 #include "ui/controls/Outlets.h"
 
+class QAction;
 class QMenu;
 
 namespace qm {
@@ -29,7 +30,7 @@ private:
     void showForList(const QPoint& place, bool byKey);
     void showForPosition(const QPoint& place, bool byKey);
     QPoint placeOfSelectedRow() const;
-    void addGoHere(QMenu& menu, double x);
+    QAction* addGoHere(QMenu& menu, double x);
 
     MainWindow& m_window;
     const PlayerState& m_state;

@@ -19,16 +19,16 @@ constexpr int kRowHeight = 28;
 constexpr int kSkipWidth = 34, kWideSkipWidth = 40, kUnitWidth = 22;
 constexpr double kSkipText = 12.5;
 
-ImageButton* makeFace(const char* name, const char* image, const char* slot, ActionTable& actions) {
+ImageButton* makeFace(const char* name, const char* image, ActionId id, ActionTable& actions) {
     auto* button = new ImageButton(QString::fromLatin1(image));
     button->setObjectName(QString::fromLatin1(name));
-    actions.bind(button, QString::fromLatin1(slot));
+    actions.bind(button, id);
     return button;
 }
 
 // A face that shows whether something is on, which it is not yet.
-ImageButton* makeStateFace(const char* name, const char* image, const char* slot, ActionTable& actions) {
-    ImageButton* button = makeFace(name, image, slot, actions);
+ImageButton* makeStateFace(const char* name, const char* image, ActionId id, ActionTable& actions) {
+    ImageButton* button = makeFace(name, image, id, actions);
     button->showState(button->imageName(), false);
     return button;
 }
@@ -64,10 +64,11 @@ QWidget* TransportDeck::makeFaces(Outlets& outlets, ActionTable& actions) {
     auto* row = new QHBoxLayout(faces);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
-    auto* toStart = makeFace("goToStartButton", "qm_to_start.png", "goToStart", actions);
-    outlets.playBackwardButton = makeStateFace("playBackwardButton", "db_Play_R_off.png", "playBackward", actions);
-    outlets.pauseButton = makeStateFace("pauseButton", "db_Pause_off.png", "pause", actions);
-    outlets.playForwardButton = makeStateFace("playForwardButton", "db_Play_F_off.png", "playForward", actions);
+    auto* toStart = makeFace("goToStartButton", "qm_to_start.png", ActionId::goToStart, actions);
+    outlets.playBackwardButton =
+        makeStateFace("playBackwardButton", "db_Play_R_off.png", ActionId::playBackward, actions);
+    outlets.pauseButton = makeStateFace("pauseButton", "db_Pause_off.png", ActionId::pause, actions);
+    outlets.playForwardButton = makeStateFace("playForwardButton", "db_Play_F_off.png", ActionId::playForward, actions);
     row->addStretch();
     for (ImageButton* face : {toStart, outlets.playBackwardButton, outlets.pauseButton, outlets.playForwardButton})
         row->addWidget(face, 0, Qt::AlignVCenter);
@@ -79,11 +80,15 @@ QWidget* TransportDeck::makeFaces(Outlets& outlets, ActionTable& actions) {
 QWidget* TransportDeck::makeSkips(ActionTable& actions) {
     struct Skip {
         const char* text;
-        const char* slot;
+        ActionId id;
     };
-    static constexpr Skip kBack[] = {{"−60", "skip_60"}, {"−10", "skip_10"}, {"−1", "skipBack"}};
-    static constexpr Skip kAhead[] = {
-        {"+1", "skip1"}, {"+10", "skip10"}, {"+30", "skip30"}, {"+60", "skip60"}, {"+300", "skip300"}};
+    static constexpr Skip kBack[] = {
+        {"−60", ActionId::skip_60}, {"−10", ActionId::skip_10}, {"−1", ActionId::skipBack}};
+    static constexpr Skip kAhead[] = {{"+1", ActionId::skip1},
+                                      {"+10", ActionId::skip10},
+                                      {"+30", ActionId::skip30},
+                                      {"+60", ActionId::skip60},
+                                      {"+300", ActionId::skip300}};
     auto* skips = new QWidget;
     skips->setFixedHeight(kRowHeight);
     auto* row = new QHBoxLayout(skips);
@@ -91,11 +96,10 @@ QWidget* TransportDeck::makeSkips(ActionTable& actions) {
     row->setSpacing(4);
     const auto add = [&](const Skip& skip) {
         auto* chip = new ChipButton(QString::fromUtf8(skip.text));
-        chip->setObjectName(QString::fromLatin1(skip.slot));
+        chip->setObjectName(actionName(skip.id));
         chip->setTextSize(kSkipText);
-        chip->setFixedSize(QLatin1String(skip.slot) == QLatin1String("skip300") ? kWideSkipWidth : kSkipWidth,
-                           kRowHeight);
-        actions.bind(chip, QString::fromLatin1(skip.slot));
+        chip->setFixedSize(skip.id == ActionId::skip300 ? kWideSkipWidth : kSkipWidth, kRowHeight);
+        actions.bind(chip, skip.id);
         row->addWidget(chip);
         m_dimming.push_back(chip);
     };
@@ -120,15 +124,15 @@ void TransportDeck::setDimmed(bool dimmed) {
 
 LoopDeck::LoopDeck(Outlets& outlets, ActionTable& actions, QWidget* parent) : Card(parent) {
     setAccessibleName(tr("Loop"));
-    outlets.markAButton = makeStateFace("markAButton", "db_set_in_off.png", "markAUpdate", actions);
-    outlets.loopButton = makeStateFace("loopButton", "db_loop_off.png", "loopSwitch", actions);
-    outlets.markBButton = makeStateFace("markBButton", "db_set_out_off.png", "markBUpdate", actions);
+    outlets.markAButton = makeStateFace("markAButton", "db_set_in_off.png", ActionId::markAUpdate, actions);
+    outlets.loopButton = makeStateFace("loopButton", "db_loop_off.png", ActionId::loopSwitch, actions);
+    outlets.markBButton = makeStateFace("markBButton", "db_set_out_off.png", ActionId::markBUpdate, actions);
     outlets.loopIn = makeLoopTime("loopIn", tr("Mark A"));
     outlets.loopOut = makeLoopTime("loopOut", tr("Mark B"));
     auto* reset = new ChipButton(tr("Reset"));
     reset->setObjectName(QStringLiteral("resetMarksButton"));
     reset->setFixedWidth(reset->sizeHint().width() + 9);
-    actions.bind(reset, QStringLiteral("resetMarks"));
+    actions.bind(reset, ActionId::resetMarks);
     outlets.resetMarksButton = reset;
 
     auto* grid = new QGridLayout(this);

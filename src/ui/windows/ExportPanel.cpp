@@ -41,10 +41,10 @@ ExportPanel::ExportPanel(Outlets& outlets, ActionTable& actions, QWidget* mainWi
     bar->setAccessibleName(tr("Exported"));
     bar->setGeometry(kSide, kBarTop, kInside, bar->height());
     auto* cancel = new PushButton(tr("Cancel"), false, this);
-    cancel->setObjectName(QStringLiteral("cancelExport"));
+    cancel->setObjectName(actionName(ActionId::cancelExport));
     cancel->resize(cancel->sizeHint());
     cancel->move(kWidth - kSide - cancel->width(), kButtonTop);
-    actions.bind(cancel, QStringLiteral("cancelExport"));
+    actions.bind(cancel, ActionId::cancelExport);
     new FocusRing(this);
     outlets.exportPanel = this;
     outlets.exportName = name;
@@ -62,7 +62,7 @@ QPoint ExportPanel::wishedPlace(const QRect& window, QSize frame) const {
 
 void ExportPanel::closeEvent(QCloseEvent* event) {
     ToolPanel::closeEvent(event);
-    m_actions.send(QStringLiteral("cancelExport"));
+    m_actions.send(ActionId::cancelExport);
 }
 
 void ExportPanel::paintEvent(QPaintEvent*) {

@@ -24,8 +24,12 @@ ListKeys::ListKeys(MainWindow& window, const PlayerState& state, const PlayListA
       m_outlets(outlets),
       m_notices(notices),
       m_loaded(state, list, outlets) {
-    window.actions().setReceiver(ActionRow::List, this);
-    window.actions().setPreparation(QStringLiteral("removeListEntry"), [this] { return mayRemove(); });
+    ActionTable& actions = window.actions();
+    actions.setReceiver(ActionId::nextTrack, *this, &ListKeys::nextTrack);
+    actions.setReceiver(ActionId::previousTrack, *this, &ListKeys::previousTrack);
+    actions.setReceiver(ActionId::goToPlayList, *this, &ListKeys::goToPlayList);
+    actions.setReceiver(ActionId::findTrack, *this, &ListKeys::findTrack);
+    actions.setPreparation(ActionId::removeListEntry, [this] { return mayRemove(); });
     m_counting.setSingleShot(true);
     m_counting.setInterval(kTypingPauseMs);
     connect(&m_counting, &QTimer::timeout, this, &ListKeys::tellCount);
@@ -67,7 +71,7 @@ void ListKeys::playBeside(int step) {
 void ListKeys::play(int row) {
     m_notices.withdraw(QStringLiteral("list"));
     m_outlets.playList->selectRowIndex(row);
-    m_window.actions().send(QStringLiteral("rowDoubleClicked"));
+    m_window.actions().send(ActionId::rowDoubleClicked);
 }
 
 void ListKeys::goToPlayList() {

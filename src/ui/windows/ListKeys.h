@@ -23,11 +23,10 @@ class ListKeys : public QObject {
     Q_OBJECT
 
 public:
-    // Receives the table's rows of the list.
+    // Does those actions of the table that lead through the list.
     ListKeys(MainWindow& window, const PlayerState& state, const PlayListArrays& list, const Outlets& outlets,
              Notices& notices);
 
-public slots:
     void nextTrack();
     void previousTrack();
     void goToPlayList();  // where letters lead to titles until the keys go back to the player

@@ -10,22 +10,22 @@ namespace qm {
 
 namespace {
 
+enum class Place { Tool, Line, Space };
+
 struct Tool {
-    const char* slot;  // "" for a line between tools, "-" for the free space
+    ActionId id;
     const char* text;
     const char* icon;
+    Place before = Place::Tool;  // what stands before it: another tool, a line or the free space
 };
 
-constexpr Tool kTools[] = {{"openFile", "Open…", "qm_open.png"},
-                           {"clearList", "Clear List", "qm_clear.png"},
-                           {"", "", ""},
-                           {"displayInfo", "Info", "qm_info.png"},
-                           {"exportMovie", "Export…", "qm_export.png"},
-                           {"", "", ""},
-                           {"displayLevels", "Meters", "qm_meters.png"},
-                           {"audioRecordOpen", "Recording…", "qm_record.png"},
-                           {"-", "", ""},
-                           {"openPrefsWindow", "Preferences", "qm_prefs.png"}};
+constexpr Tool kTools[] = {{ActionId::openFile, "Open…", "qm_open.png"},
+                           {ActionId::clearList, "Clear List", "qm_clear.png"},
+                           {ActionId::displayInfo, "Info", "qm_info.png", Place::Line},
+                           {ActionId::exportMovie, "Export…", "qm_export.png"},
+                           {ActionId::displayLevels, "Meters", "qm_meters.png", Place::Line},
+                           {ActionId::audioRecordOpen, "Recording…", "qm_record.png"},
+                           {ActionId::openPrefsWindow, "Preferences", "qm_prefs.png", Place::Space}};
 
 constexpr int kHeight = 42, kSide = 12, kSpacing = 2, kSeparatorWidth = 17;
 
@@ -47,25 +47,25 @@ MainToolbar::MainToolbar(ActionTable& actions, QWidget* parent) : QWidget(parent
     row->setSpacing(kSpacing);
     double left = kSide;  // edges are rounded, not widths, whose errors would add up
     for (const Tool& tool : kTools) {
-        if (*tool.slot == '\0') {
+        if (tool.before == Place::Line) {
             row->addWidget(new Separator);
             left += kSeparatorWidth + kSpacing;
-            continue;
         }
-        if (*tool.slot == '-') {
-            row->addStretch();
-            continue;
-        }
-        const QString slot = QString::fromLatin1(tool.slot);
+        if (tool.before == Place::Space) row->addStretch();
         auto* button = new ToolButton(tr(tool.text), QString::fromLatin1(tool.icon));
-        button->setObjectName(slot);
-        actions.bind(button, slot);
+        button->setObjectName(actionName(tool.id));
+        actions.bind(button, tool.id);
         const double right = left + button->exactWidth();
         button->setFixedWidth(static_cast<int>(std::lround(right) - std::lround(left)));
         left = right + kSpacing;
-        m_tools.insert(slot, button);
+        m_tools.emplace(tool.id, button);
         row->addWidget(button);
     }
+}
+
+ToolButton* MainToolbar::tool(ActionId id) const {
+    const auto found = m_tools.find(id);
+    return found == m_tools.end() ? nullptr : found->second;
 }
 
 void MainToolbar::paintEvent(QPaintEvent*) {

@@ -1,8 +1,8 @@
 // The strip of tools under the menu bar. Each tool is a row here and in the action table. Main thread only.
 #pragma once
 
-#include <QHash>
 #include <QWidget>
+#include <map>
 
 #include "ui/ActionTable.h"
 #include "ui/controls/ChipButton.h"
@@ -14,13 +14,13 @@ class MainToolbar : public QWidget {
 
 public:
     explicit MainToolbar(ActionTable& actions, QWidget* parent = nullptr);
-    ToolButton* tool(const QString& slot) const { return m_tools.value(slot); }  // null if there is none
+    ToolButton* tool(ActionId id) const;  // null if there is none
 
 protected:
     void paintEvent(QPaintEvent*) override;
 
 private:
-    QHash<QString, ToolButton*> m_tools;
+    std::map<ActionId, ToolButton*> m_tools;
 };
 
 }  // namespace qm

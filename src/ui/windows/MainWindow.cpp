@@ -66,7 +66,7 @@ MainGrid::MainGrid(Outlets& outlets, ActionTable& actions, QWidget* parent)
       pitch(new PitchCard(outlets, actions, this)),
       tone(new ToneCard(outlets, actions, this)),
       bar(new RecordBar(outlets, actions, this)) {
-    actions.bind(outlets.cueSlider, QStringLiteral("cueUpdate"));
+    actions.bind(outlets.cueSlider, ActionId::cueUpdate);
 }
 
 void MainGrid::resizeEvent(QResizeEvent*) {
@@ -116,10 +116,10 @@ void MainGrid::layOutRight(int x, int rightWidth, int rowHeight) {
     bar->setGeometry(x, barTop, rightWidth, kBarHeight);
 }
 
-MainWindow::MainWindow(Outlets& outlets, QObject* controller)
-    : m_actions(new ActionTable(this, controller)), m_outlets(outlets) {
+MainWindow::MainWindow(Outlets& outlets) : m_actions(new ActionTable(this)), m_outlets(outlets) {
     setObjectName(QStringLiteral("mainWindow"));
     setWindowTitle(QStringLiteral("Quillmere"));
+    receiveActions();
     m_actions->buildMenus();
     menuBar()->setAccessibleName(tr("Menus"));
     auto* content = new QWidget;
@@ -140,19 +140,30 @@ MainWindow::MainWindow(Outlets& outlets, QObject* controller)
     setMinimumSize(kWidth, kMinimumHeight + menuHeight);
     resize(kWidth, kHeight + menuHeight);
     m_ring = new FocusRing(this);
-    for (const char* slot : {"toggleToolbar", "displayLevels", "displayInfo", "displayTrackFormat", "openPrefsWindow"})
-        m_actions->action(QString::fromLatin1(slot))->setCheckable(true);
-    m_actions->action(QStringLiteral("toggleToolbar"))->setChecked(true);
+    for (const ActionId id : {ActionId::toggleToolbar, ActionId::displayLevels, ActionId::displayInfo,
+                              ActionId::displayTrackFormat, ActionId::openPrefsWindow})
+        m_actions->action(id)->setCheckable(true);
+    m_actions->action(ActionId::toggleToolbar)->setChecked(true);
     m_actions->giveKeysToList(outlets.playList);
     showUndo({});
-    const auto pulse = [this](const QString& slot) {
-        if (slot == u"playForward" || slot == u"toggleStartStop") m_grid->playList->pulseDropArea();
+    const auto pulse = [this](ActionId id) {
+        if (id == ActionId::playForward || id == ActionId::toggleStartStop) m_grid->playList->pulseDropArea();
     };
     connect(m_actions, &ActionTable::sent, this, pulse);
     setAcceptDrops(true);
     setTabOrderOfAreas();
     openMenuByKey();
     followNoticeLine();
+}
+
+void MainWindow::receiveActions() {
+    m_actions->setReceiver(ActionId::quit, *this, &MainWindow::quitRequested);
+    m_actions->setReceiver(ActionId::displayGuide, *this, &MainWindow::guideRequested);
+    m_actions->setReceiver(ActionId::toggleToolbar, *this, &MainWindow::toggleToolbar);
+    m_actions->setReceiver(ActionId::displayVideo, *this, &MainWindow::displayVideo);
+    m_actions->setReceiver(ActionId::fillScreenWithVideo, *this, &MainWindow::fillScreenWithVideo);
+    m_actions->setReceiver(ActionId::displayShortcuts, *this, &MainWindow::displayShortcuts);
+    m_actions->setReceiver(ActionId::useMessageButton, *this, &MainWindow::useMessageButton);
 }
 
 void MainWindow::setTabOrderOfAreas() {
@@ -174,26 +185,28 @@ void MainWindow::setTabOrderOfAreas() {
     chain(m_outlets.cueSlider);
     chain(m_outlets.speedResetButton);
     chain(m_outlets.speedSlider);
-    for (const char* slot : {"speedDown", "speed05", "speed075", "speed150", "speed20", "speedUp"})
-        chain(m_grid->speed->findChild<ChipButton*>(QString::fromLatin1(slot)));
+    for (const ActionId id : {ActionId::speedDown, ActionId::speed05, ActionId::speed075, ActionId::speed150,
+                              ActionId::speed20, ActionId::speedUp})
+        chain(m_grid->speed->findChild<ChipButton*>(actionName(id)));
     chain(m_outlets.pitchResetButton);
     chain(m_outlets.pitchSlider);
-    for (const char* slot : {"semiToneDown", "semiToneUp"})
-        chain(m_grid->pitch->findChild<ChipButton*>(QString::fromLatin1(slot)));
+    for (const ActionId id : {ActionId::semiToneDown, ActionId::semiToneUp})
+        chain(m_grid->pitch->findChild<ChipButton*>(actionName(id)));
     struct ToneOrder {
-        const char* less;
+        ActionId less;
         Slider* slider;
-        const char* more;
+        ActionId more;
         TitleButton* reset;
     };
     for (const ToneOrder& row :
-         {ToneOrder{"volumeMin", m_outlets.gainSlider, "volumeMax", m_outlets.gainResetButton},
-          ToneOrder{"balanceLeftMax", m_outlets.balanceSlider, "balanceRightMax", m_outlets.balanceResetButton},
-          ToneOrder{"bassMin", m_outlets.bassSlider, "bassMax", m_outlets.bassResetButton},
-          ToneOrder{"trebleMin", m_outlets.trebleSlider, "trebleMax", m_outlets.trebleResetButton}}) {
-        chain(m_grid->tone->findChild<ChipButton*>(QString::fromLatin1(row.less)));
+         {ToneOrder{ActionId::volumeMin, m_outlets.gainSlider, ActionId::volumeMax, m_outlets.gainResetButton},
+          ToneOrder{ActionId::balanceLeftMax, m_outlets.balanceSlider, ActionId::balanceRightMax,
+                    m_outlets.balanceResetButton},
+          ToneOrder{ActionId::bassMin, m_outlets.bassSlider, ActionId::bassMax, m_outlets.bassResetButton},
+          ToneOrder{ActionId::trebleMin, m_outlets.trebleSlider, ActionId::trebleMax, m_outlets.trebleResetButton}}) {
+        chain(m_grid->tone->findChild<ChipButton*>(actionName(row.less)));
         chain(row.slider);
-        chain(m_grid->tone->findChild<ChipButton*>(QString::fromLatin1(row.more)));
+        chain(m_grid->tone->findChild<ChipButton*>(actionName(row.more)));
         chain(row.reset);
     }
     chainChildren(m_grid->bar);
@@ -202,10 +215,10 @@ void MainWindow::setTabOrderOfAreas() {
 
 // Its button has a key and a menu item while there is one.
 void MainWindow::followNoticeLine() {
-    const QString slot = QStringLiteral("useMessageButton");
+    QAction* item = m_actions->action(ActionId::useMessageButton);
     NoticeLine& line = m_grid->hero->noticeLine();
-    const auto offer = [this, slot, &line] { m_actions->action(slot)->setEnabled(line.offersAct()); };
-    line.button()->setToolTip(tr(actionRow(slot)->tooltip));
+    const auto offer = [item, &line] { item->setEnabled(line.offersAct()); };
+    line.button()->setToolTip(tr(actionRow(ActionId::useMessageButton).tooltip));
     connect(&line, &NoticeLine::changed, this, offer);
     offer();
 }
@@ -226,11 +239,11 @@ void MainWindow::openMenuByKey() {
 
 void MainWindow::toggleToolbar() {
     m_tools->setVisible(m_tools->isHidden());
-    m_actions->action(QStringLiteral("toggleToolbar"))->setChecked(!m_tools->isHidden());
+    m_actions->action(ActionId::toggleToolbar)->setChecked(!m_tools->isHidden());
 }
 
 void MainWindow::showUndo(const QString& act) {
-    QAction* undo = m_actions->action(QStringLiteral("undo"));
+    QAction* undo = m_actions->action(ActionId::undo);
     undo->setText(act.isEmpty() ? tr("Undo") : tr("Undo %1").arg(act));
     undo->setEnabled(!act.isEmpty());
 }

@@ -1,5 +1,5 @@
 // The main window: builds every area and its controls, fills the outlets, and places the areas on the window's grid.
-// It knows no controller; actions go out by name through the action table. Main thread only.
+// It knows no controller; actions go out through the action table. Main thread only.
 #pragma once
 
 #include "ui/ActionTable.h"
@@ -55,8 +55,7 @@ class MainWindow : public FadingWindow, public PanelHost {
     Q_OBJECT
 
 public:
-    // `controller` receives the actions; it may not be awake yet.
-    MainWindow(Outlets& outlets, QObject* controller);
+    explicit MainWindow(Outlets& outlets);
 
     MainGrid& grid() { return *m_grid; }
     MainToolbar& tools() { return *m_tools; }
@@ -74,9 +73,6 @@ public:
     QList<QRect> vitalParts() const override;
     QList<QRect> usefulParts() const override;
 
-public slots:
-    void quit() { emit quitRequested(); }
-    void displayGuide() { emit guideRequested(); }
     void toggleToolbar();
     void displayVideo();  // brings the video panel to the front
     void fillScreenWithVideo();
@@ -99,6 +95,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    void receiveActions();
     void setTabOrderOfAreas();
     void followNoticeLine();
     void openMenuByKey();

@@ -81,7 +81,7 @@ void MainWindowState::refresh() {
     refreshWaveform();
     refreshLoopTimes();
     refreshDimming();
-    refreshPanelSigns();
+    refreshPanelStates();
     refreshRecording();
     m_window.grid().speed->showRate(m_state.rate);
 }
@@ -189,10 +189,9 @@ void MainWindowState::refreshDimming() {
     grid.transport->setDimmed(nothingLoaded);
     grid.loop->setDimmed(nothingLoaded);
     grid.playList->setRemoveDimmed(m_outlets.playList->selectedRow() < 0);
-    if (ToolButton* exporting = m_window.tools().tool(QStringLiteral("exportMovie")))
-        exporting->setDimmed(nothingLoaded);
-    if (ToolButton* clear = m_window.tools().tool(QStringLiteral("clearList"))) clear->setDimmed(m_list.count() == 0);
-    if (ToolButton* info = m_window.tools().tool(QStringLiteral("displayInfo"))) info->setDimmed(nothingLoaded);
+    if (ToolButton* exporting = m_window.tools().tool(ActionId::exportMovie)) exporting->setDimmed(nothingLoaded);
+    if (ToolButton* clear = m_window.tools().tool(ActionId::clearList)) clear->setDimmed(m_list.count() == 0);
+    if (ToolButton* info = m_window.tools().tool(ActionId::displayInfo)) info->setDimmed(nothingLoaded);
 }
 
 void MainWindowState::refreshRecording() {
@@ -203,23 +202,22 @@ void MainWindowState::refreshRecording() {
 }
 
 // The tool is lit and the menu item checked while what they show is shown, also when it was closed by its frame.
-void MainWindowState::refreshPanelSigns() {
+void MainWindowState::refreshPanelStates() {
     // A tool that only brings its window says that it is shown, and nothing while it is not.
-    const auto sign = [this](const char* name, bool shown, bool hidesAgain = true) {
-        const QString slot = QString::fromLatin1(name);
-        if (QAction* action = m_window.actions().action(slot)) action->setChecked(shown);
-        if (ToolButton* tool = m_window.tools().tool(slot))
+    const auto sign = [this](ActionId id, bool shown, bool hidesAgain = true) {
+        if (QAction* action = m_window.actions().action(id)) action->setChecked(shown);
+        if (ToolButton* tool = m_window.tools().tool(id))
             tool->setOn(shown || hidesAgain ? std::optional(shown) : std::nullopt);
     };
     const auto isShown = [](const QWidget* panel) { return panel && panel->isVisible(); };
-    sign("displayLevels", isShown(m_outlets.audioLevelsPanel));
-    sign("displayInfo", isShown(m_outlets.trackInfoWindow));
-    sign("displayTrackFormat", !m_outlets.format->isHidden());
-    sign("audioRecordOpen", isShown(m_outlets.audioRecordingWindow), false);
-    sign("openPrefsWindow", isShown(m_outlets.prefsWindow), false);
+    sign(ActionId::displayLevels, isShown(m_outlets.audioLevelsPanel));
+    sign(ActionId::displayInfo, isShown(m_outlets.trackInfoWindow));
+    sign(ActionId::displayTrackFormat, !m_outlets.format->isHidden());
+    sign(ActionId::audioRecordOpen, isShown(m_outlets.audioRecordingWindow), false);
+    sign(ActionId::openPrefsWindow, isShown(m_outlets.prefsWindow), false);
     const bool hasVideo = m_outlets.movieView && m_outlets.movieView->movie();
-    for (const char* slot : {"displayVideo", "fillScreenWithVideo"})
-        if (QAction* action = m_window.actions().action(QString::fromLatin1(slot))) action->setEnabled(hasVideo);
+    for (const ActionId id : {ActionId::displayVideo, ActionId::fillScreenWithVideo})
+        if (QAction* action = m_window.actions().action(id)) action->setEnabled(hasVideo);
 }
 
 // Another row may have become the loaded track, which the table draws in bold.

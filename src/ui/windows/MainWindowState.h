@@ -37,7 +37,7 @@ private:
     void refreshLoopTimes();
     void refreshDimming();
     void refreshPlayList();
-    void refreshPanelSigns();
+    void refreshPanelStates();
     void refreshRecording();
     QString trackByLine() const;
     QString hint() const;

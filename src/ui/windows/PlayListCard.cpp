@@ -31,8 +31,8 @@ PlayListCard::PlayListCard(Outlets& outlets, ActionTable& actions, QWidget* pare
     outlets.playList->setAccessibleName(tr("Play list"));
     m_empty = new EmptyListView;
     outlets.playList->setEmptyState(m_empty);
-    actions.bind(m_empty->openButton(), QStringLiteral("openFile"));
-    actions.bind(m_empty->keysButton(), QStringLiteral("displayShortcuts"));
+    actions.bind(m_empty->openButton(), ActionId::openFile);
+    actions.bind(m_empty->keysButton(), ActionId::displayShortcuts);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(1, 1, 1, 1);
     column->setSpacing(0);
@@ -41,20 +41,20 @@ PlayListCard::PlayListCard(Outlets& outlets, ActionTable& actions, QWidget* pare
 }
 
 QWidget* PlayListCard::makeFooter(Outlets& outlets, ActionTable& actions) {
-    const auto makeTool = [&](const char* icon, const char* slot) {
+    const auto makeTool = [&](const char* icon, ActionId id) {
         auto* chip = new ChipButton(QString(), QString::fromLatin1(icon));
         chip->setQuiet(true);
         chip->setFixedSize(26, 24);
-        chip->setObjectName(QString::fromLatin1(slot));
-        actions.bind(chip, QString::fromLatin1(slot));
+        chip->setObjectName(actionName(id));
+        actions.bind(chip, id);
         return chip;
     };
     auto* footer = new Footer;
     auto* row = new QHBoxLayout(footer);
     row->setContentsMargins(6, 1, 12, 0);
     row->setSpacing(4);
-    row->addWidget(makeTool("qm_add.png", "openFile"));
-    m_remove = makeTool("qm_remove.png", "removeListEntry");
+    row->addWidget(makeTool("qm_add.png", ActionId::openFile));
+    m_remove = makeTool("qm_remove.png", ActionId::removeListEntry);
     row->addWidget(m_remove);
     row->addSpacing(4);
     outlets.trackTotal = new TextLabel(QStringLiteral("0 items"), uiFont(kFooterText), tokens::kText);

@@ -86,7 +86,9 @@ PreferencesWindow::PreferencesWindow(Outlets& outlets, ActionTable& actions, QWi
     setObjectName(QStringLiteral("prefsWindow"));
     auto* toolbar = new PaneToolbar(this);
     toolbar->setObjectName(QStringLiteral("prefsToolbar"));
-    connect(toolbar, &PaneToolbar::itemChosen, &actions, &ActionTable::send);
+    connect(toolbar, &PaneToolbar::itemChosen, &actions, [&actions](const QString& action) {
+        if (const auto id = actionNamed(action)) actions.send(*id);
+    });
     auto* container = new QWidget(m_content);
     container->setObjectName(QStringLiteral("activePrefContentView"));
     outlets.prefsWindow = this;
@@ -97,7 +99,7 @@ PreferencesWindow::PreferencesWindow(Outlets& outlets, ActionTable& actions, QWi
     outlets.audioDefaultPrefView = makePane(this, "audioDefaultPrefView", kVolumeHeight);
     makeOutlets();
     setFixedSize(kWidth, toolbar->height() + kGeneralHeight);
-    if (QAction* close = actions.action(QStringLiteral("openPrefsWindow"))) addAction(close);
+    if (QAction* close = actions.action(ActionId::openPrefsWindow)) addAction(close);
     m_gainTimer.setObjectName(QStringLiteral("gainTimer"));
     m_gainTimer.setInterval(kGainMilliseconds);
     connect(&m_gainTimer, &QTimer::timeout, this, &PreferencesWindow::showGain);
@@ -107,11 +109,11 @@ PreferencesWindow::PreferencesWindow(Outlets& outlets, ActionTable& actions, QWi
 void PreferencesWindow::makeOutlets() {
     m_outlets.audioLevelsPref = makeCheckBox(m_outlets.generalPrefView, "audioLevelsPref", tr("Show level indicators"),
                                              tr("Meters follow the sound while a track is loaded."));
-    m_actions.bind(m_outlets.audioLevelsPref, QStringLiteral("toggleAudioLevelsPref"));
+    m_actions.bind(m_outlets.audioLevelsPref, ActionId::toggleAudioLevelsPref);
     m_outlets.autoCheckForUpdatesPref =
         makeCheckBox(m_outlets.updatePrefView, "autoCheckForUpdatesPref", tr("Check for updates when Quillmere starts"),
                      tr("You hear about it only when there is a newer version."));
-    m_actions.bind(m_outlets.autoCheckForUpdatesPref, QStringLiteral("toggleSoftwareUpdateCheck"));
+    m_actions.bind(m_outlets.autoCheckForUpdatesPref, ActionId::toggleSoftwareUpdateCheck);
     auto* tiles = new RadioTiles(m_outlets.generalPrefView);
     tiles->setObjectName(QStringLiteral("colorMatrix"));
     tiles->setAccessibleName(tr("Colour of scale labels"));
@@ -119,7 +121,7 @@ void PreferencesWindow::makeOutlets() {
     tiles->addTile(tr("White"), tokens::kScaleWhite, 1);
     tiles->addTile(tr("Orange"), tokens::kScaleOrange, 2);
     tiles->addTile(tr("Green"), tokens::kScaleGreen, 3);
-    connect(tiles, &RadioTiles::action, &m_actions, [this] { m_actions.send(QStringLiteral("toggleTextColor")); });
+    connect(tiles, &RadioTiles::action, &m_actions, [this] { m_actions.send(ActionId::toggleTextColor); });
     m_outlets.colorMatrix = tiles;
     m_outlets.scaleSample = new ScaleSample(m_outlets.generalPrefView);
 }
@@ -153,13 +155,10 @@ void PreferencesWindow::buildUpdatePane() {
     column->addSpacing(14);
     auto* row = new QHBoxLayout;
     row->addWidget(makeLine(tr("This is version %1.").arg(currentVersionText()), uiFont(kHelpText), tokens::kText2), 1);
-    const QString check = QStringLiteral("checkSoftwareUpdate");
-    if (actionRow(check)) {
-        auto* button = new PushButton(tr("Check Now"));
-        button->setObjectName(check);
-        m_actions.bind(button, check);
-        row->addWidget(button);
-    }
+    auto* button = new PushButton(tr("Check Now"));
+    button->setObjectName(actionName(ActionId::checkSoftwareUpdate));
+    m_actions.bind(button, ActionId::checkSoftwareUpdate);
+    row->addWidget(button);
     column->addLayout(row);
     column->addStretch();
 }
@@ -181,8 +180,8 @@ void PreferencesWindow::buildVolumePane() {
     m_gain->setFixedHeight(32);
     row->addWidget(m_gain, 1);
     auto* button = new PushButton(tr("Use Current Gain"), true);
-    button->setObjectName(QStringLiteral("updateDefaultAudioPref"));
-    m_actions.bind(button, QStringLiteral("updateDefaultAudioPref"));
+    button->setObjectName(actionName(ActionId::updateDefaultAudioPref));
+    m_actions.bind(button, ActionId::updateDefaultAudioPref);
     row->addWidget(button);
     column->addLayout(row);
     column->addSpacing(14);

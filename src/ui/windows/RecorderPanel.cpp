@@ -60,13 +60,13 @@ void StatusLine::paintEvent(QPaintEvent*) {
     }
 }
 
-RecorderPanel::RecorderPanel(const QString& title, const QString& name, QWidget* mainWindow, Signs signs)
+RecorderPanel::RecorderPanel(const QString& title, const QString& name, QWidget* mainWindow, ReadStatus readStatus)
     : ToolPanel(title, mainWindow),
       m_time(new TimeLabel(QStringLiteral("00:00:00"), this)),
       m_button(new ImageButton(QStringLiteral("RecordingControls_Record.png"), this)),
       m_status(new StatusLine(this)),
       m_levels(new InputLevels(this)),
-      m_signs(std::move(signs)) {
+      m_readStatus(std::move(readStatus)) {
     setObjectName(name);
     m_time->setObjectName(QStringLiteral("audioRecordingTime"));
     m_time->setAccessibleName(tr("Recording time"));
@@ -82,14 +82,14 @@ void RecorderPanel::buildFoot(int height, const QString& hint) {
 }
 
 void RecorderPanel::refresh() {
-    showSigns(m_signs());
+    showStatus(m_readStatus());
 }
 
-void RecorderPanel::showSigns(const RecorderSigns& signs) {
-    m_status->setText(signs.status);
-    m_levels->setVisible(signs.hasInput);
-    m_levels->setLevels(signs.levels);
-    m_button->setAccessibleDescription(signs.recording ? tr("recording") : tr("not recording"));
+void RecorderPanel::showStatus(const RecorderStatus& status) {
+    m_status->setText(status.text);
+    m_levels->setVisible(status.hasInput);
+    m_levels->setLevels(status.levels);
+    m_button->setAccessibleDescription(status.recording ? tr("recording") : tr("not recording"));
 }
 
 void RecorderPanel::paintEvent(QPaintEvent*) {

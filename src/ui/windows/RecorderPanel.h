@@ -7,7 +7,7 @@
 #include <QTimer>
 #include <functional>
 
-#include "record/RecorderSigns.h"
+#include "record/RecorderStatus.h"
 #include "ui/ActionTable.h"
 #include "ui/windows/ToolPanel.h"
 
@@ -37,16 +37,16 @@ class RecorderPanel : public ToolPanel {
     Q_OBJECT
 
 public:
-    using Signs = std::function<RecorderSigns()>;
+    using ReadStatus = std::function<RecorderStatus()>;
 
     void refresh();  // now
 
 protected:
-    RecorderPanel(const QString& title, const QString& name, QWidget* mainWindow, Signs signs);
+    RecorderPanel(const QString& title, const QString& name, QWidget* mainWindow, ReadStatus readStatus);
 
-    bool isRecording() const { return m_signs().recording; }
+    bool isRecording() const { return m_readStatus().recording; }
     void buildFoot(int height, const QString& hint);
-    virtual void showSigns(const RecorderSigns& signs);
+    virtual void showStatus(const RecorderStatus& status);
 
     void paintEvent(QPaintEvent*) override;
     void showEvent(QShowEvent* event) override;
@@ -58,7 +58,7 @@ protected:
     InputLevels* m_levels;
 
 private:
-    const Signs m_signs;
+    const ReadStatus m_readStatus;
     QTimer m_timer;
     int m_footTop = 0;
 };

@@ -40,8 +40,8 @@ QString lightImage(bool recording) {
 
 }  // namespace
 
-RecordingWindow::RecordingWindow(Outlets& outlets, ActionTable& actions, QWidget* mainWindow, Signs signs)
-    : RecorderPanel(tr("Recording"), QStringLiteral("audioRecordingWindow"), mainWindow, std::move(signs)),
+RecordingWindow::RecordingWindow(Outlets& outlets, ActionTable& actions, QWidget* mainWindow, ReadStatus readStatus)
+    : RecorderPanel(tr("Recording"), QStringLiteral("audioRecordingWindow"), mainWindow, std::move(readStatus)),
       m_actions(actions),
       m_light(new ImageView(lightImage(false), this)) {
     setFixedSize(kRecordingSize);
@@ -57,17 +57,17 @@ RecordingWindow::RecordingWindow(Outlets& outlets, ActionTable& actions, QWidget
     auto* close = new PushButton(tr("Close"), false, this);
     const QPoint closeAt(width() - kCloseRight - kClose.width(), height() - (kRecordingFoot + kClose.height()) / 2);
     close->setGeometry(QRect(closeAt, kClose));
-    actions.bind(m_button, QStringLiteral("audioStartRecord"));
-    actions.bind(close, QStringLiteral("audioRecordClose"));
+    actions.bind(m_button, ActionId::audioStartRecord);
+    actions.bind(close, ActionId::audioRecordClose);
     outlets.audioRecordingWindow = this;
     outlets.audioRecordingRecordButton = m_button;
     outlets.audioRecordingTime = m_time;
 }
 
-void RecordingWindow::showSigns(const RecorderSigns& signs) {
-    RecorderPanel::showSigns(signs);
-    m_button->setImageName(buttonImage(signs.recording));
-    m_light->setImageName(lightImage(signs.recording));
+void RecordingWindow::showStatus(const RecorderStatus& status) {
+    RecorderPanel::showStatus(status);
+    m_button->setImageName(buttonImage(status.recording));
+    m_light->setImageName(lightImage(status.recording));
     placeStatus();
 }
 
@@ -81,11 +81,12 @@ void RecordingWindow::placeStatus() {
 
 void RecordingWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
-    m_actions.send(QStringLiteral("audioRecordClose"));
+    m_actions.send(ActionId::audioRecordClose);
 }
 
-RecorderWindow::RecorderWindow(AudioRecordOutlets& outlets, ActionTable& actions, QWidget* mainWindow, Signs signs)
-    : RecorderPanel(tr("Recorder"), QStringLiteral("recordingWindow"), mainWindow, std::move(signs)),
+RecorderWindow::RecorderWindow(AudioRecordOutlets& outlets, ActionTable& actions, QWidget* mainWindow,
+                               ReadStatus readStatus)
+    : RecorderPanel(tr("Recorder"), QStringLiteral("recordingWindow"), mainWindow, std::move(readStatus)),
       m_actions(actions) {
     setFixedSize(kRecorderSize);
     m_button->setObjectName(QStringLiteral("recordingStartStopButton"));
@@ -96,14 +97,14 @@ RecorderWindow::RecorderWindow(AudioRecordOutlets& outlets, ActionTable& actions
                           kRecorderStatusHeight);
     m_levels->move(kRecorderLeft, kRecorderLevelsTop);
     buildFoot(kRecorderFoot, tr("When you stop, keep it in Music or elsewhere."));
-    actions.bind(m_button, QStringLiteral("toggleRecordSession"));
+    actions.bind(m_button, ActionId::toggleRecordSession);
     outlets.recordingWindow = this;
     outlets.recordingStartStopButton = m_button;
     outlets.audioRecordingTime = m_time;
 }
 
 void RecorderWindow::closeEvent(QCloseEvent* event) {
-    if (isRecording()) m_actions.send(QStringLiteral("toggleRecordSession"));
+    if (isRecording()) m_actions.send(ActionId::toggleRecordSession);
     RecorderPanel::closeEvent(event);
 }
 

@@ -14,10 +14,10 @@ class RecordingWindow : public RecorderPanel {
     Q_OBJECT
 
 public:
-    RecordingWindow(Outlets& outlets, ActionTable& actions, QWidget* mainWindow, Signs signs);
+    RecordingWindow(Outlets& outlets, ActionTable& actions, QWidget* mainWindow, ReadStatus readStatus);
 
 protected:
-    void showSigns(const RecorderSigns& signs) override;
+    void showStatus(const RecorderStatus& status) override;
     void closeEvent(QCloseEvent* event) override;  // is an action, which may first ask where to keep a recording
 
 private:
@@ -31,7 +31,7 @@ class RecorderWindow : public RecorderPanel {
     Q_OBJECT
 
 public:
-    RecorderWindow(AudioRecordOutlets& outlets, ActionTable& actions, QWidget* mainWindow, Signs signs);
+    RecorderWindow(AudioRecordOutlets& outlets, ActionTable& actions, QWidget* mainWindow, ReadStatus readStatus);
 
 protected:
     void closeEvent(QCloseEvent* event) override;  // stops a recording first, which asks where to keep it

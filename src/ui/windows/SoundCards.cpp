@@ -25,16 +25,16 @@ constexpr int kToneTitleWidth = 52;  // more in a wide typeface
 constexpr double kOctaveTick = 5, kSemitoneTick = 3;
 constexpr double kSlowest = 0.35;  // below this the slider's only value is 0
 
-TitleButton* makeValue(const char* name, const char* title, const char* slot, int width, ActionTable& actions) {
+TitleButton* makeValue(const char* name, const char* title, ActionId id, int width, ActionTable& actions) {
     auto* button = new TitleButton(QString::fromLatin1(title));
     button->setObjectName(QString::fromLatin1(name));
     button->setFixedSize(width, kValueHeight);
     button->setTight(width == kTightValueWidth);
-    actions.bind(button, QString::fromLatin1(slot));
+    actions.bind(button, id);
     return button;
 }
 
-Slider* makeSlider(const char* name, double minimum, double maximum, double value, double step, const char* slot,
+Slider* makeSlider(const char* name, double minimum, double maximum, double value, double step, ActionId id,
                    ActionTable& actions) {
     auto* slider = new Slider;
     slider->setObjectName(QString::fromLatin1(name));
@@ -42,14 +42,14 @@ Slider* makeSlider(const char* name, double minimum, double maximum, double valu
     slider->setResetValue(value);
     slider->setValue(value);
     slider->setStep(step);
-    actions.bind(slider, QString::fromLatin1(slot));
+    actions.bind(slider, id);
     return slider;
 }
 
-ChipButton* makeChip(const QString& text, const char* icon, const char* slot, ActionTable& actions) {
+ChipButton* makeChip(const QString& text, const char* icon, ActionId id, ActionTable& actions) {
     auto* chip = new ChipButton(text, QString::fromLatin1(icon));
-    chip->setObjectName(QString::fromLatin1(slot));
-    actions.bind(chip, QString::fromLatin1(slot));
+    chip->setObjectName(actionName(id));
+    actions.bind(chip, id);
     return chip;
 }
 
@@ -106,9 +106,9 @@ void ScaleCard::setRoomy(bool roomy) {
 
 SpeedCard::SpeedCard(Outlets& o, ActionTable& actions, QWidget* parent) : ScaleCard(parent) {
     setAccessibleName(tr("Speed"));
-    o.speedResetButton = makeValue("speedResetButton", "1.0", "speedReset", kValueWidth, actions);
+    o.speedResetButton = makeValue("speedResetButton", "1.0", ActionId::speedReset, kValueWidth, actions);
     QWidget* head = makeHead(&o.speedTitle, "speedTitle", tr("Speed"), o.speedResetButton);
-    o.speedSlider = makeSlider("speedSlider", -2.5, 2.5, 1.0, 0.05, "speedUpdate", actions);
+    o.speedSlider = makeSlider("speedSlider", -2.5, 2.5, 1.0, 0.05, ActionId::speedUpdate, actions);
     o.speedSlider->setGap(kSlowest);
     o.speedSlider->setReadableForm(readableSpeed);
     o.speedSlider->setSpokenForm(spokenSpeed);
@@ -131,21 +131,21 @@ SpeedCard::SpeedCard(Outlets& o, ActionTable& actions, QWidget* parent) : ScaleC
 QWidget* SpeedCard::makeButtons(ActionTable& actions) {
     auto* buttons = new QWidget;
     auto* row = makeButtonRow(buttons);
-    addEvenly(row, makeChip({}, "qm_remove.png", "speedDown", actions));
+    addEvenly(row, makeChip({}, "qm_remove.png", ActionId::speedDown, actions));
     row->addSpacing(kButtonSpacing);
     struct Entry {
         const char* text;
-        const char* slot;
+        ActionId id;
         float rate;
     };
-    for (const Entry& entry : {Entry{"0.5", "speed05", 0.5f}, Entry{"0.75", "speed075", 0.75f},
-                               Entry{"1.5", "speed150", 1.5f}, Entry{"2.0", "speed20", 2.0f}}) {
-        ChipButton* chip = makeChip(QString::fromLatin1(entry.text), "", entry.slot, actions);
+    for (const Entry& entry : {Entry{"0.5", ActionId::speed05, 0.5f}, Entry{"0.75", ActionId::speed075, 0.75f},
+                               Entry{"1.5", ActionId::speed150, 1.5f}, Entry{"2.0", ActionId::speed20, 2.0f}}) {
+        ChipButton* chip = makeChip(QString::fromLatin1(entry.text), "", entry.id, actions);
         m_presets.push_back({chip, entry.rate});
         addEvenly(row, chip);
     }
     row->addSpacing(kButtonSpacing);
-    addEvenly(row, makeChip({}, "qm_add.png", "speedUp", actions));
+    addEvenly(row, makeChip({}, "qm_add.png", ActionId::speedUp, actions));
     return buttons;
 }
 
@@ -155,9 +155,9 @@ void SpeedCard::showRate(float rate) {
 
 PitchCard::PitchCard(Outlets& o, ActionTable& actions, QWidget* parent) : ScaleCard(parent) {
     setAccessibleName(tr("Pitch"));
-    o.pitchResetButton = makeValue("pitchResetButton", "0", "pitchReset", kValueWidth, actions);
+    o.pitchResetButton = makeValue("pitchResetButton", "0", ActionId::pitchReset, kValueWidth, actions);
     QWidget* head = makeHead(&o.pitchTitle, "pitchTitle", tr("Pitch"), o.pitchResetButton);
-    o.pitchSlider = makeSlider("pitchSlider", -1200, 1200, 0, 100, "pitchUpdate", actions);
+    o.pitchSlider = makeSlider("pitchSlider", -1200, 1200, 0, 100, ActionId::pitchUpdate, actions);
     o.pitchSlider->setReadableForm(readablePitch);
     o.pitchSlider->setSpokenForm(spokenPitch);
     SliderLook look;
@@ -175,8 +175,8 @@ PitchCard::PitchCard(Outlets& o, ActionTable& actions, QWidget* parent) : ScaleC
                                                 {&o.pitch100, "pitch100", "100", 100, 50, Qt::AlignLeft, -6}});
     auto* buttons = new QWidget;
     auto* row = makeButtonRow(buttons);
-    addEvenly(row, makeChip(tr("Semitone"), "qm_flat.png", "semiToneDown", actions));
-    addEvenly(row, makeChip(tr("Semitone"), "qm_sharp.png", "semiToneUp", actions));
+    addEvenly(row, makeChip(tr("Semitone"), "qm_flat.png", ActionId::semiToneDown, actions));
+    addEvenly(row, makeChip(tr("Semitone"), "qm_sharp.png", ActionId::semiToneUp, actions));
     build(head, scale, buttons);
 }
 
@@ -184,24 +184,24 @@ namespace {
 
 struct ToneRow {
     const char* title;
-    const char* lessSlot;
+    ActionId lessAction;
     const char* lessText;  // "" for the icon
-    const char* moreSlot;
+    ActionId moreAction;
     const char* moreText;
     Slider** slider;
     const char* sliderName;
     double minimum, maximum, value, fillFrom, step;
-    const char* sliderSlot;
+    ActionId sliderAction;
     TitleButton** button;
     const char* buttonName;
     const char* buttonTitle;
-    const char* buttonSlot;
+    ActionId buttonAction;
     QString (*readable)(double);
     QString (*spoken)(double);
 };
 
-ChipButton* makeExtreme(const char* text, const char* icon, const char* slot, ActionTable& actions) {
-    auto* chip = makeChip(QString::fromLatin1(text), *text ? "" : icon, slot, actions);
+ChipButton* makeExtreme(const char* text, const char* icon, ActionId id, ActionTable& actions) {
+    auto* chip = makeChip(QString::fromLatin1(text), *text ? "" : icon, id, actions);
     chip->setQuiet(true);
     chip->setTextSize(12);
     chip->setInk(tokens::kText2, 600);
@@ -212,7 +212,8 @@ ChipButton* makeExtreme(const char* text, const char* icon, const char* slot, Ac
 void addToneRow(QGridLayout* grid, int line, const ToneRow& row, ActionTable& actions) {
     auto* title = new TextLabel(QString::fromLatin1(row.title), uiFont(13, 500), tokens::kRowText);
     title->setFixedWidth(std::max(kToneTitleWidth, title->sizeHint().width()));
-    Slider* slider = makeSlider(row.sliderName, row.minimum, row.maximum, row.value, row.step, row.sliderSlot, actions);
+    Slider* slider =
+        makeSlider(row.sliderName, row.minimum, row.maximum, row.value, row.step, row.sliderAction, actions);
     slider->setResetValue(row.fillFrom);
     slider->setDoubleClickValue(row.value);
     slider->setReadableForm(row.readable);
@@ -224,11 +225,11 @@ void addToneRow(QGridLayout* grid, int line, const ToneRow& row, ActionTable& ac
     slider->setLook(look);
     slider->setFixedHeight(20);
     *row.slider = slider;
-    *row.button = makeValue(row.buttonName, row.buttonTitle, row.buttonSlot, kTightValueWidth, actions);
+    *row.button = makeValue(row.buttonName, row.buttonTitle, row.buttonAction, kTightValueWidth, actions);
     grid->addWidget(title, line, 0, Qt::AlignVCenter);
-    grid->addWidget(makeExtreme(row.lessText, "qm_min.png", row.lessSlot, actions), line, 1, Qt::AlignCenter);
+    grid->addWidget(makeExtreme(row.lessText, "qm_min.png", row.lessAction, actions), line, 1, Qt::AlignCenter);
     grid->addWidget(slider, line, 2, Qt::AlignVCenter);
-    grid->addWidget(makeExtreme(row.moreText, "qm_max.png", row.moreSlot, actions), line, 3, Qt::AlignCenter);
+    grid->addWidget(makeExtreme(row.moreText, "qm_max.png", row.moreAction, actions), line, 3, Qt::AlignCenter);
     grid->addWidget(*row.button, line, 4, Qt::AlignVCenter);
     grid->setRowStretch(line, 1);
 }
@@ -237,16 +238,18 @@ void addToneRow(QGridLayout* grid, int line, const ToneRow& row, ActionTable& ac
 
 ToneCard::ToneCard(Outlets& o, ActionTable& actions, QWidget* parent) : Card(parent) {
     setAccessibleName(tr("Volume and tone"));
-    const ToneRow rows[] = {
-        {"Gain", "volumeMin", "", "volumeMax", "", &o.gainSlider, "gainSlider", 0, 1, 0.5, 0, 0.02, "gainUpdate",
-         &o.gainResetButton, "gainResetButton", "0.5", "gainReset", readableGain, spokenGain},
-        {"Balance", "balanceLeftMax", "L", "balanceRightMax", "R", &o.balanceSlider, "balanceSlider", -1, 1, 0, 0, 0.05,
-         "balanceUpdate", &o.balanceResetButton, "balanceResetButton", "0", "balanceReset", readableBalance,
-         spokenBalance},
-        {"Bass", "bassMin", "", "bassMax", "", &o.bassSlider, "bassSlider", 0, 256, 128, 128, 8, "bassUpdate",
-         &o.bassResetButton, "bassResetButton", "128", "bassReset", readableTone, spokenTone},
-        {"Treble", "trebleMin", "", "trebleMax", "", &o.trebleSlider, "trebleSlider", 0, 256, 128, 128, 8,
-         "trebleUpdate", &o.trebleResetButton, "trebleResetButton", "128", "trebleReset", readableTone, spokenTone}};
+    const ToneRow rows[] = {{"Gain", ActionId::volumeMin, "", ActionId::volumeMax, "", &o.gainSlider, "gainSlider", 0,
+                             1, 0.5, 0, 0.02, ActionId::gainUpdate, &o.gainResetButton, "gainResetButton", "0.5",
+                             ActionId::gainReset, readableGain, spokenGain},
+                            {"Balance", ActionId::balanceLeftMax, "L", ActionId::balanceRightMax, "R", &o.balanceSlider,
+                             "balanceSlider", -1, 1, 0, 0, 0.05, ActionId::balanceUpdate, &o.balanceResetButton,
+                             "balanceResetButton", "0", ActionId::balanceReset, readableBalance, spokenBalance},
+                            {"Bass", ActionId::bassMin, "", ActionId::bassMax, "", &o.bassSlider, "bassSlider", 0, 256,
+                             128, 128, 8, ActionId::bassUpdate, &o.bassResetButton, "bassResetButton", "128",
+                             ActionId::bassReset, readableTone, spokenTone},
+                            {"Treble", ActionId::trebleMin, "", ActionId::trebleMax, "", &o.trebleSlider,
+                             "trebleSlider", 0, 256, 128, 128, 8, ActionId::trebleUpdate, &o.trebleResetButton,
+                             "trebleResetButton", "128", ActionId::trebleReset, readableTone, spokenTone}};
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(12, 9, 12, 9);
     grid->setHorizontalSpacing(4);
@@ -263,11 +266,11 @@ RecordBar::RecordBar(Outlets& o, ActionTable& actions, QWidget* parent) : Card(p
     o.audioRecordStatus->setAccessibleName(tr("Recording light"));
     o.audioRecordButton = new ImageButton(QStringLiteral("db_start_recording_off.png"));
     o.audioRecordButton->setObjectName(QStringLiteral("audioRecordButton"));
-    actions.bind(o.audioRecordButton, QStringLiteral("audioStartRecord"));
+    actions.bind(o.audioRecordButton, ActionId::audioStartRecord);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(13, 0, 11, 0);
     row->setSpacing(6);
-    row->addWidget(makeChip(tr("Reset All"), "qm_reset.png", "resetAudio", actions));
+    row->addWidget(makeChip(tr("Reset All"), "qm_reset.png", ActionId::resetAudio, actions));
     row->addStretch();
     row->addWidget(o.audioRecordStatus);
     row->addWidget(new TextLabel(tr("Record"), uiFont(12.5), tokens::kText2));

@@ -18,6 +18,22 @@ QString spokenMark(QTTime mark) {
     return spokenDuration(mark.timeScale > 0 ? static_cast<double>(mark.timeValue) / mark.timeScale : 0);
 }
 
+bool isSkip(ActionId id) {
+    switch (id) {
+        case ActionId::skip1:
+        case ActionId::skip10:
+        case ActionId::skip30:
+        case ActionId::skip60:
+        case ActionId::skip300:
+        case ActionId::skipBack:
+        case ActionId::skip_10:
+        case ActionId::skip_60:
+            return true;
+        default:
+            return false;
+    }
+}
+
 }  // namespace
 
 SpokenDeeds::SpokenDeeds(ActionTable& actions, const PlayerState& state, const AbLoop& loop, const Outlets& outlets,
@@ -26,29 +42,41 @@ SpokenDeeds::SpokenDeeds(ActionTable& actions, const PlayerState& state, const A
     connect(&actions, &ActionTable::sent, this, &SpokenDeeds::tell);
 }
 
-void SpokenDeeds::tell(const QString& slot) {
-    const QString words = wordsOf(slot);
+void SpokenDeeds::tell(ActionId id) {
+    const QString words = wordsOf(id);
     if (!words.isEmpty()) m_notices.tell({words, {}, {}, QStringLiteral("deed")});
 }
 
 // The sliders need no words here: they say their value themselves.
-QString SpokenDeeds::wordsOf(const QString& slot) const {
-    static const QStringList speeds = {"speedDown", "speedUp", "speed05",   "speed075",
-                                       "speed150",  "speed20", "speedReset"};
-    static const QStringList pitches = {"semiToneDown", "semiToneUp", "pitchReset"};
-    static const QStringList loops = {"loopSwitch", "markAUpdate", "markBUpdate", "resetMarks"};
-    if (speeds.contains(slot)) return tr("Speed %1").arg(spokenSpeed(m_state.rate));
-    if (pitches.contains(slot)) return tr("Pitch %1").arg(spokenPitch(m_state.pitch));
-    if (loops.contains(slot)) return wordsOfLoop(slot);
-    if (slot == u"selectTrack") return wordsOfTrack();
-    if (slot == u"updateDefaultAudioPref") {
-        const double gain = m_outlets.gainSlider->value();
-        return tr("Quillmere starts with a gain of %1").arg(spokenGain(gain > 0 ? gain : kGainForNone));
+QString SpokenDeeds::wordsOf(ActionId id) const {
+    switch (id) {
+        case ActionId::speedDown:
+        case ActionId::speedUp:
+        case ActionId::speed05:
+        case ActionId::speed075:
+        case ActionId::speed150:
+        case ActionId::speed20:
+        case ActionId::speedReset:
+            return tr("Speed %1").arg(spokenSpeed(m_state.rate));
+        case ActionId::semiToneDown:
+        case ActionId::semiToneUp:
+        case ActionId::pitchReset:
+            return tr("Pitch %1").arg(spokenPitch(m_state.pitch));
+        case ActionId::loopSwitch:
+        case ActionId::markAUpdate:
+        case ActionId::markBUpdate:
+        case ActionId::resetMarks:
+            return wordsOfLoop(id);
+        case ActionId::selectTrack:
+            return wordsOfTrack();
+        case ActionId::displayTrackFormat:
+            return m_outlets.format->isHidden() ? tr("The track's format is hidden")
+                                                : tr("The track's format is shown");
+        default:
+            break;
     }
-    if (slot == u"displayTrackFormat")
-        return m_outlets.format->isHidden() ? tr("The track's format is hidden") : tr("The track's format is shown");
-    const QString position = wordsOfPosition(slot);
-    return position.isEmpty() ? wordsOfSound(slot) : position;
+    const QString position = wordsOfPosition(id);
+    return position.isEmpty() ? wordsOfSound(id) : position;
 }
 
 QString SpokenDeeds::wordsOfTrack() const {
@@ -57,36 +85,57 @@ QString SpokenDeeds::wordsOfTrack() const {
     return tr("%1 is loaded").arg(name ? QString::fromStdString(*name) : QFileInfo(m_state.loadedPath).fileName());
 }
 
-QString SpokenDeeds::wordsOfSound(const QString& slot) const {
-    static const QStringList gains = {"silence", "resetGain", "volumeMin", "volumeMax", "gainReset"};
-    if (gains.contains(slot)) return tr("Gain %1").arg(spokenGain(m_outlets.gainSlider->value()));
-    if (slot.startsWith(u"balance") && slot != u"balanceUpdate")
-        return tr("Balance %1").arg(spokenBalance(m_state.balance));
-    if (slot.startsWith(u"bass") && slot != u"bassUpdate") return tr("Bass %1").arg(spokenTone(m_state.bass));
-    if (slot.startsWith(u"treble") && slot != u"trebleUpdate") return tr("Treble %1").arg(spokenTone(m_state.treble));
-    if (slot == u"resetSound" || slot == u"resetAudio") return tr("Speed, pitch and all sound controls are at rest");
-    return {};
+QString SpokenDeeds::wordsOfSound(ActionId id) const {
+    const double gain = m_outlets.gainSlider->value();
+    switch (id) {
+        case ActionId::silence:
+        case ActionId::resetGain:
+        case ActionId::volumeMin:
+        case ActionId::volumeMax:
+        case ActionId::gainReset:
+            return tr("Gain %1").arg(spokenGain(gain));
+        case ActionId::updateDefaultAudioPref:
+            return tr("Quillmere starts with a gain of %1").arg(spokenGain(gain > 0 ? gain : kGainForNone));
+        case ActionId::balanceLeftMax:
+        case ActionId::balanceReset:
+        case ActionId::balanceRightMax:
+            return tr("Balance %1").arg(spokenBalance(m_state.balance));
+        case ActionId::bassMin:
+        case ActionId::bassReset:
+        case ActionId::bassMax:
+            return tr("Bass %1").arg(spokenTone(m_state.bass));
+        case ActionId::trebleMin:
+        case ActionId::trebleReset:
+        case ActionId::trebleMax:
+            return tr("Treble %1").arg(spokenTone(m_state.treble));
+        case ActionId::resetSound:
+        case ActionId::resetAudio:
+            return tr("Speed, pitch and all sound controls are at rest");
+        default:
+            return {};
+    }
 }
 
 // Of those that lead to an end of the track, where the position may have stood already.
-QString SpokenDeeds::wordsOfPosition(const QString& slot) const {
-    const bool isStart = slot == u"goToStart";
-    if (!m_state.qtMovie || !(isStart || slot.startsWith(u"skip"))) return {};
+QString SpokenDeeds::wordsOfPosition(ActionId id) const {
+    const bool isStart = id == ActionId::goToStart;
+    if (!m_state.qtMovie || !(isStart || isSkip(id))) return {};
     const std::int64_t time = m_state.qtMovie->currentTime().timeValue;
     if (isStart && m_state.isLooping) return tr("At A");
     if (isStart || time <= 0) return tr("At the start");
     return time >= m_state.qtMovie->duration().timeValue ? tr("At the end") : QString();
 }
 
-QString SpokenDeeds::wordsOfLoop(const QString& slot) const {
+QString SpokenDeeds::wordsOfLoop(ActionId id) const {
     if (!m_state.qtMovie) return tr("No track is loaded");
-    if (slot == u"loopSwitch" && !m_state.isLooping) return tr("Loop off");
+    if (id == ActionId::loopSwitch && !m_state.isLooping) return tr("Loop off");
     if (m_outlets.playList->selectedRow() < 0) return tr("No track is selected");
-    if (slot == u"loopSwitch") return wordsOfPassage();
-    if (slot == u"resetMarks") return tr("A at the start, B at the end");
+    if (id == ActionId::loopSwitch) return wordsOfPassage();
+    if (id == ActionId::resetMarks) return tr("A at the start, B at the end");
     const auto& marks = m_loop.shownMarks();
     if (!marks) return {};
-    return slot == u"markAUpdate" ? tr("A at %1").arg(spokenMark(marks->a)) : tr("B at %1").arg(spokenMark(marks->b));
+    return id == ActionId::markAUpdate ? tr("A at %1").arg(spokenMark(marks->a))
+                                       : tr("B at %1").arg(spokenMark(marks->b));
 }
 
 QString SpokenDeeds::wordsOfPassage() const {

@@ -21,12 +21,12 @@ public:
                 Notices& notices);
 
 private:
-    void tell(const QString& slot);
-    QString wordsOf(const QString& slot) const;  // empty for what needs none
+    void tell(ActionId id);
+    QString wordsOf(ActionId id) const;  // empty for what needs none
     QString wordsOfTrack() const;
-    QString wordsOfSound(const QString& slot) const;
-    QString wordsOfPosition(const QString& slot) const;
-    QString wordsOfLoop(const QString& slot) const;
+    QString wordsOfSound(ActionId id) const;
+    QString wordsOfPosition(ActionId id) const;
+    QString wordsOfLoop(ActionId id) const;
     QString wordsOfPassage() const;
 
     const PlayerState& m_state;

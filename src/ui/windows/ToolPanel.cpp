@@ -27,14 +27,14 @@ ToolPanel::ToolPanel(const QString& title, QWidget* mainWindow, Keys keys)
         connect(new QShortcut(key, this), &QShortcut::activated, this, &QWidget::close);
 }
 
-void ToolPanel::furnish() {
-    if (!std::exchange(m_furnished, true)) build();
+void ToolPanel::ensureBuilt() {
+    if (!std::exchange(m_isBuilt, true)) build();
 }
 
 void ToolPanel::setVisible(bool visible) {
     m_isToBeShown = visible && m_held;
     if (visible && m_held) return;
-    if (visible) furnish();
+    if (visible) ensureBuilt();
     QWidget::setVisible(visible);
 }
 

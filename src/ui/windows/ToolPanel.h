@@ -1,6 +1,6 @@
 // A panel that floats above the main window: shown first where it covers nothing that is needed, then where it was
 // left, closed with Esc or Ctrl+W. Closing it only hides it. What is in it, as far as nobody asks for it before, is
-// built when it is first shown or furnished. Main thread only.
+// built when it is first shown or by ensureBuilt(). Main thread only.
 #pragma once
 
 #include <QList>
@@ -23,8 +23,8 @@ public:
 
     ToolPanel(const QString& title, QWidget* mainWindow, Keys keys = Keys::PassedOn);
 
-    void furnish();  // now, so that showing it takes no time later
-    bool isFurnished() const { return m_furnished; }
+    void ensureBuilt();  // now, so that showing it takes no time later
+    bool isBuilt() const { return m_isBuilt; }
 
     // Between these two it is not shown: it only keeps in mind whether it is to be.
     void hold() { m_held = true; }
@@ -53,7 +53,7 @@ private:
     void moveFrame(QPoint place);
     bool fillsTheScreen() const;
 
-    bool m_furnished = false;
+    bool m_isBuilt = false;
     bool m_held = false;
     bool m_isToBeShown = false;          // while it is held
     std::optional<QPoint> m_place;       // where it is shown again

@@ -26,6 +26,7 @@ struct Stage {
     std::string source = folder.write("source.wav", waveFile(2, 44100, 30011, SampleFormat::Int16));
     std::string out = folder.file("out");
     std::string target = out + "/exported.mov";
+    std::shared_ptr<Reaper> reaper = std::make_shared<Reaper>();
 
     Stage() { std::filesystem::create_directory(out); }
 };
@@ -86,7 +87,7 @@ TEST_CASE("an export over the file it is made from leaves the whole movie there"
     const Stage stage;
     const auto before = wholeSound(stage.source);
     const auto file = opened(stage.source);
-    FileExport running(file, stage.source, 0.5f);
+    FileExport running(file, stage.source, 0.5f, stage.reaper);
     awaitEnd(running);
     CHECK(wholeSound(stage.source) == before);
     CHECK(statedRate(stage.source) == 0.5);
@@ -98,7 +99,7 @@ TEST_CASE("an export of a file that was renamed or removed meanwhile succeeds") 
     const auto before = wholeSound(stage.source);
     const auto file = opened(stage.source);
     std::filesystem::remove(stage.source);
-    FileExport running(file, stage.target, 1);
+    FileExport running(file, stage.target, 1, stage.reaper);
     awaitEnd(running);
     CHECK(wholeSound(stage.target) == before);
 }
@@ -171,7 +172,7 @@ TEST_CASE("a cancelled export leaves nothing, at once, and the file that was the
     std::ofstream(stage.target) << "as it was";
     LogLines log;
     {
-        FileExport running(opened(large), stage.target, 1);
+        FileExport running(opened(large), stage.target, 1, stage.reaper);
         running.cancel();
         CHECK(hiddenFiles(stage.out).empty());
         awaitEnd(running);
@@ -181,10 +182,20 @@ TEST_CASE("a cancelled export leaves nothing, at once, and the file that was the
     CHECK(log.lines.size() == 1);
 }
 
+TEST_CASE("an export that is let go of leaves nothing, now and when its thread has ended") {
+    Stage stage;
+    const std::string large = stage.folder.write("large.wav", waveFile(2, 44100, 3000000, SampleFormat::Int16));
+    { const FileExport running(opened(large), stage.target, 1, stage.reaper); }
+    CHECK(hiddenFiles(stage.out).empty());
+    stage.reaper.reset();
+    CHECK(hiddenFiles(stage.out).empty());
+    CHECK_FALSE(std::filesystem::exists(stage.target));
+}
+
 TEST_CASE("an export that fails is one line in the log, and it is finished") {
     const Stage stage;
     LogLines log;
-    FileExport running(opened(stage.source), stage.out + "/absent/a.mov", 1);
+    FileExport running(opened(stage.source), stage.out + "/absent/a.mov", 1, stage.reaper);
     awaitEnd(running);
     REQUIRE(log.lines.size() == 1);
     CHECK(log.lines.front() == "cannot export to " + stage.out + "/absent/a.mov: No such file or directory");

@@ -21,7 +21,7 @@ struct Player {
         : Player(computed(length, std::move(sound), preferredRate)) {}
 
     explicit Player(OpenedMedia media)
-        : movie(std::make_unique<FileMovie>(1, std::make_shared<MovieRegistry>(), std::move(media),
+        : movie(std::make_unique<FileMovie>(registry, std::make_shared<Reaper>(), std::move(media),
                                             [this](int, OutputSource& source) -> Result<std::unique_ptr<AudioOutput>> {
                                                 auto stepped = std::make_unique<SteppedOutput>(source);
                                                 device = stepped.get();
@@ -70,6 +70,7 @@ struct Player {
 
     std::int64_t now() const { return movie->currentTime().timeValue; }
 
+    MovieRegistry registry;
     SteppedOutput* device = nullptr;
     std::unique_ptr<FileMovie> movie;
 

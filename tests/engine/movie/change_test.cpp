@@ -91,7 +91,7 @@ TEST_CASE("pitch, tone and balance set while paused are in force when play goes 
     p.settle();
     p.play(3000);
     p.movie->setPitch(1200);
-    p.movie->setTone({0, 128});
+    p.movie->setTone(0, 0, 128);
     p.movie->setBalance(1);
     p.settle();
     p.start();

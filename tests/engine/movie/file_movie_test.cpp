@@ -347,7 +347,8 @@ TEST_CASE("without any device time goes on silently") {
     OpenedMedia media;
     media.description.hasSound = true;
     media.sound = std::make_unique<ComputedSound>(kRate, codedFrame);
-    FileMovie movie(1, std::make_shared<MovieRegistry>(), std::move(media),
+    MovieRegistry registry;
+    FileMovie movie(registry, std::make_shared<Reaper>(), std::move(media),
                     [](int, OutputSource&) -> Result<std::unique_ptr<AudioOutput>> {
                         return Error{ErrorCategory::Device, "none"};
                     });
@@ -361,7 +362,8 @@ TEST_CASE("a film without sound counts its time in units of 600") {
     OpenedMedia media;
     media.description.hasVideo = true;
     media.description.durationSeconds = 2.5;
-    FileMovie movie(1, std::make_shared<MovieRegistry>(), std::move(media), openNullOutput);
+    MovieRegistry registry;
+    FileMovie movie(registry, std::make_shared<Reaper>(), std::move(media), openNullOutput);
     CHECK(movie.duration() == QTTime{1500, 600, 0});
     movie.setCurrentTime({600, 600, 0});
     CHECK(movie.currentTime() == QTTime{600, 600, 0});
@@ -381,17 +383,17 @@ TEST_CASE("a movie whose device does not let go is given up at once, and another
         opened.sound = std::make_unique<ComputedSound>(kRate, codedFrame);
         return opened;
     };
-    const auto registry = std::make_shared<MovieRegistry>();
+    MovieRegistry registry;
+    const auto reaper = std::make_shared<Reaper>();
     const auto answers = answer.get_future().share();
-    for (Movie handle = 1; handle <= 100; ++handle) {
-        FileMovie movie(handle, registry, media(),
+    for (int i = 0; i < 100; ++i) {
+        FileMovie movie(registry, reaper, media(),
                         [&](int, OutputSource& source) -> Result<std::unique_ptr<AudioOutput>> {
                             return std::unique_ptr<AudioOutput>(std::make_unique<StandingOutput>(source, answers));
                         });
         Player::waitFor([&] { return movie.renderThread().isCaughtUp(); });
     }
-    CHECK(registry->movies.empty());
-    CHECK(registry->reaper.ending() == 100);
+    CHECK(reaper->ending() == 100);
     Player p;
     p.start();
     CHECK_FALSE(settled(p.play(1000)).empty());
@@ -401,7 +403,8 @@ TEST_CASE("a movie whose device does not let go is given up at once, and another
 TEST_CASE("opening a file that does not answer can be given up") {
     TemporaryFolder folder;
     FileEngine* opening = nullptr;
-    FileEngine engine(openNullOutput, [&](const IsDone& isDone) {
+    MovieRegistry registry;
+    FileEngine engine(registry, openNullOutput, [&](const IsDone& isDone) {
         opening->giveUpOpening();
         CHECK(isDone(std::chrono::milliseconds(0)));
     });

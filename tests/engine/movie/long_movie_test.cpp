@@ -1,6 +1,7 @@
 // Movies with more units than the low-level calls can count.
 #include <doctest/doctest.h>
 
+#include "engine/api/MovieToolbox.h"
 #include "engine/media/MediaFiles.h"
 #include "engine/movie/FileEngine.h"
 
@@ -24,17 +25,20 @@ std::string longWave(const TemporaryFolder& folder, int rate, std::int64_t frame
 
 TEST_CASE("a movie of as many frames as can be counted plays") {
     const TemporaryFolder folder;
-    FileEngine engine(openNullOutput);
+    MovieRegistry movies;
+    FileEngine engine(movies, openNullOutput);
     const auto movie = engine.movieWithFile(longWave(folder, 44100, kMost));
     REQUIRE(movie);
-    CHECK(engine.GetMovieDuration(movie.value()->quickTimeMovie()) == kMost);
-    engine.SetMovieTimeValue(movie.value()->quickTimeMovie(), kMost - 1);
-    CHECK(engine.GetMovieTime(movie.value()->quickTimeMovie()) == kMost - 1);
+    MovieToolbox toolbox(movies);
+    CHECK(toolbox.GetMovieDuration(movie.value()->quickTimeMovie()) == kMost);
+    toolbox.SetMovieTimeValue(movie.value()->quickTimeMovie(), kMost - 1);
+    CHECK(toolbox.GetMovieTime(movie.value()->quickTimeMovie()) == kMost - 1);
 }
 
 TEST_CASE("a movie of more frames than can be counted is refused, and the reason says how long it may be") {
     const TemporaryFolder folder;
-    FileEngine engine(openNullOutput);
+    MovieRegistry movies;
+    FileEngine engine(movies, openNullOutput);
     const std::pair<int, const char*> refusals[] = {
         {44100, "is too long to be played: 13 hours and 31 minutes is the most at 44.1 kHz"},
         {192000, "is too long to be played: 3 hours and 6 minutes is the most at 192 kHz"},

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "engine/api/MetaData.h"
 #include "engine/media/tags/ReadTags.h"
 #include "engine/movie/FileEngine.h"
 
@@ -22,19 +23,21 @@ struct OpenedFile {
 
     QTMetaDataItem after(QTMetaDataRef metaData, QTMetaDataItem item) {
         QTMetaDataItem next = 0;
-        return engine.QTMetaDataGetNextItem(metaData, kAny, item, kAny, next) == kNoErr ? next : 0;
+        return toolbox.QTMetaDataGetNextItem(metaData, kAny, item, kAny, next) == kNoErr ? next : 0;
     }
 
     std::string property(QTMetaDataRef metaData, QTMetaDataItem item, std::uint32_t id, std::size_t size = 255) {
         std::array<char, 256> buffer{};
         std::size_t used = 0;
-        CHECK(engine.QTMetaDataGetItemProperty(metaData, item, kPropertyClass_MetaDataItem, id, size, buffer.data(),
-                                               used) == kNoErr);
+        CHECK(toolbox.QTMetaDataGetItemProperty(metaData, item, kPropertyClass_MetaDataItem, id, size, buffer.data(),
+                                                used) == kNoErr);
         return {buffer.data(), used};
     }
 
     TemporaryFolder folder;
-    FileEngine engine{openNullOutput};
+    MovieRegistry movies;
+    FileEngine engine{movies, openNullOutput};
+    MetaDataToolbox toolbox{movies};
     std::unique_ptr<QTMovie> movie;
 };
 
@@ -47,7 +50,7 @@ FileContent taggedWave() {
 TEST_CASE("the items of a file are listed in order and read by property") {
     OpenedFile opened(taggedWave());
     QTMetaDataRef metaData = 0;
-    REQUIRE(opened.engine.QTCopyMovieMetaData(opened.movie->quickTimeMovie(), metaData) == kNoErr);
+    REQUIRE(opened.toolbox.QTCopyMovieMetaData(opened.movie->quickTimeMovie(), metaData) == kNoErr);
     const QTMetaDataItem title = opened.after(metaData, kQTMetaDataItemUninitialized);
     const QTMetaDataItem artist = opened.after(metaData, title);
     CHECK(opened.property(metaData, title, kQTMetaDataItemPropertyID_Key) == kTitle);
@@ -61,29 +64,29 @@ TEST_CASE("a copy of the tags outlives its movie and ends with its release") {
     OpenedFile opened(taggedWave());
     QTMetaDataRef metaData = 0;
     const Movie handle = opened.movie->quickTimeMovie();
-    REQUIRE(opened.engine.QTCopyMovieMetaData(handle, metaData) == kNoErr);
+    REQUIRE(opened.toolbox.QTCopyMovieMetaData(handle, metaData) == kNoErr);
     opened.movie.reset();
     CHECK(opened.property(metaData, 1, kQTMetaDataItemPropertyID_Value) == "Song");
-    opened.engine.QTMetaDataRelease(metaData);
+    opened.toolbox.QTMetaDataRelease(metaData);
     QTMetaDataItem next = 0;
-    CHECK(opened.engine.QTMetaDataGetNextItem(metaData, kAny, 0, kAny, next) == kInvalidMetaData);
-    CHECK(opened.engine.QTCopyMovieMetaData(handle, metaData) == kInvalidMovie);
+    CHECK(opened.toolbox.QTMetaDataGetNextItem(metaData, kAny, 0, kAny, next) == kInvalidMetaData);
+    CHECK(opened.toolbox.QTCopyMovieMetaData(handle, metaData) == kInvalidMovie);
     CHECK(metaData == 0);
 }
 
 TEST_CASE("items and properties that do not exist are errors") {
     OpenedFile opened(taggedWave());
     QTMetaDataRef metaData = 0;
-    REQUIRE(opened.engine.QTCopyMovieMetaData(opened.movie->quickTimeMovie(), metaData) == kNoErr);
+    REQUIRE(opened.toolbox.QTCopyMovieMetaData(opened.movie->quickTimeMovie(), metaData) == kNoErr);
     QTMetaDataItem next = 0;
-    CHECK(opened.engine.QTMetaDataGetNextItem(metaData, kAny, 3, kAny, next) == kNoMoreMetaDataItems);
-    CHECK(opened.engine.QTMetaDataGetNextItem(metaData, kAny, 99, kAny, next) == kInvalidMetaDataItem);
-    CHECK(opened.engine.QTMetaDataGetNextItem(metaData, 1, 0, kAny, next) == kInvalidStorageFormat);
-    CHECK(opened.engine.QTMetaDataGetNextItem(metaData, kAny, 0, 1, next) == kInvalidKeyFormat);
+    CHECK(opened.toolbox.QTMetaDataGetNextItem(metaData, kAny, 3, kAny, next) == kNoMoreMetaDataItems);
+    CHECK(opened.toolbox.QTMetaDataGetNextItem(metaData, kAny, 99, kAny, next) == kInvalidMetaDataItem);
+    CHECK(opened.toolbox.QTMetaDataGetNextItem(metaData, 1, 0, kAny, next) == kInvalidStorageFormat);
+    CHECK(opened.toolbox.QTMetaDataGetNextItem(metaData, kAny, 0, 1, next) == kInvalidKeyFormat);
     char byte = 0;
     std::size_t used = 0;
     const auto status = [&](QTMetaDataItem item, std::uint32_t kind, std::uint32_t id) {
-        return opened.engine.QTMetaDataGetItemProperty(metaData, item, kind, id, 1, &byte, used);
+        return opened.toolbox.QTMetaDataGetItemProperty(metaData, item, kind, id, 1, &byte, used);
     };
     CHECK(status(0, kPropertyClass_MetaDataItem, kQTMetaDataItemPropertyID_Key) == kInvalidMetaDataItem);
     CHECK(status(4, kPropertyClass_MetaDataItem, kQTMetaDataItemPropertyID_Key) == kInvalidMetaDataItem);

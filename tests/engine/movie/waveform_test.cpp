@@ -115,7 +115,8 @@ TEST_CASE("a movie's waveform is that of what is heard of it, in every kind of f
         REQUIRE(encode(sound, folder.file(name)));
         paths.push_back(folder.file(name));
     }
-    FileEngine engine([](int, OutputSource&) -> Result<std::unique_ptr<AudioOutput>> {
+    MovieRegistry movies;
+    FileEngine engine(movies, [](int, OutputSource&) -> Result<std::unique_ptr<AudioOutput>> {
         return Error{ErrorCategory::Device, "none"};
     });
     for (const std::string& path : paths) {

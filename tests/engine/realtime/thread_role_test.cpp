@@ -29,3 +29,11 @@ TEST_CASE("a role that another thread took stays with it") {
     CHECK(isOnAnotherThread(role));
     CHECK_FALSE(role.isHere());
 }
+
+TEST_CASE("a role that is handed over belongs to the next thread that asks") {
+    ThreadRole role;
+    CHECK(role.isHere());
+    role.handOver();
+    CHECK(isOnAnotherThread(role));
+    CHECK_FALSE(role.isHere());
+}

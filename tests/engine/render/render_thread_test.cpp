@@ -173,6 +173,24 @@ TEST_CASE("a device that waits for a sound server holds up no request and no que
     CHECK(served);
 }
 
+TEST_CASE("until a seek is heard, its target is answered as what is heard") {
+    Barrier server;
+    std::atomic<bool> served = false;
+    const auto open = [&](int, OutputSource& source) -> Result<std::unique_ptr<AudioOutput>> {
+        return std::unique_ptr<AudioOutput>(std::make_unique<HesitantOutput>(source, server, served));
+    };
+    RenderThread render(std::make_unique<ComputedSound>(100000, codedFrame), open);
+    RenderThread::Request request;
+    request.playing = true;
+    render.request(request);
+    server.awaitVisitor();
+    request.seek = 1;
+    request.seekTarget = 5000;
+    render.request(request);
+    CHECK(render.heard() == 5000);
+    server.open();
+}
+
 TEST_CASE("a device that waits for a sound server does not answer, until it has what it waited for") {
     Barrier server;
     std::atomic<bool> served = false;

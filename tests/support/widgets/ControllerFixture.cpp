@@ -126,7 +126,7 @@ void ControllerFixture::buildLabels(QWidget* parent) {
 }
 
 QMController& ControllerFixture::init() {
-    controller = std::make_unique<QMController>(engine, capture, prefs,
+    controller = std::make_unique<QMController>(engine, engine.movies, capture, prefs,
                                                 [this](const QString& name) { return imageByName(log, name); });
     controller->setExit([this](int status) { log.add("exit " + std::to_string(status)); });
     connectDialogs();
@@ -179,9 +179,9 @@ void ControllerFixture::addRow(const QString& path, std::int64_t duration, std::
     outlets.playList->reloadData();
 }
 
-void ControllerFixture::drag(Slider* slider, double value, void (QMController::*action)()) {
+void ControllerFixture::drag(Slider* slider, double value, void (QMController::*action)(double)) {
     slider->setValue(value);
-    (controller.get()->*action)();
+    (controller.get()->*action)(slider->value());
 }
 
 Events ControllerFixture::transportImages() const {

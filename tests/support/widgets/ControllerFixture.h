@@ -57,7 +57,7 @@ public:
     void addRow(const QString& path, std::int64_t duration = 60000, std::int32_t timescale = 600);
 
     // The user moves a slider to a value.
-    void drag(Slider* slider, double value, void (QMController::*action)());
+    void drag(Slider* slider, double value, void (QMController::*action)(double));
 
     // The three transport images, forward, pause, backward.
     Events transportImages() const;

@@ -1,7 +1,6 @@
 #include "support/widgets/FakeMediaEngine.h"
 
 #include <charconv>
-#include <cstring>
 
 namespace qm {
 
@@ -18,10 +17,6 @@ std::string yesNo(bool value) {
     return value ? " YES" : " NO";
 }
 
-std::string fourChars(std::uint32_t code) {
-    return {char(code >> 24), char(code >> 16 & 0xff), char(code >> 8 & 0xff), char(code & 0xff)};
-}
-
 std::string timeText(QTTime time) {
     return std::to_string(time.timeValue) + "/" + std::to_string(time.timeScale) +
            (time.flags ? " flags " + std::to_string(time.flags) : "");
@@ -29,14 +24,8 @@ std::string timeText(QTTime time) {
 
 }  // namespace
 
-FakeMovie::FakeMovie(FakeMediaEngine& engine, Movie handle, MovieScript movieScript)
-    : script(std::move(movieScript)), time{0, script.timeScale, 0}, m_engine(engine), m_handle(handle) {
-    m_engine.m_living[handle] = this;
-}
-
-FakeMovie::~FakeMovie() {
-    m_engine.m_living.erase(m_handle);
-}
+FakeMovie::FakeMovie(FakeMediaEngine& engine, MovieScript movieScript)
+    : QTMovie(engine.movies), script(std::move(movieScript)), time{0, script.timeScale, 0}, m_engine(engine) {}
 
 void FakeMovie::play() {
     m_engine.log.add("play");
@@ -53,6 +42,11 @@ void FakeMovie::setRate(float rate) {
 void FakeMovie::setCurrentTime(QTTime newTime) {
     m_engine.log.add("setCurrentTime " + timeText(newTime));
     time = newTime;
+}
+
+void FakeMovie::seekTo(std::int64_t newTime) {
+    m_engine.log.add("seekTo " + std::to_string(newTime));
+    time = {newTime, script.timeScale, 0};
 }
 
 std::optional<long> FakeMovie::timeScaleAttribute() const {
@@ -104,17 +98,48 @@ void FakeMovie::setVolume(float volume) {
     m_engine.log.add("setVolume " + number(volume));
 }
 
+void FakeMovie::setBalance(float balance) {
+    m_engine.log.add("setBalance " + number(balance));
+}
+
+void FakeMovie::setPitch(float cents) {
+    m_engine.log.add("setPitch " + number(cents));
+}
+
+void FakeMovie::setTone(int soundTrack, std::int16_t bass, std::int16_t treble) {
+    m_engine.log.add("setTone track " + std::to_string(soundTrack) + " " + std::to_string(bass) + " " +
+                     std::to_string(treble));
+}
+
+void FakeMovie::meterVolume(bool on) {
+    m_engine.log.add("meterVolume" + yesNo(on));
+}
+
+void FakeMovie::meterBands(bool on) {
+    m_engine.log.add("meterBands" + yesNo(on));
+}
+
+bool FakeMovie::readVolumeLevels(QTAudioVolumeLevels& averagePower, QTAudioVolumeLevels& peakHold) const {
+    if (m_engine.atMeterRead) m_engine.atMeterRead("readVolumeLevels");
+    if (!m_engine.givesVolumeLevels) return false;
+    averagePower = m_engine.averagePower;
+    peakHold = m_engine.peakHold;
+    return true;
+}
+
+bool FakeMovie::readFrequencyLevels(QTAudioFrequencyLevels& levels) const {
+    if (m_engine.atMeterRead) m_engine.atMeterRead("readFrequencyLevels");
+    if (!m_engine.givesFrequencyLevels) return false;
+    levels = m_engine.frequencyLevels;
+    return true;
+}
+
+std::optional<SoundOutput> FakeMovie::soundOutput() const {
+    return m_engine.output;
+}
+
 FakeMovie* FakeMediaEngine::movie() const {
-    return living(m_lastHandle);
-}
-
-FakeMovie* FakeMediaEngine::living(Movie movie) const {
-    const auto found = m_living.find(movie);
-    return found == m_living.end() ? nullptr : found->second;
-}
-
-OSErr FakeMediaEngine::statusFor(Movie movie) const {
-    return living(movie) ? status : kInvalidMovie;
+    return static_cast<FakeMovie*>(movies.find(m_last));
 }
 
 Result<std::unique_ptr<QTMovie>> FakeMediaEngine::movieWithFile(const std::string& path) {
@@ -123,105 +148,9 @@ Result<std::unique_ptr<QTMovie>> FakeMediaEngine::movieWithFile(const std::strin
     if (missing.contains(path)) return Error{ErrorCategory::NotFound, path + ": No such file or directory"};
     if (unreadable.contains(path)) return Error{ErrorCategory::Unreadable, "not a media file"};
     const auto own = files.find(path);
-    std::unique_ptr<QTMovie> opened =
-        std::make_unique<FakeMovie>(*this, ++m_lastHandle, own == files.end() ? usual : own->second);
+    std::unique_ptr<QTMovie> opened = std::make_unique<FakeMovie>(*this, own == files.end() ? usual : own->second);
+    m_last = opened->quickTimeMovie();
     return opened;
-}
-
-OSErr FakeMediaEngine::QTCopyMovieMetaData(Movie movie, QTMetaDataRef& metaData) {
-    metaData = 0;
-    const FakeMovie* found = living(movie);
-    if (!found) return kInvalidMovie;
-    if (metaDataStatus == kNoErr) metaData = m_metaData.add(found->script.tags);
-    return metaDataStatus;
-}
-
-OSErr FakeMediaEngine::QTMetaDataGetNextItem(QTMetaDataRef metaData, std::uint32_t storageFormat,
-                                             QTMetaDataItem current, std::uint32_t keyFormat, QTMetaDataItem& next) {
-    return m_metaData.nextItem(metaData, storageFormat, current, keyFormat, next);
-}
-
-OSErr FakeMediaEngine::QTMetaDataGetItemProperty(QTMetaDataRef metaData, QTMetaDataItem item,
-                                                 std::uint32_t propertyClass, std::uint32_t propertyId,
-                                                 std::size_t size, void* value, std::size_t& sizeUsed) {
-    if (unreadableProperties.contains({item, propertyId})) return kInvalidMetaDataItem;
-    return m_metaData.itemProperty(metaData, item, propertyClass, propertyId, size, value, sizeUsed);
-}
-
-std::int32_t FakeMediaEngine::GetMovieDuration(Movie movie) {
-    const FakeMovie* found = living(movie);
-    return found ? found->script.duration : 0;
-}
-
-std::int32_t FakeMediaEngine::GetMovieTime(Movie movie) {
-    const FakeMovie* found = living(movie);
-    return found ? static_cast<std::int32_t>(found->time.timeValue) : 0;
-}
-
-void FakeMediaEngine::SetMovieTimeValue(Movie movie, std::int32_t time) {
-    log.add("SetMovieTimeValue " + std::to_string(time));
-    if (FakeMovie* found = living(movie)) found->time = {time, found->script.timeScale, 0};
-}
-
-bool FakeMediaEngine::IsMovieDone(Movie movie) {
-    const FakeMovie* found = living(movie);
-    return found && found->done;
-}
-
-OSErr FakeMediaEngine::QTSetMovieProperty(Movie movie, std::uint32_t propertyClass, std::uint32_t propertyId,
-                                          std::uint32_t size, const void* value) {
-    float cents = 0;
-    std::memcpy(&cents, value, sizeof cents);
-    log.add("QTSetMovieProperty " + fourChars(propertyClass) + " " + fourChars(propertyId) + " " +
-            std::to_string(size) + " bytes " + number(cents));
-    return statusFor(movie);
-}
-
-OSErr FakeMediaEngine::SetMovieAudioBalance(Movie movie, float balance, std::uint32_t flags) {
-    log.add("SetMovieAudioBalance " + number(balance) + " flags " + std::to_string(flags) +
-            (movie == 0 ? " without a movie" : ""));
-    return statusFor(movie);
-}
-
-int FakeMediaEngine::soundTrackCount(Movie movie) {
-    const FakeMovie* found = living(movie);
-    return found ? found->script.soundTracks : 0;
-}
-
-OSErr FakeMediaEngine::MediaSetSoundBassAndTreble(Movie movie, int soundTrack, std::int16_t bass, std::int16_t treble) {
-    log.add("MediaSetSoundBassAndTreble track " + std::to_string(soundTrack) + " " + std::to_string(bass) + " " +
-            std::to_string(treble));
-    return statusFor(movie);
-}
-
-OSErr FakeMediaEngine::SetMovieAudioVolumeMeteringEnabled(Movie movie, std::uint32_t mix, bool enabled) {
-    log.add("SetMovieAudioVolumeMeteringEnabled " + fourChars(mix) + yesNo(enabled));
-    return statusFor(movie);
-}
-
-OSErr FakeMediaEngine::SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t& bands) {
-    log.add("SetMovieAudioFrequencyMeteringNumBands " + fourChars(mix) + " " + std::to_string(bands));
-    return statusFor(movie);
-}
-
-OSErr FakeMediaEngine::meterStatus(Movie movie, std::optional<OSErr> own, const std::string& call) const {
-    if (atMeterRead) atMeterRead(call);
-    return living(movie) ? own.value_or(status) : kInvalidMovie;
-}
-
-OSErr FakeMediaEngine::GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, QTAudioVolumeLevels& average,
-                                                 QTAudioVolumeLevels& peak) {
-    const OSErr answer = meterStatus(movie, volumeLevelsStatus, "GetMovieAudioVolumeLevels " + fourChars(mix));
-    if (answer != kNoErr) return answer;
-    average = averagePower;
-    peak = peakHold;
-    return kNoErr;
-}
-
-OSErr FakeMediaEngine::GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, QTAudioFrequencyLevels& levels) {
-    const OSErr answer = meterStatus(movie, frequencyLevelsStatus, "GetMovieAudioFrequencyLevels " + fourChars(mix));
-    if (answer == kNoErr) levels = frequencyLevels;
-    return answer;
 }
 
 }  // namespace qm

@@ -9,7 +9,8 @@
 #include <utility>
 
 #include "engine/api/MediaEngine.h"
-#include "engine/api/MetaDataCopies.h"
+#include "engine/api/MetaData.h"
+#include "engine/api/MovieToolbox.h"
 #include "support/widgets/EventLog.h"
 
 namespace qm {
@@ -32,12 +33,11 @@ class FakeMediaEngine;
 
 class FakeMovie : public QTMovie {
 public:
-    FakeMovie(FakeMediaEngine& engine, Movie handle, MovieScript script);
-    ~FakeMovie() override;
+    FakeMovie(FakeMediaEngine& engine, MovieScript script);
 
     MovieScript script;
     QTTime time;        // the current time; a test may set any value and flags
-    bool done = false;  // what IsMovieDone() answers
+    bool done = false;  // what isDone() answers
     std::optional<PictureViewer> viewer;
     std::shared_ptr<const VideoPicture> picture;  // what currentPicture() answers
     Waveform pictured;                            // what waveform() answers
@@ -47,6 +47,8 @@ public:
     void setRate(float rate) override;
     QTTime currentTime() const override { return time; }
     void setCurrentTime(QTTime newTime) override;
+    void seekTo(std::int64_t newTime) override;
+    bool isDone() const override { return done; }
     QTTime duration() const override { return {script.duration, script.timeScale, 0}; }
     std::optional<long> timeScaleAttribute() const override;
     bool hasVideoAttribute() const override { return script.hasVideo; }
@@ -54,6 +56,7 @@ public:
     std::optional<std::string> copyrightAttribute() const override { return script.copyright; }
     std::optional<std::int64_t> dataSizeAttribute() const override { return script.dataSize; }
     std::vector<std::optional<std::string>> trackFormatSummaries() const override { return script.trackFormats; }
+    const std::vector<Tag>& tags() const override { return script.tags; }
     void setSelectionAttribute(QTTimeRange range) override;
     void setLoopsAttribute(bool loops) override;
     void setPlaysSelectionOnlyAttribute(bool only) override;
@@ -62,14 +65,21 @@ public:
     void setMuted(bool muted) override;
     void setVolume(float volume) override;
     float volume() const override { return m_volume; }
+    void setBalance(float balance) override;
+    void setPitch(float cents) override;
+    int soundTrackCount() const override { return script.soundTracks; }
+    void setTone(int soundTrack, std::int16_t bass, std::int16_t treble) override;
+    void meterVolume(bool on) override;
+    void meterBands(bool on) override;
+    bool readVolumeLevels(QTAudioVolumeLevels& averagePower, QTAudioVolumeLevels& peakHold) const override;
+    bool readFrequencyLevels(QTAudioFrequencyLevels& levels) const override;
+    std::optional<SoundOutput> soundOutput() const override;
     void setPictureViewer(std::optional<PictureViewer> newViewer) override { viewer = std::move(newViewer); }
     std::shared_ptr<const VideoPicture> currentPicture() const override { return picture; }
     Waveform waveform() const override { return pictured; }
-    Movie quickTimeMovie() const override { return m_handle; }
 
 private:
     FakeMediaEngine& m_engine;
-    Movie m_handle;
     float m_volume = 1;
 };
 
@@ -97,20 +107,23 @@ public:
     explicit FakeMediaEngine(EventLog& eventLog) : log(eventLog) {}
 
     EventLog& log;
+    MovieRegistry movies;  // the real calls on handles, over the fake's movies
+    MovieToolbox toolbox{movies};
+    MetaDataToolbox metaData{movies};
+
     MovieScript usual;                         // what a file without a script of its own opens as
     std::map<std::string, MovieScript> files;  // by path
     std::set<std::string> unreadable;          // paths that cannot be opened
     std::set<std::string> missing;             // paths where no file is
     std::set<std::string> silent;              // paths of files that do not answer
     std::optional<SoundOutput> output;         // what soundOutput() answers
-    OSErr status = kNoErr;                     // what every call with a status answers on a living movie
 
-    // What the meters measure, and what the two calls that read them answer in place of `status`.
+    // What the meters measure, and whether the two calls that read them give it.
     QTAudioVolumeLevels averagePower;
     QTAudioVolumeLevels peakHold;
     QTAudioFrequencyLevels frequencyLevels;
-    std::optional<OSErr> volumeLevelsStatus;
-    std::optional<OSErr> frequencyLevelsStatus;
+    bool givesVolumeLevels = true;
+    bool givesFrequencyLevels = true;
     std::function<void(const std::string& call)> atMeterRead;  // called when the meters are read, with the call
 
     bool exportsObey = true;  // a cancelled export is finished at once
@@ -118,49 +131,17 @@ public:
     // The export begun last, if it still lives.
     FakeExport* movieExport() const { return m_export; }
 
-    OSErr metaDataStatus = kNoErr;                                            // what copying the tags answers
-    std::set<std::pair<QTMetaDataItem, std::uint32_t>> unreadableProperties;  // by item, counted from 1, and property
-    std::size_t metaDataInUse() const { return m_metaData.count(); }          // copies that have not been released
-
     // The movie opened last, if it still lives.
     FakeMovie* movie() const;
 
     Result<std::unique_ptr<QTMovie>> movieWithFile(const std::string& path) override;
     void giveUpOpening() override { log.add("give up opening"); }
-    std::optional<SoundOutput> soundOutput() const override { return output; }
-    std::int32_t GetMovieDuration(Movie movie) override;
-    std::int32_t GetMovieTime(Movie movie) override;
-    void SetMovieTimeValue(Movie movie, std::int32_t time) override;
-    bool IsMovieDone(Movie movie) override;
-    OSErr QTSetMovieProperty(Movie movie, std::uint32_t propertyClass, std::uint32_t propertyId, std::uint32_t size,
-                             const void* value) override;
-    OSErr SetMovieAudioBalance(Movie movie, float balance, std::uint32_t flags) override;
-    int soundTrackCount(Movie movie) override;
-    OSErr MediaSetSoundBassAndTreble(Movie movie, int soundTrack, std::int16_t bass, std::int16_t treble) override;
-    OSErr SetMovieAudioVolumeMeteringEnabled(Movie movie, std::uint32_t mix, bool enabled) override;
-    OSErr SetMovieAudioFrequencyMeteringNumBands(Movie movie, std::uint32_t mix, std::uint32_t& bands) override;
-    OSErr GetMovieAudioVolumeLevels(Movie movie, std::uint32_t mix, QTAudioVolumeLevels& averagePower,
-                                    QTAudioVolumeLevels& peakHold) override;
-    OSErr GetMovieAudioFrequencyLevels(Movie movie, std::uint32_t mix, QTAudioFrequencyLevels& levels) override;
-    OSErr QTCopyMovieMetaData(Movie movie, QTMetaDataRef& metaData) override;
-    OSErr QTMetaDataGetNextItem(QTMetaDataRef metaData, std::uint32_t storageFormat, QTMetaDataItem current,
-                                std::uint32_t keyFormat, QTMetaDataItem& next) override;
-    OSErr QTMetaDataGetItemProperty(QTMetaDataRef metaData, QTMetaDataItem item, std::uint32_t propertyClass,
-                                    std::uint32_t propertyId, std::size_t size, void* value,
-                                    std::size_t& sizeUsed) override;
-    void QTMetaDataRelease(QTMetaDataRef metaData) override { m_metaData.release(metaData); }
 
 private:
-    friend class FakeMovie;
     friend class FakeExport;
-    FakeMovie* living(Movie movie) const;
-    OSErr statusFor(Movie movie) const;
-    OSErr meterStatus(Movie movie, std::optional<OSErr> own, const std::string& call) const;
 
-    std::map<Movie, FakeMovie*> m_living;
-    Movie m_lastHandle = 0;
+    Movie m_last = 0;
     FakeExport* m_export = nullptr;
-    MetaDataCopies m_metaData;
 };
 
 }  // namespace qm

@@ -1,6 +1,7 @@
 // The main window over a real controller with a fake engine, offscreen. Main thread only; one at a time.
 #pragma once
 
+#include "app/ActionReceivers.h"
 #include "support/widgets/ControllerFixture.h"
 #include "ui/IdleActs.h"
 #include "ui/PlayerKeys.h"
@@ -16,7 +17,7 @@ struct LivingWindow {
     ControllerFixture fixture;
     QMController& controller = fixture.init();
     Outlets& outlets = controller;
-    MainWindow window{outlets, &controller};
+    MainWindow window{outlets};
     StatusNotices statusNotices{window, controller.notices()};
     PlayerKeys keys{controller,
                     controller,
@@ -31,7 +32,10 @@ struct LivingWindow {
     ContextMenus contextMenus{window, controller, controller, outlets};
     MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
 
-    LivingWindow() { controller.awakeFromNib(); }
+    LivingWindow() {
+        receiveActions(window.actions(), controller);
+        controller.awakeFromNib();
+    }
     void addTrack(const QString& path) {
         controller.insertEntry(0, {path, QStringLiteral("Marlow Quartet"), QStringLiteral("Night Ferry"),
                                    QStringLiteral("Blue Lantern"), 60000, 600, 128, 128, 0, 60000});

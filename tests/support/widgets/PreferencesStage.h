@@ -4,6 +4,7 @@
 
 #include <QApplication>
 
+#include "app/ActionReceivers.h"
 #include "support/widgets/ControllerFixture.h"
 #include "ui/controls/CheckBox.h"
 #include "ui/controls/PaneToolbar.h"
@@ -22,11 +23,13 @@ struct PreferencesStage {
     LoggingPrefs& prefs = fixture.prefs;
     QMController& controller = fixture.init();
     Outlets outlets;
-    MainWindow window{outlets, &controller};
+    MainWindow window{outlets};
     LevelMetersPanel levels{outlets, &window};
     PreferencesWindow preferences{outlets, window.actions(), &window};
     AboutPanel about{outlets, &window};
     MainWindowState state{window, controller, controller, controller.abLoop(), outlets};
+
+    PreferencesStage() { receiveActions(window.actions(), controller); }
 
     void wakeUp() {
         awakeWith(controller, outlets);

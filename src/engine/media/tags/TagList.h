@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "engine/api/MetaData.h"
+#include "engine/api/Tag.h"
 
 namespace qm {
 

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "engine/api/MetaData.h"
+#include "engine/api/Tag.h"
 #include "engine/media/FileBytes.h"
 
 namespace qm {

@@ -7,10 +7,10 @@
 
 namespace qm {
 
-struct RecorderSigns {
+struct RecorderStatus {
     bool recording = false;
     bool hasInput = true;  // as far as is known
-    QString status;        // a line in the user's words
+    QString text;          // a line in the user's words
     QTCaptureAudioLevels levels;
 };
 
@@ -18,6 +18,6 @@ struct RecorderSigns {
 bool lacksInput(const RecorderState& recorder);
 
 // `recording` is the recorder's own flag, which knows nothing of a recording that has ended by itself.
-RecorderSigns signsOf(const RecorderState& recorder, bool recording);
+RecorderStatus recorderStatus(const RecorderState& recorder, bool recording);
 
 }  // namespace qm

@@ -1,10 +1,10 @@
-#include "record/RecorderSigns.h"
+#include "record/RecorderStatus.h"
 
 namespace qm {
 
 namespace {
 
-QString statusOf(const RecorderState& recorder, bool recording) {
+QString textOf(const RecorderState& recorder, bool recording) {
     if (!recording)
         return lacksInput(recorder) ? QStringLiteral("No sound input found.") : QStringLiteral("Ready to record");
     const auto error = recorder.captureMovieFileOutput ? recorder.captureMovieFileOutput->error() : std::nullopt;
@@ -20,13 +20,13 @@ bool lacksInput(const RecorderState& recorder) {
     return recorder.captureSession && (!recorder.captureMovieFileOutput || recorder.inputGaveNothing);
 }
 
-RecorderSigns signsOf(const RecorderState& recorder, bool recording) {
-    RecorderSigns signs;
-    signs.recording = recording;
-    signs.hasInput = !lacksInput(recorder);
-    signs.status = statusOf(recorder, recording);
-    if (recorder.captureSession) signs.levels = recorder.captureSession->audioLevels();
-    return signs;
+RecorderStatus recorderStatus(const RecorderState& recorder, bool recording) {
+    RecorderStatus status;
+    status.recording = recording;
+    status.hasInput = !lacksInput(recorder);
+    status.text = textOf(recorder, recording);
+    if (recorder.captureSession) status.levels = recorder.captureSession->audioLevels();
+    return status;
 }
 
 }  // namespace qm
