@@ -68,21 +68,20 @@ std::optional<QString> TrackMetadata::firstAccepted(Movie movie, ItemTest test) 
 }
 
 std::optional<QString> TrackMetadata::parseMetaDataItemForArtist(QTMetaDataRef metaData, QTMetaDataItem item) {
-    return valueIfKeyContains(metaData, item, "ART", "TRA");
+    return valueIfKeyContains(metaData, item, kArtistLetters);
 }
 
 std::optional<QString> TrackMetadata::parseMetaDataItemForAlbum(QTMetaDataRef metaData, QTMetaDataItem item) {
-    return valueIfKeyContains(metaData, item, "alb", "bla");
+    return valueIfKeyContains(metaData, item, kAlbumLetters);
 }
 
 std::optional<QString> TrackMetadata::valueIfKeyContains(QTMetaDataRef metaData, QTMetaDataItem item,
-                                                         std::string_view letters, std::string_view reversed) {
+                                                         const TellingLetters& letters) {
     ItemBuffer key, value;
     if (!readProperty(m_toolbox, metaData, item, kQTMetaDataItemPropertyID_Key, key) ||
         !readProperty(m_toolbox, metaData, item, kQTMetaDataItemPropertyID_Value, value))
         return std::nullopt;
-    const std::string_view text(key.data());
-    if (text.find(letters) == text.npos && text.find(reversed) == text.npos) return std::nullopt;
+    if (!holdsLetters(key.data(), letters)) return std::nullopt;
     return decodedValue(value);
 }
 

@@ -5,9 +5,9 @@
 #include <QString>
 #include <functional>
 #include <optional>
-#include <string_view>
 
 #include "engine/api/MetaData.h"
+#include "engine/api/TagKeys.h"
 
 namespace qm {
 
@@ -19,15 +19,15 @@ public:
     std::optional<QString> parseArtistMetaData(Movie movie);
     std::optional<QString> parseAlbumMetaData(Movie movie);
 
-    // The value of an item whose key contains "ART", or else "TRA" ("alb", or else "bla").
+    // The value of an item whose key holds the letters of an artist (an album).
     std::optional<QString> parseMetaDataItemForArtist(QTMetaDataRef metaData, QTMetaDataItem item);
     std::optional<QString> parseMetaDataItemForAlbum(QTMetaDataRef metaData, QTMetaDataItem item);
 
 private:
     using ItemTest = std::optional<QString> (TrackMetadata::*)(QTMetaDataRef, QTMetaDataItem);
     std::optional<QString> firstAccepted(Movie movie, ItemTest test);
-    std::optional<QString> valueIfKeyContains(QTMetaDataRef metaData, QTMetaDataItem item, std::string_view letters,
-                                              std::string_view reversed);
+    std::optional<QString> valueIfKeyContains(QTMetaDataRef metaData, QTMetaDataItem item,
+                                              const TellingLetters& letters);
 
     MetaDataToolbox& m_toolbox;
 };

@@ -13,8 +13,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto file = fileOf(data, size);
     fileKind(*file);
     promise(readMovieFacts(*file).tracks.size() <= kMostTracks);
-    for (const char* format : {"wav", "rifx", "aiff", "caf"}) {
-        if (const auto sound = findSoundData(*file, format, 0)) {
+    for (const MediaKind kind : {MediaKind::Wave, MediaKind::BigEndianWave, MediaKind::Aiff, MediaKind::Caf}) {
+        if (const auto sound = findSoundData(*file, kind, 0)) {
             promise(sound->bytes <= file->size());
         }
     }

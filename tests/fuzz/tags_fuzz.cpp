@@ -12,7 +12,7 @@ using namespace std::string_literals;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     constexpr std::size_t kMostTags = 20000, kLongestKey = 256, kLongestValue = 4096;
     const auto file = fileOf(data, size);
-    const bool mayHoldRawText = fileKind(*file) == "mov";
+    const bool mayHoldRawText = fileKind(*file) == MediaKind::MovieFile;
     const std::vector<Tag> tags = readTags(*file);
     promise(tags.size() <= kMostTags);
     for (const Tag& tag : tags) {

@@ -1,6 +1,6 @@
 #include "app/state/PlayListCells.h"
 
-#include <QStringList>
+#include <string>
 
 #include "app/state/TimeFormat.h"
 #include "ui/dialogs/FileAcceptance.h"
@@ -17,13 +17,10 @@ QString shortTimeString(std::int64_t value, std::int32_t scale) {
 }
 
 TrackIcon iconForTrack(const QString& path) {
-    static const QStringList compressed = {"m4a", "m4p"};
-    static const QStringList video = {"mov", "mp4", "m4v", "avi", "wmv", "dv"};
-    const QString extension = pathExtension(path);
-    if (extension.isEmpty()) return TrackIcon::None;
-    if (compressed.contains(extension, Qt::CaseInsensitive)) return TrackIcon::M4a;
-    if (video.contains(extension, Qt::CaseInsensitive)) return TrackIcon::Video;
-    return TrackIcon::Track;
+    const std::string name = pathExtension(path).toLower().toStdString();
+    if (name.empty()) return TrackIcon::None;
+    const FileExtension* extension = findExtension(name);
+    return extension ? extension->icon : TrackIcon::Track;
 }
 
 QString trackTotalText(int count) {

@@ -23,8 +23,8 @@ bool contains(const std::array<AVCodecID, N>& list, AVCodecID codec) {
 
 // A movie's edits leave out whole packets at the end, but not a part of the last one; MPEG audio without a container
 // says its end to the frame.
-bool losesItsEnd(const SoundTrack& track, const std::string& format) {
-    return format.empty() && track.kept.only()->last < track.index.frames() + track.drainedFrames;
+bool losesItsEnd(const SoundTrack& track, MediaKind kind) {
+    return rowOf(kind).copy.soundEndsInPacket && track.kept.only()->last < track.index.frames() + track.drainedFrames;
 }
 
 // A copy can leave out frames at the beginning and at the end, but not in between.
@@ -52,7 +52,7 @@ bool movieHoldsPictures(const AVCodecParameters& parameters) {
     return contains(kHeldPictures, parameters.codec_id);
 }
 
-bool canCopySound(const SoundTrack& track, const std::string& format, std::int64_t startFrames) {
+bool canCopySound(const SoundTrack& track, MediaKind kind, std::int64_t startFrames) {
     const auto kept = track.kept.only();
     if (!movieHoldsSound(*track.parameters) || !kept) {
         return false;
@@ -62,16 +62,15 @@ bool canCopySound(const SoundTrack& track, const std::string& format, std::int64
     }
     const bool bothEdits = kept->first > 0 && startFrames > 0;  // an empty one and one into the track
     const bool hidesDelay = track.index.packet(0).frames == 0 || track.drainedFrames > 0;
-    return !bothEdits && !hidesDelay && !losesItsEnd(track, format);
+    return !bothEdits && !hidesDelay && !losesItsEnd(track, kind);
 }
 
-bool canCopyPictures(AVStream& stream, const std::string& format) {
+bool canCopyPictures(AVStream& stream, MediaKind kind) {
     const AVCodecParameters& parameters = *stream.codecpar;
     if (!movieHoldsPictures(parameters) || leavesOutInside(stream)) {
         return false;
     }
-    // Elsewhere packets do not say when their pictures are shown, only when they are decoded.
-    return format == "mov" || parameters.video_delay == 0;
+    return rowOf(kind).copy.picturesSayWhenShown || parameters.video_delay == 0;
 }
 
 }  // namespace qm

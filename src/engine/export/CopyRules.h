@@ -2,8 +2,7 @@
 // decodes from the source. All others are decoded and coded anew. Pure.
 #pragma once
 
-#include <string>
-
+#include "engine/api/MediaKinds.h"
 #include "engine/media/SoundTrack.h"
 
 namespace qm {
@@ -12,11 +11,11 @@ namespace qm {
 bool movieHoldsSound(const AVCodecParameters& parameters);
 bool movieHoldsPictures(const AVCodecParameters& parameters);
 
-// `format` is the source's demuxer, empty for MPEG audio without a container; `startFrames` is where in the new movie
+// `kind` is the source's; `startFrames` is where in the new movie
 // the track's first heard frame stands.
-bool canCopySound(const SoundTrack& track, const std::string& format, std::int64_t startFrames);
+bool canCopySound(const SoundTrack& track, MediaKind kind, std::int64_t startFrames);
 
-// `stream` belongs to an open demuxer of `format`.
-bool canCopyPictures(AVStream& stream, const std::string& format);
+// `stream` belongs to an open demuxer of `kind`.
+bool canCopyPictures(AVStream& stream, MediaKind kind);
 
 }  // namespace qm

@@ -50,9 +50,9 @@ double lengthOf(const MediaTracks& tracks) {
     return longest;
 }
 
-std::unique_ptr<ExportTrack> soundTrack(SoundTrack track, const std::string& format, double origin) {
+std::unique_ptr<ExportTrack> soundTrack(SoundTrack track, MediaKind kind, double origin) {
     const auto start = static_cast<std::int64_t>(std::llround((track.startSeconds - origin) * track.sampleRate));
-    if (canCopySound(track, format, start)) {
+    if (canCopySound(track, kind, start)) {
         return std::make_unique<CopiedSound>(std::move(track), start);
     }
     auto reader = TrackReader::create(std::move(track));
@@ -60,11 +60,11 @@ std::unique_ptr<ExportTrack> soundTrack(SoundTrack track, const std::string& for
 }
 
 std::unique_ptr<ExportTrack> pictureTrack(const MediaTracks& tracks, int stream, double origin) {
-    auto demuxer = Demuxer::open(tracks.file, tracks.format, true);  // reads on for sizes that are not in the headers
-    if (demuxer && canCopyPictures(demuxer.value()->stream(stream), tracks.format)) {
+    auto demuxer = Demuxer::open(tracks.file, tracks.kind, true);  // reads on for sizes that are not in the headers
+    if (demuxer && canCopyPictures(demuxer.value()->stream(stream), tracks.kind)) {
         return std::make_unique<CopiedPictures>(std::move(demuxer.value()), stream, origin);
     }
-    return EncodedPictures::create(VideoDecoder::open(tracks.file, tracks.format, tracks.analysed, stream, origin),
+    return EncodedPictures::create(VideoDecoder::open(tracks.file, tracks.kind, stream, origin),
                                    tracks.demuxer->stream(stream));
 }
 
@@ -117,7 +117,7 @@ private:
         }
         for (SoundTrack& track : m_media.sound) {
             if (track.kept.length() > 0) {
-                add(soundTrack(std::move(track), m_media.format, origin));
+                add(soundTrack(std::move(track), m_media.kind, origin));
             }
         }
     }

@@ -66,7 +66,7 @@ std::optional<Format> findFormat(const FileBytes& file) {
 
 std::optional<SoundTrack> planBigEndianWave(std::shared_ptr<const FileBytes> file) {
     const auto format = findFormat(*file);
-    const auto data = findSoundData(*file, "rifx", 0);
+    const auto data = findSoundData(*file, MediaKind::BigEndianWave, 0);
     if (!format || !data || data->bytes <= 0) {
         return std::nullopt;
     }

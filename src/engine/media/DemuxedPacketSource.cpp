@@ -11,13 +11,9 @@ constexpr int kLandingTries = 256;  // packets read after a seek to recognise on
 
 }  // namespace
 
-DemuxedPacketSource::DemuxedPacketSource(std::shared_ptr<const FileBytes> file, std::string format, int stream,
+DemuxedPacketSource::DemuxedPacketSource(std::shared_ptr<const FileBytes> file, MediaKind kind, int stream,
                                          int sampleRate)
-    : m_file(std::move(file)),
-      m_format(std::move(format)),
-      m_stream(stream),
-      m_sampleRate(sampleRate),
-      m_landed(av_packet_alloc()) {}
+    : m_file(std::move(file)), m_kind(kind), m_stream(stream), m_sampleRate(sampleRate), m_landed(av_packet_alloc()) {}
 
 std::uint64_t DemuxedPacketSource::mixed(std::uint64_t hash, std::uint64_t word) {
     constexpr std::uint64_t kPrime = 0x100000001b3ULL;
@@ -42,7 +38,7 @@ std::uint32_t DemuxedPacketSource::fingerprint(std::uint64_t contentHash, std::i
 
 bool DemuxedPacketSource::restart() {
     m_hasLanded = false;
-    auto demuxer = Demuxer::open(m_file, m_format, true);
+    auto demuxer = Demuxer::open(m_file, m_kind, true);
     if (!demuxer || m_stream >= static_cast<int>(demuxer.value()->context().nb_streams)) {
         m_demuxer.reset();
         return false;

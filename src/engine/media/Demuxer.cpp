@@ -87,9 +87,9 @@ Demuxer::~Demuxer() {
     }
 }
 
-Result<std::unique_ptr<Demuxer>> Demuxer::open(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                               bool analyse) {
+Result<std::unique_ptr<Demuxer>> Demuxer::open(std::shared_ptr<const FileBytes> file, MediaKind kind, bool analyse) {
     prepareLibrary();
+    const std::string format(rowOf(kind).demuxer);
     const AVInputFormat* input = av_find_input_format(format.c_str());
     if (!input) {
         return Error{ErrorCategory::Unsupported, "no reader for the format " + format};

@@ -3,8 +3,8 @@
 #pragma once
 
 #include <memory>
-#include <string>
 
+#include "engine/api/MediaKinds.h"
 #include "engine/media/FileBytes.h"
 #include "engine/media/Libav.h"
 
@@ -12,10 +12,9 @@ namespace qm {
 
 class Demuxer {
 public:
-    // `format` is the short name of the only container format that is tried. `analyse` also decodes a little to learn
+    // `kind` names the only container format that is tried. `analyse` also decodes a little to learn
     // what the headers do not say.
-    static Result<std::unique_ptr<Demuxer>> open(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                                 bool analyse);
+    static Result<std::unique_ptr<Demuxer>> open(std::shared_ptr<const FileBytes> file, MediaKind kind, bool analyse);
     ~Demuxer();
     Demuxer(const Demuxer&) = delete;
     Demuxer& operator=(const Demuxer&) = delete;

@@ -6,7 +6,6 @@ extern "C" {
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 
 #include "engine/media/Id3Header.h"
 
@@ -14,86 +13,53 @@ namespace qm {
 
 namespace {
 
-constexpr std::size_t kHeadBytes = 12;
+constexpr std::size_t kHeadBytes = 12;  // the longest mark
+constexpr std::size_t kLeastBytes = 8;  // of a file that has a mark
+using Head = std::array<std::uint8_t, kHeadBytes>;
 
-// AC-3 has a mark of two bytes only, so the rest of the head has to make sense.
-std::string kindOfDolbyHead(const std::array<std::uint8_t, kHeadBytes>& head) {
-    std::uint8_t version = 0;
-    std::uint16_t frameBytes = 0;
-    if (bigEndian16(head.data()) != 0x0b77 ||
-        av_ac3_parse_header(head.data(), head.size(), &version, &frameBytes) < 0) {
-        return "";
-    }
-    constexpr int kHighestOfAc3 = 10;
-    return version <= kHighestOfAc3 ? "ac3" : "eac3";
+bool fits(std::string_view mark, const Head& head) {
+    return mark.size() <= head.size() && std::equal(mark.begin(), mark.end(), head.begin(), [](char wanted, auto byte) {
+               return wanted == '*' || static_cast<std::uint8_t>(wanted) == byte;
+           });
 }
 
-std::string kindOfHead(const std::array<std::uint8_t, kHeadBytes>& head) {
-    const auto text = [&](std::size_t from) {
-        return std::string_view(reinterpret_cast<const char*>(head.data()) + from, 4);
-    };
-    const std::string_view first = text(0);
-    const std::string_view second = text(4);
-    const std::string_view third = text(8);
-    if ((first == "RIFF" || first == "RF64") && third == "WAVE") {
-        return "wav";
+// AC-3 has a mark of two bytes only, so the rest of the head has to make sense. It also tells the two versions apart.
+bool isDolbyHead(const Head& head, MediaKind kind) {
+    constexpr int kHighestOfAc3 = 10;
+    std::uint8_t version = 0;
+    std::uint16_t frameBytes = 0;
+    return av_ac3_parse_header(head.data(), head.size(), &version, &frameBytes) >= 0 &&
+           (version <= kHighestOfAc3) == (kind == MediaKind::Ac3);
+}
+
+bool isOfKind(const Head& head, const MediaKindRow& row) {
+    const auto fitsHead = [&](std::string_view mark) { return fits(mark, head); };
+    return std::any_of(row.marks.begin(), row.marks.end(), fitsHead) &&
+           (!row.marksAreShort || isDolbyHead(head, row.kind));
+}
+
+const MediaKindRow& rowOfHead(const Head& head) {
+    for (const MediaKindRow& row : mediaKinds()) {
+        if (isOfKind(head, row)) return row;
     }
-    if (first == "RIFX" && third == "WAVE") {
-        return "rifx";
-    }
-    if (first == "RIFF" && (third == "AVI " || third == "AVIX")) {
-        return "avi";
-    }
-    if (first == "FORM" && (third == "AIFF" || third == "AIFC")) {
-        return "aiff";
-    }
-    if (first == "caff") {
-        return "caf";
-    }
-    if (first == "fLaC") {
-        return "flac";
-    }
-    if (first == "OggS") {
-        return "ogg";
-    }
-    if (first == "wvpk") {
-        return "wv";
-    }
-    if (bigEndian32(head.data()) == 0x1a45dfa3) {
-        return "matroska";
-    }
-    if (first == "NIST") {
-        return "nistsphere";
-    }
-    if (bigEndian32(head.data()) == 0x3026b275 && bigEndian32(head.data() + 4) == 0x8e66cf11) {
-        return "asf";
-    }
-    if ((bigEndian32(head.data()) & 0xffffff7f) == 0x1f07003f) {
-        return "dv";
-    }
-    if (const std::string kind = kindOfDolbyHead(head); !kind.empty()) {
-        return kind;
-    }
-    constexpr std::array<std::string_view, 9> kBoxes = {"ftyp", "moov", "mdat", "free", "skip",
-                                                        "wide", "pnot", "udta", "uuid"};
-    return std::find(kBoxes.begin(), kBoxes.end(), second) != kBoxes.end() ? "mov" : "";
+    return rowOf(MediaKind::MpegAudio);
 }
 
 }  // namespace
 
-std::string fileKind(const FileBytes& file) {
-    std::array<std::uint8_t, kHeadBytes> head{};
-    if (file.readAt(0, head.data(), head.size()) < 8) {
-        return "";
+MediaKind fileKind(const FileBytes& file) {
+    Head head{};
+    if (file.readAt(0, head.data(), head.size()) < kLeastBytes) {
+        return MediaKind::MpegAudio;
     }
     if (const auto tag = readId3Header(head.data())) {  // in front of any kind of file
-        if (file.readAt(tag->tagBytes, head.data(), head.size()) < 8) {
-            return "";
+        if (file.readAt(tag->tagBytes, head.data(), head.size()) < kLeastBytes) {
+            return MediaKind::MpegAudio;
         }
-        const std::string kind = kindOfHead(head);
-        return kind == "mov" || kind == "dv" || kind == "rifx" ? "" : kind;
+        const MediaKindRow& row = rowOfHead(head);
+        return row.marksBehindId3 ? row.kind : MediaKind::MpegAudio;
     }
-    return kindOfHead(head);
+    return rowOfHead(head).kind;
 }
 
 }  // namespace qm

@@ -1,15 +1,12 @@
 // Which kind of file this is, by its first bytes and never by its name. Pure but for the reading.
 #pragma once
 
-#include <string>
-
+#include "engine/api/MediaKinds.h"
 #include "engine/media/FileBytes.h"
 
 namespace qm {
 
-// The demuxer's short name ("wav", "aiff", "caf", "mov", "avi", "asf", "dv", "nistsphere"), "rifx" for a wave file with
-// its numbers big-endian, which needs no demuxer, or empty for a file that is none of these: MPEG audio has no mark of
-// its own.
-std::string fileKind(const FileBytes& file);
+// By the marks of the kinds; MPEG audio, which has none of its own, for a file that is none of the others.
+MediaKind fileKind(const FileBytes& file);
 
 }  // namespace qm

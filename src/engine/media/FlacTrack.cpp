@@ -203,9 +203,8 @@ void findFrames(SoundTrack& track, const FlacFile& flac) {
 
 }  // namespace
 
-std::optional<SoundTrack> planFlac(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                   const AVStream& stream, const StreamStart& start) {
-    if (format != "flac") return std::nullopt;
+std::optional<SoundTrack> planFlac(std::shared_ptr<const FileBytes> file, const AVStream& stream,
+                                   const StreamStart& start) {
     const auto flac = openFlac(file);
     if (!flac || flac->info.sampleRate != start.sampleRate) return std::nullopt;
     SoundTrack track = beginTrack(stream, start);

@@ -213,9 +213,8 @@ void walkSegment(const std::shared_ptr<const FileBytes>& file, int wanted, Packe
 
 }  // namespace
 
-std::optional<SoundTrack> planMatroska(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                       Demuxer& demuxer, int stream, const StreamStart& start) {
-    if (format != "matroska") return std::nullopt;
+std::optional<SoundTrack> planMatroska(std::shared_ptr<const FileBytes> file, Demuxer& demuxer, int stream,
+                                       const StreamStart& start) {
     const AVStream& av = demuxer.stream(stream);
     SoundTrack track = beginTrack(av, start);
     const auto frames = PacketFrames::create(*av.codecpar);

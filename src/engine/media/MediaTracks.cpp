@@ -47,7 +47,7 @@ bool isSound(AVStream& stream) {
 }
 
 // Of the streams of a kind, those that a movie file marks as enabled, or its first; elsewhere all.
-std::vector<int> enabledStreams(const AVFormatContext& context, std::string_view format,
+std::vector<int> enabledStreams(const AVFormatContext& context, MediaKind kind,
                                 const std::function<bool(AVStream&)>& isOfKind) {
     std::vector<int> all;
     std::vector<int> enabled;
@@ -60,9 +60,9 @@ std::vector<int> enabledStreams(const AVFormatContext& context, std::string_view
             }
         }
     }
-    if (format == "mov" && !enabled.empty()) {
+    if (kind == MediaKind::MovieFile && !enabled.empty()) {
         all = enabled;
-    } else if (format == "mov" && !all.empty()) {
+    } else if (kind == MediaKind::MovieFile && !all.empty()) {
         all.resize(1);
     }
     all.resize(std::min(all.size(), kMostTracks));
@@ -70,9 +70,9 @@ std::vector<int> enabledStreams(const AVFormatContext& context, std::string_view
 }
 
 // Of streams that stand for one another in different qualities only the best sounds.
-std::vector<int> soundStreams(const AVFormatContext& context, std::string_view format) {
-    const std::vector<int> all = enabledStreams(context, format, isSound);
-    if (format != "asf" || all.size() <= 1) {
+std::vector<int> soundStreams(const AVFormatContext& context, MediaKind kind) {
+    const std::vector<int> all = enabledStreams(context, kind, isSound);
+    if (kind != MediaKind::Asf || all.size() <= 1) {
         return all;
     }
     return {*std::max_element(all.begin(), all.end(), [&](int a, int b) {
@@ -80,20 +80,36 @@ std::vector<int> soundStreams(const AVFormatContext& context, std::string_view f
     })};
 }
 
-std::vector<int> pictureStreams(const AVFormatContext& context, std::string_view format, std::int64_t fileSize) {
-    return enabledStreams(context, format,
+std::vector<int> pictureStreams(const AVFormatContext& context, MediaKind kind, std::int64_t fileSize) {
+    return enabledStreams(context, kind,
                           [&](AVStream& stream) { return isMovingPicture(stream) && holdsPictures(stream, fileSize); });
 }
 
-// Formats whose headers leave out what their streams hold.
-bool mustBeAnalysed(std::string_view format) {
-    return format == "avi" || format == "asf" || format == "dv" || format == "matroska" || format == "ac3" ||
-           format == "eac3";
+// By the planner of the kind; none where it finds the stream not to be of its sort.
+std::optional<SoundTrack> planQuickly(const File& file, MediaKind kind, Demuxer& demuxer, int stream,
+                                      const StreamStart& start, const MovieFacts& facts) {
+    switch (rowOf(kind).planner) {
+        case TrackPlanner::Flac:
+            return planFlac(file, demuxer.stream(stream), start);
+        case TrackPlanner::Ogg:
+            return planOgg(file, demuxer.stream(stream), start);
+        case TrackPlanner::Matroska:
+            return planMatroska(file, demuxer, stream, start);
+        case TrackPlanner::WavPack:
+            return planWavPack(file, demuxer.stream(stream), start);
+        default:
+            break;
+    }
+    std::optional<SoundTrack> track = planUniform(file, kind, demuxer.stream(stream), start);
+    if (!track && !facts.isFragmented) {
+        track = planFromTable(file, kind, demuxer, stream, start, facts);
+    }
+    return track;
 }
 
-std::optional<SoundTrack> planTrack(const File& file, const std::string& format, int stream, const MovieFacts& facts) {
+std::optional<SoundTrack> planTrack(const File& file, MediaKind kind, int stream, const MovieFacts& facts) {
     // Examining a stream moves the others along too, so each is planned with a demuxer of its own.
-    const auto opened = Demuxer::open(file, format, mustBeAnalysed(format));
+    const auto opened = Demuxer::open(file, kind, rowOf(kind).mustBeAnalysed);
     if (!opened || stream >= static_cast<int>(opened.value()->context().nb_streams)) {
         return std::nullopt;
     }
@@ -106,15 +122,8 @@ std::optional<SoundTrack> planTrack(const File& file, const std::string& format,
     if (start.sampleRate == 0) {
         return std::nullopt;
     }
-    std::optional<SoundTrack> track = planUniform(file, format, demuxer.stream(stream), start);
-    if (!track && !facts.isFragmented) {
-        track = planFromTable(file, format, demuxer, stream, start, facts);
-    }
-    if (!track) track = planFlac(file, format, demuxer.stream(stream), start);
-    if (!track) track = planOgg(file, format, demuxer.stream(stream), start);
-    if (!track) track = planMatroska(file, format, demuxer, stream, start);
-    if (!track) track = planWavPack(file, format, demuxer.stream(stream), start);
-    return track ? std::move(track) : planByPass(file, format, stream);
+    std::optional<SoundTrack> track = planQuickly(file, kind, demuxer, stream, start, facts);
+    return track ? std::move(track) : planByPass(file, kind, stream);
 }
 
 struct PlannedTrack {
@@ -163,12 +172,13 @@ bool isNamedMpegAudio(std::string_view path) {
                                                        [](char a, char b) { return a == b || a == b + ('a' - 'A'); });
 }
 
-Result<MediaTracks> onlyTrack(const File& file, std::optional<SoundTrack> track) {
+Result<MediaTracks> onlyTrack(const File& file, MediaKind kind, std::optional<SoundTrack> track) {
     if (!track) {
         return Error{ErrorCategory::Unsupported, file->path() + ": not a kind of file that can be played"};
     }
     MediaTracks tracks;
     tracks.file = file;
+    tracks.kind = kind;
     tracks.formats.push_back(formatSummary(*track->parameters));
     tracks.sound.push_back(std::move(*track));
     return tracks;
@@ -176,37 +186,36 @@ Result<MediaTracks> onlyTrack(const File& file, std::optional<SoundTrack> track)
 
 // MPEG audio behind much garbage is told from a foreign file by its name.
 Result<MediaTracks> findMpegAudio(const File& file) {
-    auto tracks = onlyTrack(file, planMpegAudio(file, isNamedMpegAudio(file->path())));
+    auto tracks = onlyTrack(file, MediaKind::MpegAudio, planMpegAudio(file, isNamedMpegAudio(file->path())));
     if (!tracks) {
         return tracks;
     }
-    if (auto tags = Demuxer::open(file, "mp3", false)) {
+    if (auto tags = Demuxer::open(file, MediaKind::MpegAudio, false)) {
         tracks.value().demuxer = std::move(tags.value());
     }
     return tracks;
 }
 
-Result<MediaTracks> findInContainer(const File& file, const std::string& format) {
+Result<MediaTracks> findInContainer(const File& file, MediaKind kind) {
     MediaTracks tracks;
     tracks.file = file;
-    tracks.format = format;
-    tracks.analysed = mustBeAnalysed(format);
-    if (format == "mov") {
+    tracks.kind = kind;
+    if (kind == MediaKind::MovieFile) {
         tracks.facts = readMovieFacts(*file);
         if (tracks.facts.isProtected) {
             return Error{ErrorCategory::Protected, file->path() + ": protected against copying"};
         }
     }
-    auto opened = Demuxer::open(file, format, tracks.analysed);
+    auto opened = Demuxer::open(file, kind, rowOf(kind).mustBeAnalysed);
     if (!opened) {
         return Error{opened.error().category, file->path() + ": " + opened.error().message};
     }
     tracks.demuxer = std::move(opened.value());
     const AVFormatContext& context = tracks.demuxer->context();
-    tracks.pictures = pictureStreams(context, format, file->size());
+    tracks.pictures = pictureStreams(context, kind, file->size());
     std::vector<PlannedTrack> planned;
-    for (const int stream : soundStreams(context, format)) {
-        if (auto track = planTrack(file, format, stream, tracks.facts)) {
+    for (const int stream : soundStreams(context, kind)) {
+        if (auto track = planTrack(file, kind, stream, tracks.facts)) {
             planned.push_back({stream, std::move(*track)});
         }
     }
@@ -223,11 +232,16 @@ Result<MediaTracks> findTracks(std::shared_ptr<const FileBytes> file) {
     if (file->size() == 0) {
         return Error{ErrorCategory::Damaged, file->path() + ": empty"};
     }
-    const std::string format = fileKind(*file);
-    if (format == "rifx") {
-        return onlyTrack(file, planBigEndianWave(file));
+    const MediaKind kind = fileKind(*file);
+    switch (rowOf(kind).planner) {
+        case TrackPlanner::MpegAudio:
+            return findMpegAudio(file);
+        case TrackPlanner::BigEndianWave:
+            return onlyTrack(file, kind, planBigEndianWave(file));
+        default:
+            break;
     }
-    return format.empty() ? findMpegAudio(file) : findInContainer(std::move(file), format);
+    return findInContainer(file, kind);
 }
 
 }  // namespace qm

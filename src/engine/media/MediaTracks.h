@@ -15,8 +15,7 @@ namespace qm {
 
 struct MediaTracks {
     std::shared_ptr<const FileBytes> file;
-    std::string format;                // the demuxer's short name; empty for a file that is read without one
-    bool analysed = false;             // its demuxer has to decode a little to know its streams
+    MediaKind kind = MediaKind::MpegAudio;
     std::unique_ptr<Demuxer> demuxer;  // has read the headers; null where there are none
     MovieFacts facts;                  // of a movie file
     std::vector<SoundTrack> sound;     // those that are switched on, the first one first

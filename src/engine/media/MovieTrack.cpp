@@ -93,13 +93,13 @@ void readTable(SoundTrack& track, AVStream& stream, FileExtent data, bool relati
     track.kept = cuts.kept(track.index.frames());
 }
 
-bool isTabled(const std::string& format, AVCodecID codec) {
-    if (format == "caf") {
+bool isTabled(MediaKind kind, AVCodecID codec) {
+    if (kind == MediaKind::Caf) {
         return codec == AV_CODEC_ID_ALAC || codec == AV_CODEC_ID_AAC;
     }
     // MPEG audio and the like may lie across the table's entries: their packets are found by a pass.
-    return format == "mov" && (codec == AV_CODEC_ID_ALAC || codec == AV_CODEC_ID_AAC || codec == AV_CODEC_ID_FLAC ||
-                               isPcm(codec) || isBlocks(codec));
+    return kind == MediaKind::MovieFile && (codec == AV_CODEC_ID_ALAC || codec == AV_CODEC_ID_AAC ||
+                                            codec == AV_CODEC_ID_FLAC || isPcm(codec) || isBlocks(codec));
 }
 
 // The last packet of a lossless codec is shorter than the others, and only decoding it tells by how much.
@@ -118,13 +118,12 @@ bool settleLastPacket(SoundTrack& track) {
 
 }  // namespace
 
-std::optional<SoundTrack> planFromTable(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                        Demuxer& demuxer, int streamNumber, const StreamStart& start,
-                                        const MovieFacts& facts) {
+std::optional<SoundTrack> planFromTable(std::shared_ptr<const FileBytes> file, MediaKind kind, Demuxer& demuxer,
+                                        int streamNumber, const StreamStart& start, const MovieFacts& facts) {
     AVStream& stream = demuxer.stream(streamNumber);
-    const bool isCaf = format == "caf";
-    const auto data = isCaf ? findSoundData(*file, format, start.firstPosition) : FileExtent{0, file->size()};
-    if (!isTabled(format, stream.codecpar->codec_id) || !data) {
+    const bool isCaf = kind == MediaKind::Caf;
+    const auto data = isCaf ? findSoundData(*file, kind, start.firstPosition) : FileExtent{0, file->size()};
+    if (!isTabled(kind, stream.codecpar->codec_id) || !data) {
         return std::nullopt;
     }
     SoundTrack track = beginTrack(stream, start);

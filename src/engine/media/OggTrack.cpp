@@ -155,9 +155,8 @@ private:
 
 }  // namespace
 
-std::optional<SoundTrack> planOgg(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                  const AVStream& stream, const StreamStart& start) {
-    if (format != "ogg") return std::nullopt;
+std::optional<SoundTrack> planOgg(std::shared_ptr<const FileBytes> file, const AVStream& stream,
+                                  const StreamStart& start) {
     SoundTrack track = beginTrack(stream, start);
     OggWalk walk(file, stream, track);
     if (!walk.go()) return std::nullopt;

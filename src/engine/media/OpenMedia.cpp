@@ -45,8 +45,8 @@ SoundOpener soundOpener(std::shared_ptr<const std::vector<SoundTrack>> plans, do
 }
 
 VideoOpener videoOpener(const MediaTracks& tracks, int stream, double origin) {
-    return [file = tracks.file, format = tracks.format, analysed = tracks.analysed, stream, origin] {
-        return VideoDecoder::open(file, format, analysed, stream, origin);
+    return [file = tracks.file, kind = tracks.kind, stream, origin] {
+        return VideoDecoder::open(file, kind, stream, origin);
     };
 }
 

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <string>
 
 #include "engine/media/Demuxer.h"
 #include "engine/media/PacketIndex.h"
@@ -47,7 +46,7 @@ private:
 // The index holds the fingerprints in the place of the sizes.
 class DemuxedPacketSource : public PacketSource {
 public:
-    DemuxedPacketSource(std::shared_ptr<const FileBytes> file, std::string format, int stream, int sampleRate);
+    DemuxedPacketSource(std::shared_ptr<const FileBytes> file, MediaKind kind, int stream, int sampleRate);
 
     // Of what a packet holds, and of where that stands in the file.
     static std::uint64_t contentHash(const AVPacket& packet);
@@ -58,7 +57,7 @@ public:
     std::int64_t seek(const PacketIndex& index, std::int64_t packet) override;
     Outcome next(const PacketIndex& index, AVPacket& packet) override;
     std::unique_ptr<PacketSource> forAnotherReader() const override {
-        return std::make_unique<DemuxedPacketSource>(m_file, m_format, m_stream, m_sampleRate);
+        return std::make_unique<DemuxedPacketSource>(m_file, m_kind, m_stream, m_sampleRate);
     }
 
 private:
@@ -66,7 +65,7 @@ private:
     std::int64_t tryLanding(const PacketIndex& index, std::int64_t frame, std::int64_t packet);
 
     const std::shared_ptr<const FileBytes> m_file;
-    const std::string m_format;
+    const MediaKind m_kind;
     const int m_stream;
     const int m_sampleRate;
     std::unique_ptr<Demuxer> m_demuxer;  // opened when first needed

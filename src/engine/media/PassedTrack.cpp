@@ -69,13 +69,13 @@ bool liesInFile(const FileBytes& file, const AVPacket& packet, std::vector<std::
 
 // Reads every packet and counts it; where the packets lie in the file in one piece, they are read from there later.
 void passPackets(SoundTrack& track, Demuxer& demuxer, int stream, const StreamStart& start,
-                 std::shared_ptr<const FileBytes> file, const std::string& format) {
+                 std::shared_ptr<const FileBytes> file, MediaKind kind) {
     FrameCounter counter(demuxer.stream(stream), start, track.traits);
     CutList cuts;
     cuts.add(0, 0, {.atStart = start.skippedFrames});
     PacketIndex inFile;
     std::vector<std::uint8_t> buffer;
-    bool direct = format == "mov";  // elsewhere packets are made of pieces of the file
+    bool direct = kind == MediaKind::MovieFile;  // elsewhere packets are made of pieces of the file
     const PacketPtr packet(av_packet_alloc());
     std::uint64_t last = 0;
     while (demuxer.read(stream, *packet) >= 0) {
@@ -96,15 +96,15 @@ void passPackets(SoundTrack& track, Demuxer& demuxer, int stream, const StreamSt
         track.index = std::move(inFile);
         track.source = std::make_unique<FilePacketSource>(std::move(file));
     } else {
-        track.source = std::make_unique<DemuxedPacketSource>(std::move(file), format, stream, start.sampleRate);
+        track.source = std::make_unique<DemuxedPacketSource>(std::move(file), kind, stream, start.sampleRate);
     }
 }
 
 }  // namespace
 
-std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, const std::string& format, int stream) {
-    auto examined = Demuxer::open(file, format, true);
-    auto passed = Demuxer::open(file, format, true);
+std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, MediaKind kind, int stream) {
+    auto examined = Demuxer::open(file, kind, true);
+    auto passed = Demuxer::open(file, kind, true);
     if (!examined || !passed || stream >= static_cast<int>(passed.value()->context().nb_streams)) {
         return std::nullopt;
     }
@@ -115,7 +115,7 @@ std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, cons
     Demuxer& demuxer = *passed.value();
     demuxer.onlyStream(stream);
     SoundTrack track = beginTrack(demuxer.stream(stream), start);
-    passPackets(track, demuxer, stream, start, std::move(file), format);
+    passPackets(track, demuxer, stream, start, std::move(file), kind);
     return track;
 }
 

@@ -39,7 +39,7 @@ std::int64_t usualDuration(const AVStream& stream) {
 
 // Found by reading from the last key picture on; all of the file where that cannot be found.
 double endByReading(const MediaTracks& tracks, int number) {
-    const auto opened = Demuxer::open(tracks.file, tracks.format, tracks.analysed);
+    const auto opened = Demuxer::open(tracks.file, tracks.kind, rowOf(tracks.kind).mustBeAnalysed);
     if (!opened || number >= static_cast<int>(opened.value()->context().nb_streams)) {
         return 0;
     }
@@ -67,7 +67,7 @@ double endByReading(const MediaTracks& tracks, int number) {
 double pictureEnd(const MediaTracks& tracks) {
     double end = 0;
     for (const int number : tracks.pictures) {
-        const bool listed = tracks.format == "mov" && !tracks.facts.isFragmented;
+        const bool listed = tracks.kind == MediaKind::MovieFile && !tracks.facts.isFragmented;
         end = std::max(end, listed ? believed(endInTable(tracks.demuxer->stream(number), tracks.file->size()))
                                    : endByReading(tracks, number));
     }

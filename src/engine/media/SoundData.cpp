@@ -65,26 +65,28 @@ std::optional<FileExtent> findCafChunk(ByteWindow& bytes, std::int64_t end, cons
 
 }  // namespace
 
-std::optional<FileExtent> findSoundData(const FileBytes& file, const std::string& format, std::int64_t firstPacket) {
+std::optional<FileExtent> findSoundData(const FileBytes& file, MediaKind kind, std::int64_t firstPacket) {
+    constexpr int kCafEditCountBytes = 4;
     ByteWindow bytes(file);
-    if (format == "wav" || format == "rifx") {
-        return findWaveData(bytes, format == "wav" ? ChunkWalk::Kind::Riff : ChunkWalk::Kind::Iff, file.size());
-    }
-    if (format == "aiff") {
-        return findAiffData(bytes, file.size());
-    }
-    if (format == "caf") {
-        constexpr int kEditCountBytes = 4;
-        const auto chunk = findCafChunk(bytes, file.size(), "data");
-        if (!chunk || chunk->bytes < kEditCountBytes) {
-            return std::nullopt;
+    switch (kind) {
+        case MediaKind::Wave:
+            return findWaveData(bytes, ChunkWalk::Kind::Riff, file.size());
+        case MediaKind::BigEndianWave:
+            return findWaveData(bytes, ChunkWalk::Kind::Iff, file.size());
+        case MediaKind::Aiff:
+            return findAiffData(bytes, file.size());
+        case MediaKind::Caf: {
+            const auto chunk = findCafChunk(bytes, file.size(), "data");
+            if (!chunk || chunk->bytes < kCafEditCountBytes) {
+                return std::nullopt;
+            }
+            return FileExtent{chunk->position + kCafEditCountBytes, chunk->bytes - kCafEditCountBytes};
         }
-        return FileExtent{chunk->position + kEditCountBytes, chunk->bytes - kEditCountBytes};
+        case MediaKind::NistSphere:
+            return FileExtent{firstPacket, file.size() - firstPacket};
+        default:
+            return std::nullopt;
     }
-    if (format == "nistsphere") {
-        return FileExtent{firstPacket, file.size() - firstPacket};
-    }
-    return std::nullopt;
 }
 
 std::optional<CafFrames> readCafFrames(const FileBytes& file) {

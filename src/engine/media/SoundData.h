@@ -4,8 +4,8 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 
+#include "engine/api/MediaKinds.h"
 #include "engine/media/FileBytes.h"
 
 namespace qm {
@@ -15,8 +15,8 @@ struct FileExtent {
     std::int64_t bytes;  // that the file really holds
 };
 
-// `firstPacket` is where the demuxer found the first sound; only formats without chunks need it.
-std::optional<FileExtent> findSoundData(const FileBytes& file, const std::string& format, std::int64_t firstPacket);
+// `firstPacket` is where the demuxer found the first sound; only kinds without chunks need it.
+std::optional<FileExtent> findSoundData(const FileBytes& file, MediaKind kind, std::int64_t firstPacket);
 
 // What a caf file's packet table says of its frames.
 struct CafFrames {

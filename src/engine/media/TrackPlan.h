@@ -4,7 +4,6 @@
 
 #include <memory>
 #include <optional>
-#include <string>
 
 #include "engine/media/Demuxer.h"
 #include "engine/media/MovieBoxes.h"
@@ -30,34 +29,33 @@ SoundTrack beginTrack(const AVStream& stream, const StreamStart& start);
 std::optional<SoundTrack> planMpegAudio(std::shared_ptr<const FileBytes> file, bool farInto);
 
 // Samples or blocks of one size in wav, aiff, caf and nist files: arithmetic.
-std::optional<SoundTrack> planUniform(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                      const AVStream& stream, const StreamStart& start);
+std::optional<SoundTrack> planUniform(std::shared_ptr<const FileBytes> file, MediaKind kind, const AVStream& stream,
+                                      const StreamStart& start);
 
 // Samples in a RIFX file: a wave file whose numbers, and samples, are big-endian.
 std::optional<SoundTrack> planBigEndianWave(std::shared_ptr<const FileBytes> file);
 
 // From the sample tables that the demuxer of a movie or caf file has in memory.
-std::optional<SoundTrack> planFromTable(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                        Demuxer& demuxer, int stream, const StreamStart& start,
-                                        const MovieFacts& facts);
+std::optional<SoundTrack> planFromTable(std::shared_ptr<const FileBytes> file, MediaKind kind, Demuxer& demuxer,
+                                        int stream, const StreamStart& start, const MovieFacts& facts);
 
 // A FLAC file: frames of equal length without looking at them, others by looking for each.
-std::optional<SoundTrack> planFlac(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                   const AVStream& stream, const StreamStart& start);
+std::optional<SoundTrack> planFlac(std::shared_ptr<const FileBytes> file, const AVStream& stream,
+                                   const StreamStart& start);
 
 // Opus, Vorbis and FLAC in Ogg: by the pages' headers and the first bytes of the packets.
-std::optional<SoundTrack> planOgg(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                  const AVStream& stream, const StreamStart& start);
+std::optional<SoundTrack> planOgg(std::shared_ptr<const FileBytes> file, const AVStream& stream,
+                                  const StreamStart& start);
 
 // Matroska and WebM, for codecs whose packets tell their length: by the blocks' headers.
-std::optional<SoundTrack> planMatroska(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                       Demuxer& demuxer, int stream, const StreamStart& start);
+std::optional<SoundTrack> planMatroska(std::shared_ptr<const FileBytes> file, Demuxer& demuxer, int stream,
+                                       const StreamStart& start);
 
 // WavPack: by the blocks' headers.
-std::optional<SoundTrack> planWavPack(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                      const AVStream& stream, const StreamStart& start);
+std::optional<SoundTrack> planWavPack(std::shared_ptr<const FileBytes> file, const AVStream& stream,
+                                      const StreamStart& start);
 
 // Anything: reads every packet of the stream once.
-std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, const std::string& format, int stream);
+std::optional<SoundTrack> planByPass(std::shared_ptr<const FileBytes> file, MediaKind kind, int stream);
 
 }  // namespace qm

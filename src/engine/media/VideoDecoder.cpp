@@ -55,12 +55,11 @@ int threadsFor(std::int64_t pixels) {
 
 }  // namespace
 
-std::unique_ptr<VideoDecoder> VideoDecoder::open(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                                 bool analyse, int stream, double origin) {
+std::unique_ptr<VideoDecoder> VideoDecoder::open(std::shared_ptr<const FileBytes> file, MediaKind kind, int stream,
+                                                 double origin) {
     std::unique_ptr<VideoDecoder> decoder(new VideoDecoder);
     decoder->m_file = std::move(file);
-    decoder->m_format = format;
-    decoder->m_analyse = analyse;
+    decoder->m_kind = kind;
     decoder->m_stream = stream;
     decoder->m_origin = origin;
     decoder->m_packet.reset(av_packet_alloc());
@@ -69,7 +68,7 @@ std::unique_ptr<VideoDecoder> VideoDecoder::open(std::shared_ptr<const FileBytes
 }
 
 bool VideoDecoder::openDemuxer() {
-    auto demuxer = Demuxer::open(m_file, m_format, m_analyse);
+    auto demuxer = Demuxer::open(m_file, m_kind, rowOf(m_kind).mustBeAnalysed);
     if (!demuxer || m_stream >= static_cast<int>(demuxer.value()->context().nb_streams)) {
         m_demuxer.reset();
         return false;
@@ -199,7 +198,7 @@ VideoReader::Outcome VideoDecoder::decode(double wantedFrom) {
 
 // Some containers count pictures as they are decoded: they are shown earlier by as many as the codec holds back.
 double VideoDecoder::heldBack() const {
-    return m_format == "avi" ? m_codec->has_b_frames * m_usualDuration : 0;
+    return m_kind == MediaKind::Avi ? m_codec->has_b_frames * m_usualDuration : 0;
 }
 
 // False for a picture that does not come after the one before it.

@@ -13,8 +13,8 @@ namespace qm {
 class VideoDecoder : public VideoReader {
 public:
     // `origin` is the time that the container gives to the movie's time 0. Null if the stream has no decoder.
-    static std::unique_ptr<VideoDecoder> open(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                              bool analyse, int stream, double origin);
+    static std::unique_ptr<VideoDecoder> open(std::shared_ptr<const FileBytes> file, MediaKind kind, int stream,
+                                              double origin);
 
     bool seek(double seconds) override;
     bool gainsBySeeking(double from, double to) override;
@@ -37,8 +37,7 @@ private:
     std::int64_t stampOf(double seconds) const;
 
     std::shared_ptr<const FileBytes> m_file;
-    std::string m_format;
-    bool m_analyse = false;
+    MediaKind m_kind = MediaKind::MovieFile;
     int m_stream = 0;
     double m_origin = 0;
     AVRational m_timeBase{1, 1};

@@ -32,9 +32,9 @@ std::optional<Block> blockAt(ByteWindow& bytes, std::int64_t position, std::int6
 
 }  // namespace
 
-std::optional<SoundTrack> planWavPack(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                      const AVStream& stream, const StreamStart& start) {
-    if (format != "wv" || start.firstPosition < 0) return std::nullopt;
+std::optional<SoundTrack> planWavPack(std::shared_ptr<const FileBytes> file, const AVStream& stream,
+                                      const StreamStart& start) {
+    if (start.firstPosition < 0) return std::nullopt;
     SoundTrack track = beginTrack(stream, start);
     ByteWindow bytes(*file);
     std::int64_t packetBegin = start.firstPosition;

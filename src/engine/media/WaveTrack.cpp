@@ -26,11 +26,11 @@ Blocks blocksOf(AVCodecParameters& parameters, int channels) {
 
 }  // namespace
 
-std::optional<SoundTrack> planUniform(std::shared_ptr<const FileBytes> file, const std::string& format,
-                                      const AVStream& stream, const StreamStart& start) {
+std::optional<SoundTrack> planUniform(std::shared_ptr<const FileBytes> file, MediaKind kind, const AVStream& stream,
+                                      const StreamStart& start) {
     SoundTrack track = beginTrack(stream, start);
     const Blocks block = blocksOf(*track.parameters, start.channels);
-    const auto data = findSoundData(*file, format, start.firstPosition);
+    const auto data = findSoundData(*file, kind, start.firstPosition);
     if (block.bytes == 0 || block.frames <= 0 || !data || data->position != start.firstPosition || data->bytes <= 0) {
         return std::nullopt;
     }

@@ -7,13 +7,27 @@
 #include <QSortFilterProxyModel>
 #include <QUrl>
 #include <algorithm>
+#include <map>
 
 #include "app/state/FilePath.h"
+#include "engine/api/MediaKinds.h"
 #include "ui/dialogs/FilePanel.h"
 
 namespace qm {
 
 namespace {
+
+QStringList extensionsBy(int FileExtension::*place) {
+    std::map<int, QString> ordered;
+    for (const MediaKindRow& row : mediaKinds()) {
+        for (const FileExtension& extension : row.extensions) {
+            if (extension.*place > 0) ordered[extension.*place] = QLatin1StringView(extension.name);
+        }
+    }
+    QStringList names;
+    for (const auto& [number, name] : ordered) names.append(name);
+    return names;
+}
 
 // Offers folders to go through, and files whose extension is in the list letter by letter.
 class OpenPanelFilter : public QSortFilterProxyModel {
@@ -41,8 +55,7 @@ QString pathExtension(const QString& path) {
 
 const QStringList& openPanelTypes() {
     static const QStringList types = [] {
-        QStringList list = {"avi",  "mp4", "m4v",  "mov", "mp3", "m4a", "m4p",
-                            "aiff", "aif", "aifc", "wav", "dv",  "wmv", "caf"};
+        QStringList list = extensionsBy(&FileExtension::panelPlace);
         for (qsizetype i = 0, count = list.size(); i < count; ++i) list.append(list[i].toUpper());
         return list;
     }();
@@ -50,8 +63,7 @@ const QStringList& openPanelTypes() {
 }
 
 const QStringList& dropTypes() {
-    static const QStringList types = {"mov",  "avi", "mp4", "mp3", "m4a", "m4p",
-                                      "aiff", "aif", "caf", "wav", "dv",  "wmv"};
+    static const QStringList types = extensionsBy(&FileExtension::dropPlace);
     return types;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "engine/api/TagKeys.h"
 #include "engine/media/TextEncoding.h"
 
 namespace qm {
@@ -12,45 +13,26 @@ namespace {
 constexpr std::size_t kMostTags = 20000;
 constexpr std::size_t kMostBytes = std::size_t{4} << 20;
 constexpr std::int64_t kMostSpent = std::int64_t{16} << 20;
-constexpr std::string_view kNoKey = "----";
 
 struct Field {
     std::string_view name;  // in the other format, in small letters where it has them
     std::string_view movieKey;
 };
 
-constexpr std::string_view kArtist =
-    "\xa9"
-    "ART";
-constexpr std::string_view kAlbum =
-    "\xa9"
-    "alb";
-constexpr std::string_view kTitle = "\xa9nam";
-constexpr std::string_view kCopyright =
-    "\xa9"
-    "cpy";
-constexpr std::string_view kAuthor =
-    "\xa9"
-    "aut";
-constexpr std::string_view kComment =
-    "\xa9"
-    "cmt";
-constexpr std::string_view kTrackNumber = "trkn";
-
 constexpr std::array kFields = {
-    Field{"tpe1", kArtist},         Field{"tp1", kArtist},
-    Field{"iart", kArtist},         Field{"artist", kArtist},
-    Field{"talb", kAlbum},          Field{"tal", kAlbum},
-    Field{"iprd", kAlbum},          Field{"album", kAlbum},
-    Field{"wm/albumtitle", kAlbum}, Field{"tit2", kTitle},
-    Field{"tt2", kTitle},           Field{"inam", kTitle},
-    Field{"name", kTitle},          Field{"title", kTitle},
-    Field{"tcop", kCopyright},      Field{"tcr", kCopyright},
-    Field{"icop", kCopyright},      Field{"(c) ", kCopyright},
-    Field{"copyright", kCopyright}, Field{"auth", kAuthor},
-    Field{"anno", kComment},        Field{"trck", kTrackNumber},
-    Field{"trk", kTrackNumber},     Field{"itrk", kTrackNumber},
-    Field{"track", kTrackNumber},   Field{"tracknumber", kTrackNumber},
+    Field{"tpe1", kArtistKey},         Field{"tp1", kArtistKey},
+    Field{"iart", kArtistKey},         Field{"artist", kArtistKey},
+    Field{"talb", kAlbumKey},          Field{"tal", kAlbumKey},
+    Field{"iprd", kAlbumKey},          Field{"album", kAlbumKey},
+    Field{"wm/albumtitle", kAlbumKey}, Field{"tit2", kTitleKey},
+    Field{"tt2", kTitleKey},           Field{"inam", kTitleKey},
+    Field{"name", kTitleKey},          Field{"title", kTitleKey},
+    Field{"tcop", kCopyrightKey},      Field{"tcr", kCopyrightKey},
+    Field{"icop", kCopyrightKey},      Field{"(c) ", kCopyrightKey},
+    Field{"copyright", kCopyrightKey}, Field{"auth", kAuthorKey},
+    Field{"anno", kCommentKey},        Field{"trck", kTrackNumberKey},
+    Field{"trk", kTrackNumberKey},     Field{"itrk", kTrackNumberKey},
+    Field{"track", kTrackNumberKey},   Field{"tracknumber", kTrackNumberKey},
 };
 
 char small(char c) {
@@ -63,9 +45,7 @@ bool isSame(std::string_view smallLetters, std::string_view name) {
 }
 
 bool misleads(std::string_view name) {
-    constexpr std::array<std::string_view, 4> kTelling = {"ART", "TRA", "alb", "bla"};
-    return std::any_of(kTelling.begin(), kTelling.end(),
-                       [&](std::string_view letters) { return name.find(letters) != name.npos; });
+    return holdsLetters(name, kArtistLetters) || holdsLetters(name, kAlbumLetters);
 }
 
 std::string_view movieKey(std::string_view name) {
