@@ -1,7 +1,10 @@
 #include <algorithm>
+#include <chrono>
 #include <complex>
+#include <thread>
 
 #include "engine/render/stretch/AttackMap.h"
+#include "engine/render/stretch/ForesightStretch.h"
 #include "support/Stretched.h"
 
 using namespace qm;
@@ -113,13 +116,13 @@ TEST_CASE("looking ahead finds the same, and only where the sound is there alrea
     int looked = 0;
     for (std::int64_t frame = 0; frame < 10 * kRate; frame += kRate / 4) {
         ahead.lookAhead(
-            frame, [](std::int64_t, std::int64_t) { return false; },
+            frame, frame + 1, [](std::int64_t, std::int64_t) { return false; },
             [](std::int64_t, std::span<StereoFrame>) {
                 FAIL("read without its sound");
                 return false;
             });
         ahead.lookAhead(
-            frame, [](std::int64_t, std::int64_t) { return true; }, reads(plucks));
+            frame, frame + 1, [](std::int64_t, std::int64_t) { return true; }, reads(plucks));
         REQUIRE(ahead.explore(frame, frame + 1, [&](std::int64_t first, std::span<StereoFrame> out) {
             ++looked;  // behind the block that is being looked at
             return reads(plucks)(first, out);
@@ -127,6 +130,28 @@ TEST_CASE("looking ahead finds the same, and only where the sound is there alrea
     }
     CHECK(looked == 0);
     CHECK(attacksOf(asked, 0, 9 * kRate) == attacksOf(ahead, 0, 9 * kRate));
+}
+
+TEST_CASE("while the sound is neutral, the attacks around it become known without it waiting for them") {
+    const std::int64_t length = 20 * kRate;
+    PcmCache cache(std::make_unique<ComputedSound>(length, plucks));
+    Timeline timeline(cache);
+    ForesightStretch stretch(kRate);
+    const auto isKnown = [&](std::int64_t begin, std::int64_t end) {
+        return stretch.attackMap().explore(begin, end, [](std::int64_t, std::span<StereoFrame>) { return false; });
+    };
+    for (const bool backward : {false, true}) {
+        const std::int64_t start = backward ? 15 * kRate : 5 * kRate;
+        timeline.begin(makePlayhead(start, backward, false, 0, 0, length), true, {});
+        std::vector<StereoFrame> around(4 * kRate);
+        REQUIRE(cache.read(start - 2 * kRate, around));
+        CHECK_FALSE(isKnown(start, start + 1));
+        for (int patience = 0; patience < 2000 && !isKnown(start - 12288, start + 32768); ++patience) {
+            stretch.lookAhead(timeline, 0);
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        CHECK(isKnown(start - 12288, start + 32768));
+    }
 }
 
 TEST_CASE("a hair from neutral the sound is the source") {
