@@ -200,8 +200,8 @@ bool GrainBand::grain(std::int64_t place, std::int64_t at, const Cut& cut, Kind 
     m_now->weight = m_weight;
     transform(source, at, size, *m_now);
     findPeaks(*m_now);
-    const bool breaksOff = !cut.softEnd && m_windowEnd < size;
-    turn(*m_now, kind, breaksOff);
+    const bool isCut = m_windowBegin > 0 || m_windowEnd < size;
+    turn(*m_now, kind, isCut);
     setDown(*m_now);
     std::swap(m_now, m_last);
     return true;
@@ -370,12 +370,12 @@ void GrainBand::findLimits(int size) {
     }
 }
 
-// Turns every peak's region, keeps what belongs to the band and clears the rest. Where the window breaks off, no bin is
-// taken for noise: what lies between the peaks is the edge.
-void GrainBand::turn(Look& look, Kind kind, bool breaksOff) {
+// Turns every peak's region, keeps what belongs to the band and clears the rest. In a cut window no bin is taken for
+// noise: what lies between the peaks there is the edge, or what is left of a click.
+void GrainBand::turn(Look& look, Kind kind, bool isCut) {
     const double low = 2 * kPi * AttackMap::bandEdge(m_band) / m_rate;
     const double high = m_band == AttackMap::kBands - 1 ? 10.0 : 2 * kPi * AttackMap::bandEdge(m_band + 1) / m_rate;
-    const bool knowsNoise = m_last->size != 0 && kind == Kind::GoesOn && !breaksOff;
+    const bool knowsNoise = m_last->size != 0 && kind == Kind::GoesOn && !isCut;
     findLimits(look.size);
     int from = m_firstBin;
     for (std::size_t p = 0; p < m_peaks.size(); ++p) {

@@ -75,7 +75,7 @@ private:
     void transform(const SourceWindow& source, std::int64_t at, int size, Look& look);
     void findPeaks(Look& look);
     void findLimits(int size);
-    void turn(Look& look, Kind kind, bool breaksOff);
+    void turn(Look& look, Kind kind, bool isCut);
     std::complex<float> advanceOf(const Look& look, int bin) const;
     bool moveTogether(const Look& look, int bin, int peak) const;
     float frequencyAt(const Look& look, int bin, double span) const;
