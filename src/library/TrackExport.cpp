@@ -1,4 +1,5 @@
 #include "library/TrackExport.h"
+#include "app/state/FilePath.h"
 
 #include <QDir>
 #include <QFile>

@@ -42,7 +42,6 @@ app
 # The arrows that run back, each with its reason in docs/architecture.md.
 back='
 engine/media engine/media/tags
-app/state ui/dialogs
 library player/transport
 '
 

@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
+#include "app/state/FilePath.h"
 #include "support/widgets/TestText.h"
 
 using namespace qm;

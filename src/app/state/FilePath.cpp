@@ -78,4 +78,13 @@ bool isFolder(const QString& path) {
     return ::stat(pathBytes(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+QString pathExtension(const QString& path) {
+    qsizetype end = path.size();
+    while (end > 0 && path[end - 1] == u'/') --end;
+    const QStringView trimmed = QStringView(path).first(end);
+    const QStringView name = trimmed.sliced(trimmed.lastIndexOf(u'/') + 1);
+    const qsizetype dot = name.lastIndexOf(u'.');
+    return dot > 0 ? name.sliced(dot + 1).toString() : QString();
+}
+
 }  // namespace qm

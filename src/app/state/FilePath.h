@@ -22,4 +22,7 @@ std::optional<QString> pathFromUrl(const QUrl& url);  // none for what is no fil
 bool isFile(const QString& path);
 bool isFolder(const QString& path);
 
+// What follows the last dot of the path's last component; nothing for "name", ".mp3" and "name.".
+QString pathExtension(const QString& path);
+
 }  // namespace qm

@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "app/state/FilePath.h"
 #include "app/state/TimeFormat.h"
-#include "ui/dialogs/FileAcceptance.h"
 
 namespace qm {
 

@@ -36,7 +36,9 @@ bool Renderer::begin(const Playhead& playhead, const RenderSettings& settings, b
 }
 
 bool Renderer::render(std::span<StereoFrame> out) {
-    return m_active->render(m_timeline, out);
+    if (!m_active->render(m_timeline, out)) return false;
+    if (m_active == &m_passthrough) m_stretch->lookAhead(m_timeline, m_passthrough.nextStep());
+    return true;
 }
 
 }  // namespace qm

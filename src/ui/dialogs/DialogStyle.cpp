@@ -1,4 +1,5 @@
 #include "ui/dialogs/DialogStyle.h"
+#include "app/state/FilePath.h"
 
 #include <QDialogButtonBox>
 #include <QFileDialog>

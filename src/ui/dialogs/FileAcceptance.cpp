@@ -44,15 +44,6 @@ protected:
 
 }  // namespace
 
-QString pathExtension(const QString& path) {
-    qsizetype end = path.size();
-    while (end > 0 && path[end - 1] == u'/') --end;
-    const QStringView trimmed = QStringView(path).first(end);
-    const QStringView name = trimmed.sliced(trimmed.lastIndexOf(u'/') + 1);
-    const qsizetype dot = name.lastIndexOf(u'.');
-    return dot > 0 ? name.sliced(dot + 1).toString() : QString();
-}
-
 const QStringList& openPanelTypes() {
     static const QStringList types = [] {
         QStringList list = extensionsBy(&FileExtension::panelPlace);

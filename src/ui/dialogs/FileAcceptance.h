@@ -15,9 +15,6 @@ namespace qm {
 
 class FilePanel;
 
-// What follows the last dot of the path's last component; nothing for "name", ".mp3" and "name.".
-QString pathExtension(const QString& path);
-
 const QStringList& openPanelTypes();
 const QStringList& dropTypes();
 

@@ -9,9 +9,9 @@ namespace qm {
 
 namespace {
 
-constexpr int kLongest = 8192;           // at 44.1 kHz
-constexpr int kRiseHalvings = 4;         // rises are looked for in windows of 512
-constexpr std::int64_t kGridAround = 4;  // choices on either side that are heard about one
+constexpr int kLongest = 8192;            // at 44.1 kHz
+constexpr std::size_t kRiseHalvings = 4;  // rises are looked for in windows of 512
+constexpr std::int64_t kGridAround = 4;   // choices on either side that are heard about one
 
 // In frames of the levels, 2 ms apart.
 constexpr std::ptrdiff_t kNewestBefore = 5, kOldestBefore = 17, kPeakReach = 11, kUsualReach = 62;
@@ -31,20 +31,35 @@ constexpr double kApart = 0.025;
 
 constexpr double kEnergyEdges[] = {80, 500, 2000, 6000, 14000};
 
-// A second-order section in its direct form.
-struct Section {
+struct Coefficients {
     double b0, b1, b2, a1, a2;
-    double s1 = 0, s2 = 0;
+};
 
-    double next(double x) {
-        const double y = b0 * x + s1;
-        s1 = b1 * x - a1 * y + s2;
-        s2 = b2 * x - a2 * y;
-        return y;
+// Second-order sections in their transposed direct form II, as many as there are lanes.
+template <std::size_t kLanes>
+struct Sections {
+    using Lanes = std::array<double, kLanes>;
+    Lanes b0, b1, b2, a1, a2, s1{}, s2{};
+
+    void set(std::size_t lane, const Coefficients& c) {
+        b0[lane] = c.b0;
+        b1[lane] = c.b1;
+        b2[lane] = c.b2;
+        a1[lane] = c.a1;
+        a2[lane] = c.a2;
+    }
+
+    void advance(Lanes& x) {
+        for (std::size_t lane = 0; lane < kLanes; ++lane) {
+            const double y = b0[lane] * x[lane] + s1[lane];
+            s1[lane] = b1[lane] * x[lane] - a1[lane] * y + s2[lane];
+            s2[lane] = b2[lane] * x[lane] - a2[lane] * y;
+            x[lane] = y;
+        }
     }
 };
 
-Section butterworth(bool high, double hertz, int sampleRate) {
+Coefficients butterworth(bool high, double hertz, int sampleRate) {
     const double k = std::tan(std::numbers::pi * std::min(hertz / sampleRate, 0.49));
     const double norm = 1 / (1 + std::numbers::sqrt2 * k + k * k);
     const double a1 = 2 * (k * k - 1) * norm, a2 = (1 - std::numbers::sqrt2 * k + k * k) * norm;
@@ -60,7 +75,8 @@ AttackFinder::AttackFinder(int sampleRate, std::int64_t blockFrames)
       m_block(blockFrames),
       m_margin((kLongest + kGridAround * 512) * m_factor),
       m_grid(512 * m_factor),
-      m_hop(std::llround(0.002 * sampleRate)) {
+      m_hop(std::llround(0.002 * sampleRate)),
+      m_reach(kLongest * m_factor / 2) {
     for (int size = kLongest * m_factor; size >= 512 * m_factor; size /= 2) {
         m_transforms.push_back(std::make_unique<RealFft>(size));
         auto& window = m_windows.emplace_back(static_cast<std::size_t>(size));
@@ -95,6 +111,7 @@ AttackFinder::AttackFinder(int sampleRate, std::int64_t blockFrames)
         }
     }
     const auto length = static_cast<std::size_t>(m_block + 2 * m_margin);
+    for (auto& plane : m_planes) plane.resize(length + 2 * static_cast<std::size_t>(m_reach));
     m_levels.resize(length / static_cast<std::size_t>(m_hop));
     m_highest.resize(m_levels.size());
     m_rises.resize(m_levels.size());
@@ -106,38 +123,41 @@ AttackFinder::AttackFinder(int sampleRate, std::int64_t blockFrames)
 }
 
 void AttackFinder::find(std::span<const StereoFrame> sound, std::int64_t firstFrame, AttackMap::Block& into) {
-    findLevels(sound);
+    spread(sound);
+    findLevels();
     findRises();
-    findEnergies(sound);
+    findEnergies();
     findAttacks(firstFrame, into);
-    chooseWindows(sound, into);
+    chooseWindows(into);
 }
 
-// The power spectrum of both channels around a frame; what lies outside is silence.
-void AttackFinder::spectrumAt(std::span<const StereoFrame> sound, const RealFft& transform, std::int64_t centre) {
-    const std::int64_t size = transform.size();
-    std::size_t which = 0;
-    while (m_transforms[which].get() != &transform) ++which;
-    const auto& window = m_windows[which];
-    const std::int64_t begin = centre - size / 2;
+void AttackFinder::spread(std::span<const StereoFrame> sound) {
+    for (std::size_t i = 0; i < sound.size(); ++i) {
+        m_planes[0][static_cast<std::size_t>(m_reach) + i] = sound[i].left;
+        m_planes[1][static_cast<std::size_t>(m_reach) + i] = sound[i].right;
+    }
+}
+
+// The power spectrum of both channels around a frame.
+void AttackFinder::spectrumAt(std::size_t which, std::int64_t centre) {
+    const RealFft& transform = *m_transforms[which];
+    const auto size = static_cast<std::size_t>(transform.size());
     const auto bins = static_cast<std::size_t>(transform.bins());
+    const float* window = m_windows[which].data();
     std::fill_n(m_power.begin(), bins, 0.0f);
-    for (float StereoFrame::*channel : {&StereoFrame::left, &StereoFrame::right}) {
-        for (std::int64_t i = 0; i < size; ++i) {
-            const std::int64_t at = begin + i;
-            const bool inside = at >= 0 && at < static_cast<std::int64_t>(sound.size());
-            m_sound[static_cast<std::size_t>(i)] =
-                inside ? sound[static_cast<std::size_t>(at)].*channel * window[static_cast<std::size_t>(i)] : 0.0f;
-        }
-        transform.forward(m_sound.data(), m_spectrum.data());
+    for (const auto& plane : m_planes) {
+        const float* from = plane.data() + m_reach + centre - transform.size() / 2;
+        float* into = m_sound.data();
+        for (std::size_t i = 0; i < size; ++i) into[i] = from[i] * window[i];
+        transform.forward(into, m_spectrum.data());
         for (std::size_t k = 0; k < bins; ++k) m_power[k] += std::norm(m_spectrum[k]);
     }
 }
 
-void AttackFinder::findLevels(std::span<const StereoFrame> sound) {
+void AttackFinder::findLevels() {
     float most = 0;
     for (std::size_t frame = 0; frame < m_levels.size(); ++frame) {
-        spectrumAt(sound, *m_transforms[kRiseHalvings], static_cast<std::int64_t>(frame) * m_hop);
+        spectrumAt(kRiseHalvings, static_cast<std::int64_t>(frame) * m_hop);
         for (std::size_t band = 0; band < kMelBands; ++band) {
             float energy = 0;
             const auto& weights = m_melWeights[band];
@@ -183,23 +203,30 @@ float AttackFinder::usualRise(std::size_t frame) {
     return *middle;
 }
 
-void AttackFinder::findEnergies(std::span<const StereoFrame> sound) {
+// The bands' filters run side by side, because each of them waits for itself from frame to frame.
+void AttackFinder::findEnergies() {
+    constexpr std::size_t kLanes = 2 * kEnergyBands;  // of either channel
     const auto window = static_cast<std::size_t>(kJumpSeconds * m_rate);
-    for (std::size_t band = 0; band < kEnergyBands; ++band) {
-        auto& sums = m_energies[band];
-        std::array<Section, 2> low, high;
-        low.fill(butterworth(false, kEnergyEdges[band + 1], m_rate));
-        high.fill(butterworth(true, kEnergyEdges[band], m_rate));
-        double most = 0;
-        sums[0] = 0;
-        for (std::size_t i = 0; i < sound.size(); ++i) {
-            const double left = low[0].next(high[0].next(static_cast<double>(sound[i].left)));
-            const double right = low[1].next(high[1].next(static_cast<double>(sound[i].right)));
-            sums[i + 1] = sums[i] + left * left + right * right;
-            if (i >= window) most = std::max(most, sums[i + 1] - sums[i + 1 - window]);
-        }
-        m_floor[band] = 1e-6 * most + 1e-10;
+    const std::size_t length = m_energies[0].size() - 1;
+    const auto first = static_cast<std::size_t>(m_reach);
+    Sections<kLanes> low, high;
+    for (std::size_t lane = 0; lane < kLanes; ++lane) {
+        low.set(lane, butterworth(false, kEnergyEdges[lane / 2 + 1], m_rate));
+        high.set(lane, butterworth(true, kEnergyEdges[lane / 2], m_rate));
     }
+    std::array<double, kEnergyBands> most{};
+    for (std::size_t i = 0; i < length; ++i) {
+        std::array<double, kLanes> x;
+        for (std::size_t lane = 0; lane < kLanes; ++lane) x[lane] = static_cast<double>(m_planes[lane % 2][first + i]);
+        high.advance(x);
+        low.advance(x);
+        for (std::size_t band = 0; band < kEnergyBands; ++band) {
+            auto& sums = m_energies[band];
+            sums[i + 1] = sums[i] + x[2 * band] * x[2 * band] + x[2 * band + 1] * x[2 * band + 1];
+            if (i >= window) most[band] = std::max(most[band], sums[i + 1] - sums[i + 1 - window]);
+        }
+    }
+    for (std::size_t band = 0; band < kEnergyBands; ++band) m_floor[band] = 1e-6 * most[band] + 1e-10;
 }
 
 // How much the energies after a place exceed those before it, in tens of decibels over all bands.
@@ -257,15 +284,15 @@ void AttackFinder::findAttacks(std::int64_t firstFrame, AttackMap::Block& into) 
 }
 
 // How sparse the energies of the bands are in windows of one length, along the grid.
-void AttackFinder::gather(std::span<const StereoFrame> sound, const RealFft& transform) {
-    const int size = transform.size();
+void AttackFinder::gather(std::size_t which) {
+    const int size = m_transforms[which]->size();
     const std::int64_t hop = size / 4;
     const auto bin = [&](double hertz) {
         return static_cast<std::size_t>(std::clamp(hertz * size / m_rate, 1.0, size / 2.0));
     };
     for (auto& sums : m_sums) sums.clear();
-    for (std::int64_t centre = 0; centre < static_cast<std::int64_t>(sound.size()); centre += hop) {
-        spectrumAt(sound, transform, centre);
+    for (std::int64_t centre = 0; centre < m_block + 2 * m_margin; centre += hop) {
+        spectrumAt(which, centre);
         for (int band = 0; band < AttackMap::kBands; ++band) {
             if (AttackMap::longestWindow(band, m_rate) < size) continue;
             Sum sum;
@@ -303,8 +330,8 @@ void AttackFinder::score(const std::vector<Sum>& sums, std::int64_t hop, std::ve
     }
 }
 
-void AttackFinder::chooseWindows(std::span<const StereoFrame> sound, AttackMap::Block& into) {
-    for (const auto& transform : m_transforms) gather(sound, *transform);
+void AttackFinder::chooseWindows(AttackMap::Block& into) {
+    for (std::size_t which = 0; which < kRiseHalvings; ++which) gather(which);  // the shortest suits no band
     for (int band = 0; band < AttackMap::kBands; ++band) {
         const int lengths = AttackMap::kWindows[static_cast<std::size_t>(band)];
         const auto& scores = m_scores[static_cast<std::size_t>(band)];

@@ -34,11 +34,12 @@ private:
     static constexpr int kEnergyBands = 4;
     using Levels = std::array<float, kMelBands>;
 
-    void spectrumAt(std::span<const StereoFrame> sound, const RealFft& transform, std::int64_t centre);
-    void findLevels(std::span<const StereoFrame> sound);
+    void spread(std::span<const StereoFrame> sound);
+    void spectrumAt(std::size_t which, std::int64_t centre);
+    void findLevels();
     void findRises();
     float usualRise(std::size_t frame);
-    void findEnergies(std::span<const StereoFrame> sound);
+    void findEnergies();
     float jumpAt(std::int64_t at, int& steepBands) const;
     struct Jump {
         std::int64_t place = 0;
@@ -50,9 +51,9 @@ private:
     struct Sum {
         double squares = 0, powers = 0;
     };
-    void gather(std::span<const StereoFrame> sound, const RealFft& transform);
+    void gather(std::size_t which);
     void score(const std::vector<Sum>& sums, std::int64_t hop, std::vector<float>& into) const;
-    void chooseWindows(std::span<const StereoFrame> sound, AttackMap::Block& into);
+    void chooseWindows(AttackMap::Block& into);
 
     const int m_rate;
     const int m_factor;  // how much longer windows are than at 44.1 kHz
@@ -60,8 +61,10 @@ private:
     const std::int64_t m_margin;
     const std::int64_t m_grid;
     const std::int64_t m_hop;
+    const std::int64_t m_reach;                          // of the longest window
     std::vector<std::unique_ptr<RealFft>> m_transforms;  // the longest first, each half of the one before
     std::vector<AlignedVector<float>> m_windows;         // of the same lengths
+    std::array<std::vector<float>, 2> m_planes;  // the sound, with the silence around it that windows reach into
     AlignedVector<float> m_sound;
     AlignedVector<std::complex<float>> m_spectrum;
     std::vector<float> m_power;

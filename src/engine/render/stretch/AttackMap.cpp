@@ -122,10 +122,12 @@ bool AttackMap::explore(std::int64_t begin, std::int64_t end, const Read& read) 
     return true;
 }
 
-void AttackMap::lookAhead(std::int64_t frame, const HasSound& hasSound, const Read& read) {
-    const std::int64_t number = floorDivide(frame, m_blockFrames);
+void AttackMap::lookAhead(std::int64_t begin, std::int64_t end, const HasSound& hasSound, const Read& read) {
     if (m_worker) m_worker->collect(m_blocks, false);
-    if (m_blocks.contains(number) || (m_worker && !m_worker->isFree())) return;
+    if (m_worker && !m_worker->isFree()) return;
+    std::int64_t number = floorDivide(begin, m_blockFrames);
+    while (m_blocks.contains(number)) ++number;
+    if (number * m_blockFrames >= end) return;
     const std::int64_t first = number * m_blockFrames - m_finder->margin();
     const std::int64_t count = m_blockFrames + 2 * m_finder->margin();
     if (!hasSound(first, count)) return;

@@ -42,11 +42,11 @@ public:
     // Finds what is not known yet of the frames [begin, end). False when reading is interrupted.
     bool explore(std::int64_t begin, std::int64_t end, const Read& read);
 
-    // Begins to find, on a thread of its own, what is not known yet of the block that `frame` lies in, if `hasSound`
-    // says that its sound can be read without waiting. One block at a time; explore() waits for that one if it needs
-    // it.
+    // Begins to find, on a thread of its own, the first block of the frames [begin, end) that is not known yet, if
+    // `hasSound` says that its sound can be read without waiting. One block at a time; explore() waits for that one if
+    // it needs it.
     using HasSound = std::function<bool(std::int64_t first, std::int64_t count)>;
-    void lookAhead(std::int64_t frame, const HasSound& hasSound, const Read& read);
+    void lookAhead(std::int64_t begin, std::int64_t end, const HasSound& hasSound, const Read& read);
 
     // Of explored frames: the first attack at or after `from` and before `before`; none: frame == before.
     Attack next(std::int64_t from, std::int64_t before, Confidence least = Confidence::Low) const;

@@ -115,6 +115,11 @@ bool ForesightStretch::render(Timeline& timeline, std::span<StereoFrame> out) {
     return true;
 }
 
+void ForesightStretch::lookAhead(Timeline& timeline, std::int64_t step) {
+    const auto position = std::llround(timeline.playhead().positionAt(static_cast<double>(step)));
+    m_vocoder.lookAround(timeline, position);
+}
+
 std::int64_t ForesightStretch::takeOverFrames() const {
     if (!m_playhead.loops || !m_fadesSeams) return 0;
     const auto pass = static_cast<double>(m_playhead.period()) / m_speed;

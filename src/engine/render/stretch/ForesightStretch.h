@@ -22,6 +22,7 @@ public:
     void setLight(bool light) override { m_light = light; }
     bool restart(Timeline& timeline, std::int64_t step, double speed, double pitchFactor) override;
     bool render(Timeline& timeline, std::span<StereoFrame> out) override;
+    void lookAhead(Timeline& timeline, std::int64_t step) override;
 
     AttackMap& attackMap() { return m_attacks; }
 

@@ -10,12 +10,17 @@ namespace qm {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
-constexpr int kHop[] = {512, 256, 256};  // at 44.1 kHz
-constexpr double kEdge = 400;            // frames over which a window fades towards an attack
-constexpr std::int64_t kSlide = 4;       // frames that the edge moves for each by which an attack would come late
-constexpr std::int64_t kEarly = 20;      // an attack is taken to begin a little before its steepest place
-constexpr std::int64_t kGuard = 24;      // frames before an attack that no grain of the past touches
-constexpr std::int64_t kNear = 300;      // attacks this near to a limit are none
+constexpr int kMostHop = 1024;       // at 44.1 kHz; nearer grains than a quarter of the window empty noise
+constexpr double kLightHop = 1.5;    // times that
+constexpr int kMainLobe = 4;         // bins on either side of a peak
+constexpr float kTogether = 0.955f;  // cosine of 0.3 radians
+constexpr double kPeakSpan = 1.5;    // bins by which a frequency may lie beside its peak
+constexpr double kNoiseSpan = 4;     // the same of noise
+constexpr double kEdge = 400;        // frames over which a window fades towards an attack
+constexpr std::int64_t kSlide = 4;   // frames that the edge moves for each by which an attack would come late
+constexpr std::int64_t kEarly = 20;  // an attack is taken to begin a little before its steepest place
+constexpr std::int64_t kGuard = 24;  // frames before an attack that no grain of the past touches
+constexpr std::int64_t kNear = 300;  // attacks this near to a limit are none
 constexpr double kSlow = 0.6;  // speeds above it go without the longest windows: attacks and spectra are nearer then
 constexpr float kNewEnergy = 1.2f;  // magnitudes this much higher are a partial's restart
 constexpr float kLeastWeight = 1e-4f;
@@ -23,6 +28,12 @@ constexpr std::int64_t kFar = std::numeric_limits<std::int64_t>::max() / 4;
 
 int floorMod(std::int64_t a, std::size_t size) {
     return static_cast<int>(static_cast<std::uint64_t>(a) & (size - 1));
+}
+
+// By how much noise is raised: the further the speed is from 1, the less grains agree on it where they overlap.
+float noiseGain(double speed) {
+    const double far = speed < 1 ? 4 * (1 - speed) : 2 * (speed - 1.1);
+    return static_cast<float>(1 + 0.4 * std::clamp(far, 0.0, 1.0));
 }
 
 float fade(double x) {
@@ -43,8 +54,8 @@ GrainBand::GrainBand(int band, int sampleRate, Transforms& transforms)
     : m_band(band),
       m_rate(sampleRate),
       m_longest(AttackMap::longestWindow(band, sampleRate)),
-      m_fullHop(kHop[band] * m_longest / AttackMap::longestWindow(band, 44100)),
-      m_edge(static_cast<int>(kEdge * static_cast<double>(sampleRate) / 44100)) {
+      m_edge(static_cast<int>(kEdge * static_cast<double>(sampleRate) / 44100)),
+      m_mostHop(kMostHop * AttackMap::windowFactor(sampleRate)) {
     for (int h = 0; h < AttackMap::kWindows[static_cast<std::size_t>(band)]; ++h) {
         const int size = m_longest >> h;
         auto& transform = transforms[size];
@@ -75,8 +86,8 @@ GrainBand::GrainBand(int band, int sampleRate, Transforms& transforms)
 
 void GrainBand::begin(const Course& course, bool light) {
     m_course = course;
-    const double fastest = std::max(1.0, course.speed);
-    m_hop = std::max<std::int64_t>(std::llround(m_fullHop * (light ? 2 : 1) / fastest), 16);
+    m_hopScale = (light ? kLightHop : 1) / std::max(1.0, course.speed);
+    m_noiseGain = noiseGain(course.speed);
     m_next = course.first - m_longest / 2;
     m_attackPlace = m_next;
     m_attackSource = -kFar;
@@ -132,6 +143,11 @@ GrainBand::Cut GrainBand::cutAt(std::int64_t place, std::int64_t at, std::int64_
     return cut;
 }
 
+std::int64_t GrainBand::hop() const {
+    const int size = m_last->size != 0 ? m_last->size : m_longest;
+    return std::max<std::int64_t>(std::llround(std::min(size / 4, m_mostHop) * m_hopScale), 16);
+}
+
 // The next grain, or the two that meet at an attack.
 bool GrainBand::step(SourceWindow& source, const AttackMap& attacks) {
     std::int64_t attack = nextAttack(attacks);
@@ -149,7 +165,7 @@ bool GrainBand::step(SourceWindow& source, const AttackMap& attacks) {
     const std::int64_t at = meets ? (hasAttack ? attack : m_course.end) : m_course.sourceOf(place);
     const Cut cut = cutAt(place, at, end, endPlace);
     if (!grain(place, at, cut, Kind::GoesOn, source, attacks)) return false;
-    m_next = place + m_hop;
+    m_next = place + hop();
     if (!meets) return true;
     if (!hasAttack) return m_ended = true;
     m_attackSource = attack;
@@ -161,7 +177,7 @@ bool GrainBand::step(SourceWindow& source, const AttackMap& attacks) {
     const Cut after{attack, std::min(limit, attack + limitPlace - endPlace), following < kFar};
     const Kind kind = attack == m_course.forced ? Kind::Begins : Kind::Restarts;
     if (!grain(endPlace, attack, after, kind, source, attacks)) return false;
-    m_next = endPlace + m_hop;
+    m_next = endPlace + hop();
     return true;
 }
 
@@ -184,7 +200,8 @@ bool GrainBand::grain(std::int64_t place, std::int64_t at, const Cut& cut, Kind 
     m_now->weight = m_weight;
     transform(source, at, size, *m_now);
     findPeaks(*m_now);
-    turn(*m_now, kind);
+    const bool isCut = m_windowBegin > 0 || m_windowEnd < size;
+    turn(*m_now, kind, isCut);
     setDown(*m_now);
     std::swap(m_now, m_last);
     return true;
@@ -265,30 +282,43 @@ void GrainBand::findPeaks(Look& look) {
     m_borders.push_back(m_lastBin + 1);
 }
 
-// Radians per frame of the partial at a peak: by its advance since the last grain where that can be told.
-float GrainBand::frequencyAt(const Look& look, int peak) const {
+// The argument is how far the phase of a bin has moved since the last grain, in the channel in which it is louder.
+std::complex<float> GrainBand::advanceOf(const Look& look, int bin) const {
+    const auto i = static_cast<std::size_t>(bin);
+    const std::size_t channel = std::norm(look.spectra[0][i]) >= std::norm(look.spectra[1][i]) ? 0 : 1;
+    return look.spectra[channel][i] * std::conj(m_last->spectra[channel][i]);
+}
+
+// Whether a bin belongs to the partial at its peak: so do those of the main lobe, and side lobes, which move as it
+// does.
+bool GrainBand::moveTogether(const Look& look, int bin, int peak) const {
+    if (std::abs(bin - peak) <= kMainLobe) return true;
+    const std::complex<float> apart = advanceOf(look, bin) * std::conj(advanceOf(look, peak));
+    return apart.real() > kTogether * std::abs(apart);
+}
+
+// Radians per frame of what sounds in a bin, which lies no further than `span` bins from it: by its advance since the
+// last grain where that can be told, otherwise by the shape of the peak.
+float GrainBand::frequencyAt(const Look& look, int bin, double span) const {
     const double binWidth = 2 * kPi / look.size;
-    const auto i = static_cast<std::size_t>(peak);
     if (m_last->size != 0 && m_last->spectrumSize == look.size) {
-        const std::size_t c = std::norm(look.spectra[0][i]) >= std::norm(look.spectra[1][i]) ? 0 : 1;
-        const std::complex<float> advance = look.spectra[c][i] * std::conj(m_last->spectra[c][i]);
+        const std::complex<double> advance(advanceOf(look, bin));
         const auto apart = static_cast<double>(look.source - m_last->source);
         const double distance = apart + look.centre - m_last->centre;
         if (distance > 0.25 * apart && apart > 0) {
-            const double off =
-                std::remainder(std::arg(std::complex<double>(advance)) - peak * binWidth * apart, 2 * kPi);
-            const double most = 1.5 * binWidth;
-            return static_cast<float>(peak * binWidth + std::clamp(off / distance, -most, most));
+            const double off = std::remainder(std::arg(advance) - bin * binWidth * apart, 2 * kPi);
+            const double most = span * binWidth;
+            return static_cast<float>(bin * binWidth + std::clamp(off / distance, -most, most));
         }
     }
     const auto& m = look.magnitudes;
     const auto level = [&](int k) {
         return std::log(m[static_cast<std::size_t>(std::clamp(k, 0, look.size / 2))] + 1e-12f);
     };
-    const float a = level(peak - 1), b = level(peak), c = level(peak + 1);
+    const float a = level(bin - 1), b = level(bin), c = level(bin + 1);
     const float bend = a - 2 * b + c;
     const float off = bend < -1e-6f ? std::clamp(0.5f * (a - c) / bend, -0.5f, 0.5f) : 0.0f;
-    return static_cast<float>((peak + static_cast<double>(off)) * binWidth);
+    return static_cast<float>((bin + static_cast<double>(off)) * binWidth);
 }
 
 std::complex<float> GrainBand::turnAt(const Look& look, int peak, float frequency, Kind kind) const {
@@ -315,6 +345,13 @@ std::complex<float> GrainBand::turnAt(const Look& look, int peak, float frequenc
     return turn * std::polar(1.0f, static_cast<float>(std::remainder(frequency * stretch, 2 * kPi)));
 }
 
+// Of a bin too far from its peak to belong to the same partial: breath, hall, hiss. Turned with the peak it would
+// cancel itself; it goes on at its own frequency, and is raised by what overlapping noise loses.
+std::complex<float> GrainBand::turnBetween(const Look& look, int bin) const {
+    const std::complex<float> turn = turnAt(look, bin, frequencyAt(look, bin, kNoiseSpan), Kind::GoesOn);
+    return turn * (m_noiseGain / (std::abs(turn) + 1e-12f));
+}
+
 // The band a partial near a limit belongs to is that of its frequency, with all bins around its peak; bins further
 // inside are the band's own in any case: a click has hardly any peaks.
 void GrainBand::findLimits(int size) {
@@ -334,20 +371,23 @@ void GrainBand::findLimits(int size) {
     }
 }
 
-// Turns every peak's region, keeps what belongs to the band and clears the rest.
-void GrainBand::turn(Look& look, Kind kind) {
+// Turns every peak's region, keeps what belongs to the band and clears the rest. In a cut window no bin is taken for
+// noise: what lies between the peaks there is the edge, or what is left of a click.
+void GrainBand::turn(Look& look, Kind kind, bool isCut) {
     const double low = 2 * kPi * AttackMap::bandEdge(m_band) / m_rate;
     const double high = m_band == AttackMap::kBands - 1 ? 10.0 : 2 * kPi * AttackMap::bandEdge(m_band + 1) / m_rate;
+    const bool knowsNoise = m_last->size != 0 && kind == Kind::GoesOn && !isCut;
     findLimits(look.size);
     int from = m_firstBin;
     for (std::size_t p = 0; p < m_peaks.size(); ++p) {
         const int peak = m_peaks[p];
-        const float frequency = frequencyAt(look, peak);
+        const float frequency = frequencyAt(look, peak, kPeakSpan);
         std::complex<float> turn = turnAt(look, peak, frequency, kind);
         turn /= std::abs(turn) + 1e-12f;
         const bool inBand = frequency >= low && frequency < high;
         for (int k = from; k < m_borders[p]; ++k) {
-            look.turns[static_cast<std::size_t>(k)] = turn;
+            const bool between = knowsNoise && !moveTogether(look, k, peak);
+            look.turns[static_cast<std::size_t>(k)] = between ? turnBetween(look, k) : turn;
             look.kept[static_cast<std::size_t>(k)] = m_sure.has(k) || (inBand && m_possible.has(k));
         }
         from = m_borders[p];

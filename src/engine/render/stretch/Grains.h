@@ -2,8 +2,8 @@
 // phases turned so that partials go on from grain to grain.
 //
 // No grain reaches across an attack: its window ends there, and the overlapping windows are normalised by their sum. At
-// an attack only partials with new energy restart at their own phase. Both channels are turned alike. At speed 1
-// nothing is turned at all.
+// an attack only partials with new energy restart at their own phase. What lies between partials goes on bin by bin.
+// Both channels are turned alike. At speed 1 nothing is turned at all.
 #pragma once
 
 #include <array>
@@ -65,6 +65,7 @@ private:
         std::vector<std::uint8_t> kept;  // bins that belong to the band
     };
 
+    std::int64_t hop() const;
     std::int64_t nextAttack(const AttackMap& attacks) const;
     Cut cutAt(std::int64_t place, std::int64_t at, std::int64_t end, std::int64_t endPlace) const;
     bool step(SourceWindow& source, const AttackMap& attacks);
@@ -74,21 +75,25 @@ private:
     void transform(const SourceWindow& source, std::int64_t at, int size, Look& look);
     void findPeaks(Look& look);
     void findLimits(int size);
-    void turn(Look& look, Kind kind);
-    float frequencyAt(const Look& look, int peak) const;
+    void turn(Look& look, Kind kind, bool isCut);
+    std::complex<float> advanceOf(const Look& look, int bin) const;
+    bool moveTogether(const Look& look, int bin, int peak) const;
+    float frequencyAt(const Look& look, int bin, double span) const;
     std::complex<float> turnAt(const Look& look, int peak, float frequency, Kind kind) const;
+    std::complex<float> turnBetween(const Look& look, int bin) const;
     void setDown(Look& look);
 
     const int m_band;
     const int m_rate;
     const int m_longest;
-    const int m_fullHop;
     const int m_edge;
+    const int m_mostHop;
     std::map<int, const RealFft*> m_transforms;
     std::map<int, AlignedVector<float>> m_windows;
 
     Course m_course;
-    std::int64_t m_hop = 0;
+    double m_hopScale = 1;  // of a window
+    float m_noiseGain = 1;
     int m_leastHalvings = 0;
     std::int64_t m_next = 0;                             // place of the next grain
     std::int64_t m_taken = 0;                            // the next place to be taken

@@ -20,6 +20,8 @@ public:
         return true;
     }
 
+    std::int64_t nextStep() const { return m_step; }
+
 private:
     std::int64_t m_step = 0;
 };

@@ -24,6 +24,10 @@ public:
     // Speed 0.05 to 20, pitch factor 0.25 to 4. False when the timeline was interrupted: restart again.
     virtual bool restart(Timeline& timeline, std::int64_t step, double speed, double pitchFactor) = 0;
 
+    // While `step` of the timeline is played without it: finds out, on a thread of its own, what a restart there will
+    // need, so that the sound can be changed at once.
+    virtual void lookAhead(Timeline& /*timeline*/, std::int64_t /*step*/) {}
+
     // Fills `out` and returns true; false when the timeline was interrupted, after which only restart() may follow.
     virtual bool render(Timeline& timeline, std::span<StereoFrame> out) = 0;
 };

@@ -26,6 +26,17 @@ void Vocoder::begin(Timeline& timeline, const Course& course, std::int64_t sourc
     for (GrainBand& band : m_bands) band.begin(course, light);
 }
 
+void Vocoder::lookAround(Timeline& timeline, std::int64_t frame) {
+    const std::int64_t longest = m_bands[0].longest();
+    lookAhead(timeline, std::max<std::int64_t>(frame - 3 * longest, 0), frame + 4 * longest);
+}
+
+void Vocoder::lookAhead(Timeline& timeline, std::int64_t begin, std::int64_t end) {
+    m_attacks.lookAhead(
+        begin, end, [&](std::int64_t first, std::int64_t count) { return timeline.hasTrack(first, count); },
+        [&](std::int64_t first, std::span<StereoFrame> frames) { return timeline.readTrack(first, frames); });
+}
+
 bool Vocoder::render(std::span<StereoFrame> out) {
     const std::int64_t longest = m_bands[0].longest();
     while (!out.empty()) {
@@ -38,8 +49,7 @@ bool Vocoder::render(std::span<StereoFrame> out) {
         };
         if (!m_attacks.explore(std::max<std::int64_t>(begin, 0), end, read)) return false;
         const std::int64_t beyond = m_timeline->playhead().backward ? begin - 1 : end;
-        const auto has = [this](std::int64_t first, std::int64_t count) { return m_timeline->hasTrack(first, count); };
-        if (beyond >= 0 && beyond < m_course.end) m_attacks.lookAhead(beyond, has, read);
+        if (beyond >= 0 && beyond < m_course.end) lookAhead(*m_timeline, beyond, beyond + 1);
         const std::span<float> left(m_left.data(), part.size()), right(m_right.data(), part.size());
         std::fill(left.begin(), left.end(), 0.0f);
         std::fill(right.begin(), right.end(), 0.0f);

@@ -20,10 +20,15 @@ public:
     // The source lies in [begin, course.end) of the timeline's track.
     void begin(Timeline& timeline, const Course& course, std::int64_t sourceBegin, bool light);
 
+    // Begins to find the attacks around a frame of the source, as far as they will be wanted when a run begins there.
+    void lookAround(Timeline& timeline, std::int64_t frame);
+
     // The next places. False when the timeline was interrupted: begin again.
     bool render(std::span<StereoFrame> out);
 
 private:
+    void lookAhead(Timeline& timeline, std::int64_t begin, std::int64_t end);
+
     AttackMap& m_attacks;
     Transforms m_transforms;
     SourceWindow m_source;
