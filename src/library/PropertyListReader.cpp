@@ -175,19 +175,23 @@ void PropertyListReader::Parser::endLeaf(Event event) {
 
 // The text of a number or a truth value. False if it is damaged.
 bool PropertyListReader::Parser::readNumber(Event event) {
+    const auto failed = [this](const char* reason) {
+        damaged(reason);
+        return false;
+    };
     Item& item = m_items[m_count];
     if (event == Event::Integer) {
         const auto value = parsePropertyListInteger(item.text);
-        if (!value) damaged("an integer that is no number");
-        item.integer = value.value_or(0);
+        if (!value) return failed("an integer that is no number");
+        item.integer = *value;
     } else if (event == Event::Real) {
         const auto value = parsePropertyListReal(item.text);
-        if (!value) damaged("a real that is no number");
-        item.real = value.value_or(0);
+        if (!value) return failed("a real that is no number");
+        item.real = *value;
     } else if ((event == Event::True || event == Event::False) && !trimmedXml(item.text).empty()) {
-        damaged("a truth value with text");
+        return failed("a truth value with text");
     }
-    return !m_damage;
+    return true;
 }
 
 void PropertyListReader::Parser::valueDone() {
