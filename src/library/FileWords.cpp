@@ -96,6 +96,10 @@ QString failureWords(const QString& path, const Error& error) {
     }
 }
 
+QString nothingPlayedWords() {
+    return tr("Nothing in these files can be played.");
+}
+
 QString firstWillBeAddedWords(const QStringList& dropped) {
     return tr("Only %1 will be added, the first of %2").arg(nameOf(dropped.first())).arg(dropped.size());
 }

@@ -27,8 +27,9 @@ Refusal panelRefusal(const QString& path);
 // Why an address that names no file of this machine is not taken.
 Refusal addressRefusal(const QUrl& address);
 
-// Why a file gave no track.
+// Why a file gave no track, and that of several none did.
 QString failureWords(const QString& path, const Error& error);
+QString nothingPlayedWords();
 
 // Of a drop one file is taken; `others` of the rest could be added too.
 QString firstWillBeAddedWords(const QStringList& dropped);
