@@ -11,7 +11,7 @@
 namespace qm {
 
 // What the user can do about a file that is not taken.
-enum class Remedy { None, OpenFolder, AddFile };
+enum class Remedy { None, OpenFolder, AddFile, OpenAnyway };
 
 struct Refusal {
     QString text;  // empty: the file is taken

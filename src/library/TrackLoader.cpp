@@ -62,7 +62,8 @@ TrackLoader::TrackLoader(
                               [this](const QString& folder) {
                                   lookIn(folder);
                                   openFile();
-                              }}) {}
+                              },
+                              [this](const QString& path) { addAnySound({path}); }}) {}
 
 void TrackLoader::loadFileAdd(const QString& path, bool add) {
     if (!m_requests.isEmpty()) giveWay();
