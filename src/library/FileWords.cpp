@@ -56,11 +56,16 @@ QString reasonOf(const Error& error) {
 
 }  // namespace
 
-Refusal dropRefusal(const QString& path) {
-    if (isValidFileForDrop(path)) return {};
+Refusal soundRefusal(const QString& path) {
     if (isFolder(path)) return {tr("Folders are not played: %1").arg(nameOf(path)), Remedy::OpenFolder};
     if (!isFile(path)) return {tr("%1 cannot be found in %2").arg(nameOf(path), folderOf(path))};
-    return kindRefusal(path);
+    return {};
+}
+
+Refusal dropRefusal(const QString& path) {
+    if (isValidFileForDrop(path)) return {};
+    const Refusal refusal = soundRefusal(path);
+    return refusal.text.isEmpty() ? kindRefusal(path) : refusal;
 }
 
 Refusal panelRefusal(const QString& path) {

@@ -21,6 +21,9 @@ struct Refusal {
 // Why a dropped file is not taken. Looks at the file, which may take long.
 Refusal dropRefusal(const QString& path);
 
+// Why a file is not taken by Open Any Sound, which looks at no kind. Looks at the file, which may take long.
+Refusal soundRefusal(const QString& path);
+
 // Why a file that was typed into the open panel is not taken: that looks at its name more strictly.
 Refusal panelRefusal(const QString& path);
 

@@ -249,6 +249,15 @@ void TrackLoader::addAnySound(const QStringList& paths) {
     m_queue.add(paths, nothingPlayedWords());
 }
 
+std::optional<QString> TrackLoader::soundFile(const QUrl& address) {
+    const std::optional<QString> path = pathFromUrl(address);
+    const std::optional<Refusal> refusal = path ? ask(soundRefusal, *path) : addressRefusal(address);
+    if (!refusal) return std::nullopt;
+    if (refusal->text.isEmpty()) return path;
+    m_dropNotices.refused(*refusal, path.value_or(QString()));
+    return std::nullopt;
+}
+
 // A name that was typed may be of any kind.
 void TrackLoader::tellNotOffered(const QStringList& chosen) {
     const QString path = chosen.value(0);

@@ -76,6 +76,9 @@ public:
     // The same for any sound, whatever the list of the open panel and that of a drop say of its kind.
     void openAnySound();
 
+    // The file of an address that the desktop opens, if there is one; otherwise that is told.
+    std::optional<QString> soundFile(const QUrl& address);
+
     // Where the panels are to look next time.
     void lookIn(const QString& folder) { m_panelFolder.remember(folder); }
 

@@ -52,6 +52,13 @@ TEST_CASE_FIXTURE(Files, "what the engine opens and neither list has is called b
     CHECK(dropRefusal(file("song.ape")).remedy == Remedy::None);
 }
 
+TEST_CASE_FIXTURE(Files, "of any sound only folders and what is not there are refused") {
+    CHECK(soundRefusal(file("song.flac")).text.isEmpty());
+    CHECK(soundRefusal(file("notes.txt")).text.isEmpty());
+    CHECK(soundRefusal(dir.path()).remedy == Remedy::OpenFolder);
+    CHECK(soundRefusal(QStringLiteral("/no where/song.flac")).text == "song.flac cannot be found in /no where");
+}
+
 TEST_CASE_FIXTURE(Files, "what a drop takes has no refusal") {
     CHECK(dropRefusal(file("song.Mp3")).text.isEmpty());
     CHECK(dropRefusal(file("film.mov")).text.isEmpty());
