@@ -20,6 +20,7 @@ struct SliderAct {
 
 constexpr Act kActs[] = {
     {ActionId::openFile, &QMController::openFile},
+    {ActionId::openAnySound, &QMController::openAnySound},
     {ActionId::exportMovie, &QMController::exportMovie},
     {ActionId::cancelExport, &QMController::cancelExport},
     {ActionId::audioStartRecord, &QMController::audioStartRecord},

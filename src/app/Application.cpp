@@ -78,7 +78,8 @@ Application::Application(int& argc, char** argv, OnlyProgram& only)
       m_remote(m_controller, m_controller, m_controller, m_controller.movieToolbox(), m_controller.abLoop(),
                m_window.actions()),
       m_mpris(m_remote),
-      m_launcher(m_remote, m_window.actions(), [this](const QByteArray& token) { comeToFront(token); }),
+      m_launcher(m_remote, m_controller.trackLoader(), m_window.actions(),
+                 [this](const QByteArray& token) { comeToFront(token); }),
       m_soundWatch(m_controller, m_controller.notices()) {
     receiveActions(m_window.actions(), m_controller);
     receiveActions(m_window.actions(), m_audioRecord);

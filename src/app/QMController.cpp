@@ -111,6 +111,10 @@ void QMController::nudgeSecondColumn() {
     playList->setColumnWidth(column, playList->columnWidth(column) + 1);
 }
 
+void QMController::checkSoftwareUpdate() {
+    if (m_makeManualUpdater) m_makeManualUpdater();
+}
+
 void QMController::applicationWillTerminate() {
     prefs.setBool(prefkeys::kToolbarOpen, toolbar && !toolbar->isHidden());
     keepWhatMustSurvive();

@@ -157,6 +157,7 @@ public slots:
     void audioRecordClose() { m_recorder.audioRecordClose(); }
 
     void openFile() { m_loader.openFile(); }
+    void openAnySound() { m_loader.openAnySound(); }
     void rowDoubleClicked() { m_table.rowDoubleClicked(); }
     void selectTrack() { m_table.selectTrack(); }
     void removeListEntry() { m_table.removeListEntry(); }
@@ -166,9 +167,7 @@ public slots:
     void exportMovie() { m_export.exportMovie(); }
     void cancelExport() { m_export.cancelExport(); }
 
-    void checkSoftwareUpdate() {
-        if (m_makeManualUpdater) m_makeManualUpdater();
-    }
+    void checkSoftwareUpdate();
 
     void displayAboutPanel() { m_chrome.displayAboutPanel(); }
     void openPrefsWindow() { m_preferences.openPrefsWindow(); }

@@ -21,6 +21,9 @@ void DropNotices::refused(const Refusal& refusal, const QString& path, const QSt
     } else if (refusal.remedy == Remedy::AddFile) {
         notice.actText = QStringLiteral("Add");
         notice.act = [this, path] { m_acts.add({path}); };
+    } else if (refusal.remedy == Remedy::OpenAnyway) {
+        notice.actText = QStringLiteral("Open It Anyway");
+        notice.act = [this, path] { m_acts.openAnyway(path); };
     }
     m_notices.tell(notice);
 }

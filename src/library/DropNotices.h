@@ -16,6 +16,7 @@ public:
     struct Acts {
         std::function<void(const QStringList& paths)> add;
         std::function<void(const QString& folder)> openIn;  // asks for files there
+        std::function<void(const QString& path)> openAnyway;
     };
 
     DropNotices(Notices& notices, Acts acts) : m_notices(notices), m_acts(std::move(acts)) {}

@@ -18,8 +18,9 @@ FileQueue::FileQueue(AddFile add, Notices& notices) : m_add(std::move(add)), m_n
     connect(&m_timer, &QTimer::timeout, this, &FileQueue::step);
 }
 
-void FileQueue::add(const QStringList& paths) {
+void FileQueue::add(const QStringList& paths, const QString& wordsForNone) {
     if (paths.isEmpty()) return;
+    if (!wordsForNone.isEmpty()) m_wordsForNone = wordsForNone;
     m_waiting += paths;
     m_total += static_cast<int>(paths.size());
     if (m_isStepping || m_timer.isActive()) return;
@@ -54,9 +55,13 @@ void FileQueue::step() {
 void FileQueue::finish() {
     m_timer.stop();
     const int total = std::exchange(m_total, 0);
+    const QString wordsForNone = std::exchange(m_wordsForNone, {});
     emit ended();
     m_notices.withdraw(kSubject);
-    if (total > 1) tellEnd(total);
+    if (m_failed == total && !wordsForNone.isEmpty())
+        m_notices.tell(wordsForNone);
+    else if (total > 1)
+        tellEnd(total);
     m_done = m_failed = 0;
     m_isCancelled = false;
 }

@@ -22,7 +22,8 @@ public:
 
     FileQueue(AddFile add, Notices& notices);
 
-    void add(const QStringList& paths);  // the first at once if none wait, the others in their order
+    // The first at once if none wait, the others in their order. The words are told if none of all gives a track.
+    void add(const QStringList& paths, const QString& wordsForNone = {});
     void cancel();
     bool isBusy() const { return m_total > 0; }
 
@@ -39,6 +40,7 @@ private:
     Notices& m_notices;
     QStringList m_waiting;
     QString m_firstFailed;
+    QString m_wordsForNone;
     QTimer m_timer{this};
     int m_total = 0;  // 0: nothing is being added
     int m_done = 0;

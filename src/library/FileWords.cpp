@@ -27,13 +27,13 @@ QString folderOf(const QString& path) {
 // By their names; every other kind is called by its extension.
 QString kindName(const QString& extension) {
     static const QHash<QString, QString> names = {
-        {"ogg", "Ogg"},       {"oga", "Ogg"},       {"ogv", "Ogg"},        {"opus", "Opus"},     {"mkv", "Matroska"},
-        {"mka", "Matroska"},  {"webm", "WebM"},     {"mid", "MIDI"},       {"txt", "Text"},      {"text", "Text"},
-        {"md", "Text"},       {"log", "Text"},      {"jpg", "Picture"},    {"jpeg", "Picture"},  {"png", "Picture"},
-        {"gif", "Picture"},   {"bmp", "Picture"},   {"webp", "Picture"},   {"svg", "Picture"},   {"tif", "Picture"},
-        {"tiff", "Picture"},  {"m3u", "Play list"}, {"m3u8", "Play list"}, {"pls", "Play list"}, {"xspf", "Play list"},
-        {"cue", "Cue sheet"}, {"zip", "Archive"},   {"gz", "Archive"},     {"7z", "Archive"},    {"rar", "Archive"},
-        {"tar", "Archive"}};
+        {"wv", "WavPack"},    {"ac3", "AC-3"},       {"eac3", "E-AC-3"},   {"ec3", "E-AC-3"},     {"ogg", "Ogg"},
+        {"oga", "Ogg"},       {"ogv", "Ogg"},        {"opus", "Opus"},     {"mkv", "Matroska"},   {"mka", "Matroska"},
+        {"webm", "WebM"},     {"mid", "MIDI"},       {"txt", "Text"},      {"text", "Text"},      {"md", "Text"},
+        {"log", "Text"},      {"jpg", "Picture"},    {"jpeg", "Picture"},  {"png", "Picture"},    {"gif", "Picture"},
+        {"bmp", "Picture"},   {"webp", "Picture"},   {"svg", "Picture"},   {"tif", "Picture"},    {"tiff", "Picture"},
+        {"m3u", "Play list"}, {"m3u8", "Play list"}, {"pls", "Play list"}, {"xspf", "Play list"}, {"cue", "Cue sheet"},
+        {"zip", "Archive"},   {"gz", "Archive"},     {"7z", "Archive"},    {"rar", "Archive"},    {"tar", "Archive"}};
     return names.value(extension, extension.toUpper());
 }
 
@@ -42,6 +42,9 @@ Refusal kindRefusal(const QString& path) {
     if (extension.isEmpty()) return {tr("Files without an ending are not played: %1").arg(nameOf(path))};
     if (openPanelTypes().contains(extension))
         return {tr("%1 files are not taken by dropping: %2").arg(extension, nameOf(path)), Remedy::AddFile};
+    if (soundTypes().contains(extension))
+        return {tr("%1 files are not taken by dropping: %2").arg(kindName(extension), nameOf(path)),
+                Remedy::OpenAnyway};
     return {tr("%1 files are not played: %2").arg(kindName(extension), nameOf(path))};
 }
 
@@ -53,15 +56,24 @@ QString reasonOf(const Error& error) {
 
 }  // namespace
 
-Refusal dropRefusal(const QString& path) {
-    if (isValidFileForDrop(path)) return {};
+Refusal soundRefusal(const QString& path) {
     if (isFolder(path)) return {tr("Folders are not played: %1").arg(nameOf(path)), Remedy::OpenFolder};
     if (!isFile(path)) return {tr("%1 cannot be found in %2").arg(nameOf(path), folderOf(path))};
-    return kindRefusal(path);
+    return {};
+}
+
+Refusal dropRefusal(const QString& path) {
+    if (isValidFileForDrop(path)) return {};
+    const Refusal refusal = soundRefusal(path);
+    return refusal.text.isEmpty() ? kindRefusal(path) : refusal;
 }
 
 Refusal panelRefusal(const QString& path) {
     const Refusal refusal = dropRefusal(path);
+    if (refusal.remedy == Remedy::OpenAnyway)
+        return {
+            tr("%1 files are not offered by the panel: %2").arg(kindName(pathExtension(path).toLower()), nameOf(path)),
+            Remedy::OpenAnyway};
     if (!refusal.text.isEmpty()) return refusal;
     return {tr("%1 files are not offered by the panel: %2").arg(pathExtension(path), nameOf(path)), Remedy::AddFile};
 }
@@ -94,6 +106,10 @@ QString failureWords(const QString& path, const Error& error) {
         default:
             return tr("%1 cannot be opened: %2").arg(name, reasonOf(error));
     }
+}
+
+QString nothingPlayedWords() {
+    return tr("Nothing in these files can be played.");
 }
 
 QString firstWillBeAddedWords(const QStringList& dropped) {

@@ -62,7 +62,8 @@ TrackLoader::TrackLoader(
                               [this](const QString& folder) {
                                   lookIn(folder);
                                   openFile();
-                              }}) {}
+                              },
+                              [this](const QString& path) { addAnySound({path}); }}) {}
 
 void TrackLoader::loadFileAdd(const QString& path, bool add) {
     if (!m_requests.isEmpty()) giveWay();
@@ -218,12 +219,16 @@ void TrackLoader::enableMetering() {
     if (m_meters.audioLevelsPreference() && !m_metering.audioLevelIndicatorsState) m_meters.switchAudioLevels(true);
 }
 
-void TrackLoader::openFile() {
+std::optional<QStringList> TrackLoader::askForFiles(std::unique_ptr<FilePanel> (*makePanel)(QWidget*, const QString&)) {
     const auto isThere = [](const QString& folder) { return QFileInfo::exists(folder); };
     const QString last = m_panelFolder.last();
     const bool isGone = last.isEmpty() || !ask(isThere, last).value_or(false);
-    const auto panel = makeOpenPanel(m_window.mainWindow, isGone ? homeFolder() : last);
-    const auto chosen = m_runPanel(*panel);
+    const auto panel = makePanel(m_window.mainWindow, isGone ? homeFolder() : last);
+    return m_runPanel(*panel);
+}
+
+void TrackLoader::openFile() {
+    const auto chosen = askForFiles(makeOpenPanel);
     if (!chosen) return;
     QStringList offered;
     for (const QString& path : *chosen)
@@ -231,6 +236,26 @@ void TrackLoader::openFile() {
     if (offered.isEmpty()) return tellNotOffered(*chosen);
     m_panelFolder.remember(QFileInfo(offered.last()).path());
     m_queue.add(offered);
+}
+
+void TrackLoader::openAnySound() {
+    const auto chosen = askForFiles(makeAnySoundPanel);
+    if (!chosen || chosen->isEmpty()) return;
+    m_panelFolder.remember(QFileInfo(chosen->last()).path());
+    addAnySound(*chosen);
+}
+
+void TrackLoader::addAnySound(const QStringList& paths) {
+    m_queue.add(paths, nothingPlayedWords());
+}
+
+std::optional<QString> TrackLoader::soundFile(const QUrl& address) {
+    const std::optional<QString> path = pathFromUrl(address);
+    const std::optional<Refusal> refusal = path ? ask(soundRefusal, *path) : addressRefusal(address);
+    if (!refusal) return std::nullopt;
+    if (refusal->text.isEmpty()) return path;
+    m_dropNotices.refused(*refusal, path.value_or(QString()));
+    return std::nullopt;
 }
 
 // A name that was typed may be of any kind.

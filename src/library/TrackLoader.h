@@ -9,6 +9,7 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <memory>
 #include <optional>
 
 #include "app/state/Notices.h"
@@ -27,6 +28,7 @@
 #include "sound/ToneControl.h"
 
 class QUrl;
+class QWidget;
 
 namespace qm {
 
@@ -71,7 +73,13 @@ public:
     // Asks for files and adds each, in the panel's order: the last one ends on top and stays loaded.
     void openFile();
 
-    // Where the panel is to look next time.
+    // The same for any sound, whatever the list of the open panel and that of a drop say of its kind.
+    void openAnySound();
+
+    // The file of an address that the desktop opens, if there is one; otherwise that is told.
+    std::optional<QString> soundFile(const QUrl& address);
+
+    // Where the panels are to look next time.
     void lookIn(const QString& folder) { m_panelFolder.remember(folder); }
 
     // A drop on the play list takes one file at most. False if it takes none. What is left is told and offered.
@@ -80,7 +88,7 @@ public:
     // Those that are added one after the other.
     FileQueue& queue() { return m_queue; }
 
-    // How the open panel is run: the chosen files, or none if it was cancelled.
+    // How the panels are run: the chosen files, or none if it was cancelled.
     void setRunPanel(RunPanel run) { m_runPanel = std::move(run); }
 
     // How to wait for a file that another thread looks at; at first files are looked at directly.
@@ -96,6 +104,8 @@ private:
     void load(const Request& request);
     bool open(const QString& path);
     void keepFailure(const QString& path, const Error& error);
+    std::optional<QStringList> askForFiles(std::unique_ptr<FilePanel> (*makePanel)(QWidget*, const QString&));
+    void addAnySound(const QStringList& paths);
     std::optional<bool> addFromQueue(const QString& path);
     void tellNotOffered(const QStringList& chosen);
     void tellNoAnswer(const QString& path);

@@ -2,10 +2,12 @@
 
 #include <QApplication>
 #include <QTimer>
+#include <QUrl>
 #include <chrono>
 #include <utility>
 
 #include "engine/api/Log.h"
+#include "library/TrackLoader.h"
 #include "remote/BusName.h"
 #include "remote/DesktopEntry.h"
 #include "remote/MprisAdaptors.h"
@@ -31,8 +33,9 @@ QByteArray tokenOf(const QVariantMap& platformData) {
 
 }  // namespace
 
-DesktopLauncher::DesktopLauncher(RemotePlayer& player, ActionTable& actions, ComeToFront comeToFront)
-    : m_player(player), m_actions(actions), m_comeToFront(std::move(comeToFront)) {
+DesktopLauncher::DesktopLauncher(RemotePlayer& player, TrackLoader& loader, ActionTable& actions,
+                                 ComeToFront comeToFront)
+    : m_player(player), m_loader(loader), m_actions(actions), m_comeToFront(std::move(comeToFront)) {
     new ApplicationAdaptor(*this);
 }
 
@@ -51,16 +54,32 @@ void DesktopLauncher::activate(const QVariantMap& platformData) {
 
 void DesktopLauncher::open(const QStringList& uris, const QVariantMap& platformData) {
     activate(platformData);
-    QTimer::singleShot(0, this, [this, uris] { openFirst(uris); });
+    QTimer::singleShot(0, this, [this, uris] { openFirst(uris, {}); });
 }
 
-// One a turn, so that the window lives on between many. An answer that is asked for comes before any file: the player
-// opens nothing meanwhile, and what the user chose must not be lost.
-void DesktopLauncher::openFirst(QStringList uris) {
-    if (uris.isEmpty()) return;
+// Looks at one a turn, so that the window lives on between many. An answer that is asked for comes before any file: the
+// player opens nothing meanwhile, and what the user chose must not be lost.
+void DesktopLauncher::openFirst(QStringList uris, QStringList files) {
     const bool waits = QApplication::activeModalWidget() != nullptr;
-    if (!waits) m_player.openUri(uris.takeFirst());
-    QTimer::singleShot(waits ? kPause : std::chrono::milliseconds(0), this, [this, uris] { openFirst(uris); });
+    if (!waits && uris.isEmpty()) return add(files);
+    if (!waits) {
+        const QString uri = uris.takeFirst();
+        if (const auto file = m_loader.soundFile(QUrl(uri)))
+            files.append(*file);
+        else
+            qmLog("remote: not opened: " + uri.toStdString());
+    }
+    QTimer::singleShot(waits ? kPause : std::chrono::milliseconds(0), this,
+                       [this, uris, files] { openFirst(uris, files); });
+}
+
+void DesktopLauncher::add(const QStringList& files) {
+    if (files.isEmpty()) return;
+    m_player.beginOpening();
+    connect(
+        &m_loader.queue(), &FileQueue::ended, this, [this] { m_player.endOpening(true); }, Qt::SingleShotConnection);
+    // Of a single one it is told by its name what is wrong with it.
+    m_loader.queue().add(files, files.size() > 1 ? nothingPlayedWords() : QString());
 }
 
 bool DesktopLauncher::activateAction(const QString& action, const QVariantMap& platformData) {

@@ -16,6 +16,7 @@ namespace qm {
 
 class ActionTable;
 class RemotePlayer;
+class TrackLoader;
 
 class DesktopLauncher : public QObject {
     Q_OBJECT
@@ -24,20 +25,22 @@ public:
     // With what the desktop gives for coming to the front, or nothing.
     using ComeToFront = std::function<void(const QByteArray& token)>;
 
-    DesktopLauncher(RemotePlayer& player, ActionTable& actions, ComeToFront comeToFront);
+    DesktopLauncher(RemotePlayer& player, TrackLoader& loader, ActionTable& actions, ComeToFront comeToFront);
 
     void activate(const QVariantMap& platformData);
-    void open(const QStringList& uris,
-              const QVariantMap& platformData);  // each as OpenUri; while a dialog asks: after it
+    // Each as Open Any Sound adds it, and selects the last; while a dialog asks: after it.
+    void open(const QStringList& uris, const QVariantMap& platformData);
     bool activateAction(const QString& action, const QVariantMap& platformData);  // false if the icon offers none such
 
 public slots:
     void follow(const QDBusConnection& bus);  // once
 
 private:
-    void openFirst(QStringList uris);
+    void openFirst(QStringList uris, QStringList files);
+    void add(const QStringList& files);
 
     RemotePlayer& m_player;
+    TrackLoader& m_loader;
     ActionTable& m_actions;
     ComeToFront m_comeToFront;
 };

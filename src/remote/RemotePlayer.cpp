@@ -112,16 +112,24 @@ void RemotePlayer::setVolume(double volume) {
     if (m_outlets.gainSlider) m_outlets.gainSlider->moveByUser(volume);
 }
 
-// A drop leaves the selection where it is; whoever opens a file from elsewhere means it to be played next.
 bool RemotePlayer::openUri(const QString& uri) {
     const bool free = !QApplication::activeModalWidget() && m_outlets.playList;
-    ++m_opening;
+    beginOpening();
     const bool taken = free && m_outlets.playList->takeFiles({QUrl(uri)});
-    --m_opening;
     if (!taken) qmLog("remote: not opened: " + uri.toStdString());
-    if (taken && m_loaded.row() >= 0) m_outlets.playList->selectRowIndex(m_loaded.row());
-    if (m_opening == 0 && std::exchange(m_playsOpened, false)) play();
+    endOpening(taken);
     return taken;
+}
+
+void RemotePlayer::beginOpening() {
+    ++m_opening;
+}
+
+// A drop leaves the selection where it is; whoever opens a file from elsewhere means it to be played next.
+void RemotePlayer::endOpening(bool taken) {
+    --m_opening;
+    if (taken && m_outlets.playList && m_loaded.row() >= 0) m_outlets.playList->selectRowIndex(m_loaded.row());
+    if (m_opening == 0 && std::exchange(m_playsOpened, false)) play();
 }
 
 // The switch may stand on for a track that does not loop: it belonged to the one before.

@@ -41,6 +41,8 @@ public:
     void setVolume(double volume);                                 // the nearest from 0 to 1
     void setLoops(bool loops);                                     // between A and B, of what is loaded
     bool openUri(const QString& uri);  // as a drop on the list, and selects it; false if the list takes no such file
+    void beginOpening();               // something else than this opens files: play() waits for it
+    void endOpening(bool taken);       // if it took any, what is loaded now is selected
     void raise();
     void quit();
 
@@ -81,7 +83,7 @@ private:
     LoadedTrack m_loaded;
     Clock m_clock;
     QTimer m_timer{this};
-    int m_opening = 0;           // addresses, which may take long
+    int m_opening = 0;           // files, which may take long
     bool m_playsOpened = false;  // was asked for meanwhile
     QVariantMap m_told;          // the properties as they were told last
 

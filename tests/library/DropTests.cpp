@@ -174,7 +174,7 @@ TEST_CASE_FIXTURE(DropFixture, "a drop that is not taken is told with the reason
     start();
     listen();
     drop({file("song.flac")});
-    CHECK(lastTold() == "FLAC files are not played: song.flac");
+    CHECK(lastTold() == "FLAC files are not taken by dropping: song.flac");
     controller->trackLoader().acceptDrop({QUrl("https://example.org/a.mp3")});
     CHECK(lastTold() == "Web addresses are not played: https://example.org/a.mp3");
     CHECK(told.size() == 2);
@@ -214,7 +214,7 @@ TEST_CASE_FIXTURE(DropFixture, "where the first is refused the others are offere
     const QString b = file("b.wav"), c = file("c.wav");
     CHECK_FALSE(drop({file("a.flac"), b, c}));
     CHECK(controller->count() == 0);
-    CHECK(lastTold() == "FLAC files are not played: a.flac");
+    CHECK(lastTold() == "FLAC files are not taken by dropping: a.flac");
     REQUIRE(told.last().actText == "Add the other 2");
     told.last().act();
     waitForQueue();
@@ -241,10 +241,39 @@ TEST_CASE_FIXTURE(DropFixture, "a dropped folder can be opened from, and a file 
     CHECK(controller->trackArray == std::vector<QString>{clip});
 }
 
+TEST_CASE_FIXTURE(DropFixture,
+                  "a refused file of a kind that the engine opens is offered, and opened as any sound is") {
+    startWithLoadedTrack();
+    listen();
+    const Events before = everything();
+    const QString song = file("song.flac");
+    CHECK_FALSE(drop({song}));
+    CHECK(everything() == before);
+    REQUIRE(told.last().actText == "Open It Anyway");
+    told.last().act();
+    CHECK(controller->trackArray.at(0) == song);
+    CHECK(controller->loadedPath == song);
+    CHECK(controller->count() == 3);
+    drop({file("notes.txt")});
+    CHECK(told.last().actText.isEmpty());
+}
+
+TEST_CASE_FIXTURE(DropFixture, "an offered file that cannot be opened is told as by the command") {
+    start();
+    listen();
+    const QString song = file("song.flac");
+    engine.unreadable.insert(song.toStdString());
+    drop({song});
+    told.last().act();
+    CHECK(controller->count() == 0);
+    CHECK(lastTold() == "Nothing in these files can be played.");
+}
+
 TEST_CASE_FIXTURE(DropFixture, "while it hovers a drag says whether it will be taken") {
     start();
     bool refuses = false;
-    CHECK(hoverWords({QUrl::fromLocalFile(file("song.flac"))}, refuses) == "FLAC files are not played: song.flac");
+    CHECK(hoverWords({QUrl::fromLocalFile(file("song.flac"))}, refuses) ==
+          "FLAC files are not taken by dropping: song.flac");
     CHECK(refuses);
     CHECK_FALSE(outlets.playList->showsDropMarker());
     CHECK(hoverWords({QUrl("https://example.org/a.mp3")}, refuses) ==

@@ -130,6 +130,23 @@ TEST_CASE("files that give no track are counted and the first is named") {
     CHECK(q.notices.last.text == "Added 2 of 4 files; 2 cannot be opened, the first is 2.mp3");
 }
 
+TEST_CASE("the words for files that hold no sound are told where none gives a track, and only there") {
+    const QString words = QStringLiteral("Nothing");
+    Queue q;
+    q.bad = q.files(3);
+    q.queue.add(q.files(3), words);
+    q.waitForEnd();
+    CHECK(q.notices.last.text == words);
+    q.queue.add(q.files(1), words);
+    CHECK(q.notices.last.text == words);
+    q.queue.add(q.files(4), words);
+    q.waitForEnd();
+    CHECK(q.notices.last.text == "Added 1 of 4 files; 3 cannot be opened, the first is 1.mp3");
+    q.queue.add(q.files(3));
+    q.waitForEnd();
+    CHECK(q.notices.last.text == "Added 0 of 3 files; 3 cannot be opened, the first is 1.mp3");
+}
+
 TEST_CASE("files that are chosen while others are added come after them") {
     Queue q;
     q.meanwhile = [&](const QString& path) {

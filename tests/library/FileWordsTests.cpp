@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 
 #include "support/widgets/TestText.h"
+#include "ui/dialogs/FileAcceptance.h"
 
 using namespace qm;
 
@@ -29,14 +30,33 @@ QString failed(ErrorCategory category, const char* message = "") {
 }  // namespace
 
 TEST_CASE_FIXTURE(Files, "a kind that is not played is called by its name") {
-    CHECK(refused("song.flac") == "FLAC files are not played: song.flac");
-    CHECK(refused("song.FLAC") == "FLAC files are not played: song.FLAC");
-    CHECK(refused("song.ogg") == "Ogg files are not played: song.ogg");
-    CHECK(refused("song.opus") == "Opus files are not played: song.opus");
+    CHECK(refused("song.ape") == "APE files are not played: song.ape");
+    CHECK(refused("song.Mid") == "MIDI files are not played: song.Mid");
+    CHECK(refused("film.ogv") == "Ogg files are not played: film.ogv");
     CHECK(refused("notes.txt") == "Text files are not played: notes.txt");
     CHECK(refused("cover.jpg") == "Picture files are not played: cover.jpg");
     CHECK(refused("song.xyz") == "XYZ files are not played: song.xyz");
     CHECK(refused("song") == "Files without an ending are not played: song");
+}
+
+TEST_CASE_FIXTURE(Files, "what the engine opens and neither list has is called by its name, and can be opened anyway") {
+    CHECK(refused("song.flac") == "FLAC files are not taken by dropping: song.flac");
+    CHECK(refused("song.FLAC") == "FLAC files are not taken by dropping: song.FLAC");
+    CHECK(refused("song.ogg") == "Ogg files are not taken by dropping: song.ogg");
+    CHECK(refused("song.opus") == "Opus files are not taken by dropping: song.opus");
+    for (const QString& type : soundTypes()) {
+        CAPTURE(type.toStdString());
+        const bool isListed = dropTypes().contains(type) || openPanelTypes().contains(type);
+        CHECK((dropRefusal(file("a." + type)).remedy == Remedy::OpenAnyway) == !isListed);
+    }
+    CHECK(dropRefusal(file("song.ape")).remedy == Remedy::None);
+}
+
+TEST_CASE_FIXTURE(Files, "of any sound only folders and what is not there are refused") {
+    CHECK(soundRefusal(file("song.flac")).text.isEmpty());
+    CHECK(soundRefusal(file("notes.txt")).text.isEmpty());
+    CHECK(soundRefusal(dir.path()).remedy == Remedy::OpenFolder);
+    CHECK(soundRefusal(QStringLiteral("/no where/song.flac")).text == "song.flac cannot be found in /no where");
 }
 
 TEST_CASE_FIXTURE(Files, "what a drop takes has no refusal") {
@@ -64,7 +84,10 @@ TEST_CASE_FIXTURE(Files, "what only the panel takes can be added all the same, a
     const Refusal typed = panelRefusal(file("song.Mp3"));
     CHECK(typed.text == "Mp3 files are not offered by the panel: song.Mp3");
     CHECK(typed.remedy == Remedy::AddFile);
-    CHECK(panelRefusal(file("song.flac")).text == "FLAC files are not played: song.flac");
+    const Refusal open = panelRefusal(file("song.flac"));
+    CHECK(open.text == "FLAC files are not offered by the panel: song.flac");
+    CHECK(open.remedy == Remedy::OpenAnyway);
+    CHECK(panelRefusal(file("notes.txt")).text == "Text files are not played: notes.txt");
 }
 
 TEST_CASE("addresses are refused by their kind") {

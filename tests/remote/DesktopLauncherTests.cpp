@@ -24,7 +24,9 @@ struct Launched {
         living.controller,          living.controller,      living.outlets, living.fixture.engine.toolbox,
         living.controller.abLoop(), living.window.actions()};
     QList<QByteArray> tokens;
-    DesktopLauncher launcher{remote, living.window.actions(), [this](const QByteArray& token) { tokens << token; }};
+    QStringList told;
+    DesktopLauncher launcher{remote, living.controller.trackLoader(), living.window.actions(),
+                             [this](const QByteArray& token) { tokens << token; }};
 
     QString pathOf(const char* name) { return living.fixture.home.path() + u'/' + QString::fromLatin1(name); }
     QString file(const char* name) {
@@ -34,9 +36,13 @@ struct Launched {
         return path;
     }
     QString uri(const char* name) { return QUrl::fromLocalFile(file(name)).toString(QUrl::FullyEncoded); }
+    void listen() {
+        QObject::connect(&living.controller.notices(), &Notices::told, &living.window,
+                         [this](const Notice& notice) { told.append(notice.text); });
+    }
     int rows() { return living.controller.count(); }
     void turn() {
-        for (int i = 0; i < 10; ++i) QCoreApplication::processEvents();
+        for (int i = 0; i < 20; ++i) QCoreApplication::processEvents();
     }
 };
 
@@ -56,10 +62,61 @@ TEST_CASE("files that a desktop opens come to the list one after another, the la
     Launched start;
     start.launcher.open({start.uri("one.wav"), start.uri("a flac.flac"), start.uri("two tunes.mp3")}, {});
     CHECK(start.rows() == 0);  // the caller has its answer first
+    CHECK(QTest::qWaitFor([&] { return start.rows() == 3; }));
+    CHECK(start.living.controller.trackArray ==
+          std::vector<QString>{start.pathOf("two tunes.mp3"), start.pathOf("a flac.flac"), start.pathOf("one.wav")});
     start.turn();
-    REQUIRE(start.rows() == 2);
-    CHECK(start.living.controller.trackArray[0] == start.pathOf("two tunes.mp3"));
-    CHECK(start.living.controller.trackArray[1] == start.pathOf("one.wav"));
+    CHECK(start.living.outlets.playList->selectedRow() == 0);
+}
+
+TEST_CASE("what a desktop opens that is no file, a folder or not there is told and leaves the track as it is") {
+    Launched start;
+    start.living.loadTrack();
+    start.listen();
+    const QString folder = start.living.fixture.home.path();
+    start.launcher.open({QStringLiteral("https://example.org/a.mp3"), QUrl::fromLocalFile(folder).toString(),
+                         QUrl::fromLocalFile(start.pathOf("gone.flac")).toString()},
+                        {});
+    start.turn();
+    CHECK(start.rows() == 1);
+    CHECK(start.living.controller.qtMovie);
+    REQUIRE(start.told.size() == 3);
+    CHECK(start.told[0] == "Web addresses are not played: https://example.org/a.mp3");
+    CHECK(start.told[1].startsWith(QStringLiteral("Folders are not played")));
+    CHECK(start.told[2] == "gone.flac cannot be found in " + folder);
+}
+
+TEST_CASE("files that a desktop opens and that hold no sound are told of together") {
+    Launched start;
+    start.listen();
+    const QStringList uris{start.uri("notes.txt"), start.uri("cover.jpg")};
+    for (const char* name : {"notes.txt", "cover.jpg"})
+        start.living.fixture.engine.unreadable.insert(start.pathOf(name).toStdString());
+    start.launcher.open(uris, {});
+    CHECK(
+        QTest::qWaitFor([&] { return start.told.contains(QStringLiteral("Nothing in these files can be played.")); }));
+    CHECK(start.rows() == 0);
+}
+
+TEST_CASE("of a single file that a desktop opens it is told what is wrong with it") {
+    Launched start;
+    start.listen();
+    start.living.fixture.engine.unreadable.insert(start.pathOf("notes.txt").toStdString());
+    start.launcher.open({start.uri("notes.txt")}, {});
+    CHECK(QTest::qWaitFor([&] { return !start.told.isEmpty(); }));
+    start.turn();
+    CHECK(start.told == QStringList{"notes.txt cannot be read: not a media file"});
+}
+
+TEST_CASE("play while a desktop's files are being opened plays the last of them") {
+    Launched start;
+    start.living.fixture.log.atEvent = [&](const std::string& event) {
+        if (event.starts_with("open ") && event.ends_with("one.flac")) start.remote.play();
+    };
+    start.launcher.open({start.uri("one.flac"), start.uri("two.flac"), start.uri("three.flac")}, {});
+    CHECK(QTest::qWaitFor([&] { return start.living.controller.isPlaying; }));
+    CHECK(start.rows() == 3);
+    CHECK(start.living.controller.loadedPath == start.pathOf("three.flac"));
 }
 
 TEST_CASE("the program comes to the front with what the desktop gives for it") {
@@ -110,10 +167,10 @@ TEST_CASE("the desktop file says what the program says of itself") {
 }
 
 // What a desktop takes such a file for; of some kinds it knows nothing.
-TEST_CASE("every kind of file that the list takes is one that the desktop offers the program for") {
+TEST_CASE("every kind of file that is played is one that the desktop offers the program for") {
     const QMimeDatabase kinds;
     int known = 0;
-    for (const QString& type : dropTypes()) {
+    for (const QString& type : soundTypes()) {
         const QMimeType kind = kinds.mimeTypeForFile(QStringLiteral("song.") + type, QMimeDatabase::MatchExtension);
         if (kind.isDefault()) continue;
         ++known;
@@ -122,5 +179,5 @@ TEST_CASE("every kind of file that the list takes is one that the desktop offers
                                          [](const QString& name) { return playedMimeTypes().contains(name); });
         CHECK_MESSAGE(offered, type.toStdString() << " is " << kind.name().toStdString());
     }
-    CHECK(known >= 9);
+    CHECK(known >= 18);
 }

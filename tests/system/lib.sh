@@ -101,6 +101,40 @@ watch_windows() {
     wait_until "the windows are watched" grep -q watching "$stage/timeline"
 }
 
+# drop FILE...: drags them from a window beside the main window to the height $drop_height of it.
+drop_height=480  # in the list
+
+drop() {
+    local source_pid source
+    "$programs/drag_source" 1100 800 "$@" &
+    source_pid=$!
+    stage_pids+=("$source_pid")
+    wait_until "the drag source is on the screen" drag_source_is_shown "$source_pid"
+    source=$(windows_of "$source_pid" '^drag source$')
+    point "$source" 40 30
+    xdotool mousedown 1
+    point "$source" 20 20
+    wait_until "the drag has begun" drag_has_begun
+    point "$player_window" 400 600
+    for x in 380 360 340 320 300; do # a hand is never quite still, and the target must answer before the release
+        point "$player_window" "$x" "$drop_height"
+        sleep 0.1
+    done
+    wait_until "the drag is answered" drag_is_answered
+    xdotool mouseup 1
+    wait_until "the drag has ended" has_ended "$source_pid"
+    wait "$source_pid"
+    focus_window "$player_window"
+}
+
+drag_source_is_shown() {
+    windows_of "$1" '^drag source$' | grep .
+}
+
+has_ended() {
+    ! kill -0 "$1"
+}
+
 # expect WHAT ACTUAL OPERATOR WANTED, with the operators of [ ].
 expect() {
     [ "$2" "$3" "$4" ] || fail "$1: $2, expected $3 $4"

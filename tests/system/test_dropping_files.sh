@@ -8,40 +8,6 @@ start_bus
 listen_to_line
 start
 
-height=480  # in the list
-
-# drop FILE...: drags them from a window beside the main window to that height of it.
-drop() {
-    local source_pid source
-    "$programs/drag_source" 1100 800 "$@" &
-    source_pid=$!
-    stage_pids+=("$source_pid")
-    wait_until "the drag source is on the screen" drag_source_is_shown "$source_pid"
-    source=$(windows_of "$source_pid" '^drag source$')
-    point "$source" 40 30
-    xdotool mousedown 1
-    point "$source" 20 20
-    wait_until "the drag has begun" drag_has_begun
-    point "$player_window" 400 600
-    for x in 380 360 340 320 300; do # a hand is never quite still, and the target must answer before the release
-        point "$player_window" "$x" "$height"
-        sleep 0.1
-    done
-    wait_until "the drag is answered" drag_is_answered
-    xdotool mouseup 1
-    wait_until "the drag has ended" has_ended "$source_pid"
-    wait "$source_pid"
-    focus_window "$player_window"
-}
-
-drag_source_is_shown() {
-    windows_of "$1" '^drag source$' | grep .
-}
-
-has_ended() {
-    ! kill -0 "$1"
-}
-
 measure make-coded "$stage/b.wav" 3
 measure make-coded "$stage/A.WAV" 4
 echo text >"$stage/a.txt"
@@ -49,7 +15,7 @@ echo text >"$stage/a.txt"
 drop "$stage/a.txt" "$stage/b.wav"
 expect_no_text "$player_log" "loadFile"
 wait_until "the reason is told" line_says "Text files are not played: a.txt"
-height=100  # in the head of the window
+drop_height=100  # in the head of the window
 drop "$stage/b.wav" "$stage/A.WAV"
 wait_until "the file is opened" opened_more_than 0
 wait_until "what was added is told" line_says "Only A.WAV was added, the first of 2"

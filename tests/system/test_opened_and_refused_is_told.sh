@@ -1,5 +1,5 @@
 #!/bin/bash
-# A file that the desktop opens with the program and that it does not play, or that is not there, is told of by its name
+# A file that the desktop opens with the program and that it cannot play, or that is not there, is told of by its name
 # on the status line, and a screen reader hears it; the window comes to the front for it.
 . "$(dirname "$0")/lib.sh"
 open_test
@@ -30,7 +30,7 @@ xdotool windowminimize "$player_window"
 wait_until "the window is minimised" main_window_is_hidden
 open_as_desktop "file://$stage/a%20song.flac"
 wait_until "the window is back" find_main_window
-wait_until "the kind is told of" heard 'FLAC.*a song.flac'
+wait_until "what is wrong is told of" heard 'a song.flac is damaged'
 open_as_desktop "file://$stage/not%20there.wav"
 wait_until "the missing file is told of" heard 'not there.wav'
 open_as_desktop "https://example.org/song.mp3"

@@ -1,7 +1,7 @@
 #!/bin/bash
 # A file manager opens files with the program as it is installed: over the bus, which starts the program where none runs,
 # and otherwise with the one that runs, whose window comes to the front, also when it is minimised. Names with spaces and
-# such that are no text come along. What is not there or is not played leaves the track as it is.
+# such that are no text come along. What is not there or is no file leaves the track as it is.
 . "$(dirname "$0")/lib.sh"
 
 application=org.quillmere.Quillmere
@@ -107,6 +107,12 @@ wait_until "the window is minimised" main_window_is_hidden
 act_as_desktop Activate "{}" >/dev/null
 wait_until "the window is back" find_main_window
 
+# A kind that neither the open panel nor a drop takes.
+gio mime audio/flac >"$stage/kinds" 2>&1
+expect_text "$stage/kinds" "$application.desktop"
+gio open "$stage/five.flac"
+wait_until "the file is loaded" loaded_file_is five.flac
+
 # Several at once come one after another; the last one is loaded, and plays.
 open_as_desktop "file://$stage/two.wav" "file://$stage/one.wav"
 wait_until "the last one is loaded" loaded_file_is one.wav
@@ -118,10 +124,10 @@ wait_for_silence
 stop_recording
 
 # What cannot be opened changes nothing.
-open_as_desktop "file://$stage/not%20there.wav" "file://$stage/five.flac" "https://example.org/song.mp3"
+open_as_desktop "file://$stage/not%20there.wav" "file://$stage" "https://example.org/song.mp3"
 wait_until "it is said in the log" grep -q 'not opened: https' "$player_log"
 expect_text "$player_log" "not opened: file://$stage/not%20there.wav"
-expect_text "$player_log" "not opened: file://$stage/five.flac"
+expect_text "$player_log" "not opened: file://$stage"
 loaded_file_is one.wav || fail "another track is loaded"
 
 # The action of the program's icon asks for files; another is refused.
@@ -136,7 +142,7 @@ expect_text "$stage/refused" "no such action"
 expect "one program" "$player_pid" -eq "$first_pid"
 expect "players on the bus" "$(programs_running)" -eq 1
 quit_started_program
-expect "tracks in the list" "$(grep -cE "<string>(file://)?$stage/" "$support_folder/Quillmere.xml")" -eq 8
+expect "tracks in the list" "$(grep -cE "<string>(file://)?$stage/" "$support_folder/Quillmere.xml")" -eq 9
 
 # Started by hand in the same moment: one program, which gets the file.
 "$stage/installed/bin/quillmere" >"$stage/by_hand.out" 2>"$stage/by_hand.log" &

@@ -1,6 +1,7 @@
 #include <doctest/doctest.h>
 
 #include <QAction>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMetaEnum>
 #include <map>
@@ -89,6 +90,8 @@ TEST_CASE("no key and no action stands in the table twice") {
 
 TEST_CASE("the table gives the player's keys to their actions") {
     using Keys = QList<QKeySequence>;
+    CHECK(keysOf("openFile") == Keys{QKeySequence(Qt::CTRL | Qt::Key_O)});
+    CHECK(keysOf("openAnySound") == Keys{QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O)});
     CHECK(keysOf("toggleStartStop") == Keys{QKeySequence(Qt::Key_Space)});
     CHECK(keysOf("playBackward") == Keys{QKeySequence(Qt::SHIFT | Qt::Key_Space)});
     CHECK(keysOf("pause") == Keys{QKeySequence(Qt::Key_P)});
@@ -143,6 +146,16 @@ TEST_CASE("the menus stand in order and carry the table's words, keys and repeat
         CHECK(action->autoRepeat() == row.repeats);
         CHECK(action->text() == QString::fromUtf8(row.text));
     }
+}
+
+TEST_CASE("Open Any Sound stands in the File menu right after Open") {
+    Outlets outlets;
+    MainWindow window(outlets);
+    const QList<QAction*> file = window.menuBar()->actions().first()->menu()->actions();
+    REQUIRE(file.size() > 2);
+    CHECK(file[0] == window.actions().action(ActionId::openFile));
+    CHECK(file[1] == window.actions().action(ActionId::openAnySound));
+    CHECK(file[1]->text() == QString::fromUtf8("Open Any Sound…"));
 }
 
 TEST_CASE_FIXTURE(ReceivedTable, "a bound control sends its action and says what it does") {

@@ -14,6 +14,7 @@ class ActionIds {
 public:
     enum class ActionId {
         openFile,
+        openAnySound,
         exportMovie,
         cancelExport,
         audioStartRecord,

@@ -30,6 +30,7 @@ using Rows = std::vector<ActionRow>;
 void addFile(Rows& rows) {
     rows.insert(rows.end(),
                 {{ActionId::openFile, "File", "", "Open…", {ctrl(Qt::Key_O)}, kOnce, "Open… [Ctrl+O]", "Add files"},
+                 {ActionId::openAnySound, "File", "", "Open Any Sound…", {ctrlShift(Qt::Key_O)}, kOnce, "", ""},
                  {ActionId::exportMovie,
                   "File",
                   "",

@@ -42,6 +42,13 @@ protected:
     }
 };
 
+std::unique_ptr<FilePanel> makeFilesPanel(QWidget* parent, const QString& title, const QString& folder) {
+    auto panel = std::make_unique<FilePanel>(parent, title, folder, QFileDialog::AcceptOpen);
+    panel->setOption(QFileDialog::DontResolveSymlinks, false);
+    panel->setFileMode(QFileDialog::ExistingFiles);
+    return panel;
+}
+
 }  // namespace
 
 const QStringList& openPanelTypes() {
@@ -55,6 +62,16 @@ const QStringList& openPanelTypes() {
 
 const QStringList& dropTypes() {
     static const QStringList types = extensionsBy(&FileExtension::dropPlace);
+    return types;
+}
+
+const QStringList& soundTypes() {
+    static const QStringList types = [] {
+        QStringList names;
+        for (const MediaKindRow& row : mediaKinds())
+            for (const FileExtension& extension : row.extensions) names.append(QLatin1StringView(extension.name));
+        return names;
+    }();
     return types;
 }
 
@@ -83,11 +100,17 @@ QStringList droppable(const QStringList& paths) {
 }
 
 std::unique_ptr<FilePanel> makeOpenPanel(QWidget* parent, const QString& folder) {
-    auto panel = std::make_unique<FilePanel>(parent, QStringLiteral("Open"), folder, QFileDialog::AcceptOpen);
-    panel->setOption(QFileDialog::DontResolveSymlinks, false);
-    panel->setFileMode(QFileDialog::ExistingFiles);
+    auto panel = makeFilesPanel(parent, QStringLiteral("Open"), folder);
     panel->setNameFilter(QStringLiteral("Audio and video files (*)"));
     panel->setProxyModel(new OpenPanelFilter(panel.get()));
+    return panel;
+}
+
+std::unique_ptr<FilePanel> makeAnySoundPanel(QWidget* parent, const QString& folder) {
+    auto panel = makeFilesPanel(parent, QStringLiteral("Open Any Sound"), folder);
+    const QString patterns = QStringLiteral("*.") + soundTypes().join(QStringLiteral(" *."));
+    panel->setOption(QFileDialog::HideNameFilterDetails);
+    panel->setNameFilters({QStringLiteral("Sound and video (%1)").arg(patterns), QStringLiteral("All files (*)")});
     return panel;
 }
 

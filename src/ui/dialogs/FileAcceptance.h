@@ -1,5 +1,6 @@
-// Which files the user may bring in: by the open panel, which takes an extension only as it is written in its list, and
-// by dropping, which ignores case and has a shorter list. Main thread only. A file that cannot be examined is refused.
+// Which files the user may bring in: by the open panel, which takes an extension only as it is written in its list, by
+// dropping, which ignores case and has a shorter list, and by the panel for any sound, which takes whatever is chosen.
+// Main thread only. A file that cannot be examined is refused.
 #pragma once
 
 #include <QList>
@@ -17,6 +18,7 @@ class FilePanel;
 
 const QStringList& openPanelTypes();
 const QStringList& dropTypes();
+const QStringList& soundTypes();  // all that the engine opens, in small letters
 
 // Links are followed; folders are refused whatever their name.
 bool isValidFileForDrop(const QString& path);
@@ -31,6 +33,9 @@ QStringList droppable(const QStringList& paths);
 // The open panel: files only, several at once, links resolved, only openPanelTypes() on offer. It changes nothing on
 // disk.
 std::unique_ptr<FilePanel> makeOpenPanel(QWidget* parent, const QString& folder);
+
+// The same for any sound: soundTypes() are on offer at first, in any case, and all files if the user asks for them.
+std::unique_ptr<FilePanel> makeAnySoundPanel(QWidget* parent, const QString& folder);
 
 // Runs the panel; the chosen files in the panel's order, none if it was cancelled.
 std::optional<QStringList> runOpenPanel(FilePanel& panel);
