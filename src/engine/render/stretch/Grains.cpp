@@ -22,7 +22,8 @@ constexpr std::int64_t kEarly = 20;  // an attack is taken to begin a little bef
 constexpr std::int64_t kGuard = 24;  // frames before an attack that no grain of the past touches
 constexpr std::int64_t kNear = 300;  // attacks this near to a limit are none
 constexpr double kSlow = 0.6;  // speeds above it go without the longest windows: attacks and spectra are nearer then
-constexpr float kNewEnergy = 1.2f;  // magnitudes this much higher are a partial's restart
+constexpr float kNewEnergy = 1.2f;    // magnitudes this much higher are a partial's restart
+constexpr float kNearlyWhole = 0.9f;  // of the sum of a window
 constexpr float kLeastWeight = 1e-4f;
 constexpr std::int64_t kFar = std::numeric_limits<std::int64_t>::max() / 4;
 
@@ -200,7 +201,8 @@ bool GrainBand::grain(std::int64_t place, std::int64_t at, const Cut& cut, Kind 
     m_now->weight = m_weight;
     transform(source, at, size, *m_now);
     findPeaks(*m_now);
-    const bool isCut = m_windowBegin > 0 || m_windowEnd < size;
+    const bool breaksOff = !cut.softEnd && m_windowEnd < size;
+    const bool isCut = breaksOff || m_weight < kNearlyWhole * 2 / std::numbers::pi_v<float> * static_cast<float>(size);
     turn(*m_now, kind, isCut);
     setDown(*m_now);
     std::swap(m_now, m_last);
