@@ -4,12 +4,30 @@
 
 namespace qm {
 
+namespace {
+
+void append(QStringList& names, const std::vector<std::string_view>& types) {
+    for (const std::string_view type : types) names.append(QLatin1StringView(type));
+}
+
+}  // namespace
+
 const QStringList& playedMimeTypes() {
     static const QStringList types = [] {
         QStringList names;
         for (const MediaKindRow& row : mediaKinds()) {
-            for (const std::string_view type : row.mimeTypes) names.append(QLatin1StringView(type));
+            append(names, row.mimeTypes);
+            append(names, row.otherMimeTypes);
         }
+        return names;
+    }();
+    return types;
+}
+
+const QStringList& droppedMimeTypes() {
+    static const QStringList types = [] {
+        QStringList names;
+        for (const MediaKindRow& row : mediaKinds()) append(names, row.mimeTypes);
         return names;
     }();
     return types;

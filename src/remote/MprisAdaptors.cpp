@@ -23,7 +23,7 @@ QStringList MprisRoot::schemes() const {
 }
 
 QStringList MprisRoot::mimeTypes() const {
-    return playedMimeTypes();
+    return droppedMimeTypes();
 }
 
 void MprisRoot::Raise() {

@@ -62,7 +62,9 @@ struct MediaKindRow {
     TagFormat tags = TagFormat::None;
     CopyRule copy;
     std::vector<FileExtension> extensions;
-    std::vector<std::string_view> mimeTypes;  // as desktops know it; some kinds have had more than one name
+    // As desktops know it; some kinds have had more than one name.
+    std::vector<std::string_view> mimeTypes;       // of files that a drop takes
+    std::vector<std::string_view> otherMimeTypes;  // of those that are only opened as any sound
 };
 
 std::span<const MediaKindRow> mediaKinds();  // in the order of MediaKind
