@@ -91,18 +91,22 @@ another_window_has_focus() {
     [ -n "$focus" ] && [ "$focus" != "${player_window#*.}" ] && [ "$focus" != "${meters#*.}" ]
 }
 
-# focus_window WINDOW: by a click at the edge of its contents, as far down as no other window covers it. On a title a
+# focus_window WINDOW: by a click at the left or right edge of its contents, where no other window covers it. On a title a
 # click is the beginning of a move. While a window has panels this compositor gives the keyboard to the newest of them.
 focus_window() {
     local place
     window_has_focus "$1" && return
     [ "$1" != "$player_window" ] || [ "$(windows_named .)" = "$1" ] || return 0
     place=$(windows_on_screen | awk -v window="$1" '
-        $2 == window { for (y = $10 - 4; y > $8; y -= 4) {
-                            x = $7 + 3; covered = 0
-                            for (i = 1; i <= above; ++i)
-                                if (x >= left[i] && x <= right[i] && y >= top[i] && y <= bottom[i]) covered = 1
-                            if (!covered) { print x, y; exit } } }
+        function isCovered(x, y,   i) {
+            for (i = 1; i <= above; ++i)
+                if (x >= left[i] && x <= right[i] && y >= top[i] && y <= bottom[i]) return 1
+            return 0
+        }
+        $2 == window { for (side = 1; side <= 2; ++side)
+                           for (y = $10 - 4; y > $8; y -= 4) {
+                               x = side == 1 ? $7 + 3 : $9 - 4
+                               if (!isCovered(x, y)) { print x, y; exit } } }
         { ++above; left[above] = $3; top[above] = $4; right[above] = $5; bottom[above] = $6 }')
     [ -n "$place" ] || fail "no part of the edge of window $1 can be clicked"
     click_on_screen $place
