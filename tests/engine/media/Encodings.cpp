@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
+#include <iterator>
 
 namespace qm::test {
 
@@ -67,6 +69,28 @@ void checkAgainstProgram(const std::string& path, std::int64_t overshoot) {
             whole[2 * n] != theirs[channels * n] || whole[2 * n + 1] != theirs[channels * n + channels - 1] ? 1 : 0;
     }
     CHECK(wrong == 0);
+}
+
+void checkSurvivesSpoiling(const Encodings& encodings, const std::string& path) {
+    CAPTURE(path);
+    std::ifstream in(path, std::ios::binary);
+    const std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(in), {}};
+    for (std::size_t i = 1; i <= 24; ++i) {
+        auto spoilt = bytes;
+        if (i % 2 == 0) {
+            spoilt.resize(bytes.size() * i / 25);
+        } else {
+            for (std::size_t k = 0; k < 40; ++k) {
+                spoilt[(k * k * 977 + i * 131) % std::min<std::size_t>(spoilt.size(), 3000)] ^= 0x5a;
+            }
+        }
+        if (const auto sound = openSound(encodings.folder().write("spoilt", spoilt))) {
+            CHECK(sound->length() < 100 * kEncodedFrames);
+            std::vector<float> part(2 * 3000);
+            sound->read(0, part.data(), 3000);
+            sound->read(sound->length() - 3000, part.data(), 3000);
+        }
+    }
 }
 
 }  // namespace qm::test

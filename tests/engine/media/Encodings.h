@@ -33,4 +33,7 @@ void checkExact(const std::string& path);
 // What we read is what the program decodes, but for an overshoot at its end of at most `overshoot` frames.
 void checkAgainstProgram(const std::string& path, std::int64_t overshoot = 0);
 
+// Cut at many places, or with bytes of its beginning changed, it is shorter or refused, and never harmful.
+void checkSurvivesSpoiling(const Encodings& encodings, const std::string& path);
+
 }  // namespace qm::test
